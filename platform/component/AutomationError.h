@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <exception>
+
+namespace yrw {
+
+/// The base above which objects number their own errors.
+inline constexpr int kObjectErrorBase = static_cast<int>(0x80040000U);
+
+/// Numbers of automation errors. The first group is raised by the store's objects and lies above
+/// `kObjectErrorBase`; the second is the runtime's own; the third is the data layer's.
+enum ErrorNumber : int {
+    kErrorNotSupported = kObjectErrorBase + 2000,
+    kErrorRecordNotFound = kObjectErrorBase + 3001,
+    kErrorFieldNotFound = kObjectErrorBase + 3003,
+
+    kErrorObjectRequired = 424,
+    kErrorMemberNotFound = 438,
+    kErrorNotImplemented = 445,
+    kErrorCannotCreateObject = 429,
+    kErrorOverflow = 6,
+
+    kErrorDatabaseEngine = 3146,     ///< the engine refused; its words are in the description
+    kErrorNoCurrentRecord = 3021,    ///< no row under the cursor
+    kErrorNotInCollection = 3265,    ///< no such table, query, field or index
+    kErrorObjectClosed = 3420,       ///< the object was closed
+    kErrorReadOnly = 3027,           ///< the recordset or the database is read-only
+    kErrorNoEdit = 3020,             ///< Update without AddNew or Edit
+    kErrorNotBookmarkable = 3159,    ///< not a valid bookmark, or bookmarks are not supported
+    kErrorConflict = 3197,           ///< a field was changed by another user since it was read
+    kErrorLocked = 3260,             ///< the database stayed locked by somebody else
+    kErrorBadCondition = 3075,       ///< a condition outside the accepted grammar
+    kErrorCannotOpenDatabase = 3024, ///< the file is missing or cannot be opened
+    kErrorNotADatabase = 3343,       ///< the file is not a database, or is damaged
+    kErrorNewerSchema = 3800,        ///< the database was made by a newer version
+    kErrorDiskFull = 3183,           ///< no space, or the write failed
+    kErrorNoCurrentIndex = 3019,     ///< Seek without an index
+    kErrorInvalidOperation = 3219,   ///< not possible for this kind of recordset
+};
+
+/// The one error type: a number, the place that raised it and a text for the user.
+///
+/// Thrown by value and caught by reference, also across the border between host and component.
+class AutomationError : public std::exception {
+public:
+    AutomationError(int number, QString source, QString description);
+    ~AutomationError() override;
+
+    [[nodiscard]] int number() const noexcept { return m_number; }
+    [[nodiscard]] const QString& source() const noexcept { return m_source; }
+    [[nodiscard]] const QString& description() const noexcept { return m_description; }
+    [[nodiscard]] const char* what() const noexcept override;
+
+private:
+    int m_number;
+    QString m_source;
+    QString m_description;
+    QByteArray m_what;
+};
+
+/// Raises the one error of a member whose code has not come yet.
+[[noreturn]] void raiseNotImplemented(const QString& source);
+
+/// Turns the exception being handled into an `AutomationError`; call only inside a catch block.
+[[nodiscard]] AutomationError currentError();
+
+} // namespace yrw

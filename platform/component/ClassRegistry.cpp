@@ -1,0 +1,114 @@
+#include "platform/component/ClassRegistry.h"
+
+#include "platform/component/AutomationError.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLibrary>
+#include <QSettings>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace yrw {
+
+IClassFactory::~IClassFactory() = default;
+
+namespace {
+
+[[noreturn]] void fail(const QString& description) {
+    throw AutomationError(kErrorCannotCreateObject, QStringLiteral("YRW.ClassRegistry"),
+                          description);
+}
+
+QString defaultFile() {
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return data + u"/yarrowen/classes.ini";
+}
+
+/// Program ids hold no slash or backslash, so that they can name a group of the file.
+void checkProgramId(const QString& programId) {
+    if (programId.isEmpty() || programId.contains(u'/') || programId.contains(u'\\')) {
+        fail(QStringLiteral("'%1' is not a program id.").arg(programId));
+    }
+}
+
+IClassFactory& factoryOf(const ClassRegistration& found) {
+    if (!QFileInfo(found.libraryFile).isFile()) {
+        fail(QStringLiteral("The component of '%1' is not there: %2")
+                 .arg(found.programId, found.libraryFile));
+    }
+    QLibrary library(found.libraryFile);
+    // Code of the window toolkit in a library must never be unloaded.
+    library.setLoadHints(QLibrary::PreventUnloadHint);
+    if (!library.load()) {
+        fail(QStringLiteral("The component of '%1' could not be loaded: %2")
+                 .arg(found.programId, library.errorString()));
+    }
+    const auto entry =
+        reinterpret_cast<GetClassObjectFunction>(library.resolve("DllGetClassObject"));
+    if (entry == nullptr) {
+        fail(QStringLiteral("The file registered for '%1' is not a component: %2")
+                 .arg(found.programId, found.libraryFile));
+    }
+    IClassFactory* factory = nullptr;
+    if (entry(found.classId.toUtf8().constData(), &factory) != kComponentOk || factory == nullptr) {
+        fail(QStringLiteral("The component %1 does not offer the class of '%2'.")
+                 .arg(found.libraryFile, found.programId));
+    }
+    return *factory;
+}
+
+} // namespace
+
+ClassRegistry::ClassRegistry() : ClassRegistry(defaultFile()) {}
+
+ClassRegistry::ClassRegistry(QString file) : m_file(std::move(file)) {}
+
+void ClassRegistry::registerClass(const ClassRegistration& registration) const {
+    checkProgramId(registration.programId);
+    QDir().mkpath(QFileInfo(m_file).absolutePath());
+    QSettings file(m_file, QSettings::IniFormat);
+    file.beginGroup(registration.programId);
+    file.setValue(QStringLiteral("ClassId"), registration.classId);
+    file.setValue(QStringLiteral("Library"), registration.libraryFile);
+    file.endGroup();
+    file.sync();
+    if (file.status() != QSettings::NoError) {
+        fail(QStringLiteral("The class registry could not be written: %1").arg(m_file));
+    }
+}
+
+void ClassRegistry::unregisterClass(const QString& programId) const {
+    checkProgramId(programId);
+    QSettings file(m_file, QSettings::IniFormat);
+    file.remove(programId);
+}
+
+ClassRegistration ClassRegistry::find(const QString& programId) const {
+    checkProgramId(programId);
+    QSettings file(m_file, QSettings::IniFormat);
+    file.beginGroup(programId);
+    ClassRegistration found{programId, file.value(QStringLiteral("ClassId")).toString(),
+                            file.value(QStringLiteral("Library")).toString()};
+    if (found.classId.isEmpty() || found.libraryFile.isEmpty()) {
+        fail(QStringLiteral("'%1' is not registered on this computer.").arg(programId));
+    }
+    return found;
+}
+
+Ref<Counted> ClassRegistry::createObject(const QString& programId) const {
+    const ClassRegistration found = find(programId);
+    IClassFactory& factory = factoryOf(found);
+    if (factory.contractVersion() != kContractVersion) {
+        fail(QStringLiteral("The component of '%1' was made for another version of this program "
+                            "(%2 instead of %3): %4")
+                 .arg(programId)
+                 .arg(factory.contractVersion())
+                 .arg(kContractVersion)
+                 .arg(found.libraryFile));
+    }
+    return factory.createInstance();
+}
+
+} // namespace yrw

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+namespace yrw {
+
+/// The per-user settings store: texts addressed by application, section and key.
+///
+/// One INI file per application below `$XDG_CONFIG_HOME` (application "Yarrowen" is
+/// `Yarrowen.ini`), one group per section. Each read looks at the file afresh when another program
+/// has changed it. Nothing here raises: a broken or read-only file gives the defaults and one
+/// warning in `problem()`.
+/// Thread: the user-interface thread.
+class SettingsStore {
+public:
+    /// Uses the current user's configuration folder.
+    SettingsStore();
+    /// Uses the given folder, which need not be there yet.
+    explicit SettingsStore(QString folder);
+    virtual ~SettingsStore();
+
+    /// The stored text, or the given default when the key is absent or the file unreadable.
+    [[nodiscard]] virtual QString get(const QString& application, const QString& section,
+                                      const QString& key, const QString& defaultText) const;
+    /// Stores a text. Returns false when it could not be written.
+    virtual bool save(const QString& application, const QString& section, const QString& key,
+                      const QString& text);
+    /// Removes a key; no error when it is absent. Returns false when the file cannot be written.
+    virtual bool remove(const QString& application, const QString& section, const QString& key);
+
+    /// One sentence that names the file when it could not be read or written, once; then empty.
+    [[nodiscard]] QString takeProblem();
+    /// The file that holds an application's settings.
+    [[nodiscard]] QString fileOf(const QString& application) const;
+
+private:
+    void noteProblem(const QString& application, bool writing) const;
+
+    QString m_folder;
+    mutable QString m_problem;
+    mutable bool m_problemTold = false;
+};
+
+} // namespace yrw
