@@ -52,6 +52,7 @@ ROOMS = {
     "host/desk": {"host/core", "framework"} | PLATFORM,
     "cli": {"store", "framework", "host/core"} | CORE_PLATFORM,
     "tools": CORE_PLATFORM,
+    "cmake": set(),
     "bench": ANYTHING,
     "tests": ANYTHING,
 }
