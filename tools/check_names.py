@@ -66,7 +66,7 @@ def leaves_house_style(kind, name):
 def declared_names(text, types):
     """(line, kind, name) of all that a header declares, as far as its style matters."""
     for match in TYPE.finditer(text):
-        if not match[0].startswith(("using", "concept")):
+        if text[match.end():].lstrip().startswith((":", "{", "final")):
             yield text.count("\n", 0, match.start()) + 1, "class", match[1]
     for match in DECLARED.finditer(text):
         before = re.search(r"(\w+)[^\w]*$", text[:match.start(2)])

@@ -49,7 +49,7 @@ fi
 mkdir -p "$log_folder"
 say "looking at ${#chosen[@]} files"
 # The compiler of the build knows warnings that clang does not.
-if ! printf '%s\0' "${chosen[@]}" | xargs -0 -n 1 -P 2 clang-tidy -p "build/$preset" --quiet \
+if ! printf '%s\0' "${chosen[@]}" | xargs -0 -n 1 -P 2 clang-tidy --config-file=.clang-tidy -p "build/$preset" --quiet \
     --extra-arg=-Wno-unknown-warning-option 2>"$log_folder/tidy.log"; then
     grep -v 'warnings generated' "$log_folder/tidy.log" >&2 || true
     fail "clang-tidy found something"
