@@ -101,8 +101,8 @@ public:
     [[nodiscard]] std::vector<Ref<IRecord>> NewEnum() override;
     [[nodiscard]] Ref<IRecord> Item(const QVariant& recordID) override;
     [[nodiscard]] Ref<IRecord> Item(const Ref<dao::Recordset>& recordset) override;
-    bool Delete(const QVariant& recordID, const Ref<dao::Recordset>& recordset,
-                dao::Bookmark bookmark) override;
+    bool Delete(const QVariant& recordID, const Ref<dao::Recordset>& recordset = nullptr,
+                dao::Bookmark bookmark = {}) override;
     /// Rows by key, or all rows that `conditions` leaves.
     [[nodiscard]] Ref<dao::Recordset> Recordset(const RecordsetRequest& request) override;
     [[nodiscard]] QString TableName() const override;
