@@ -4,7 +4,6 @@
 #include "addin/Tools.h"
 #include "addin/frmTimer.h"
 #include "framework/ErrorGuards.h"
-#include "notes_window/frmMain.h"
 #include "platform/settings/SettingsStore.h"
 
 #include <QTimer>
@@ -241,6 +240,7 @@ void AddIn::releaseAll() noexcept {
             mfrmMain->unload();
         }
     });
+    ignoreErrors([this] { m_module.reminders().unloadAllOf(this); });
     m_active = false;
     removeTools();
     m_module.letGo(*this); // the last one closes database, workspace and application view

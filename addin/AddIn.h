@@ -4,6 +4,7 @@
 #include "addin/GridEvents.h"
 #include "addin/Module1.h"
 #include "addin/NotesSeek.h"
+#include "framework/HostUtility.h"
 #include "store/Schema.h"
 
 #include <QPointer>
@@ -11,7 +12,7 @@
 namespace yrw {
 
 class BusySign;
-class frmMain;
+class Form;
 class frmTimer;
 
 /// The object that a host creates to load the notes system.
@@ -57,6 +58,10 @@ public:
     void forgetReminder(qint64 reminderID) override;
     void repaintGrids() override;
 
+    /// Shows a popup for each due reminder of the current user that is not on screen yet, whether
+    /// or not checking is switched on. True when the check ran; it does not while a notes window
+    /// is open or the host is busy. A failure is reported.
+    bool CheckForReminders();
     /// The process-wide switch of that name.
     [[nodiscard]] bool CheckingForReminders() const;
     /// The timer window while the add-in is active, else nothing.
@@ -121,6 +126,11 @@ private:
     void takeCurrentUser();
     void readHighlightColour();
 
+    // Reminders.
+    bool checkReminders();
+    [[nodiscard]] std::vector<qint64> dueReminders();
+    void showReminder(qint64 reminderID);
+
     // Showing notes.
     [[nodiscard]] Ref<IRecord> ownerOfNote(qint64 noteRecordID);
     void showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID);
@@ -147,7 +157,7 @@ private:
     QString
         m_placedBandKey; ///< band that holds the "Show Notes" tool; empty while it is not placed
     bool m_gridToolPlaced = false;
-    QPointer<frmMain> mfrmMain; ///< the innermost notes window on screen
+    QPointer<Form> mfrmMain; ///< the innermost notes window on screen
     bool m_checkingReminders = false;
     int m_highlightColour = schema::kDefaultHighlight;
     NotesSeek m_notesSeek;

@@ -51,13 +51,13 @@ Ref<IRecord> AddIn::ownerOfNote(qint64 noteRecordID) {
 void AddIn::showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID) {
     const QPointer<frmMain> window(new frmMain(*this, m_module));
     // This call may be nested in another, whose window is the one to know of again afterwards.
-    const auto end = qScopeGuard([this, window, outer = std::exchange(mfrmMain, window)] {
+    const auto end = qScopeGuard([this, window, outer = std::exchange(mfrmMain, window.data())] {
         if (window) {
             window->deleteLater();
         }
         mfrmMain = outer;
     });
-    window->Initialise(record, noteRecordID);
+    window->Initialise(Ref<INotesAddIn>(this), record, noteRecordID);
     prompt().setMousePointer(MousePointer::Default); // the user is waited for
     window->showModal(m_interface ? m_interface->Window() : nullptr);
 }

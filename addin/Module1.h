@@ -1,5 +1,6 @@
 #pragma once
 
+#include "addin/ShownReminders.h"
 #include "framework/HostDataHelper.h"
 #include "framework/INotesAddIn.h"
 #include "framework/Services.h"
@@ -70,6 +71,8 @@ public:
     /// Sets a switch; when row marking goes on, every add-in is told.
     void setSwitch(NotesSwitch which, bool on);
 
+    [[nodiscard]] ShownReminders& reminders() noexcept { return m_reminders; }
+
     /// Uses a template that lies elsewhere than beside the component; empty: beside it again.
     void setTemplateFolder(const QString& folder) { m_templateFolder = folder; }
     /// Full path of the file that this code was loaded from.
@@ -109,6 +112,7 @@ private:
     QString m_databaseFolder;
     QString m_templateFolder;
     std::array<bool, 5> m_switches{};
+    ShownReminders m_reminders;
 };
 
 } // namespace yrw
