@@ -196,8 +196,8 @@ void DeskGridController::setSplit(bool split) {
     rebind();
 }
 
-qint64 DeskGridController::scan(
-    qint64 from, qint64 to, const std::function<bool(const dao::Recordset&)>& test) const {
+qint64 DeskGridController::scan(qint64 from, qint64 to,
+                                const std::function<bool(const dao::Recordset&)>& test) const {
     if (!m_rows || from >= to) {
         return -1;
     }
@@ -223,8 +223,7 @@ bool DeskGridController::findNext(const QString& text) {
     }
     const auto holdsText = [&](const dao::Recordset& rows) {
         return std::any_of(searched.begin(), searched.end(), [&](int column) {
-            return column >= 0 &&
-                   rows.value(column).toString().contains(text, Qt::CaseInsensitive);
+            return column >= 0 && rows.value(column).toString().contains(text, Qt::CaseInsensitive);
         });
     };
     const qint64 next = m_grid.currentRow() + 1;

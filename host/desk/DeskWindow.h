@@ -74,14 +74,22 @@ private:
     [[nodiscard]] Ref<ICollection> ordersToShow(bool everyRecord);
 
     // What the user asks for.
+    void quit();
     void newRecord();
     void editRecord();
     void deleteRecord();
+    void openFind();
     void findNext();
+    void openFilter();
+    void refreshRows();
     void splitGrid();
     void otherGrid();
     void goToCustomer();
     void switchBands();
+    void loadAddIn();
+    void activateAddIn();
+    void deactivateAddIn();
+    void releaseAddIn();
     void showKeys();
     void showAbout();
 
@@ -90,7 +98,7 @@ private:
     void makeCurrent(GridPanel& panel);
     void customerChanged();
     void recordWritten(GridPanel& panel);
-    void loadAddIn();
+    void reloadLayouts();
     bool showHelp(int topic);
     void showUser();
 
@@ -117,6 +125,7 @@ private:
     FindBar* m_findBar = nullptr;
     DeskGridController* m_current = nullptr;
     QTimer m_ordersDelay;
+    Connection m_toolClicks[2];
     bool m_open = false;
 };
 
