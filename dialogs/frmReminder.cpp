@@ -79,6 +79,7 @@ void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRec
 void frmReminder::abandon() {
     m_reminder.reset();
     unload();
+    deleteLater(); // also when it was never shown
 }
 
 // Event handlers.
@@ -131,6 +132,12 @@ void frmReminder::Form_Unload() {
     if (tag().size() > kTagPrefix.size()) {
         m_addIn.forgetReminder(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
     }
+    // The window itself ends later; what it holds of host and store is let go now.
+    m_reminder.reset();
+    m_note.reset();
+    m_owner.reset();
+    m_definition.reset();
+    m_application.reset();
 }
 
 // Named operations.
