@@ -47,3 +47,7 @@ if(EXISTS ${PROJECT_SOURCE_DIR}/tools/mkdatabase.cpp)
         VERBATIM)
     add_custom_target(shipped ALL DEPENDS ${shipped}/Notes.mdb ${shipped}/support/Notes/Menus.tb)
 endif()
+
+# Enters the component into the user's class registry.
+add_executable(yrwregister tools/register.cpp)
+target_link_libraries(yrwregister PRIVATE yrwcore)

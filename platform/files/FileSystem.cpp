@@ -45,7 +45,7 @@ void makeWritable(const QString& path) {
 FileSystem::~FileSystem() = default;
 
 QString FileSystem::resolve(const QString& path) const {
-    const QString wanted = withSlashes(path);
+    QString wanted = withSlashes(path);
     if (QFileInfo::exists(wanted)) {
         return wanted;
     }
