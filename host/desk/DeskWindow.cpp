@@ -123,8 +123,8 @@ void DeskWindow::connectPanel(GridPanel& panel) {
         makeCurrent(panel);
         m_interfaceToolbar->popup(QStringLiteral("bndGrid"));
     });
-    connect(&panel.grid(), &RecordGrid::recordWritten, this,
-            [this, &panel] { recordWritten(panel); });
+    connect(&panel.controller(), &DeskGridController::recordAdded, this,
+            [this, &panel] { recordAdded(panel); });
     connect(&panel.grid(), &RecordGrid::editFailed, this, [this](const QString& reason) {
         m_services.utility.prompt().message(QStringLiteral("The record was not saved.\r\r") +
                                                 reason,
@@ -314,7 +314,7 @@ void DeskWindow::editRecord() {
     RecordGrid& grid = currentPanel().grid();
     grid.setFocus();
     QKeyEvent press(QEvent::KeyPress, Qt::Key_F2, Qt::NoModifier);
-    QApplication::sendEvent(QApplication::focusWidget(), &press);
+    QApplication::sendEvent(&grid, &press);
 }
 
 void DeskWindow::deleteRecord() {
@@ -438,14 +438,18 @@ void DeskWindow::showAbout() {
         QStringLiteral("About Yarrowen Desk"), PromptIcon::Information);
 }
 
-void DeskWindow::recordWritten(GridPanel& panel) {
-    reportErrors(m_services.utility, QStringLiteral("YRWDesk.DeskWindow.RecordWritten"),
-                 QStringLiteral("The record could not be completed."), kTitle, [&] {
-                     const bool isOrder = &panel == m_lower;
-                     const qint64 owner = isOrder ? upper().currentRecordID() : 0;
-                     if (m_application->CompleteRecord(panel.controller().lastWrittenID(), owner)) {
-                     }
-                 });
+void DeskWindow::recordAdded(GridPanel& panel) {
+    reportErrors(
+        m_services.utility, QStringLiteral("YRWDesk.DeskWindow.RecordAdded"),
+        QStringLiteral("The new record could not be completed."), kTitle, [&] {
+            DeskGridController& controller = panel.controller();
+            const Ref<ICollection> object = controller.CurrentObject();
+            const qint64 id = controller.currentRecordID();
+            if (object && id != 0 &&
+                m_application->CompleteRecord(object->ObjectKey(), id, upper().currentRecordID())) {
+                panel.grid().refresh();
+            }
+        });
 }
 
 } // namespace yrw

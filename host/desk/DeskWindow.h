@@ -10,6 +10,8 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
 class QSplitter;
 
 namespace yrw {
@@ -97,7 +99,7 @@ private:
     void focusMoved(QWidget* focused);
     void makeCurrent(GridPanel& panel);
     void customerChanged();
-    void recordWritten(GridPanel& panel);
+    void recordAdded(GridPanel& panel);
     void reloadLayouts();
     bool showHelp(int topic);
     void showUser();
