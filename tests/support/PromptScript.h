@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <type_traits>
 
 namespace yrw {
 
@@ -114,7 +115,8 @@ private:
         }
     }
     template <class Answer>
-    static Answer take(std::deque<Answer>& queue, const Answer& otherwise, const QString& what) {
+    static Answer take(std::deque<Answer>& queue, const std::type_identity_t<Answer>& otherwise,
+                       const QString& what) {
         if (queue.empty()) {
             ADD_FAILURE() << "unexpected " << what.toStdString();
             return otherwise;
