@@ -1,12 +1,22 @@
 #pragma once
 
 #include "platform/prompt/Prompt.h"
+#include "platform/rtf/Model.h"
 
 #include <QTextEdit>
 
+#include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
+
+class QTextBlock;
 
 namespace yrw {
+
+namespace richtext {
+class InlineRenderer;
+}
 
 /// Paragraph alignment by the numbers that the system's callers use.
 enum class TextAlignment : int { Left = 0, Right = 1, Center = 2 };
@@ -74,6 +84,26 @@ Q_SIGNALS:
     void contentChanged();
     /// The selection, the insertion point or the formats there changed.
     void selectionStateChanged();
+
+private:
+    using ParagraphChange = std::function<void(rtf::ParFormat&)>;
+
+    void load(const rtf::Document& document);
+    [[nodiscard]] rtf::Document scan() const;
+    void applyDefaultToEmpty();
+    void changeCharacters(const QTextCharFormat& change);
+    void changeParagraphs(const ParagraphChange& change);
+    void changeParagraph(const QTextBlock& block, const ParagraphChange& change);
+    [[nodiscard]] rtf::ParFormat paragraphOf(const QTextBlock& block) const;
+    template <typename T, typename Get>
+    [[nodiscard]] std::optional<T> ofCharacters(Get get) const;
+    template <typename T, typename Get>
+    [[nodiscard]] std::optional<T> ofParagraphs(Get get) const;
+
+    FontChoice m_default;
+    rtf::Document m_header; ///< tables and kept groups of the document last loaded
+    std::vector<rtf::Inline> m_inlines;
+    std::unique_ptr<richtext::InlineRenderer> m_renderer;
 };
 
 } // namespace yrw
