@@ -124,9 +124,10 @@ void frmMain::loadToolbar() {
     }
     connectToolbar();
     if (!problems.isEmpty()) {
-        prompt().message(QStringLiteral("The toolbar layout cannot be used; another one is shown.") +
-                             QStringLiteral("\r\r") + problems.join(QLatin1Char('\r')),
-                         QStringLiteral("Notes Problem"), PromptIcon::Exclamation);
+        prompt().message(
+            QStringLiteral("The toolbar layout cannot be used; another one is shown.") +
+                QStringLiteral("\r\r") + problems.join(QLatin1Char('\r')),
+            QStringLiteral("Notes Problem"), PromptIcon::Exclamation);
     }
 }
 

@@ -77,8 +77,8 @@ void frmMain::connectEvents() {
 
 void frmMain::connectToolbar() {
     m_connections.push_back(m_atbMain->Click.connect([this](ITool& tool) { atbMain_Click(tool); }));
-    m_connections.push_back(m_atbMain->ComboSelChange.connect(
-        [this](ITool& tool) { atbMain_ComboSelChange(tool); }));
+    m_connections.push_back(
+        m_atbMain->ComboSelChange.connect([this](ITool& tool) { atbMain_ComboSelChange(tool); }));
     m_connections.push_back(
         m_atbMain->ComboDrop.connect([this](ITool& tool) { atbMain_ComboDrop(tool); }));
     m_connections.push_back(m_atbMain->BandMove.connect([this](IBand&) { atbMain_BandMove(); }));
