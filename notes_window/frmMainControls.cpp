@@ -85,6 +85,9 @@ void frmMain::connectToolbar() {
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (m_rtxMain == nullptr) { // a form sees events before its controls are made
+        return Form::eventFilter(watched, event);
+    }
     if (watched == m_rtxMain->viewport() && event->type() == QEvent::MouseButtonPress &&
         static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         rtxMain_MouseDown();
