@@ -112,6 +112,7 @@ void Parser::openGroup(const Token& token) {
     m_state.begin = token.begin;
     m_state.starred = false;
     m_state.fresh = true;
+    m_state.isField = false;
     m_state.ownsField = false;
 }
 
@@ -227,7 +228,7 @@ void Parser::bytes(const Token& token) {
     if (token.kind == TokenKind::Text) {
         append(token.text);
     } else if (token.hasNumber && token.number != '\r' && token.number != '\n' &&
-               token.number != 0) {
+               (token.number != 0 || !inBody())) {
         const char byte = static_cast<char>(token.number);
         append(QByteArrayView(&byte, 1));
     }

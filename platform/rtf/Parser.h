@@ -37,9 +37,10 @@ struct State {
     int listLevel = 0;  ///< \ilvl
     Destination destination = Destination::Body;
     bool inTable = false;
-    bool starred = false; ///< the group began with \*
-    bool fresh = false;   ///< nothing was read in the group yet
-    bool ownsField = false;
+    bool starred = false;   ///< the group began with \*
+    bool fresh = false;     ///< nothing was read in the group yet
+    bool isField = false;   ///< a \field group
+    bool ownsField = false; ///< its instruction was read before any text
 };
 
 /// A level of a list of the list table.
@@ -121,6 +122,7 @@ private:
     int m_skip = 0;           ///< items to skip after \u
     bool m_done = false;
     bool m_fieldHasText = false;
+    qsizetype m_fieldStart = 0; ///< where the text of the last field begins
     bool m_surrogates = false;
     bool m_pictureTaken = false; ///< the better of two renderings was there
     CharFormat m_lastChars;

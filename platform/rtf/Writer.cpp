@@ -29,6 +29,7 @@ public:
 
 private:
     void header();
+    void leaveSymbolFont();
     void fontTable();
     void colourTable();
     void paragraph(int index);
@@ -69,9 +70,23 @@ QByteArray Writer::run() {
     for (int i = 0; i < count; ++i) {
         paragraph(i);
     }
+    leaveSymbolFont();
     m_out.closeWord();
     m_out.raw(kTail);
     return m_out.take();
+}
+
+/// Text put in the tail's place is read in the last font, which must be one of letters.
+void Writer::leaveSymbolFont() {
+    if (at(m_document.fonts, m_chars.font).charset != kSymbolCharset) {
+        return;
+    }
+    const auto letters =
+        std::find_if(m_document.fonts.begin(), m_document.fonts.end(),
+                     [](const Font& font) { return font.charset != kSymbolCharset; });
+    if (letters != m_document.fonts.end()) {
+        m_out.word("f", letters->number);
+    }
 }
 
 void Writer::header() {
