@@ -287,11 +287,14 @@ void Writer::listDefinition(const ParFormat& format) {
 void Writer::content(const Paragraph& paragraph) {
     for (int r = 0; r < paragraph.runCount; ++r) {
         const Run& run = at(m_document.runs, paragraph.firstRun + r);
+        const CharFormat& format = at(m_document.charFormats, run.format);
+        if (!m_charsKnown) {
+            characterFormat(format); // in full, and not only inside a field
+        }
         if (run.field != m_field) {
             closeField();
             openField(run.field);
         }
-        const CharFormat& format = at(m_document.charFormats, run.format);
         characterFormat(format);
         if (run.object >= 0) {
             m_out.raw(at(m_document.inlines, run.object).raw);
