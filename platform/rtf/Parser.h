@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -97,18 +98,21 @@ private:
     void appendCharacter(char16_t character);
     void flush();
     bool skipped(const Token& token);
-    void deliver(const QString& text);
+    void deliver(QStringView text);
     void applyList();
     void endCell();
     void startRow();
     void endRow();
     void closeFont();
+    void useDefaultFont(int codePage);
+    void ensureDefaultFont();
     void skipHere();
     [[nodiscard]] int colourAt(int index) const;
     /// Moves behind the present group and leaves it; the group is what comes back.
     QByteArray takeGroup();
     void addInline(InlineKind kind, const QByteArray& raw);
     int format();
+    int paragraphFormat();
     [[nodiscard]] int page() const;
     [[nodiscard]] bool inBody() const { return m_state.destination == Destination::Body; }
 
@@ -126,6 +130,8 @@ private:
     bool m_surrogates = false;
     bool m_pictureTaken = false; ///< the better of two renderings was there
     CharFormat m_lastChars;
+    ParFormat m_lastPars;
+    int m_lastPar = -1;
     int m_lastFormat = -1;
 
     int m_defaultNumber = 0;
@@ -151,7 +157,7 @@ private:
 
 /// The table's entry for a control word; a null handler when the word is unknown.
 struct WordEntry {
-    const char* name = nullptr;
+    std::string_view name = {};
     Parser::Handler handler = nullptr;
     int value = 0;
 };

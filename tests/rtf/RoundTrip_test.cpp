@@ -58,6 +58,16 @@ TEST(RoundTrip, ReadWriteReadGivesAnEqualModel) {
     }
 }
 
+TEST(RoundTrip, LettersInASymbolFontStayLetters) {
+    // The default font is missing from the table, or has a symbol font's name.
+    for (const char* table : {"{\\f2\\fcharset2 Symbol;}", "{\\f2\\fcharset2 X;}{\\f0 X;}"}) {
+        const Document first =
+            readBytes(QByteArray("{\\rtf1\\deff0{\\fonttbl") + table + "}{\\f2\\'61}a}");
+        EXPECT_EQ(first.plainText(), QString::fromUtf16(u"\uF061a"));
+        EXPECT_EQ(readBytes(write(first)).plainText(), first.plainText()) << table;
+    }
+}
+
 TEST(Writer, EndsInTheTailAndKeepsWordsApartFromWhatTakesItsPlace) {
     for (const char* body : kBodies) {
         QByteArray written = write(readBytes(kHead + body + "}"));
