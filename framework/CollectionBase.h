@@ -9,19 +9,19 @@ namespace yrw {
 /// How one kind of record differs from the others: everything else is common to all of them.
 /// Lifetime: a constant of the program; collections and records keep a reference to it.
 struct TableDifferences {
-    QString TableName;
-    QString QueryName; ///< what `ICollection::QueryName` answers
-    QString ObjectKey;
-    QString CollectionName;
-    QString ClassName;
-    QString CommonFieldName;
+    QString TableName{};
+    QString QueryName{}; ///< what `ICollection::QueryName` answers
+    QString ObjectKey{};
+    QString CollectionName{};
+    QString ClassName{};
+    QString CommonFieldName{};
     QString ShortDisplayFieldName = QStringLiteral("RecordID");
     QString KeyField = QStringLiteral("RecordID");
-    QString StoredQuery; ///< query (or table) that rows are read from
-    QString DeleteQuery; ///< action query that deletes by key; empty: the row is deleted directly
-    QString ItemSource;  ///< source of the "was not found" error
-    QString FieldSource; ///< source of the "does not exist" error
-    QString UseName;     ///< answer to the named call "UseName"; empty: the call is unknown
+    QString StoredQuery{}; ///< query (or table) that rows are read from
+    QString DeleteQuery{}; ///< action query that deletes by key; empty: the row is deleted directly
+    QString ItemSource{};  ///< source of the "was not found" error
+    QString FieldSource{}; ///< source of the "does not exist" error
+    QString UseName{};     ///< answer to the named call "UseName"; empty: the call is unknown
     /// Whether `CancelMultipleFieldUpdate` empties the pending values before it drops them.
     bool EmptiesPendingValues = true;
 };
@@ -101,8 +101,8 @@ public:
     [[nodiscard]] std::vector<Ref<IRecord>> NewEnum() override;
     [[nodiscard]] Ref<IRecord> Item(const QVariant& recordID) override;
     [[nodiscard]] Ref<IRecord> Item(const Ref<dao::Recordset>& recordset) override;
-    bool Delete(const QVariant& recordID, const Ref<dao::Recordset>& recordset,
-                dao::Bookmark bookmark) override;
+    bool Delete(const QVariant& recordID, const Ref<dao::Recordset>& recordset = nullptr,
+                dao::Bookmark bookmark = {}) override;
     /// Rows by key, or all rows that `conditions` leaves.
     [[nodiscard]] Ref<dao::Recordset> Recordset(const RecordsetRequest& request) override;
     [[nodiscard]] QString TableName() const override;

@@ -15,6 +15,9 @@ namespace {
                           QStringLiteral("The desk does not support this."));
 }
 
+/// Numbers of orders count from here.
+constexpr qint64 kFirstOrderNumber = 10000;
+
 class DeskSession final : public ISession {
 public:
     explicit DeskSession(Ref<IApplication> application) : m_application(std::move(application)) {}
@@ -127,6 +130,40 @@ Ref<yrw::ICollection> DeskApplication::Orders(const Ref<IRecord>& customer) {
         orders->setParent(customer);
     }
     return orders;
+}
+
+void DeskApplication::DeleteRecord(const QString& objectKey, qint64 recordID) {
+    const Ref<IObjectDefinition> definition = ObjectDefinition(objectKey);
+    dao::Transaction transaction(*m_database);
+    if (definition->ObjectKey() == QString::fromUtf16(kCustomerKey)) {
+        m_database->DeleteRows(QStringLiteral("Orders"), QStringLiteral("CustomerID"), recordID);
+    }
+    definition->Collection()->Delete(QVariant(recordID));
+    transaction.commit();
+}
+
+bool DeskApplication::CompleteRecord(const QString& objectKey, qint64 recordID, qint64 customerID) {
+    const bool isOrder = objectKey == QString::fromUtf16(kOrderKey);
+    const Ref<IRecord> record = ObjectDefinition(objectKey)->Collection()->Item(recordID);
+    const QVariant today = QDateTime(m_engine.clock.now().date(), QTime(0, 0));
+    const dao::ValueList defaults =
+        isOrder ? dao::ValueList{{QStringLiteral("OrderNo"),
+                                  QStringLiteral("A%1").arg(kFirstOrderNumber + recordID)},
+                                 {QStringLiteral("OrderDate"), today},
+                                 {QStringLiteral("CustomerID"),
+                                  customerID == 0 ? QVariant() : QVariant(customerID)}}
+                : dao::ValueList{{QStringLiteral("CustomerNo"),
+                                  QStringLiteral("C%1").arg(recordID, 6, 10, QLatin1Char('0'))},
+                                 {QStringLiteral("CustomerSince"), today}};
+    record->BeginMultipleFieldUpdate();
+    for (const dao::ValueList::Entry& entry : defaults) {
+        if (record->value(entry.name).isNull() && !entry.value.isNull()) {
+            record->MultipleUpdateFieldValues().set(entry.name, entry.value);
+        }
+    }
+    const bool filled = !record->MultipleUpdateFieldValues().isEmpty();
+    record->EndMultipleFieldUpdate();
+    return filled;
 }
 
 void DeskApplication::OpenDatabase(const QString& /*path*/) {

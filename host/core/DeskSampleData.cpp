@@ -115,6 +115,10 @@ int DeskSampleData::orderCount() {
     return m_customers > kManyCustomers ? int(below(4) == 0) : below(7);
 }
 
+QDateTime DeskSampleData::workingTime(QDate day) {
+    return {day, QTime(9, 0).addSecs(60 * 5 * below(96))};
+}
+
 SampleCustomer DeskSampleData::nextCustomer() {
     SampleCustomer customer;
     customer.number = QStringLiteral("C%1").arg(++m_customerNumber, 6, 10, QLatin1Char('0'));
@@ -128,9 +132,9 @@ SampleCustomer DeskSampleData::nextCustomer() {
     customer.phone = QStringLiteral("01632 960%1").arg(below(1000), 3, 10, QLatin1Char('0'));
     customer.email = mailPart(customer.contact).replace(u'-', u'.') + u'@' +
                      mailPart(customer.name) + u".example";
-    customer.since = m_today.addDays(-30 - below(5000));
+    m_since = m_today.addDays(-30 - below(5000));
+    customer.since = workingTime(m_since);
     customer.orders = orderCount();
-    m_since = customer.since;
     return customer;
 }
 
@@ -140,8 +144,9 @@ SampleOrder DeskSampleData::nextOrder() {
     order.item = pick(kItems);
     order.quantity = 1 + below(12);
     order.amount = order.quantity * (950 + below(38000)) / 100.0;
-    order.date = m_since.addDays(below(int(m_since.daysTo(m_today))));
-    const bool recent = order.date.daysTo(m_today) < 45;
+    const QDate day = m_since.addDays(1 + below(int(m_since.daysTo(m_today)) - 1));
+    order.date = workingTime(day);
+    const bool recent = day.daysTo(m_today) < 45;
     order.state = recent ? QStringLiteral("Open") : pick(kStates);
     return order;
 }

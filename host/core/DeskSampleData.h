@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDate>
+#include <QDateTime>
 #include <QString>
 
 #include <random>
@@ -17,7 +17,7 @@ struct SampleCustomer {
     QString postcode;
     QString phone;
     QString email;
-    QDate since;
+    QDateTime since;
     int orders = 0; ///< how many orders follow
 };
 
@@ -27,7 +27,7 @@ struct SampleOrder {
     QString item;
     int quantity = 1;
     double amount = 0;
-    QDate date;
+    QDateTime date;
     QString state;
 };
 
@@ -51,6 +51,8 @@ private:
     [[nodiscard]] QString pick(const Table& table);
     [[nodiscard]] QString businessName();
     [[nodiscard]] int orderCount();
+    /// A moment of that day's opening hours.
+    [[nodiscard]] QDateTime workingTime(QDate day);
 
     qint64 m_customers;
     QDate m_today;

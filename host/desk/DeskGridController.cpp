@@ -35,10 +35,21 @@ DeskGridController::DeskGridController(RecordGrid& grid, QList<GridLayout> layou
     m_rest.setSingleShot(true);
     m_rest.setInterval(kRestMs);
     connect(&m_rest, &QTimer::timeout, this, &DeskGridController::rested);
+    connectGrid();
+}
+
+void DeskGridController::connectGrid() {
     connect(&m_grid, &RecordGrid::currentCellChanged, this, &DeskGridController::cursorMoved);
     connect(&m_grid, &RecordGrid::headerClicked, this, &DeskGridController::sortBy);
-    connect(&m_grid, &RecordGrid::addRowStarted, this, [this] { OnAddRow.raise(); });
-    connect(&m_grid, &RecordGrid::addEditCanceled, this, [this] { AfterAddEditCanceled.raise(); });
+    connect(&m_grid, &RecordGrid::recordWritten, this, &DeskGridController::rowWritten);
+    connect(&m_grid, &RecordGrid::addRowStarted, this, [this] {
+        m_adding = true;
+        OnAddRow.raise();
+    });
+    connect(&m_grid, &RecordGrid::addEditCanceled, this, [this] {
+        m_adding = false;
+        AfterAddEditCanceled.raise();
+    });
 }
 
 DeskGridController::~DeskGridController() = default;
@@ -98,13 +109,8 @@ void DeskGridController::rememberWidths() {
 }
 
 void DeskGridController::showHeaders() {
-    QList<GridColumn> columns = layout().columns;
-    for (GridColumn& each : columns) {
-        if (each.field == m_sortField) {
-            each.header += m_descending ? u" \u25BC" : u" \u25B2";
-        }
-    }
-    m_grid.setColumns(columns);
+    m_grid.setColumns(layout().columns);
+    m_grid.setSortIndicator(m_sortField, m_descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 RecordsetRequest DeskGridController::request() const {
@@ -196,8 +202,8 @@ void DeskGridController::setSplit(bool split) {
     rebind();
 }
 
-qint64 DeskGridController::scan(
-    qint64 from, qint64 to, const std::function<bool(const dao::Recordset&)>& test) const {
+qint64 DeskGridController::scan(qint64 from, qint64 to,
+                                const std::function<bool(const dao::Recordset&)>& test) const {
     if (!m_rows || from >= to) {
         return -1;
     }
@@ -223,8 +229,7 @@ bool DeskGridController::findNext(const QString& text) {
     }
     const auto holdsText = [&](const dao::Recordset& rows) {
         return std::any_of(searched.begin(), searched.end(), [&](int column) {
-            return column >= 0 &&
-                   rows.value(column).toString().contains(text, Qt::CaseInsensitive);
+            return column >= 0 && rows.value(column).toString().contains(text, Qt::CaseInsensitive);
         });
     };
     const qint64 next = m_grid.currentRow() + 1;
@@ -278,6 +283,13 @@ void DeskGridController::cursorMoved() {
         m_rest.start();
     } else {
         m_rest.stop();
+    }
+}
+
+void DeskGridController::rowWritten() {
+    if (std::exchange(m_adding, false)) {
+        Q_EMIT rowsRead(m_grid.rowCount());
+        Q_EMIT recordAdded();
     }
 }
 

@@ -66,10 +66,15 @@ public:
 Q_SIGNALS:
     /// The cursor stands on another record, or on none.
     void recordChanged();
+    /// The rows were read, or their number changed.
     void rowsRead(qint64 count);
+    /// A new record was written; the cursor stands on it.
+    void recordAdded();
     void layoutLoaded(const QString& name);
 
 private:
+    void connectGrid();
+    void rowWritten();
     void cursorMoved();
     void rested();
     void rememberWidths();
@@ -97,6 +102,7 @@ private:
     QTimer m_rest;
     bool m_current = false;
     bool m_binding = false;
+    bool m_adding = false;      ///< a new record is being typed
     qint64 m_noticedRecord = 0; ///< record that `recordChanged` was raised for last
     qint64 m_restedRow = -1;    ///< row that `StayOnRow` was raised for last
 };

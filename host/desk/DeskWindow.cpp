@@ -28,10 +28,12 @@ const QString kSplitter = QStringLiteral("Splitter");
 /// fetch the orders of everybody passed by. Milliseconds.
 constexpr int kOrdersDelayMs = 60;
 
+/// The help topic of the note properties dialog.
+constexpr int kHelpNoteProperties = 110001;
+
 CreateObject registryUnless(CreateObject given) {
-    return given ? given : [](const QString& programId) {
-        return ClassRegistry().createObject(programId);
-    };
+    return given ? given
+                 : [](const QString& programId) { return ClassRegistry().createObject(programId); };
 }
 
 } // namespace
@@ -121,8 +123,8 @@ void DeskWindow::connectPanel(GridPanel& panel) {
         makeCurrent(panel);
         m_interfaceToolbar->popup(QStringLiteral("bndGrid"));
     });
-    connect(&panel.grid(), &RecordGrid::recordWritten, this,
-            [this, &panel] { recordWritten(panel); });
+    connect(&panel.controller(), &DeskGridController::recordAdded, this,
+            [this, &panel] { recordAdded(panel); });
     connect(&panel.grid(), &RecordGrid::editFailed, this, [this](const QString& reason) {
         m_services.utility.prompt().message(QStringLiteral("The record was not saved.\r\r") +
                                                 reason,
@@ -131,8 +133,7 @@ void DeskWindow::connectPanel(GridPanel& panel) {
 }
 
 void DeskWindow::open() {
-    m_application =
-        DeskApplication::open({m_services.clock, m_services.files}, m_options.start);
+    m_application = DeskApplication::open({m_services.clock, m_services.files}, m_options.start);
     m_application->setHelp([this](int topic) { return showHelp(topic); });
     m_open = true;
     m_services.utility.prompt().setParentWindow(this);
@@ -145,12 +146,14 @@ void DeskWindow::open() {
 }
 
 void DeskWindow::loadAddIn() {
-    if (!m_options.addInProgID.isEmpty()) {
-        m_addIns.load(m_options.addInProgID, m_component);
-        // A layout or recordset that was there before the add-in: it hears of both now.
-        for (DeskGridController* controller : {&upper(), &lower()}) {
-            controller->loadLayout(controller->LayoutName());
-        }
+    if (!m_options.addInProgID.isEmpty() && m_addIns.load(m_options.addInProgID, m_component)) {
+        reloadLayouts();
+    }
+}
+
+void DeskWindow::reloadLayouts() {
+    for (DeskGridController* controller : {&upper(), &lower()}) {
+        controller->loadLayout(controller->LayoutName());
     }
 }
 
@@ -259,6 +262,194 @@ void DeskWindow::customerChanged() {
                                   : QStringLiteral("Orders"));
                      lower().rebind();
                  });
+}
+
+void DeskWindow::run(DeskCommand command) {
+    using Operation = void (DeskWindow::*)();
+    static const std::map<DeskCommand, Operation> kOperations = {
+        {DeskCommand::Quit, &DeskWindow::quit},
+        {DeskCommand::NewRecord, &DeskWindow::newRecord},
+        {DeskCommand::EditRecord, &DeskWindow::editRecord},
+        {DeskCommand::DeleteRecord, &DeskWindow::deleteRecord},
+        {DeskCommand::Find, &DeskWindow::openFind},
+        {DeskCommand::FindNext, &DeskWindow::findNext},
+        {DeskCommand::Filter, &DeskWindow::openFilter},
+        {DeskCommand::Refresh, &DeskWindow::refreshRows},
+        {DeskCommand::Split, &DeskWindow::splitGrid},
+        {DeskCommand::OtherGrid, &DeskWindow::otherGrid},
+        {DeskCommand::GoToCustomer, &DeskWindow::goToCustomer},
+        {DeskCommand::BandMain, &DeskWindow::switchBands},
+        {DeskCommand::BandPlain, &DeskWindow::switchBands},
+        {DeskCommand::BandAddins, &DeskWindow::switchBands},
+        {DeskCommand::LoadAddIn, &DeskWindow::loadAddIn},
+        {DeskCommand::ReleaseAddIn, &DeskWindow::releaseAddIn},
+        {DeskCommand::ActivateAddIn, &DeskWindow::activateAddIn},
+        {DeskCommand::DeactivateAddIn, &DeskWindow::deactivateAddIn},
+        {DeskCommand::Contents, &DeskWindow::showKeys},
+        {DeskCommand::About, &DeskWindow::showAbout},
+    };
+    const auto operation = kOperations.find(command);
+    if (operation == kOperations.end() || !m_open) {
+        return;
+    }
+    reportErrors(m_services.utility, QStringLiteral("YRWDesk.DeskWindow.Run"),
+                 QStringLiteral("This could not be done."), kTitle,
+                 [&] { (this->*operation->second)(); });
+}
+
+void DeskWindow::quit() {
+    close();
+}
+
+void DeskWindow::newRecord() {
+    RecordGrid& grid = currentPanel().grid();
+    if (!grid.commitEdit()) {
+        return;
+    }
+    grid.setFocus();
+    grid.setCurrentRow(grid.rowCount());
+}
+
+void DeskWindow::editRecord() {
+    RecordGrid& grid = currentPanel().grid();
+    grid.setFocus();
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_F2, Qt::NoModifier);
+    QApplication::sendEvent(&grid, &press);
+}
+
+void DeskWindow::deleteRecord() {
+    const Ref<IRecord> record = m_current->CurrentRecord();
+    if (!record) {
+        return;
+    }
+    const bool isCustomer = m_current == &upper();
+    const QString name = record->ShortDisplayValue()->Value().toString();
+    const QString text = isCustomer ? QStringLiteral("Delete the customer '%1' and all its orders?")
+                                    : QStringLiteral("Delete the order '%1'?");
+    const PromptAnswer answer = m_services.utility.prompt().question(
+        text.arg(name), kTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::No);
+    if (answer == PromptAnswer::Yes) {
+        m_application->DeleteRecord(record->Collection()->ObjectKey(),
+                                    record->value(QStringLiteral("RecordID")).toLongLong());
+        m_current->rebind();
+    }
+}
+
+void DeskWindow::openFind() {
+    m_findBar->open();
+}
+
+void DeskWindow::openFilter() {
+    currentPanel().focusFilter();
+}
+
+void DeskWindow::findNext() {
+    if (m_findBar->text().isEmpty()) {
+        m_findBar->open();
+        return;
+    }
+    m_services.utility.prompt().setMousePointer(MousePointer::Hourglass);
+    bool found = false;
+    ignoreErrors([&] { found = m_current->findNext(m_findBar->text()); });
+    m_services.utility.prompt().setMousePointer(MousePointer::Default);
+    m_findBar->showResult(found);
+}
+
+void DeskWindow::refreshRows() {
+    upper().rebind();
+    lower().rebind();
+}
+
+void DeskWindow::splitGrid() {
+    m_current->setSplit(m_commands->isChecked(DeskCommand::Split));
+}
+
+void DeskWindow::otherGrid() {
+    GridPanel& other = m_current == &upper() ? *m_lower : *m_upper;
+    other.grid().setFocus();
+    makeCurrent(other);
+}
+
+void DeskWindow::goToCustomer() {
+    const Ref<IRecord> order = lower().CurrentRecord();
+    if (!order) {
+        return;
+    }
+    const qint64 customer = order->value(QStringLiteral("CustomerID")).toLongLong();
+    if (customer != upper().currentRecordID() && !upper().goToRecord(customer)) {
+        m_upper->clearFilter();
+        upper().goToRecord(customer);
+    }
+    m_upper->grid().setFocus();
+    makeCurrent(*m_upper);
+}
+
+void DeskWindow::switchBands() {
+    // The add-in takes its tools away first and places them anew afterwards.
+    m_addIns.deactivate();
+    m_commands->fillComponentToolbar(*m_componentToolbar);
+    activateAddIn();
+}
+
+void DeskWindow::activateAddIn() {
+    if (m_addIns.isLoaded()) {
+        m_addIns.activate();
+        reloadLayouts();
+    }
+}
+
+void DeskWindow::deactivateAddIn() {
+    m_addIns.deactivate();
+}
+
+void DeskWindow::releaseAddIn() {
+    m_addIns.unload();
+}
+
+bool DeskWindow::showHelp(int topic) {
+    if (topic != kHelpNoteProperties) {
+        return false;
+    }
+    m_services.utility.prompt().message(
+        QStringLiteral("Give the note a subject and a date. A private note is seen by you alone.\r"
+                       "Tick \"Automatically Show this Note?\" to see it whenever you come to its "
+                       "record.\rTick \"Set Reminder\" to be reminded, alone or with others."),
+        QStringLiteral("Note Properties"), PromptIcon::Information);
+    return true;
+}
+
+void DeskWindow::showKeys() {
+    m_services.utility.prompt().message(
+        QStringLiteral(
+            "Click a column's heading to sort by it, again to turn the order round.\r"
+            "Type in Filter (Ctrl+L) to see only the rows that hold a text.\r"
+            "F2 edits a cell, Escape drops the edit; the row is saved when you leave it.\r"
+            "The row with the star at the end takes a new record.\r"
+            "F6 goes to the other grid; the menu key opens the grid's menu.\r"
+            "Double-click an order's customer to go to that customer."),
+        QStringLiteral("Keys and Mouse"), PromptIcon::Information);
+}
+
+void DeskWindow::showAbout() {
+    m_services.utility.prompt().message(
+        QStringLiteral("Yarrowen Desk %1\r\rUser: %2\rDatabase: %3\rAdd-in: %4")
+            .arg(m_application->Version(), m_user->text(), m_application->DAODatabase()->Name(),
+                 m_addIns.description()),
+        QStringLiteral("About Yarrowen Desk"), PromptIcon::Information);
+}
+
+void DeskWindow::recordAdded(GridPanel& panel) {
+    reportErrors(
+        m_services.utility, QStringLiteral("YRWDesk.DeskWindow.RecordAdded"),
+        QStringLiteral("The new record could not be completed."), kTitle, [&] {
+            DeskGridController& controller = panel.controller();
+            const Ref<ICollection> object = controller.CurrentObject();
+            const qint64 id = controller.currentRecordID();
+            if (object && id != 0 &&
+                m_application->CompleteRecord(object->ObjectKey(), id, upper().currentRecordID())) {
+                panel.grid().refresh();
+            }
+        });
 }
 
 } // namespace yrw

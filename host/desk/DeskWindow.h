@@ -10,6 +10,8 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
 class QSplitter;
 
 namespace yrw {
@@ -74,14 +76,22 @@ private:
     [[nodiscard]] Ref<ICollection> ordersToShow(bool everyRecord);
 
     // What the user asks for.
+    void quit();
     void newRecord();
     void editRecord();
     void deleteRecord();
+    void openFind();
     void findNext();
+    void openFilter();
+    void refreshRows();
     void splitGrid();
     void otherGrid();
     void goToCustomer();
     void switchBands();
+    void loadAddIn();
+    void activateAddIn();
+    void deactivateAddIn();
+    void releaseAddIn();
     void showKeys();
     void showAbout();
 
@@ -89,8 +99,8 @@ private:
     void focusMoved(QWidget* focused);
     void makeCurrent(GridPanel& panel);
     void customerChanged();
-    void recordWritten(GridPanel& panel);
-    void loadAddIn();
+    void recordAdded(GridPanel& panel);
+    void reloadLayouts();
     bool showHelp(int topic);
     void showUser();
 
@@ -117,6 +127,7 @@ private:
     FindBar* m_findBar = nullptr;
     DeskGridController* m_current = nullptr;
     QTimer m_ordersDelay;
+    Connection m_toolClicks[2];
     bool m_open = false;
 };
 

@@ -8,8 +8,8 @@ namespace yrw {
 struct GridLayout {
     QString name;
     QList<GridColumn> columns;
-    QString sortField;          ///< field that the rows are ordered by at first
-    bool everyRecord = false;   ///< all records, not only those of the row in the other grid
+    QString sortField;        ///< field that the rows are ordered by at first
+    bool everyRecord = false; ///< all records, not only those of the row in the other grid
 };
 
 /// The layouts of the customers and of the orders, the usual one first. Every layout has a

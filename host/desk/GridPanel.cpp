@@ -30,8 +30,7 @@ GridPanel::GridPanel(const PanelNames& names, const QList<GridLayout>& layouts,
     connect(m_filter, &QLineEdit::textChanged, this, [this] { m_filterDelay.start(); });
     connect(m_filter, &QLineEdit::returnPressed, this, &GridPanel::applyFilter);
     connect(m_layouts, &QComboBox::textActivated, m_controller, &DeskGridController::loadLayout);
-    connect(m_controller, &DeskGridController::layoutLoaded, m_layouts,
-            &QComboBox::setCurrentText);
+    connect(m_controller, &DeskGridController::layoutLoaded, m_layouts, &QComboBox::setCurrentText);
     connect(m_controller, &DeskGridController::rowsRead, this, &GridPanel::showCount);
 }
 
@@ -90,8 +89,7 @@ void GridPanel::applyFilter() {
 
 void GridPanel::showCount(qint64 rows) {
     const QString number = QLocale(QLocale::English).toString(rows);
-    m_count->setText(m_controller->filterText().isEmpty() ? number
-                                                          : QString(number + u" found"));
+    m_count->setText(m_controller->filterText().isEmpty() ? number : QString(number + u" found"));
 }
 
 bool GridPanel::eventFilter(QObject* watched, QEvent* event) {

@@ -1,6 +1,7 @@
 #include "platform/dao/sqlite/Statement.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/Journal.h"
 
 #include <sqlite3.h>
 
@@ -10,17 +11,17 @@ namespace {
 
 struct Meaning {
     int number;
-    QString words; ///< with %1 for the file
+    QString words; ///< with %1 for the file, %2 for who holds it or for the engine's own words
 };
 
-Meaning meaningOf(int code, const QString& engineWords) {
+Meaning meaningOf(int code) {
     switch (code & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
     case SQLITE_PROTOCOL:
-        return {kErrorLocked, QStringLiteral("%1 is in use: another program has kept it locked for "
-                                             "5 seconds. Nothing was changed; try again when that "
-                                             "program has finished.")};
+        return {kErrorLocked, QStringLiteral("%1 is in use: %2 has kept it locked for 5 seconds. "
+                                             "Nothing was changed; try again when that program has "
+                                             "finished.")};
     case SQLITE_READONLY:
         return {kErrorReadOnly, QStringLiteral("%1 can only be read. Ask for the right to write to "
                                                "the file and its folder.")};
@@ -35,13 +36,11 @@ Meaning meaningOf(int code, const QString& engineWords) {
         return {kErrorNotADatabase, QStringLiteral("%1 is not a database. Restore it from a copy "
                                                    "or move it away.")};
     case SQLITE_CORRUPT:
-        return {
-            kErrorNotADatabase,
-            QStringLiteral("%1 is damaged (%2). Restore it from a copy.").arg(u"%1", engineWords)};
+        return {kErrorNotADatabase, QStringLiteral("%1 is damaged (%2). Restore it from a copy.")};
     case SQLITE_IOERR:
         break;
     default:
-        return {kErrorDatabaseEngine, QStringLiteral("%1: ") + engineWords};
+        return {kErrorDatabaseEngine, QStringLiteral("%1: %2")};
     }
     switch (code) {
     case SQLITE_IOERR_WRITE:
@@ -54,8 +53,7 @@ Meaning meaningOf(int code, const QString& engineWords) {
                                                "again; nothing was changed.")};
     default:
         return {kErrorDatabaseEngine, QStringLiteral("%1 could not be read or written (%2). Check "
-                                                     "the disk and try again.")
-                                          .arg(u"%1", engineWords)};
+                                                     "the disk and try again.")};
     }
 }
 
@@ -65,11 +63,16 @@ void raiseEngineError(sqlite3* connection, int code) {
     const QString words = connection != nullptr ? QString::fromUtf8(sqlite3_errmsg(connection))
                                                 : QString::fromUtf8(sqlite3_errstr(code));
     const char* name = connection != nullptr ? sqlite3_db_filename(connection, "main") : nullptr;
-    const QString file =
-        name != nullptr && *name != '\0' ? QString::fromUtf8(name) : QStringLiteral("The database");
-    const Meaning meaning = meaningOf(code, words);
+    const QString file = QString::fromUtf8(name);
+    const Meaning meaning = meaningOf(code);
+    QString detail = words;
+    if (meaning.number == kErrorLocked) {
+        const QString holders = lockHolders(file);
+        detail = holders.isEmpty() ? QStringLiteral("another program") : holders;
+    }
     QString description = meaning.words;
-    description.replace(u"%1"_qs, file);
+    description.replace(u"%1"_qs, file.isEmpty() ? QStringLiteral("The database") : file);
+    description.replace(u"%2"_qs, detail);
     throw AutomationError(meaning.number, QStringLiteral("YRW.Database"), description);
 }
 

@@ -5,22 +5,7 @@
 
 namespace yrw::dao {
 
-namespace {
-
-// A bookmark holds a set's tag above a place of up to 2^40.
-constexpr int kPlaceBits = 40;
-constexpr qint64 kPlaceMask = (qint64(1) << kPlaceBits) - 1;
-constexpr qint64 kTags = (qint64(1) << (62 - kPlaceBits)) - 1;
-
-qint64 nextTag() {
-    static qint64 last = 0;
-    last = last % kTags + 1;
-    return last;
-}
-
-} // namespace
-
-Keyset::Keyset(std::vector<qint64> keys) : m_keys(std::move(keys)), m_tag(nextTag()) {}
+Keyset::Keyset(std::vector<qint64> keys) : m_keys(std::move(keys)) {}
 
 bool Keyset::isGone(qint64 place) const noexcept {
     return std::binary_search(m_gone.begin(), m_gone.end(), place);
@@ -54,13 +39,12 @@ qint64 Keyset::placeAt(qint64 position) const noexcept {
 }
 
 Bookmark Keyset::bookmark(qint64 place) const noexcept {
-    return Bookmark((m_tag << kPlaceBits) | place);
+    return m_space.bookmark(place);
 }
 
 qint64 Keyset::place(Bookmark bookmark) const noexcept {
-    const bool mine = !bookmark.isNull() && (bookmark.place() >> kPlaceBits) == m_tag;
-    const qint64 place = bookmark.place() & kPlaceMask;
-    return mine && place < size() ? place : -1;
+    const qint64 place = m_space.place(bookmark);
+    return place < size() ? place : -1;
 }
 
 } // namespace yrw::dao

@@ -135,14 +135,17 @@ void KeysetRecordset::setBookmark(yrw::dao::Bookmark bookmark) {
     requireOpen();
     const qint64 place = m_keys->place(bookmark);
     if (place < 0) {
-        RecordsetBase::setBookmark(bookmark);
+        raiseNotBookmarkable();
     }
     standAt(place);
 }
 
 Bookmark KeysetRecordset::LastModified() const {
     requireOpen();
-    return m_modified < 0 ? RecordsetBase::LastModified() : m_keys->bookmark(m_modified);
+    if (m_modified < 0) {
+        raiseNoRecord();
+    }
+    return m_keys->bookmark(m_modified);
 }
 
 Ref<Recordset> KeysetRecordset::Clone() {

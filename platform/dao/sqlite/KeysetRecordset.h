@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/sqlite/BookmarkSpace.h"
 #include "platform/dao/sqlite/RecordsetBase.h"
 #include "platform/dao/sqlite/RowReader.h"
 
@@ -32,7 +33,7 @@ public:
 private:
     std::vector<qint64> m_keys;
     std::vector<qint64> m_gone; ///< places, ascending
-    qint64 m_tag;               ///< tells the bookmarks of one set from those of another
+    BookmarkSpace m_space;
 };
 
 /// A dynaset: a fixed set of keys, each row read when it is reached.

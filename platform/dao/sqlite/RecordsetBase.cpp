@@ -15,15 +15,23 @@ const QString kSource = QStringLiteral("YRW.Recordset");
 /// A column of a recordset as an object: follows the cursor of its recordset.
 class CursorField final : public Field {
 public:
-    CursorField(Ref<RecordsetBase> recordset, int column)
+    CursorField(std::shared_ptr<RecordsetBase*> recordset, int column)
         : m_recordset(std::move(recordset)), m_column(column) {}
-    [[nodiscard]] QString Name() const override { return m_recordset->FieldName(m_column); }
-    [[nodiscard]] FieldType Type() const override { return m_recordset->TypeOf(m_column); }
-    [[nodiscard]] QVariant Value() const override { return m_recordset->value(m_column); }
-    void setValue(const QVariant& value) override { m_recordset->setValue(m_column, value); }
+    [[nodiscard]] QString Name() const override { return rows().FieldName(m_column); }
+    [[nodiscard]] FieldType Type() const override { return rows().TypeOf(m_column); }
+    [[nodiscard]] QVariant Value() const override { return rows().value(m_column); }
+    void setValue(const QVariant& value) override { rows().setValue(m_column, value); }
 
 private:
-    Ref<RecordsetBase> m_recordset;
+    [[nodiscard]] RecordsetBase& rows() const {
+        if (*m_recordset == nullptr) {
+            throw AutomationError(kErrorObjectClosed, kSource,
+                                  QStringLiteral("The recordset of the field is closed."));
+        }
+        return **m_recordset;
+    }
+
+    std::shared_ptr<RecordsetBase*> m_recordset; ///< holds nothing once the recordset is gone
     int m_column;
 };
 
@@ -50,6 +58,7 @@ RecordsetBase::RecordsetBase(SqliteDatabase& database, Query query, QString name
 }
 
 RecordsetBase::~RecordsetBase() {
+    *m_self = nullptr;
     if (m_database->isOpen()) {
         connection().removeHolder(this);
     }
@@ -140,18 +149,24 @@ bool RecordsetBase::NoMatch() const {
 }
 void RecordsetBase::rowAdded(qint64) {}
 
+void RecordsetBase::raiseNotBookmarkable() {
+    throw AutomationError(kErrorNotBookmarkable, kSource,
+                          QStringLiteral("That is no bookmark of this recordset."));
+}
+
 yrw::dao::Bookmark RecordsetBase::Bookmark() const {
     requireOpen();
-    throw AutomationError(kErrorNotBookmarkable, kSource,
-                          QStringLiteral("This recordset has no bookmarks."));
+    raiseNotBookmarkable();
 }
 
 void RecordsetBase::setBookmark(yrw::dao::Bookmark) {
-    static_cast<void>(Bookmark());
+    requireOpen();
+    raiseNotBookmarkable();
 }
 
 yrw::dao::Bookmark RecordsetBase::LastModified() const {
-    return RecordsetBase::Bookmark();
+    requireOpen();
+    raiseNotBookmarkable();
 }
 
 int RecordsetBase::FieldCount() const {
@@ -194,7 +209,7 @@ Ref<Field> RecordsetBase::Field(QStringView name) {
 
 Ref<Field> RecordsetBase::Field(int column) {
     static_cast<void>(item(column));
-    return Ref<yrw::dao::Field>(new CursorField(Ref<RecordsetBase>(this), column));
+    return Ref<yrw::dao::Field>(new CursorField(m_self, column));
 }
 
 FieldType RecordsetBase::TypeOf(int column) const {
@@ -384,6 +399,7 @@ void RecordsetBase::Delete() {
     requireUpdatable();
     leaveRow();
     const qint64 key = currentKey();
+    rowDeleting();
     Transaction transaction(*m_database);
     Statement remove(connection().handle(), u"DELETE FROM " +
                                                 quotedName(m_query.source().baseTable) +

@@ -4,7 +4,7 @@
 #include "platform/dao/sqlite/Query.h"
 #include "platform/dao/sqlite/SqliteDatabase.h"
 
-#include <optional>
+#include <memory>
 #include <vector>
 
 namespace yrw::dao {
@@ -72,6 +72,8 @@ protected:
     /// The row under the cursor was written; what was read of it is stale.
     virtual void rowChanged() {}
     virtual void rowAdded(qint64 key);
+    /// Called before and after the row under the cursor is deleted.
+    virtual void rowDeleting() {}
     virtual void rowDeleted() {}
     /// Gives up statements and rows at closing.
     virtual void dropRows() noexcept = 0;
@@ -79,6 +81,7 @@ protected:
     void requireOpen() const;
     [[noreturn]] void raiseInvalid(const char* what) const;
     [[noreturn]] static void raiseNoRecord();
+    [[noreturn]] static void raiseNotBookmarkable();
     /// Drops an edit that a move leaves behind.
     void leaveRow() { m_edit = EditKind::None; }
     [[nodiscard]] SqliteDatabase& database() const { return *m_database; }
@@ -103,6 +106,7 @@ private:
     void requireUnchanged(qint64 key);
     [[nodiscard]] std::vector<int> setColumns() const;
 
+    std::shared_ptr<RecordsetBase*> m_self = std::make_shared<RecordsetBase*>(this);
     Ref<SqliteDatabase> m_database;
     Query m_query;
     QString m_name;

@@ -28,7 +28,7 @@ void SnapshotRecordset::fill() {
         for (size_t i = 0; i < items.size(); ++i) {
             row.push_back(statement.value(int(i), items[i].column.type));
         }
-        rows->push_back(std::move(row));
+        rows->values.push_back(std::move(row));
     }
     m_rows = std::move(rows);
     m_place = 0;
@@ -96,15 +96,16 @@ Bookmark SnapshotRecordset::Bookmark() const {
     if (!onRow()) {
         raiseNoRecord();
     }
-    return yrw::dao::Bookmark(m_place);
+    return m_rows->places.bookmark(m_place);
 }
 
 void SnapshotRecordset::setBookmark(yrw::dao::Bookmark bookmark) {
     requireOpen();
-    if (bookmark.isNull() || bookmark.place() >= size()) {
-        RecordsetBase::setBookmark(bookmark);
+    const qint64 place = m_rows->places.place(bookmark);
+    if (place < 0) {
+        raiseNotBookmarkable();
     }
-    m_place = bookmark.place();
+    m_place = place;
 }
 
 Ref<Recordset> SnapshotRecordset::Clone() {
@@ -122,7 +123,7 @@ QVariant SnapshotRecordset::rowValue(int column) const {
     if (!onRow()) {
         raiseNoRecord();
     }
-    return (*m_rows)[size_t(m_place)][size_t(column)];
+    return m_rows->values[size_t(m_place)][size_t(column)];
 }
 
 } // namespace yrw::dao

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/sqlite/BookmarkSpace.h"
 #include "platform/dao/sqlite/RecordsetBase.h"
 
 #include <memory>
@@ -10,7 +11,11 @@ namespace yrw::dao {
 /// A snapshot: a copy of the rows as they were, shared with clones.
 class SnapshotRecordset final : public RecordsetBase {
 public:
-    using Rows = std::vector<std::vector<QVariant>>;
+    /// The rows, with the bookmarks that belong to them.
+    struct Rows {
+        std::vector<std::vector<QVariant>> values;
+        BookmarkSpace places;
+    };
 
     SnapshotRecordset(SqliteDatabase& database, const Query& query, const QString& name,
                       int options);
@@ -38,7 +43,7 @@ protected:
     void releaseRead() noexcept override {}
 
 private:
-    [[nodiscard]] qint64 size() const noexcept { return qint64(m_rows->size()); }
+    [[nodiscard]] qint64 size() const noexcept { return qint64(m_rows->values.size()); }
     [[nodiscard]] bool onRow() const noexcept { return m_place >= 0 && m_place < size(); }
     void fill();
 

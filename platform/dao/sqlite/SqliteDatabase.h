@@ -86,6 +86,12 @@ public:
 
 private:
     void requireOpen() const;
+    [[nodiscard]] std::unique_ptr<Connection> connect(const QString& file,
+                                                      Connection::Access access) const;
+    [[nodiscard]] std::unique_ptr<Connection> connectReadOnly(const QString& file) const;
+    static void takeAlone(Connection& connection);
+    [[nodiscard]] Ref<Database> keep(std::unique_ptr<Connection> connection, const QString& file,
+                                     bool readOnly);
 
     EngineServices m_services;
     QString m_name;

@@ -1,4 +1,5 @@
 #include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/Journal.h"
 #include "platform/dao/sqlite/SqliteDatabase.h"
 
 #include <QFile>
@@ -45,19 +46,57 @@ void SqliteWorkspace::requireOpen() const {
     }
 }
 
+std::unique_ptr<Connection> SqliteWorkspace::connect(const QString& file,
+                                                     Connection::Access access) const {
+    auto connection = std::make_unique<Connection>(file, access, m_services.clock);
+    // Opening reads nothing; this does, and finds what is no database, locked or out of reach.
+    static_cast<void>(connection->scalar(QStringLiteral("SELECT count(*) FROM sqlite_schema")));
+    return connection;
+}
+
+std::unique_ptr<Connection> SqliteWorkspace::connectReadOnly(const QString& file) const {
+    try {
+        return connect(file, Connection::Access::ReadOnly);
+    } catch (const AutomationError& error) {
+        // A write-ahead journal needs files beside the database. Where they cannot be made nobody
+        // can be writing either.
+        const bool cannotJoin =
+            error.number() == kErrorCannotOpenDatabase || error.number() == kErrorReadOnly;
+        if (!cannotJoin || !hasWriteAheadJournal(file) || mayWrite(FileSystem::folderOf(file))) {
+            throw;
+        }
+    }
+    return connect(file, Connection::Access::Immutable);
+}
+
 Ref<Database> SqliteWorkspace::OpenDatabase(const QString& path, const OpenOptions& options) {
     requireOpen();
-    const QString file = m_services.files.resolve(path);
+    const QString file = m_services.files.resolve(QFileInfo(path).absoluteFilePath());
     requireDatabaseFile(file);
-    const bool readOnly = options.readOnly || !QFileInfo(file).isWritable();
-    auto connection = std::make_unique<Connection>(
-        file, readOnly ? Connection::Access::ReadOnly : Connection::Access::ReadWrite,
-        m_services.clock);
-    static_cast<void>(connection->scalar(QStringLiteral("SELECT count(*) FROM sqlite_schema")));
+    const bool readOnly =
+        options.readOnly || !mayWrite(file) || !mayWrite(FileSystem::folderOf(file));
+    auto connection =
+        readOnly ? connectReadOnly(file) : connect(file, Connection::Access::ReadWrite);
     if (!readOnly) {
-        static_cast<void>(connection->scalar(QStringLiteral("PRAGMA journal_mode = WAL")));
+        const MountTest system;
+        const MountTest& mounts = m_services.mounts != nullptr ? *m_services.mounts : system;
+        settleJournal(*connection, file, mounts.isNetwork(file));
+        connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
     }
-    connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
+    if (options.exclusive) {
+        takeAlone(*connection);
+    }
+    return keep(std::move(connection), file, readOnly);
+}
+
+void SqliteWorkspace::takeAlone(Connection& connection) {
+    static_cast<void>(connection.scalar(QStringLiteral("PRAGMA locking_mode = EXCLUSIVE")));
+    connection.execute(QStringLiteral("BEGIN EXCLUSIVE"));
+    connection.execute(QStringLiteral("COMMIT"));
+}
+
+Ref<Database> SqliteWorkspace::keep(std::unique_ptr<Connection> connection, const QString& file,
+                                    bool readOnly) {
     auto* database =
         new SqliteDatabase(Ref<SqliteWorkspace>(this), std::move(connection), file, readOnly);
     m_databases.push_back(database);
@@ -66,7 +105,7 @@ Ref<Database> SqliteWorkspace::OpenDatabase(const QString& path, const OpenOptio
 
 Ref<Database> SqliteWorkspace::CreateDatabase(const QString& path) {
     requireOpen();
-    const QString file = m_services.files.resolve(path);
+    const QString file = m_services.files.resolve(QFileInfo(path).absoluteFilePath());
     if (QFileInfo::exists(file)) {
         raise(kErrorCannotOpenDatabase, QStringLiteral("%1 is there already."), file);
     }
@@ -75,10 +114,7 @@ Ref<Database> SqliteWorkspace::CreateDatabase(const QString& path) {
     connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
     // Writes the first page, so that the file is a database from the start.
     connection->execute(QStringLiteral("PRAGMA user_version = 0"));
-    auto* database =
-        new SqliteDatabase(Ref<SqliteWorkspace>(this), std::move(connection), file, false);
-    m_databases.push_back(database);
-    return Ref<Database>(database);
+    return keep(std::move(connection), file, false);
 }
 
 void SqliteWorkspace::Close() {

@@ -75,15 +75,20 @@ void TableRecordset::MoveLast() {
     toEnd(true);
 }
 
+std::vector<QVariant> TableRecordset::placeInOrder() const {
+    std::vector<QVariant> values;
+    for (const QString& column : m_order->columns) {
+        values.push_back(rowValue(FieldIndex(column)));
+    }
+    values.emplace_back(m_key);
+    return values;
+}
+
 bool TableRecordset::neighbour(bool back, qint64& key) {
     // Behind a row with values (a, b, key) come those with the same a and b and a greater key, then
     // the same a and a greater b, then a greater a. Null stands before every value.
     const QStringList& columns = m_order->columns;
-    std::vector<QVariant> values;
-    for (const QString& column : columns) {
-        values.push_back(rowValue(FieldIndex(column)));
-    }
-    values.emplace_back(m_key);
+    const std::vector<QVariant> values = m_state == State::Deleted ? m_deleted : placeInOrder();
     for (size_t depth = values.size(); depth-- > 0;) {
         const QString last = depth < size_t(columns.size()) ? quotedName(columns[qsizetype(depth)])
                                                             : query().source().key;
@@ -115,7 +120,7 @@ void TableRecordset::step(bool back) {
         toEnd(back);
         return;
     }
-    if (m_state != State::OnRow) {
+    if (m_state != State::OnRow && m_state != State::Deleted) {
         raiseNoRecord();
     }
     leaveRow();
@@ -163,14 +168,17 @@ Bookmark TableRecordset::Bookmark() const {
 void TableRecordset::setBookmark(yrw::dao::Bookmark bookmark) {
     requireOpen();
     if (bookmark.isNull()) {
-        RecordsetBase::setBookmark(bookmark);
+        raiseNotBookmarkable();
     }
     standOn(bookmark.place());
 }
 
 Bookmark TableRecordset::LastModified() const {
     requireOpen();
-    return m_modified < 0 ? RecordsetBase::LastModified() : yrw::dao::Bookmark(m_modified);
+    if (m_modified < 0) {
+        raiseNoRecord();
+    }
+    return yrw::dao::Bookmark(m_modified);
 }
 
 Ref<Recordset> TableRecordset::Clone() {
@@ -320,7 +328,7 @@ void TableRecordset::rowChanged() {
 }
 
 void TableRecordset::rowDeleted() {
-    m_state = State::Nowhere;
+    m_state = State::Deleted;
     m_reader.forget();
 }
 

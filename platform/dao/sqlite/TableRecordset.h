@@ -39,12 +39,13 @@ protected:
     [[nodiscard]] qint64 currentKey() const override;
     void rowChanged() override;
     void rowAdded(qint64 key) override { m_modified = key; }
+    void rowDeleting() override { m_deleted = placeInOrder(); }
     void rowDeleted() override;
     void dropRows() noexcept override;
     void releaseRead() noexcept override { m_reader.release(); }
 
 private:
-    enum class State { Empty, Before, OnRow, Behind, Nowhere };
+    enum class State { Empty, Before, OnRow, Deleted, Behind, Nowhere };
     enum class Comparison { Equal, Greater, GreaterEqual, Less, LessEqual };
     static constexpr size_t kComparisons = 5;
 
@@ -68,6 +69,8 @@ private:
     void standOn(qint64 key);
     void toEnd(bool last);
     void step(bool back);
+    /// The row's values in the columns of the order, its key last.
+    [[nodiscard]] std::vector<QVariant> placeInOrder() const;
     [[nodiscard]] bool neighbour(bool back, qint64& key);
     [[nodiscard]] bool firstOf(const QString& sql, std::span<const QVariant> values, qint64& key);
 
@@ -76,6 +79,7 @@ private:
     mutable RowReader m_reader;
     State m_state = State::Empty;
     qint64 m_key = 0;
+    std::vector<QVariant> m_deleted; ///< where the row stood that was deleted under the cursor
     qint64 m_modified = -1;
     bool m_noMatch = false;
 };
