@@ -43,12 +43,14 @@ const Handler& handlerOf(const QString& command) {
 /// The reason of a failure as one line that names the notes database where the failing part
 /// named no file.
 QString oneLine(const AutomationError& error, const QString& dataFolder) {
-    QString text = error.description().simplified();
-    if (error.number() != kErrorRecordNotFound && !dataFolder.isEmpty() &&
-        !text.contains(u".mdb") && !text.contains(dataFolder)) {
-        text = QStringLiteral("%1: %2").arg(FileSystem::join(dataFolder, kNotesDatabaseName), text);
+    const QString text = error.description().simplified();
+    const QString path = FileSystem::join(dataFolder, kNotesDatabaseName);
+    if (error.number() == kErrorRecordNotFound || dataFolder.isEmpty() || text.contains(u".mdb") ||
+        text.contains(dataFolder)) {
+        return text;
     }
-    return text;
+    return error.number() == kErrorReadOnly ? QStringLiteral("%1 is read-only.").arg(path)
+                                            : QStringLiteral("%1: %2").arg(path, text);
 }
 
 ExitStatus run(const CommandLine& line, const CommandStreams& streams,

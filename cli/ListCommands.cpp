@@ -98,9 +98,9 @@ QString noteText(IRecord& note) {
     if (!note.value(QStringLiteral("OwnerObjectKey")).isNull()) {
         owner = text(u"OwnerObjectKey") + u':' + text(u"OwnerRecordID");
     }
-    return QStringLiteral("Subject: %1\nDate: %2\nAuthor: %3\nStatus: %4\nRecord: %5\n\n%6\n")
+    return QStringLiteral("Subject: %1\nDate: %2\nAuthor: %3\nStatus: %4\nRecord: %5\n\n%6")
         .arg(text(u"Subject"), shownDate(note.value(kDate)), text(u"UseName"),
-             shownStatus(note.value(kStatus)), owner, note.value(kPlainNote).toString());
+             shownStatus(note.value(kStatus)), owner, shellText(note.value(kPlainNote).toString()));
 }
 
 QJsonObject noteJson(IRecord& note) {
@@ -199,7 +199,7 @@ ExitStatus showNote(const CommandContext& context) {
     }
     const Ref<Note> note = noteOf(context);
     if (asText) {
-        context.print(note->value(kPlainNote).toString() + u'\n');
+        context.print(shellText(note->value(kPlainNote).toString()));
     } else if (asRtf) {
         context.print(note->value(kRTFNote).toString());
     } else if (asJson) {

@@ -56,6 +56,11 @@ QString onOneLine(const QString& text) {
     return line;
 }
 
+QString shellText(QString text) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    return text + u'\n';
+}
+
 QString shownDate(const QVariant& date) {
     return date.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
 }

@@ -1,5 +1,6 @@
 // rtf: converts a file.
 #include "cli/CommandContext.h"
+#include "cli/Rows.h"
 #include "cli/RtfHtml.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
@@ -13,9 +14,7 @@ ExitStatus convertRtf(const CommandContext& context) {
         context.line.word(QStringLiteral("to"), {text, html, QStringLiteral("rtf")}, text);
     const rtf::Document document = rtf::read(context.readFile(context.line.argument()));
     if (to == text) {
-        QString plain = document.plainText();
-        plain.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-        context.print(plain + u'\n');
+        context.print(shellText(document.plainText()));
     } else if (to == html) {
         context.print(
             QStringLiteral("<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title></title>"
