@@ -119,10 +119,11 @@ void DeskWindow::connectEvents() {
 }
 
 void DeskWindow::connectPanel(GridPanel& panel) {
-    connect(&panel.grid(), &RecordGrid::contextMenuWanted, this, [this, &panel] {
-        makeCurrent(panel);
-        m_interfaceToolbar->popup(QStringLiteral("bndGrid"));
-    });
+    connect(&panel.grid(), &RecordGrid::contextMenuWanted, this,
+            [this, &panel](const QPoint& globalPosition) {
+                makeCurrent(panel);
+                m_interfaceToolbar->popupAt(QStringLiteral("bndGrid"), globalPosition);
+            });
     connect(&panel.controller(), &DeskGridController::recordAdded, this,
             [this, &panel] { recordAdded(panel); });
     connect(&panel.grid(), &RecordGrid::editFailed, this, [this](const QString& reason) {
