@@ -104,12 +104,6 @@ void DeskWindow::connectEvents() {
             qOverload<>(&QTimer::start));
     connect(m_findBar, &FindBar::findWanted, this, &DeskWindow::findNext);
     connect(m_findBar, &FindBar::closed, this, [this] { currentPanel().grid().setFocus(); });
-    connect(&m_lower->grid(), &RecordGrid::rowActivated, this, [this] {
-        const QString field = m_lower->grid().columnField(m_lower->grid().currentColumn());
-        if (field.startsWith(u"Customer")) {
-            goToCustomer();
-        }
-    });
     connectPanel(*m_upper);
     connectPanel(*m_lower);
     m_toolClicks[0] =
@@ -126,6 +120,11 @@ void DeskWindow::connectPanel(GridPanel& panel) {
             });
     connect(&panel.controller(), &DeskGridController::recordAdded, this,
             [this, &panel] { recordAdded(panel); });
+    connect(&panel.grid(), &RecordGrid::rowActivated, this, [this, &panel] {
+        const QString field = panel.grid().columnField(panel.grid().currentColumn());
+        const bool isLinked = &panel == m_lower && field.startsWith(u"Customer");
+        run(isLinked ? DeskCommand::GoToCustomer : DeskCommand::EditRecord);
+    });
     connect(&panel.grid(), &RecordGrid::editFailed, this, [this](const QString& reason) {
         m_services.utility.prompt().message(QStringLiteral("The record was not saved.\r\r") +
                                                 reason,

@@ -110,16 +110,16 @@ private:
         listen(controller.OnAddRow, who, "OnAddRow");
         listen(controller.StayOnCell, who, "StayOnCell");
         listen(controller.StayOnRow, who, "StayOnRow");
-        m_connections.push_back(controller.AfterRecordsetChange.connect(
-            [this, who](const Ref<dao::Recordset>& rows) {
+        m_connections.push_back(
+            controller.AfterRecordsetChange.connect([this, who](const Ref<dao::Recordset>& rows) {
                 note(who, rows ? "AfterRecordsetChange" : "AfterRecordsetChange(nothing)");
             }));
         IRecordGrid& grid = *controller.Grid();
         listen(grid.RowColChange, who, "RowColChange");
         listen(grid.Scroll, who, "Scroll");
         listen(grid.AfterColUpdate, who, "AfterColUpdate");
-        m_connections.push_back(grid.FetchRowStyle.connect(
-            [this, who](int, dao::Bookmark, RowStyle& style) {
+        m_connections.push_back(
+            grid.FetchRowStyle.connect([this, who](int, dao::Bookmark, RowStyle& style) {
                 note(who, "FetchRowStyle");
                 style.setBackColor(16761024);
             }));
@@ -157,8 +157,8 @@ protected:
             *log += u"create " + programId;
             return Ref<Counted>(new RecordingAddIn(log));
         };
-        m_window = std::make_unique<DeskWindow>(
-            Services{m_clock, m_settings, m_files, m_utility}, options);
+        m_window = std::make_unique<DeskWindow>(Services{m_clock, m_settings, m_files, m_utility},
+                                                options);
         m_window->open();
         EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
     }
@@ -189,7 +189,12 @@ protected:
     static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     }
-    static void type(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+    /// Types a text; the first letter may open an editor, which gets the rest.
+    static void type(const QString& text) {
+        for (const QChar letter : text) {
+            QTest::keyClicks(QApplication::focusWidget(), letter);
+        }
+    }
     /// The widget of a grid that a cell lies on, and a click on that cell.
     static void clickCell(RecordGrid& grid, qint64 row, int column,
                           Qt::MouseButton button = Qt::LeftButton) {
