@@ -142,7 +142,7 @@ void GridBody::paintCells(QPainter& painter, qint64 row, bool readable, const QC
                           const QRect& dirty) {
     const QColor lines =
         mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.18);
-    const QColor text = readableOn(back, palette().color(QPalette::Text));
+    const QColor text = textOn(back, palette().color(QPalette::Text));
     for (int column = 0; column < m_header.count(); ++column) {
         const QRect cell = cellRect(row, column);
         if (!cell.intersects(dirty)) {

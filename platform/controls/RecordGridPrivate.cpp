@@ -43,6 +43,7 @@ void RecordGrid::Private::addPane() {
     pane.header->setHighlightSections(false);
     pane.header->setMinimumSectionSize(kLeastColumnWidth);
     pane.header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    pane.header->setFixedHeight(rowHeight() + 2);
     pane.body = new GridBody(*this, split, *pane.header, pane.frame);
     pane.scroll = new QScrollBar(Qt::Horizontal, pane.frame);
     auto* const top = new QHBoxLayout;
@@ -126,8 +127,6 @@ void RecordGrid::Private::showColumns() {
             pane.header->resizeSection(i, twipsToPixels(m_columns.at(i).widthTwips));
             pane.header->setSectionHidden(i, !m_columns.at(i).visible);
         }
-        // A header without columns does not know its height yet.
-        pane.header->setFixedHeight(qMax(0, pane.header->sizeHint().height()));
     }
     m_sizing = false;
 }
