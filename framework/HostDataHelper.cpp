@@ -34,6 +34,17 @@ qsizetype findWord(const QString& sql, QStringView word) {
     return -1;
 }
 
+/// A text between double quotes. There is no way to write a quote inside it, and a value that holds
+/// one could otherwise go on as a condition of its own.
+QString textLiteral(const QString& text) {
+    if (text.contains(u'"')) {
+        throw AutomationError(
+            kErrorBadCondition, kSource,
+            QStringLiteral("A value with a quote in it cannot be compared: %1").arg(text));
+    }
+    return u'"' + text + u'"';
+}
+
 QString literalOf(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Bool:
@@ -48,7 +59,7 @@ QString literalOf(const QVariant& value) {
     case QMetaType::QDateTime:
         return value.toDateTime().toString(QStringLiteral("'#'yyyy-MM-dd HH:mm:ss'#'"));
     default:
-        return u'"' + value.toString() + u'"';
+        return textLiteral(value.toString());
     }
 }
 
