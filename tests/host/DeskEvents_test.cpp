@@ -1,5 +1,5 @@
 // Every event of the contract is raised by what a user does.
-#include "DeskFixture.h"
+#include "tests/host/DeskFixture.h"
 
 #include <QComboBox>
 #include <QHeaderView>

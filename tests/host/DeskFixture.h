@@ -15,7 +15,7 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QTemporaryDir>
-#include <QtTest/QTest>
+#include <QTest>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // What the desk does for its user.
-#include "DeskFixture.h"
+#include "tests/host/DeskFixture.h"
 
 #include "platform/component/ClassRegistry.h"
 
