@@ -202,6 +202,7 @@ bool frmMain::SetUserColumn() {
             m_lsvMain->addColumn(QStringLiteral("User"), kUserColumn, kUserColumnWidth);
         }
     });
+    fitSubject();
     return mineOnly;
 }
 
@@ -302,6 +303,7 @@ void frmMain::showNoteOf(const QString& item) {
 
 void frmMain::putIntoEditor(Note& note) {
     const QScopedValueRollback<bool> loading(m_loading, true);
+    m_rtxMain->setPlaceholderText(QStringLiteral("Type the text of the note here."));
     m_rtxMain->setEnabled(true);
     rememberLoaded(note);
     const QString rtf = HostUtility::NullToText(m_loadedText);
@@ -317,6 +319,7 @@ void frmMain::emptyEditor() {
     const QScopedValueRollback<bool> loading(m_loading, true);
     m_note.reset();
     m_rtxMain->setText(QString());
+    m_rtxMain->setPlaceholderText(QStringLiteral("The text of the selected note is shown here."));
     m_rtxMain->setEnabled(false);
     setDirty(false);
 }

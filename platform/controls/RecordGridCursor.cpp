@@ -40,6 +40,7 @@ bool RecordGrid::Private::moveTo(qint64 row, int column) {
     m_column = column;
     showCursor();
     updateRow(m_row);
+    m_panes.at(m_pane).body->announceCursor();
     m_grid.RowColChange.raise(lastBookmark, lastColumn);
     Q_EMIT m_grid.currentCellChanged();
     return true;

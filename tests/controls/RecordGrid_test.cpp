@@ -3,6 +3,7 @@
 #include "platform/controls/GridRows.h"
 #include "tests/controls/GridFixture.h"
 
+#include <QAccessible>
 #include <QHeaderView>
 #include <QImage>
 #include <QScrollBar>
@@ -332,6 +333,26 @@ TEST_F(GridTest, headersResizeClickAndFollowTheSplits) {
     EXPECT_TRUE(grid->cellRect(0, 3).isEmpty());
     EXPECT_EQ(grid->columnOf("NAME"), 1);
     EXPECT_EQ(grid->columnOf("Nothing"), -1);
+}
+
+TEST_F(GridTest, screenReadersSeeTheRowsInView) {
+    show(1000);
+    grid->setAccessibleName("Upper grid");
+    key(Qt::Key_Right);
+    grid->setCurrentRow(500);
+    QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(body());
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->text(QAccessible::Name), "Upper grid");
+    EXPECT_LT(list->childCount(), 30);
+    QAccessibleInterface* const row = list->focusChild();
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->text(QAccessible::Name),
+              "Row 501: No 501, Name Customer 501, Orders 4, Since 01/06/2026 12:00");
+    EXPECT_EQ(row->text(QAccessible::Value), "Name Customer 501");
+    EXPECT_TRUE(row->state().focused);
+    EXPECT_EQ(list->child(list->indexOfChild(row)), row);
+    EXPECT_EQ(list->childAt(row->rect().center().x(), row->rect().center().y()), row);
+    EXPECT_EQ(list->child(list->childCount()), nullptr);
 }
 
 TEST(GridRowsTest, textsBecomeValuesOfTheirType) {
