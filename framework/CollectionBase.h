@@ -1,26 +1,27 @@
 #pragma once
 
 #include "framework/HostDataHelper.h"
-#include "framework/ICollection.h"
+#include "framework/IApplication.h"
 #include "platform/component/NamedCalls.h"
 
 namespace yrw {
 
 /// How one kind of record differs from the others: everything else is common to all of them.
+/// Lifetime: a constant of the program; collections and records keep a reference to it.
 struct TableDifferences {
-    QString TableName;
-    QString QueryName; ///< what `ICollection::QueryName` answers
-    QString ObjectKey;
-    QString CollectionName;
-    QString ClassName;
-    QString CommonFieldName;
+    QString TableName{};
+    QString QueryName{}; ///< what `ICollection::QueryName` answers
+    QString ObjectKey{};
+    QString CollectionName{};
+    QString ClassName{};
+    QString CommonFieldName{};
     QString ShortDisplayFieldName = QStringLiteral("RecordID");
     QString KeyField = QStringLiteral("RecordID");
-    QString StoredQuery; ///< query (or table) that rows are read from
-    QString DeleteQuery; ///< action query that deletes by key; empty: the row is deleted directly
-    QString ItemSource;  ///< source of the "was not found" error
-    QString FieldSource; ///< source of the "does not exist" error
-    QString UseName;     ///< answer to the named call "UseName"; empty: the call is unknown
+    QString StoredQuery{}; ///< query (or table) that rows are read from
+    QString DeleteQuery{}; ///< action query that deletes by key; empty: the row is deleted directly
+    QString ItemSource{};  ///< source of the "was not found" error
+    QString FieldSource{}; ///< source of the "does not exist" error
+    QString UseName{};     ///< answer to the named call "UseName"; empty: the call is unknown
     /// Whether `CancelMultipleFieldUpdate` empties the pending values before it drops them.
     bool EmptiesPendingValues = true;
 };
@@ -65,6 +66,8 @@ public:
     void noteWritten(const QString& name, const QVariant& value);
     /// Keeps a field's value pending, or writes it at once outside a multiple-field update.
     void assignField(int column, const QVariant& value);
+    /// Value of a column of the field dictionary in the value array; Null where it has none.
+    [[nodiscard]] QVariant valueAt(int column) const;
     /// The data helper of the application; raises `kErrorObjectRequired` without one.
     [[nodiscard]] HostDataHelper& dataHelper() const;
     [[nodiscard]] const TableDifferences& differences() const noexcept { return m_differences; }
@@ -98,8 +101,8 @@ public:
     [[nodiscard]] std::vector<Ref<IRecord>> NewEnum() override;
     [[nodiscard]] Ref<IRecord> Item(const QVariant& recordID) override;
     [[nodiscard]] Ref<IRecord> Item(const Ref<dao::Recordset>& recordset) override;
-    bool Delete(const QVariant& recordID, const Ref<dao::Recordset>& recordset,
-                dao::Bookmark bookmark) override;
+    bool Delete(const QVariant& recordID, const Ref<dao::Recordset>& recordset = nullptr,
+                dao::Bookmark bookmark = {}) override;
     /// Rows by key, or all rows that `conditions` leaves.
     [[nodiscard]] Ref<dao::Recordset> Recordset(const RecordsetRequest& request) override;
     [[nodiscard]] QString TableName() const override;
@@ -120,7 +123,7 @@ protected:
     [[nodiscard]] virtual Ref<IRecord> newRecord() const = 0;
     /// False for a collection that reads all its rows whatever key it is asked for.
     [[nodiscard]] virtual bool selectsByKey() const { return true; }
-    /// Conditions beyond the key, in order: parent, user, status.
+    /// Conditions beyond the key, in order: user, parent, status.
     [[nodiscard]] virtual QStringList conditions(const RecordsetRequest& request) const;
     [[nodiscard]] HostDataHelper& dataHelper() const;
     [[nodiscard]] const TableDifferences& differences() const noexcept { return m_differences; }
@@ -128,6 +131,7 @@ protected:
 private:
     [[nodiscard]] Ref<IRecord> itemFrom(const Ref<dao::Recordset>& recordset,
                                         const QString& description);
+    [[nodiscard]] QString selection(const RecordsetRequest& request) const;
 
     const TableDifferences& m_differences;
     Ref<IApplication> m_application;

@@ -33,7 +33,7 @@ public:
 
     /// Adds a row. Names that the table does not have raise `kErrorNotInCollection`. Fills
     /// `RecordUserID` where the table has that field and the caller gave none.
-    /// Without a recordset one is opened on `viewName`'s rows of the new key (or the table's).
+    /// Without a recordset one is opened on `queryName`'s rows of the new key (or the table's).
     /// Returns the recordset positioned on the new row, the key in `newRecordID`.
     Ref<dao::Recordset> AddRecord(const Ref<dao::Recordset>& recordset,
                                   const dao::ValueList& recordData, const QString& tableName,
@@ -48,10 +48,10 @@ public:
     /// Adds a condition: "WHERE" before the first, "AND" before each later one.
     [[nodiscard]] static QString AddCondition(const QString& sql, const QString& condition);
     /// The condition "[field]=" with the value as a literal: numbers plain, texts between double
-    /// quotes (unescaped).
+    /// quotes (unescaped: a text that holds one raises `kErrorBadCondition`).
     [[nodiscard]] static QString EqualCondition(const QString& field, const QVariant& value);
-    /// Opens rows from SQL text or a query name. Filter and additional SQL are added to the text,
-    /// sort as its order.
+    /// Opens rows from SQL text or a query name. The filter is added to the text as one more
+    /// condition, then the additional SQL as it stands, then the sort as its order.
     [[nodiscard]] Ref<dao::Recordset> OpenRecordset(const QString& sql,
                                                     const RecordsetRequest& request = {}) const;
     /// Opens a stored query with a parameter table.
@@ -66,10 +66,14 @@ public:
                                    const Ref<dao::Recordset>& recordset,
                                    const Ref<ICollection>& collection, const Ref<IRecord>& record);
     /// Writes fields of one record's row in one transaction, comparing with the values that the
-    /// record was read with. Raises `kErrorConflict`, `kErrorRecordNotFound`.
+    /// record was read with (`ChangeDate` and `ChangeUserCode` apart). Values that the record does
+    /// not know as read are not compared. Raises `kErrorConflict` as a `dao::ConflictError`,
+    /// `kErrorRecordNotFound`.
     bool UpdateRecord(IRecord& record, const dao::ValueList& values);
 
 private:
+    void writeRow(IRecord& record, const dao::ValueList& values);
+
     Ref<dao::Database> m_database;
     qint64 m_currentUserID = 0;
     QString m_currentUserCode;

@@ -20,7 +20,11 @@ struct ListItem {
 ///
 /// Rows are numbered from 0 in the order shown. Columns have keys; texts of a removed column go
 /// with it. Sorting compares displayed texts as plain text and is stable; off until `setSorting`.
-/// Selecting in code raises no `itemClick`; the user's click and arrow keys do.
+/// Plain text means: letter case is ignored first and decides between equals, and no locale
+/// changes the order. Typing letters selects the next row that begins with them, in the sorted
+/// column before the others.
+/// Selecting in code raises no `itemClick`; the user's click, arrow keys and typing do. The menu
+/// key raises `rightClick` at the selected row, Enter raises `itemDblClick`.
 /// Thread: the user-interface thread.
 class ListView : public QTreeView {
     Q_OBJECT
@@ -73,9 +77,14 @@ Q_SIGNALS:
     void rightClick(const QPoint& globalPosition);
 
 protected:
+    void keyboardSearch(const QString& search) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -24,6 +24,12 @@ struct GridColumn {
 /// It keeps a clone of its recordset for painting; the recordset's own cursor follows the grid's
 /// cursor. Editing writes when the cursor leaves the row; Escape drops the edit. With
 /// `setAllowAddNew` a new-record row stands after the last.
+///
+/// Keys: arrows, PageUp and PageDown, Home and End (columns), Ctrl+Home and Ctrl+End (rows), Tab;
+/// F2 or typing edits the cell, Enter ends that edit, Escape drops the row's edit. Enter on a row
+/// that is not being edited activates it, as a double-click does.
+/// A row that a handler coloured keeps its colour also as the current row, which has a frame.
+/// Texts are dark on light colours and light on dark ones, whatever the desktop's theme.
 class RecordGrid : public QWidget, public IRecordGrid {
     Q_OBJECT
 
@@ -36,7 +42,10 @@ public:
     void setRecordset(const Ref<dao::Recordset>& recordset);
     [[nodiscard]] Ref<dao::Recordset> recordset() const;
     void setColumns(const QList<GridColumn>& columns);
+    /// The columns with the widths that the user gave them.
     [[nodiscard]] QList<GridColumn> columns() const;
+    /// Shows an arrow in a column's header; an unknown field shows none.
+    void setSortIndicator(const QString& field, Qt::SortOrder order);
     void setAllowAddNew(bool allow);
     /// Splits the grid into that many panes side by side (1 or 2).
     void setSplitCount(int count);
@@ -84,6 +93,10 @@ Q_SIGNALS:
     /// The cursor went to another row or cell, by the user or in code.
     void currentCellChanged();
     void rowActivated(); ///< double-click or Enter
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     class Private;

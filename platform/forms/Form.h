@@ -2,7 +2,8 @@
 
 #include <QDialog>
 #include <QList>
-#include <QPointer>
+
+#include <memory>
 
 namespace yrw {
 
@@ -26,7 +27,11 @@ struct FormKey {
 /// key before the focused control (key preview); closing by the user, by code (`unload`) or with
 /// its owner → `Form_QueryUnload`, which may cancel, then `Form_Unload` once. After that the form
 /// is hidden and taken from the list of open forms; it is never shown again.
-/// Lifetime: an unloaded modeless form deletes itself later; a modal one belongs to its caller.
+/// A key that `Form_KeyDown` consumes triggers no shortcut, access key or focus move either.
+/// Lifetime: an unloaded form that was shown modeless deletes itself later (make it with `new`);
+/// a modal one, and one that was only loaded, belongs to its caller. Closing the owner unloads
+/// the form first, and a form that refuses keeps the owner open. An owner that is destroyed
+/// without being closed unloads the form without asking it, and no longer owns it.
 /// Escape does not close by itself: a form that wants that unloads in `Form_KeyDown`.
 /// Thread: the user-interface thread.
 class Form : public QDialog {
@@ -48,6 +53,8 @@ public:
     /// Closes the form; false when `Form_QueryUnload` cancelled. Nothing for an unloaded one.
     bool unload();
     [[nodiscard]] bool isUnloaded() const noexcept { return m_unloaded; }
+    /// Shows or hides; an unloaded form stays hidden.
+    void setVisible(bool visible) override;
 
     /// Free text of whoever made the form.
     [[nodiscard]] const QString& tag() const noexcept { return m_tag; }
@@ -77,16 +84,22 @@ protected:
     bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void reject() override;
 
 private:
+    class KeyPreview;
+
+    void adopt(QWidget* owner);
+    bool unloadOwnedForms();
+    void finishUnload();
+
+    std::unique_ptr<KeyPreview> m_preview;
     QString m_tag;
     bool m_loaded = false;
     bool m_unloading = false;
     bool m_unloaded = false;
-    bool m_modal = false;
+    bool m_modeless = false;
 };
 
 } // namespace yrw

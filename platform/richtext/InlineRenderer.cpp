@@ -1,0 +1,94 @@
+#include "platform/richtext/InlineRenderer.h"
+
+#include "platform/richtext/Formats.h"
+#include "platform/richtext/Pictures.h"
+#include "platform/rtf/EmbeddedObject.h"
+#include "platform/rtf/Picture.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QBuffer>
+#include <QImageReader>
+#include <QPainter>
+#include <QTextDocument>
+
+namespace yrw::richtext {
+
+namespace {
+
+constexpr double kDots = 96;
+constexpr QSizeF kPlaceholder{48, 48};
+
+} // namespace
+
+InlineRenderer::InlineRenderer(const std::vector<rtf::Inline>& inlines, QObject* parent)
+    : QObject(parent), m_inlines(inlines) {}
+
+InlineRenderer::~InlineRenderer() = default;
+
+void InlineRenderer::reset() {
+    m_looks.clear();
+}
+
+InlineRenderer::Look InlineRenderer::makeLook(const rtf::Inline& group) const {
+    Look look;
+    if (group.kind == rtf::InlineKind::Kept) {
+        return look;
+    }
+    const rtf::Picture picture = rtf::pictureOf(group.raw);
+    look.picture = QPixmap::fromImage(decodePicture(picture.kind, picture.data));
+    if (group.kind == rtf::InlineKind::Object) {
+        addObjectLook(look, group.raw);
+    }
+    look.size = QSizeF(pixels(picture.width, kDots), pixels(picture.height, kDots));
+    if (look.size.isEmpty()) {
+        look.size = look.picture.isNull() ? kPlaceholder : QSizeF(look.picture.size());
+    }
+    return look;
+}
+
+void InlineRenderer::addObjectLook(Look& look, const QByteArray& raw) const {
+    const rtf::ObjectGroup group = rtf::objectOf(raw);
+    const auto object = rtf::readObject(group.data);
+    look.caption = objectCaption(group, object);
+    if (look.picture.isNull() && object && object->native.startsWith("BM")) {
+        look.picture = QPixmap::fromImage(decodeImage(object->native));
+    }
+    if (look.size.isEmpty()) {
+        look.size = QSizeF(pixels(group.width, kDots), pixels(group.height, kDots));
+    }
+}
+
+const InlineRenderer::Look& InlineRenderer::look(const QTextFormat& format) {
+    const int id = format.intProperty(kInlineId);
+    const auto known = m_looks.find(id);
+    if (known != m_looks.end()) {
+        return known->second;
+    }
+    const auto index = static_cast<std::size_t>(id);
+    return m_looks[id] = index < m_inlines.size() ? makeLook(m_inlines[index]) : Look{};
+}
+
+QSizeF InlineRenderer::intrinsicSize(QTextDocument* document, int, const QTextFormat& format) {
+    // On paper a dot is smaller than on the screen.
+    const QPaintDevice* const device = document->documentLayout()->paintDevice();
+    return look(format).size * (device != nullptr ? device->logicalDpiY() / kDots : 1.0);
+}
+
+void InlineRenderer::drawObject(QPainter* painter, const QRectF& rect, QTextDocument*, int,
+                                const QTextFormat& format) {
+    const Look& shown = look(format);
+    if (shown.size.isEmpty()) {
+        return;
+    }
+    if (!shown.picture.isNull()) {
+        painter->drawPixmap(rect, shown.picture, QRectF(shown.picture.rect()));
+        return;
+    }
+    painter->save();
+    painter->setPen(QPen(Qt::gray, 1, Qt::DashLine));
+    painter->drawRect(rect.adjusted(0.5, 0.5, -0.5, -0.5));
+    painter->drawText(rect, Qt::AlignCenter | Qt::TextWordWrap, shown.caption);
+    painter->restore();
+}
+
+} // namespace yrw::richtext

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+namespace yrw::rtf {
+
+enum class PictureKind : quint8 { None, Png, Jpeg, Emf, Wmf, Dib };
+
+/// A picture group taken apart. Sizes are twips, 0 when the group names none.
+struct Picture {
+    PictureKind kind = PictureKind::None;
+    int width = 0;
+    int height = 0;
+    QByteArray data;
+};
+
+/// Takes the first picture out of a group that is one or holds one.
+[[nodiscard]] Picture pictureOf(QByteArrayView group);
+
+/// The group of a PNG or JPEG picture shown at a size in twips.
+[[nodiscard]] QByteArray pictureGroup(const Picture& picture);
+
+} // namespace yrw::rtf

@@ -1,0 +1,41 @@
+#pragma once
+
+namespace yrw::rtf {
+
+/// What a handler of several control words is to do; the second column of the word table.
+enum CharWord {
+    kBold,
+    kItalic,
+    kUnderline,
+    kNoUnderline,
+    kStrike,
+    kHidden,
+    kSuper,
+    kSub,
+    kNoSuperSub,
+    kSize,
+    kColour,
+    kBackground
+};
+enum ParWord {
+    kLeftIndent,
+    kRightIndent,
+    kFirstIndent,
+    kSpaceBefore,
+    kSpaceAfter,
+    kLineSpacing,
+    kLineMultiple,
+    kStyle,
+    kRightToLeft,
+    kLeftToRight,
+    kInTable
+};
+enum DocumentWord { kSkipCount, kAnsiCodePage, kDefaultFont, kMac, kPc, kPca };
+enum TableWord { kRowStart, kCellEdge, kRowGap, kRowLeft, kCellEnd, kRowEnd, kBorders };
+enum ListWord { kListNumber, kListLevel };
+enum ListTableWord { kListStart, kListId, kLevelStart, kLevelKind, kLevelFirst };
+enum FontTableWord { kCharset, kFontCodePage, kFamily };
+enum PictureWord { kBetterPicture = 100, kPlainerPicture };
+inline constexpr int kPnStart = 100;
+
+} // namespace yrw::rtf

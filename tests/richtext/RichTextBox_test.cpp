@@ -1,0 +1,165 @@
+#include "platform/richtext/RichTextBox.h"
+
+#include "platform/rtf/Writer.h"
+
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+namespace yrw {
+namespace {
+
+const QString kTail = QString::fromLatin1(rtf::kTail);
+
+/// The stored text of a note with a stamp, as written by an older editor.
+const QString kStamped =
+    QString::fromLatin1(
+        "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1033{\\fonttbl{\\f0\\fnil\\fcharset0 Comic Sans "
+        "MS;}{\\f1\\fnil\\fcharset2 Symbol;}}\r\n{\\colortbl ;\\red255\\green0\\blue0;}\r\n"
+        "\\viewkind4\\uc1\\pard\\cf0\\fs20 \\cf1\\b [24/11/26 14:05 Anna Berg] - \\cf0\\b0 The bay "
+        "is "
+        "shut.\\par\r\n\\pard{\\pntext\\f1\\'B7\\tab}{\\*\\pn\\pnlvlblt\\pnf1\\pnindent0{"
+        "\\pntxtb\\'B7}}"
+        "\\fi-360\\li720 two keys\\par\r\n{\\pntext\\f1\\'B7\\tab}spare fuses\\par\r\n\\pard Ring "
+        "first.\\par\r\n}\r\n") +
+    QChar(u'\0');
+
+void select(RichTextBox& box, int start, int length) {
+    box.setSelStart(start);
+    box.setSelLength(length);
+}
+
+TEST(RichTextBox, ShowsAStoredNoteAndReportsItsFormats) {
+    RichTextBox box;
+    box.setTextRTF(kStamped);
+    EXPECT_EQ(box.Text(), "[24/11/26 14:05 Anna Berg] - The bay is shut.\r\ntwo keys\r\nspare "
+                          "fuses\r\nRing first.");
+    EXPECT_FALSE(box.isIncomplete());
+    select(box, 1, 5);
+    EXPECT_EQ(box.SelBold(), true);
+    EXPECT_EQ(box.SelColor(), 0x0000FF);
+    EXPECT_EQ(box.SelFontName(), "Comic Sans MS");
+    EXPECT_EQ(box.SelFontSize(), 10.0);
+    EXPECT_EQ(box.SelBullet(), false);
+    box.selectAll();
+    EXPECT_EQ(box.SelBold(), std::nullopt);
+    EXPECT_EQ(box.SelBullet(), std::nullopt);
+    EXPECT_EQ(box.SelItalic(), false);
+    box.setSelStart(static_cast<int>(box.Text().indexOf("keys")) - 1);
+    EXPECT_EQ(box.SelBullet(), true);
+    EXPECT_EQ(box.SelIndent(), 360);
+}
+
+TEST(RichTextBox, WhatItWritesReadsBackTheSame) {
+    RichTextBox box;
+    box.setTextRTF(kStamped);
+    const QString written = box.TextRTF();
+    EXPECT_TRUE(written.endsWith(kTail));
+    box.setTextRTF(written);
+    EXPECT_EQ(box.TextRTF(), written);
+}
+
+TEST(RichTextBox, AnEmptyBoxIsAWholeDocumentInTheDefaultFont) {
+    RichTextBox box;
+    EXPECT_TRUE(box.isEmpty());
+    EXPECT_EQ(box.Text(), "");
+    EXPECT_EQ(box.SelFontName(), "Comic Sans MS");
+    EXPECT_EQ(box.SelFontSize(), 10.0);
+    const QSignalSpy changes(&box, &RichTextBox::contentChanged);
+    box.setDefaultFontChoice({.name = "Arial", .points = 12, .bold = true, .colour = 0xFF0000});
+    EXPECT_EQ(changes.count(), 0);
+    EXPECT_EQ(box.SelFontName(), "Arial");
+    EXPECT_EQ(box.SelColor(), 0xFF0000);
+    const QString written = box.TextRTF();
+    EXPECT_TRUE(written.endsWith(" " + kTail)) << written.toStdString();
+    QTest::keyClicks(&box, "hello");
+    EXPECT_GT(changes.count(), 0);
+    select(box, 0, 5);
+    EXPECT_EQ(box.SelBold(), true);
+    EXPECT_EQ(box.SelFontSize(), 12.0);
+}
+
+TEST(RichTextBox, ChangingTheDefaultLeavesTheShownTextAlone) {
+    RichTextBox box;
+    box.setTextRTF(kStamped);
+    const QString before = box.TextRTF();
+    const QSignalSpy changes(&box, &RichTextBox::contentChanged);
+    box.setDefaultFontChoice({.name = "Arial", .points = 20});
+    EXPECT_EQ(box.TextRTF(), before);
+    EXPECT_EQ(changes.count(), 0);
+}
+
+TEST(RichTextBox, TextPutInThePlaceOfTheTailBecomesTheLastParagraph) {
+    RichTextBox box;
+    const auto append = [&box](const QString& text, bool separate) {
+        QString rtf = box.TextRTF();
+        rtf.chop(11);
+        box.setTextRTF(rtf + (separate ? "\\par\r\n" : "") + text);
+    };
+    append("\\b [24/11/26 14:05 Anna Berg] - \\cf0\\b0  }", false);
+    EXPECT_EQ(box.Text(), "[24/11/26 14:05 Anna Berg] -  ");
+    EXPECT_EQ(box.SelFontSize(), 10.0);
+    append("24/11/2026 }", false);
+    append("\\b [x] - \\cf0\\b0  }", true);
+    EXPECT_EQ(box.Text(), "[24/11/26 14:05 Anna Berg] -  24/11/2026 \r\n[x] -  ");
+    box.setSelStart(static_cast<int>(box.Text().size()));
+    EXPECT_EQ(box.SelBold(), false);
+    select(box, 2, 3);
+    EXPECT_EQ(box.SelBold(), true);
+}
+
+TEST(RichTextBox, EachSelectionPropertyIsStoredAndIsOneUndoStep) {
+    struct Case {
+        const char* name;
+        void (*set)(RichTextBox&);
+        const char* written;
+    };
+    const Case cases[] = {
+        {"bold", [](RichTextBox& b) { b.setSelBold(true); }, "\\b\\f0"},
+        {"italic", [](RichTextBox& b) { b.setSelItalic(true); }, "\\i\\f0"},
+        {"underline", [](RichTextBox& b) { b.setSelUnderline(true); }, "\\ul\\f0"},
+        {"strike", [](RichTextBox& b) { b.setSelStrikeThru(true); }, "\\strike\\f0"},
+        {"font", [](RichTextBox& b) { b.setSelFontName("No Such Font"); }, "No Such Font;"},
+        {"size", [](RichTextBox& b) { b.setSelFontSize(14.5); }, "\\fs29"},
+        {"colour", [](RichTextBox& b) { b.setSelColor(0x0000FF); }, "\\red255\\green0\\blue0;"},
+        {"right", [](RichTextBox& b) { b.setSelAlignment(TextAlignment::Right); }, "\\qr"},
+        {"centre", [](RichTextBox& b) { b.setSelAlignment(TextAlignment::Center); }, "\\qc"},
+        {"bullet", [](RichTextBox& b) { b.setSelBullet(true); }, "\\fi-360\\li360"},
+        {"indent", [](RichTextBox& b) { b.setSelIndent(20); }, "\\li20"},
+    };
+    for (const Case& c : cases) {
+        RichTextBox box;
+        box.setText("one\r\ntwo");
+        const QString before = box.TextRTF();
+        select(box, 0, 3);
+        c.set(box);
+        const QString after = box.TextRTF();
+        EXPECT_TRUE(after.contains(c.written)) << c.name << "\n" << after.toStdString();
+        box.setTextRTF(after);
+        EXPECT_EQ(box.TextRTF(), after) << c.name;
+        box.setText("one\r\ntwo");
+        select(box, 0, 3);
+        c.set(box);
+        box.undo();
+        EXPECT_EQ(box.TextRTF(), before) << c.name;
+    }
+}
+
+TEST(RichTextBox, IndentHasAFloor) {
+    RichTextBox box;
+    box.setText("one");
+    box.setSelIndent(20);
+    box.setSelIndent(box.SelIndent().value() - 40);
+    EXPECT_EQ(box.SelIndent(), 0);
+}
+
+TEST(RichTextBox, TextThatIsNoRtfIsShownPlain) {
+    RichTextBox box;
+    box.setTextRTF("just {text}\nlines");
+    EXPECT_EQ(box.Text(), "just {text}\r\nlines");
+    EXPECT_EQ(box.SelFontName(), "Comic Sans MS");
+}
+
+} // namespace
+} // namespace yrw
