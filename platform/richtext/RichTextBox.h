@@ -147,6 +147,7 @@ private:
     void changeParagraph(const QTextBlock& block, const ParagraphChange& change);
     [[nodiscard]] rtf::ParFormat paragraphOf(const QTextBlock& block) const;
     void leaveLink();
+    [[nodiscard]] bool leavesList(const QKeyEvent& event) const;
     void openLink(const QString& target);
     void insertModel(rtf::Document model, bool keepLook);
     void insertInline(rtf::InlineKind kind, const QByteArray& raw);
