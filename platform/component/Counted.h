@@ -38,6 +38,8 @@ template <class T>
 class Ref {
 public:
     Ref() noexcept = default;
+    // Implicit on purpose: a reference stands wherever a pointer could.
+    // NOLINTBEGIN(google-explicit-constructor)
     Ref(std::nullptr_t) noexcept {}
     Ref(T* object) noexcept : m_object(object) { retain(); }
     Ref(const Ref& other) noexcept : m_object(other.m_object) { retain(); }
@@ -45,6 +47,7 @@ public:
     template <class U>
     requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
     noexcept : m_object(other.get()) { retain(); }
+    // NOLINTEND(google-explicit-constructor)
     ~Ref() { drop(); }
 
     Ref& operator=(Ref other) noexcept {

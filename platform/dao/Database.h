@@ -3,6 +3,7 @@
 #include "platform/clock/Clock.h"
 #include "platform/component/AutomationError.h"
 #include "platform/component/Counted.h"
+#include "platform/dao/MountTest.h"
 #include "platform/dao/Recordset.h"
 #include "platform/dao/Types.h"
 #include "platform/files/FileSystem.h"
@@ -131,10 +132,11 @@ public:
     virtual void Close() = 0;
 };
 
-/// What a workspace needs of the world. Both outlive it.
+/// What a workspace needs of the world. All outlive it.
 struct EngineServices {
     Clock& clock;
     FileSystem& files;
+    const MountTest* mounts = nullptr; ///< nothing asks the system
 };
 
 /// Makes a workspace over the embedded engine.

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/component/AutomationError.h"
+#include "platform/prompt/Prompt.h"
+
+#include <QVariant>
+
+namespace yrw {
+
+/// Flags of the open-file dialog that change what it does; the rest only change how it looks.
+inline constexpr int kOpenFileAllowSeveral = 0x200;
+
+/// Small services that host and add-ins share: error reports and conversions.
+/// Lifetime: one per composition root; given the door to the user at creation, which outlives it.
+/// Thread: the user-interface thread.
+class HostUtility {
+public:
+    explicit HostUtility(Prompt& prompt);
+
+    [[nodiscard]] Prompt& prompt() const noexcept { return m_prompt; }
+
+    /// Reports an error in one modal box: the message first, source and reason behind a button.
+    void ReportError(const AutomationError& error, const QString& source, const QString& message,
+                     const QString& title, const QString& text = {}) const;
+    /// "True", "Yes", "On", "1", "-1" and any other number but 0 in any case are true; "False",
+    /// "No", "Off", "0" are false; anything else gives the default.
+    [[nodiscard]] static bool TextToBoolean(const QString& text, bool defaultValue);
+    /// "True" or "False".
+    [[nodiscard]] static QString BooleanToText(bool value);
+    [[nodiscard]] static QString FolderOfPath(const QString& path);
+    /// Null as empty text.
+    [[nodiscard]] static QString NullToText(const QVariant& value);
+    /// Null as false; any number but 0 is true.
+    [[nodiscard]] static bool NullToBoolean(const QVariant& value);
+    /// The number behind a key's prefix ("xn17" and "xn" give 17); 0 when it is none.
+    [[nodiscard]] static qint64 RemoveKeyPrefix(const QString& key, const QString& prefix);
+    /// Shows the open-file dialog; the first chosen path, empty when cancelled.
+    [[nodiscard]] QString OpenFile(const QString& promptText, const QString& title,
+                                   const QString& filter, int flags) const;
+
+private:
+    Prompt& m_prompt;
+};
+
+} // namespace yrw

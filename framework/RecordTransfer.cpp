@@ -1,0 +1,137 @@
+// Rows into records and back: the part of the data helper that knows what a record keeps.
+#include "framework/CollectionBase.h"
+
+namespace yrw {
+
+namespace {
+
+const QString kSource = QStringLiteral("YRW.HostDataHelper");
+const QString kChangeUserCode = QStringLiteral("ChangeUserCode");
+
+dao::ValueList valuesOf(const dao::Recordset& row) {
+    dao::ValueList values;
+    for (int column = 0; column < row.FieldCount(); ++column) {
+        values.set(row.FieldName(column), row.value(column));
+    }
+    return values;
+}
+
+/// True when two readings of one column are the same value, also when one came through a query
+/// that does not know the column's kind.
+bool isSameValue(const QVariant& a, const QVariant& b) {
+    if (a.isNull() || b.isNull()) {
+        return a.isNull() && b.isNull();
+    }
+    if (a.typeId() == b.typeId()) {
+        return a == b;
+    }
+    if (a.typeId() == QMetaType::Bool || b.typeId() == QMetaType::Bool) {
+        return a.toBool() == b.toBool();
+    }
+    return a == b || a.toString() == b.toString();
+}
+
+/// Fields that may change beneath an edit without harm.
+bool isStampField(const QString& name) {
+    return name.compare(u"ChangeDate", Qt::CaseInsensitive) == 0 ||
+           name.compare(kChangeUserCode, Qt::CaseInsensitive) == 0;
+}
+
+/// Raises when a field that is about to be written no longer holds what the record was read with.
+void checkConflicts(const dao::Recordset& row, const dao::ValueList& asRead,
+                    const dao::ValueList& values) {
+    dao::ValueList changed;
+    QStringList names;
+    for (const dao::ValueList::Entry& entry : values) {
+        if (isStampField(entry.name) || !asRead.contains(entry.name)) {
+            continue;
+        }
+        const QVariant current = row.value(entry.name);
+        if (!isSameValue(current, asRead.value(entry.name)) && !isSameValue(current, entry.value)) {
+            changed.set(entry.name, current);
+            names.append(entry.name);
+        }
+    }
+    if (!changed.isEmpty()) {
+        throw dao::ConflictError(
+            kSource,
+            QStringLiteral("Somebody else has changed %1 since the record was read.")
+                .arg(names.join(QStringLiteral(", "))),
+            changed);
+    }
+}
+
+/// The record's row in its base table, alone in a recordset.
+Ref<dao::Recordset> openRow(dao::Database& database, IRecord& record) {
+    const Ref<ICollection> collection = record.Collection();
+    if (!collection) {
+        throw AutomationError(kErrorObjectRequired, kSource, QStringLiteral("Object required"));
+    }
+    const QString table = collection->TableName();
+    const QVariant key = record.value(collection->KeyField());
+    const Ref<dao::Recordset> row = database.OpenRecordset(
+        HostDataHelper::AddCondition(QStringLiteral("SELECT %1.* FROM %1").arg(table),
+                                     HostDataHelper::EqualCondition(collection->KeyField(), key)));
+    if (row->AtEof()) {
+        throw AutomationError(kErrorRecordNotFound, kSource,
+                              QStringLiteral("Record : %1 was not found").arg(key.toString()));
+    }
+    return row;
+}
+
+} // namespace
+
+Ref<IRecord> HostDataHelper::MakeRecord(const FieldDictionaryPtr& fields,
+                                        const Ref<dao::Recordset>& recordset,
+                                        const Ref<ICollection>& collection,
+                                        const Ref<IRecord>& record) {
+    record->setRecordset(recordset);
+    record->setCollection(collection);
+    record->setApplication(collection ? collection->Application() : nullptr);
+    record->setFields(fields ? fields : BuildFieldDictionary(*recordset));
+    const dao::ValueList values = valuesOf(*recordset);
+    if (auto* base = dynamic_cast<RecordBase*>(record.get())) {
+        base->takeValuesAsRead(values);
+    } else {
+        record->setValueArray(values);
+    }
+    recordset->MoveNext();
+    return record;
+}
+
+bool HostDataHelper::UpdateRecord(IRecord& record, const dao::ValueList& values) {
+    record.BeforeRecordUpdate();
+    writeRow(record, values);
+    auto* base = dynamic_cast<RecordBase*>(&record);
+    for (const dao::ValueList::Entry& entry : values) {
+        if (base != nullptr) {
+            base->noteWritten(entry.name, entry.value);
+        } else {
+            record.SetValue(entry.name, entry.value);
+        }
+    }
+    record.AfterRecordUpdate();
+    return true;
+}
+
+void HostDataHelper::writeRow(IRecord& record, const dao::ValueList& values) {
+    // One transaction around reading and writing: what is compared is what is overwritten.
+    dao::Transaction transaction(Database());
+    const Ref<dao::Recordset> row = openRow(Database(), record);
+    if (const auto* base = dynamic_cast<const RecordBase*>(&record)) {
+        checkConflicts(*row, base->valuesAsRead(), values);
+    }
+    row->Edit();
+    for (const dao::ValueList::Entry& entry : values) {
+        row->setValue(entry.name, entry.value);
+    }
+    if (!m_currentUserCode.isEmpty() && row->FieldIndex(kChangeUserCode) >= 0 &&
+        !values.contains(kChangeUserCode)) {
+        row->setValue(kChangeUserCode, m_currentUserCode);
+    }
+    row->Update();
+    row->Close();
+    transaction.commit();
+}
+
+} // namespace yrw

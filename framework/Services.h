@@ -1,0 +1,18 @@
+#pragma once
+
+namespace yrw {
+
+class Clock;
+class FileSystem;
+class HostUtility;
+class SettingsStore;
+
+/// What a composition root passes down. All outlive whoever holds this.
+struct Services {
+    Clock& clock;
+    SettingsStore& settings;
+    FileSystem& files;
+    HostUtility& utility;
+};
+
+} // namespace yrw

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "framework/Services.h"
+#include "host/core/DeskApplication.h"
+#include "host/desk/AddInLoader.h"
+#include "host/desk/DeskCommands.h"
+#include "host/desk/DeskHost.h"
+#include "host/desk/GridPanel.h"
+#include "host/desk/WindowMemory.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class QSplitter;
+
+namespace yrw {
+
+class DeskFindBar;
+class StatusBar;
+
+/// What a desk's window is opened with.
+struct DeskOptions {
+    DeskStart start;
+    QString addInProgID = QStringLiteral("YRWNOTES.AddIn"); ///< empty: none is loaded
+    /// How the add-in is made; empty: through the class registry of the user.
+    CreateObject createObject;
+};
+
+/// The desk: customers above, the selected customer's orders below, two toolbars, a status bar.
+///
+/// `open` opens the database, shows the window and loads the add-in. Closing the window lets the
+/// add-in go and closes the database; the window is not opened again.
+/// Objects: `atbComponent`, `atbInterface`, `dbgUpper`, `dbgLower`, `stbMain`, `txtFind`; the menu
+/// entries are named after their commands' keys.
+/// Lifetime: a window without owner; needs `services` as long as it lives.
+/// Thread: the user-interface thread.
+class DeskWindow final : public QMainWindow {
+    Q_OBJECT
+
+public:
+    DeskWindow(const Services& services, DeskOptions options);
+    ~DeskWindow() override;
+
+    /// Raises what `DeskApplication::open` raises; the window is not shown then.
+    void open();
+    /// Lets the add-in go and closes the database; twice without an error.
+    void shutDown();
+
+    [[nodiscard]] DeskGridController& upper() const { return m_upper->controller(); }
+    [[nodiscard]] DeskGridController& lower() const { return m_lower->controller(); }
+    /// The controller of the grid that has, or had last, the keyboard.
+    [[nodiscard]] DeskGridController& current() const { return *m_current; }
+    [[nodiscard]] Toolbar& componentToolbar() const { return *m_componentToolbar; }
+    [[nodiscard]] Toolbar& interfaceToolbar() const { return *m_interfaceToolbar; }
+    [[nodiscard]] StatusBar& mainStatusBar() const { return *m_statusBar; }
+    [[nodiscard]] Ref<DeskApplication> application() const { return m_application; }
+    [[nodiscard]] IHostComponent& component() { return m_component; }
+    [[nodiscard]] AddInLoader& addIns() { return m_addIns; }
+    /// Whether add-ins may look up notes now.
+    [[nodiscard]] bool canCheckNotes() const;
+    void showProgress(const QString& text);
+    void run(DeskCommand command);
+
+Q_SIGNALS:
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    // Building.
+    void build();
+    void connectEvents();
+    void connectPanel(GridPanel& panel);
+    [[nodiscard]] Ref<ICollection> ordersToShow(bool everyRecord);
+
+    // What the user asks for.
+    void quit();
+    void newRecord();
+    void editRecord();
+    void deleteRecord();
+    void openFind();
+    void findNext();
+    void openFilter();
+    void refreshRows();
+    void splitGrid();
+    void otherGrid();
+    void goToCustomer();
+    void switchBands();
+    void loadAddIn();
+    void activateAddIn();
+    void deactivateAddIn();
+    void releaseAddIn();
+    void showKeys();
+    void showAbout();
+
+    // What happens.
+    void focusMoved(QWidget* focused);
+    void makeCurrent(GridPanel& panel);
+    void customerChanged();
+    void recordAdded(GridPanel& panel);
+    void reloadLayouts();
+    bool showHelp(int topic);
+    void showUser();
+
+    void remember();
+    void restore();
+    [[nodiscard]] GridPanel& currentPanel() const;
+
+    const Services m_services;
+    DeskOptions m_options;
+    WindowMemory m_memory;
+    Ref<DeskApplication> m_application;
+    DeskInterface m_interface;
+    DeskComponent m_component;
+    AddInLoader m_addIns;
+    std::unique_ptr<DeskCommands> m_commands;
+    Toolbar* m_componentToolbar = nullptr;
+    Toolbar* m_interfaceToolbar = nullptr;
+    StatusBar* m_statusBar = nullptr;
+    QLabel* m_progress = nullptr;
+    QLabel* m_user = nullptr;
+    QSplitter* m_splitter = nullptr;
+    GridPanel* m_upper = nullptr;
+    GridPanel* m_lower = nullptr;
+    DeskFindBar* m_findBar = nullptr;
+    DeskGridController* m_current = nullptr;
+    QTimer m_ordersDelay;
+    Connection m_toolClicks[2];
+    bool m_open = false;
+};
+
+} // namespace yrw

@@ -1,0 +1,316 @@
+#include "platform/controls/GridBody.h"
+
+#include "platform/controls/Colours.h"
+
+#include <QAccessible>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace yrw {
+
+namespace {
+
+constexpr int kPadding = 4;
+constexpr short kFrameBorder = 6;
+
+QColor mixed(const QColor& a, const QColor& b, double share) {
+    const auto part = [share](int from, int to) {
+        return static_cast<int>(std::lround(from + (to - from) * share));
+    };
+    return {part(a.red(), b.red()), part(a.green(), b.green()), part(a.blue(), b.blue())};
+}
+
+bool alignsRight(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::Double:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Runs a handler of the host; a failing one leaves the row as it is, for painting must go on.
+template <class Raise>
+void raiseQuietly(Raise raise) {
+    try {
+        raise();
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
+    }
+}
+
+} // namespace
+
+GridSource::~GridSource() = default;
+
+GridBody::GridBody(GridSource& source, int split, QHeaderView& header, QWidget* parent)
+    : QWidget(parent), m_source(source), m_split(split), m_header(header) {
+    setObjectName(QStringLiteral("gridBody(%1)").arg(split));
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+QRect GridBody::rowRect(qint64 row) const {
+    const qint64 offset = row - m_source.topRow();
+    const int height = m_source.rowHeight();
+    if (row < 0 || row >= m_source.shownRows() || offset < 0 || offset * height >= this->height()) {
+        return {};
+    }
+    return {0, static_cast<int>(offset) * height, width(), height};
+}
+
+QRect GridBody::cellRect(qint64 row, int column) const {
+    const QRect line = rowRect(row);
+    if (line.isEmpty() || column < 0 || column >= m_header.count() ||
+        m_header.isSectionHidden(column)) {
+        return {};
+    }
+    const int x = m_header.sectionViewportPosition(column) + markWidth();
+    const QRect cell(x, line.y(), m_header.sectionSize(column), line.height());
+    return cell.intersected(QRect(markWidth(), 0, width() - markWidth(), height()));
+}
+
+qint64 GridBody::rowAt(int y) const {
+    const qint64 row = m_source.topRow() + y / m_source.rowHeight();
+    return y < 0 || row >= m_source.shownRows() ? -1 : row;
+}
+
+QColor GridBody::paintedColour(qint64 row) const {
+    return rowRect(row).isEmpty() ? QColor() : m_painted.value(row);
+}
+
+int GridBody::fullRows() const {
+    return qMax(1, height() / m_source.rowHeight());
+}
+
+int GridBody::rowsInView() const {
+    const qint64 room = (height() + m_source.rowHeight() - 1) / m_source.rowHeight();
+    return static_cast<int>(qMin(room, m_source.shownRows() - m_source.topRow()));
+}
+
+QString GridBody::cellText(int column) const {
+    const int field = m_source.fieldOf(column);
+    QVariant value;
+    if (field >= 0) {
+        raiseQuietly([&] { value = m_source.rows().value(field); });
+    }
+    return m_source.gridColumns().at(column).header + u' ' + gridText(value);
+}
+
+QString GridBody::rowText(qint64 row) const {
+    if (row >= m_source.rows().count()) {
+        return tr("New record");
+    }
+    QStringList cells;
+    raiseQuietly([&] {
+        m_source.rows().select(row);
+        for (int column = 0; column < m_source.gridColumns().size(); ++column) {
+            if (m_source.gridColumns().at(column).visible) {
+                cells.append(cellText(column));
+            }
+        }
+    });
+    return tr("Row %1: %2").arg(row + 1).arg(cells.join(QStringLiteral(", ")));
+}
+
+QString GridBody::cursorText(qint64 row) const {
+    const int column = m_source.cursorColumn();
+    QString text;
+    if (isCursorRow(row) && column >= 0 && row < m_source.rows().count()) {
+        raiseQuietly([&] {
+            m_source.rows().select(row);
+            text = cellText(column);
+        });
+    }
+    return text;
+}
+
+void GridBody::announceCursor() {
+    if (!QAccessible::isActive() || cursorRow() < 0) {
+        return;
+    }
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(static_cast<int>(cursorRow() - firstRow()));
+    QAccessible::updateAccessibility(&event);
+}
+
+QColor GridBody::rowColour(qint64 row, bool readable) {
+    if (fetchesRowStyle && readable) {
+        RowStyle style;
+        raiseQuietly([&] {
+            m_source.grid().FetchRowStyle.raise(m_split, m_source.rows().bookmark(), style);
+        });
+        if (style.hasBackColor()) {
+            return colourOfBgr(style.backColor());
+        }
+    }
+    const QColor base = palette().color(QPalette::Base);
+    return row == m_source.cursorRow()
+               ? mixed(base, palette().color(QPalette::Active, QPalette::Highlight), 0.25)
+               : base;
+}
+
+CellStyle GridBody::cellStyle(int column) {
+    CellStyle style;
+    raiseQuietly([&] {
+        m_source.grid().FetchCellStyle.raise(0, m_split, m_source.rows().bookmark(), column, style);
+    });
+    return style;
+}
+
+void GridBody::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    const QRect dirty = event->rect();
+    const int rowHeight = m_source.rowHeight();
+    const qint64 first = m_source.topRow() + dirty.top() / rowHeight;
+    const qint64 last =
+        qMin(m_source.shownRows() - 1, m_source.topRow() + dirty.bottom() / rowHeight);
+    for (qint64 row = first; row <= last; ++row) {
+        paintRow(painter, row, dirty);
+    }
+    const auto end = static_cast<int>(qMax<qint64>(last + 1, first) - m_source.topRow());
+    painter.fillRect(QRect(0, end * rowHeight, width(), height() - end * rowHeight),
+                     palette().color(QPalette::Base));
+}
+
+void GridBody::paintRow(QPainter& painter, qint64 row, const QRect& dirty) {
+    bool readable = false;
+    raiseQuietly([&] { readable = m_source.rows().select(row); });
+    const QColor back = rowColour(row, readable);
+    m_painted.insert(row, back);
+    const QRect line = rowRect(row);
+    painter.fillRect(line, back);
+    paintCells(painter, row, readable, back, dirty);
+    painter.setPen(mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.18));
+    painter.drawLine(line.bottomLeft(), line.bottomRight());
+    paintMark(painter, row);
+    if (row == m_source.cursorRow()) {
+        paintCursor(painter, row);
+    }
+}
+
+void GridBody::paintCells(QPainter& painter, qint64 row, bool readable, const QColor& back,
+                          const QRect& dirty) {
+    const QColor lines =
+        mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.18);
+    const QColor text = textOn(back, palette().color(QPalette::Text));
+    for (int column = 0; column < m_header.count(); ++column) {
+        const QRect cell = cellRect(row, column);
+        if (!cell.intersects(dirty)) {
+            continue;
+        }
+        painter.setPen(text);
+        paintCell(painter, cell, column, readable || m_source.rows().editRow() == row);
+        painter.setPen(lines);
+        painter.drawLine(cell.topRight(), cell.bottomRight());
+        if (!fetchesCellStyle || !readable) {
+            continue;
+        }
+        const CellStyle style = cellStyle(column);
+        if (style.borderKind() == kFrameBorder && style.borderWidth() > 0) {
+            painter.setPen(QPen(colourOfBgr(style.borderColor()), style.borderWidth(),
+                                Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+            const int inset = 1 + style.borderWidth() / 2;
+            painter.drawRect(cell.adjusted(inset, inset, -inset - 2, -inset - 2));
+        }
+    }
+}
+
+void GridBody::paintCell(QPainter& painter, const QRect& rect, int column, bool readable) {
+    const int field = m_source.fieldOf(column);
+    if (field < 0 || !readable) {
+        return;
+    }
+    QVariant value = QStringLiteral("#Deleted");
+    raiseQuietly([&] { value = m_source.rows().value(field); });
+    const QRect inner = rect.adjusted(kPadding, 0, -kPadding - 1, -1);
+    const QString text =
+        painter.fontMetrics().elidedText(gridText(value), Qt::ElideRight, inner.width());
+    painter.drawText(inner,
+                     int(Qt::AlignVCenter | Qt::TextSingleLine) |
+                         int(alignsRight(value) ? Qt::AlignRight : Qt::AlignLeft),
+                     text);
+}
+
+void GridBody::paintMark(QPainter& painter, qint64 row) const {
+    if (markWidth() == 0) {
+        return;
+    }
+    const QRect line = rowRect(row);
+    const QRect mark(0, line.y(), markWidth(), line.height());
+    painter.fillRect(mark, palette().color(QPalette::Button));
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawLine(mark.topRight(), mark.bottomRight());
+    painter.drawLine(mark.bottomLeft(), mark.bottomRight());
+    QString sign;
+    if (row == m_source.rows().editRow()) {
+        sign = QStringLiteral("✎");
+    } else if (row == m_source.cursorRow()) {
+        sign = QStringLiteral("▸");
+    } else if (row >= m_source.rows().count()) {
+        sign = QStringLiteral("*");
+    }
+    painter.setPen(palette().color(QPalette::ButtonText));
+    painter.drawText(mark, Qt::AlignCenter, sign);
+}
+
+void GridBody::paintCursor(QPainter& painter, qint64 row) const {
+    const QColor frame = palette().color(QPalette::Active, QPalette::Highlight);
+    const QRect line = rowRect(row).adjusted(markWidth(), 0, 0, 0);
+    painter.fillRect(QRect(line.topLeft(), QSize(line.width(), 2)), frame);
+    painter.fillRect(QRect(line.left(), line.bottom() - 1, line.width(), 2), frame);
+    const QRect cell = cellRect(row, m_source.cursorColumn());
+    if (!cell.isEmpty()) {
+        painter.setPen(QPen(frame, 2, m_source.hasKeyFocus() ? Qt::SolidLine : Qt::DotLine,
+                            Qt::SquareCap, Qt::MiterJoin));
+        painter.drawRect(cell.adjusted(1, 1, -2, -1));
+    }
+}
+
+void GridBody::mousePressEvent(QMouseEvent* event) {
+    const QPoint place = event->position().toPoint();
+    const qint64 row = rowAt(place.y());
+    if (row >= 0) {
+        const int column = m_header.logicalIndexAt(place.x() - markWidth());
+        m_source.bodyPressed(m_split, row, place.x() < markWidth() ? -1 : column);
+    }
+}
+
+void GridBody::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton) {
+        m_source.menuWanted(event->globalPosition().toPoint());
+    }
+}
+
+void GridBody::mouseDoubleClickEvent(QMouseEvent* event) {
+    const qint64 row = rowAt(event->position().toPoint().y());
+    if (event->button() == Qt::LeftButton && row >= 0) {
+        m_source.bodyDoubleClicked(row);
+    }
+}
+
+void GridBody::wheelEvent(QWheelEvent* event) {
+    m_source.bodyWheel(event);
+}
+
+void GridBody::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_source.bodyResized();
+}
+
+void GridBody::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    update(rowRect(m_source.cursorRow()));
+}
+
+void GridBody::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update(rowRect(m_source.cursorRow()));
+}
+
+bool GridBody::focusNextPrevChild(bool next) {
+    return m_source.tabPressed(next) || QWidget::focusNextPrevChild(next);
+}
+
+} // namespace yrw

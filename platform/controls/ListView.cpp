@@ -1,0 +1,317 @@
+#include "platform/controls/ListView.h"
+
+#include "platform/controls/ListModel.h"
+#include "platform/forms/Twips.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QTimer>
+
+namespace yrw {
+
+class ListView::Private {
+public:
+    explicit Private(ListView* owner) : list(owner), model(owner), typing(owner) {
+        typing.setSingleShot(true);
+    }
+
+    void sortAll() {
+        if (sorted && model.columnCount() > 0) {
+            model.sortRows(column, order);
+        }
+        showIndicator();
+    }
+    void showIndicator() const {
+        list->header()->setSortIndicatorShown(sorted);
+        if (sorted) {
+            list->header()->setSortIndicator(column, order);
+        }
+    }
+    [[nodiscard]] int findTyped(int from) const {
+        const int rows = model.rowCount();
+        QList<int> columns{column};
+        for (int i = 0; i < model.columnCount(); ++i) {
+            columns.append(i);
+        }
+        for (const int candidate : std::as_const(columns)) {
+            for (int i = 0; i < rows; ++i) {
+                const int row = (from + i) % rows;
+                if (model.textAt(row, candidate).startsWith(typed, Qt::CaseInsensitive)) {
+                    return row;
+                }
+            }
+        }
+        return -1;
+    }
+
+    ListView* list;
+    ListModel model;
+    QTimer typing; ///< runs while letters typed belong to one word
+    QString typed;
+    QString emptyText;
+    int column = 0;
+    Qt::SortOrder order = Qt::AscendingOrder;
+    bool sorted = false;
+};
+
+ListView::ListView(QWidget* parent)
+    : QTreeView(parent), m_private(std::make_unique<Private>(this)) {
+    setModel(&m_private->model);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false);
+    header()->setSectionsClickable(true);
+    header()->setSectionsMovable(false);
+    header()->setStretchLastSection(false);
+    header()->setSortIndicatorShown(false);
+    setAccessibleName(tr("List"));
+    m_private->model.setBackground(palette().color(QPalette::Base));
+    connect(header(), &QHeaderView::sectionClicked, this, &ListView::columnClick);
+}
+
+ListView::~ListView() {
+    setModel(nullptr);
+}
+
+void ListView::addColumn(const QString& header, const QString& key, int widthTwips) {
+    m_private->model.addColumn(header, key);
+    setColumnWidth(columns() - 1, twipsToPixels(widthTwips));
+}
+
+void ListView::removeColumn(const QString& key) {
+    const int column = columnOf(key);
+    if (column < 0) {
+        return;
+    }
+    m_private->model.removeColumn(column);
+    if (m_private->column > column) {
+        --m_private->column;
+    } else if (m_private->column == column) {
+        m_private->column = 0;
+        m_private->sortAll();
+    }
+    m_private->showIndicator();
+}
+
+int ListView::columnOf(const QString& key) const {
+    return m_private->model.columnOf(key);
+}
+
+int ListView::columns() const {
+    return m_private->model.columnCount();
+}
+
+void ListView::clearItems() {
+    m_private->model.clear();
+}
+
+void ListView::addItems(QList<ListItem> items) {
+    m_private->model.append(std::move(items));
+    m_private->sortAll();
+}
+
+int ListView::addItem(ListItem item) {
+    const int row = isSorted() ? m_private->model.sortedPlace(item.texts.value(sortKey()),
+                                                              sortKey(), sortOrder())
+                               : itemCount();
+    m_private->model.insert(row, std::move(item));
+    return row;
+}
+
+void ListView::removeItem(const QString& key) {
+    if (const int row = rowOf(key); row >= 0) {
+        m_private->model.remove(row);
+    }
+}
+
+int ListView::itemCount() const {
+    return m_private->model.rowCount();
+}
+
+int ListView::rowOf(const QString& key) const {
+    return m_private->model.rowOf(key);
+}
+
+QString ListView::keyAt(int row) const {
+    return row >= 0 && row < itemCount() ? m_private->model.item(row).key : QString();
+}
+
+QString ListView::text(const QString& key, int column) const {
+    const int row = rowOf(key);
+    return row < 0 ? QString() : m_private->model.textAt(row, column);
+}
+
+void ListView::setItemText(const QString& key, int column, const QString& text) {
+    if (const int row = rowOf(key); row >= 0 && column >= 0 && column < columns()) {
+        m_private->model.setText(row, column, text);
+    }
+}
+
+void ListView::setItemStyle(const QString& key, bool bold,
+                            const std::optional<QColor>& foreColour) {
+    if (const int row = rowOf(key); row >= 0) {
+        m_private->model.setStyle(row, bold, foreColour);
+    }
+}
+
+bool ListView::isBold(const QString& key) const {
+    const int row = rowOf(key);
+    return row >= 0 && m_private->model.item(row).bold;
+}
+
+std::optional<QColor> ListView::foreColour(const QString& key) const {
+    const int row = rowOf(key);
+    return row < 0 ? std::nullopt : m_private->model.item(row).foreColour;
+}
+
+QString ListView::selectedKey() const {
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    return rows.isEmpty() ? QString() : keyAt(rows.first().row());
+}
+
+void ListView::selectKey(const QString& key) {
+    const int row = rowOf(key);
+    if (row < 0) {
+        selectionModel()->clear();
+        return;
+    }
+    const QModelIndex index = m_private->model.index(row, 0);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                 QItemSelectionModel::Rows);
+    scrollTo(index);
+}
+
+int ListView::sortKey() const {
+    return m_private->column;
+}
+
+void ListView::setSortKey(int column) {
+    if (column >= 0 && column < columns() && column != m_private->column) {
+        m_private->column = column;
+        m_private->sortAll();
+    }
+}
+
+Qt::SortOrder ListView::sortOrder() const {
+    return m_private->order;
+}
+
+void ListView::setSortOrder(Qt::SortOrder order) {
+    if (order != m_private->order) {
+        m_private->order = order;
+        m_private->sortAll();
+    }
+}
+
+bool ListView::isSorted() const {
+    return m_private->sorted;
+}
+
+void ListView::setSorted(bool sorted) {
+    if (sorted != m_private->sorted) {
+        m_private->sorted = sorted;
+        m_private->sortAll();
+    }
+}
+
+void ListView::setEmptyText(const QString& text) {
+    m_private->emptyText = text;
+    viewport()->update();
+}
+
+void ListView::keyboardSearch(const QString& search) {
+    const bool sameWord = m_private->typing.isActive();
+    m_private->typing.start(QApplication::keyboardInputInterval());
+    // The same letter again goes on to the next row instead of looking for a doubled letter.
+    const bool again = sameWord && m_private->typed == search;
+    if (!again) {
+        m_private->typed = sameWord ? QString(m_private->typed + search) : search;
+    }
+    if (itemCount() == 0) {
+        return;
+    }
+    const int current = currentIndex().row();
+    const int next = m_private->typed.size() > 1 ? qMax(0, current) : current + 1;
+    if (const int row = m_private->findTyped(next); row >= 0) {
+        selectKey(keyAt(row));
+    }
+}
+
+void ListView::mousePressEvent(QMouseEvent* event) {
+    QTreeView::mousePressEvent(event);
+    if (indexAt(event->position().toPoint()).isValid()) {
+        Q_EMIT itemClick(selectedKey());
+    }
+}
+
+void ListView::mouseMoveEvent(QMouseEvent* event) {
+    // Dragging over the rows does not select them one after the other.
+    if (event->buttons() == Qt::NoButton) {
+        QTreeView::mouseMoveEvent(event);
+    }
+}
+
+void ListView::mouseReleaseEvent(QMouseEvent* event) {
+    QTreeView::mouseReleaseEvent(event);
+    if (event->button() == Qt::RightButton) {
+        Q_EMIT rightClick(event->globalPosition().toPoint());
+    }
+}
+
+void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    QTreeView::mouseDoubleClickEvent(event);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid()) {
+        Q_EMIT itemDblClick(keyAt(index.row()));
+    }
+}
+
+void ListView::contextMenuEvent(QContextMenuEvent* event) {
+    // A mouse button raises it when it is released.
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        const QPoint place = visualRect(currentIndex()).bottomLeft() + QPoint(8, 0);
+        Q_EMIT rightClick(viewport()->mapToGlobal(place));
+    }
+    event->accept();
+}
+
+void ListView::keyPressEvent(QKeyEvent* event) {
+    const QString before = selectedKey();
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && !before.isEmpty()) {
+        Q_EMIT itemDblClick(before);
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+    const QString after = selectedKey();
+    if (!after.isEmpty() && after != before) {
+        Q_EMIT itemClick(after);
+    }
+}
+
+void ListView::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) {
+        m_private->model.setBackground(palette().color(QPalette::Base));
+    }
+    QTreeView::changeEvent(event);
+}
+
+void ListView::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (itemCount() == 0 && !m_private->emptyText.isEmpty()) {
+        QPainter painter(viewport());
+        painter.setPen(palette().color(QPalette::PlaceholderText));
+        painter.drawText(viewport()->rect().adjusted(12, 4, -12, -4),
+                         Qt::AlignCenter | Qt::TextWordWrap, m_private->emptyText);
+    }
+}
+
+} // namespace yrw

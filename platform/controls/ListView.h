@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QColor>
+#include <QTreeView>
+
+#include <memory>
+#include <optional>
+
+namespace yrw {
+
+/// One row of a list view.
+struct ListItem {
+    QString key;       ///< unique in the list, e.g. "xn17"
+    QStringList texts; ///< one per column, in the order the columns were added
+    bool bold = false;
+    std::optional<QColor> foreColour;
+};
+
+/// The list view in report style: a header and rows with keys, over a model.
+///
+/// Rows are numbered from 0 in the order shown. Columns have keys; texts of a removed column go
+/// with it. Sorting compares displayed texts as plain text and is stable; off until `setSorting`.
+/// Plain text means: letter case is ignored first and decides between equals, and no locale
+/// changes the order. Typing letters selects the next row that begins with them, in the sorted
+/// column before the others.
+/// Selecting in code raises no `itemClick`; the user's click, arrow keys and typing do. The menu
+/// key raises `rightClick` at the selected row, Enter raises `itemDblClick`.
+/// Thread: the user-interface thread.
+class ListView : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit ListView(QWidget* parent = nullptr);
+    ~ListView() override;
+
+    void addColumn(const QString& header, const QString& key, int widthTwips);
+    /// Removes a column by key; no error when it is absent.
+    void removeColumn(const QString& key);
+    /// Position of a column by key, -1 when absent.
+    [[nodiscard]] int columnOf(const QString& key) const;
+    [[nodiscard]] int columns() const;
+
+    void clearItems();
+    /// Adds many rows in one go.
+    void addItems(QList<ListItem> items);
+    /// Adds one row at its sorted place (at the end while sorting is off); its row.
+    int addItem(ListItem item);
+    void removeItem(const QString& key);
+    [[nodiscard]] int itemCount() const;
+    /// Row of a key, -1 when absent.
+    [[nodiscard]] int rowOf(const QString& key) const;
+    [[nodiscard]] QString keyAt(int row) const;
+    [[nodiscard]] QString text(const QString& key, int column) const;
+    void setItemText(const QString& key, int column, const QString& text);
+    void setItemStyle(const QString& key, bool bold, const std::optional<QColor>& foreColour);
+    [[nodiscard]] bool isBold(const QString& key) const;
+    [[nodiscard]] std::optional<QColor> foreColour(const QString& key) const;
+
+    /// Key of the selected row; empty when none is.
+    [[nodiscard]] QString selectedKey() const;
+    /// Selects a row without raising `itemClick`; an absent or empty key selects none.
+    void selectKey(const QString& key);
+
+    [[nodiscard]] int sortKey() const; ///< column
+    void setSortKey(int column);
+    [[nodiscard]] Qt::SortOrder sortOrder() const;
+    void setSortOrder(Qt::SortOrder order);
+    [[nodiscard]] bool isSorted() const;
+    void setSorted(bool sorted);
+    /// What an empty list shows in its middle.
+    void setEmptyText(const QString& text);
+
+Q_SIGNALS:
+    void columnClick(int column);
+    void itemClick(const QString& key);
+    void itemDblClick(const QString& key);
+    void rightClick(const QPoint& globalPosition);
+
+protected:
+    void keyboardSearch(const QString& search) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    class Private;
+    std::unique_ptr<Private> m_private;
+};
+
+} // namespace yrw

@@ -1,0 +1,321 @@
+// The record grid's cursor, keys and edit.
+#include "platform/controls/RecordGridPrivate.h"
+
+#include "platform/component/AutomationError.h"
+
+#include <QKeyEvent>
+
+namespace yrw {
+
+qint64 RecordGrid::Private::currentRow() const {
+    return m_row;
+}
+
+AddNewMode RecordGrid::Private::addNewMode() const {
+    if (m_row < 0 || m_row < m_rows.count()) {
+        return AddNewMode::None;
+    }
+    return m_rows.isEditing() ? AddNewMode::AddNewPending : AddNewMode::AddNewCurrent;
+}
+
+bool RecordGrid::Private::moveTo(qint64 row, int column) {
+    if (row == m_row && column == m_column) {
+        return true;
+    }
+    if (!closeEditor() || (row != m_row && !commitRow())) {
+        return false;
+    }
+    row = qMin(row, shownRows() - 1);
+    if (row == m_row && column == m_column) {
+        return true;
+    }
+    const dao::Bookmark lastBookmark = m_bookmark;
+    const int lastColumn = m_column;
+    updateRow(m_row);
+    if (row != m_row) {
+        m_row = row;
+        m_bookmark = m_rows.select(m_row) ? m_rows.bookmark() : dao::Bookmark();
+        m_rows.moveRecordset(m_row);
+    }
+    m_column = column;
+    showCursor();
+    updateRow(m_row);
+    m_panes.at(m_pane).body->announceCursor();
+    m_grid.RowColChange.raise(lastBookmark, lastColumn);
+    Q_EMIT m_grid.currentCellChanged();
+    return true;
+}
+
+qint64 RecordGrid::Private::lastRow() const {
+    return shownRows() - (isEditing() && m_row >= m_rows.count() ? 0 : 1);
+}
+
+int RecordGrid::Private::nextColumn(int from, int step) const {
+    for (int column = from + step; column >= 0 && column < m_columns.size(); column += step) {
+        if (m_columns.at(column).visible) {
+            return column;
+        }
+    }
+    return from < 0 || from >= m_columns.size() ? -1 : from;
+}
+
+qint64 RecordGrid::Private::rowForKey(const QKeyEvent& event) const {
+    const bool ctrl = event.modifiers().testFlag(Qt::ControlModifier);
+    switch (event.key()) {
+    case Qt::Key_Up:
+        return m_row - 1;
+    case Qt::Key_Down:
+        return m_row + 1;
+    case Qt::Key_PageUp:
+        return m_row - m_scroll->pageStep();
+    case Qt::Key_PageDown:
+        return m_row + m_scroll->pageStep();
+    case Qt::Key_Home:
+        return ctrl ? 0 : m_row;
+    case Qt::Key_End:
+        return ctrl ? lastRow() : m_row;
+    default:
+        return m_row;
+    }
+}
+
+int RecordGrid::Private::columnForKey(const QKeyEvent& event) const {
+    const bool ctrl = event.modifiers().testFlag(Qt::ControlModifier);
+    switch (event.key()) {
+    case Qt::Key_Left:
+        return nextColumn(m_column, -1);
+    case Qt::Key_Right:
+        return nextColumn(m_column, 1);
+    case Qt::Key_Home:
+        return ctrl ? m_column : firstColumn();
+    case Qt::Key_End:
+        return ctrl ? m_column : lastColumn();
+    default:
+        return m_column;
+    }
+}
+
+bool RecordGrid::Private::handleKey(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        if (m_row >= 0) {
+            moveTo(qBound<qint64>(0, rowForKey(event), lastRow()), columnForKey(event));
+        }
+        return true;
+    default:
+        return editKey(event);
+    }
+}
+
+bool RecordGrid::Private::editKey(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_F2:
+        return openEditor(nullptr);
+    case Qt::Key_Escape:
+        if (!isEditing()) {
+            return false;
+        }
+        cancelEdit();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_row >= 0 && m_row < m_rows.count() && !isEditing()) {
+            Q_EMIT m_grid.rowActivated();
+            return true;
+        }
+        return openEditor(nullptr);
+    default:
+        break;
+    }
+    const Qt::KeyboardModifiers held =
+        event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    const QString typed = event.text();
+    if (held != Qt::NoModifier || typed.isEmpty() || !typed.at(0).isPrint()) {
+        return false;
+    }
+    return openEditor(&typed);
+}
+
+bool RecordGrid::Private::tabPressed(bool forward) {
+    if (m_row < 0) {
+        return false;
+    }
+    const int next = nextColumn(m_column, forward ? 1 : -1);
+    if (next != m_column) {
+        moveTo(m_row, next);
+        return true;
+    }
+    const qint64 row = m_row + (forward ? 1 : -1);
+    if (row < 0 || row > lastRow()) {
+        return false;
+    }
+    moveTo(row, forward ? firstColumn() : lastColumn());
+    return true;
+}
+
+bool RecordGrid::Private::openEditor(const QString* typed) {
+    const int field = fieldOf(m_column);
+    if (m_editor || m_row < 0 || field < 0 || !m_rows.isUpdatable() ||
+        !m_columns.at(m_column).editable) {
+        return false;
+    }
+    showCursor();
+    m_rows.select(m_row);
+    try {
+        m_textBefore = gridText(m_rows.value(field));
+    } catch (const AutomationError& error) {
+        failEdit(error.description());
+        return true;
+    }
+    m_editor = new GridEditor(m_panes.at(m_pane).body);
+    m_editor->setAccessibleName(m_columns.at(m_column).header);
+    m_editor->setText(typed != nullptr ? *typed : m_textBefore);
+    if (typed == nullptr) {
+        m_editor->selectAll();
+    }
+    connectEditor();
+    placeEditor();
+    m_editor->show();
+    m_editor->setFocus(Qt::OtherFocusReason);
+    if (m_row >= m_rows.count() && typed != nullptr) {
+        startEdit();
+    }
+    return true;
+}
+
+void RecordGrid::Private::connectEditor() {
+    GridEditor* const editor = m_editor;
+    connect(editor, &GridEditor::finished, this, [this] {
+        if (closeEditor()) {
+            m_panes.at(m_pane).body->setFocus(Qt::OtherFocusReason);
+        }
+    });
+    connect(editor, &GridEditor::canceled, this, [this] { cancelEdit(); });
+    connect(editor, &GridEditor::tabbed, this, [this](bool forward) { tabPressed(forward); });
+    connect(editor, &GridEditor::focusLost, this, [this] { closeEditor(); });
+    connect(editor, &GridEditor::rowKeyPressed, this, [this](int key) {
+        const QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        handleKey(event);
+    });
+}
+
+void RecordGrid::Private::placeEditor() {
+    if (m_editor) {
+        const QRect cell = m_panes.at(m_pane).body->cellRect(m_row, m_column);
+        m_editor->setVisible(!cell.isEmpty());
+        m_editor->setGeometry(cell.adjusted(1, 1, -2, -2));
+    }
+}
+
+bool RecordGrid::Private::applyText(int column, const QString& text) {
+    const int field = fieldOf(column);
+    const std::optional<QVariant> value = gridValue(text, m_rows.typeOf(field));
+    if (!value) {
+        failEdit(RecordGrid::tr("'%1' does not fit the column %2.")
+                     .arg(text, m_columns.at(column).header));
+        return false;
+    }
+    if (!startEdit()) {
+        return false;
+    }
+    m_rows.setValue(field, *value);
+    updateRow(m_row);
+    return true;
+}
+
+bool RecordGrid::Private::startEdit() {
+    if (m_rows.isEditing()) {
+        return true;
+    }
+    try {
+        m_rows.beginEdit(m_row);
+    } catch (const AutomationError& error) {
+        failEdit(error.description());
+        return false;
+    }
+    updateRow(m_row);
+    if (m_row >= m_rows.count()) {
+        Q_EMIT m_grid.addRowStarted();
+    }
+    return true;
+}
+
+bool RecordGrid::Private::closeEditor() {
+    if (!m_editor) {
+        return true;
+    }
+    const QString text = m_editor->text();
+    const bool changed = text != m_textBefore;
+    const int column = m_column;
+    if (changed && !applyText(column, text)) {
+        return false;
+    }
+    if (!m_editor) {
+        return true; // a handler has closed it
+    }
+    const bool hadFocus = m_editor->hasFocus();
+    GridEditor* const editor = m_editor;
+    m_editor = nullptr;
+    editor->disconnect(this);
+    editor->hide();
+    editor->deleteLater();
+    if (hadFocus) {
+        m_panes.at(m_pane).body->setFocus(Qt::OtherFocusReason);
+    }
+    if (changed) {
+        m_grid.AfterColUpdate.raise(column);
+    }
+    return true;
+}
+
+bool RecordGrid::Private::commitRow() {
+    if (!m_rows.isEditing()) {
+        return true;
+    }
+    try {
+        m_row = m_rows.commit();
+    } catch (const AutomationError& error) {
+        failEdit(error.description());
+        return false;
+    }
+    m_bookmark = m_rows.select(m_row) ? m_rows.bookmark() : dao::Bookmark();
+    m_rows.moveRecordset(m_row);
+    updateScrollBars();
+    updateAll();
+    Q_EMIT m_grid.recordWritten();
+    return true;
+}
+
+bool RecordGrid::Private::commitEdit() {
+    return closeEditor() && commitRow();
+}
+
+void RecordGrid::Private::cancelEdit() {
+    const bool wasEditing = isEditing();
+    if (m_editor) {
+        GridEditor* const editor = m_editor;
+        m_editor = nullptr;
+        editor->disconnect(this);
+        editor->hide();
+        editor->deleteLater();
+        m_panes.at(m_pane).body->setFocus(Qt::OtherFocusReason);
+    }
+    m_rows.cancel();
+    updateRow(m_row);
+    if (wasEditing) {
+        Q_EMIT m_grid.addEditCanceled();
+    }
+}
+
+void RecordGrid::Private::failEdit(const QString& reason) {
+    Q_EMIT m_grid.editFailed(reason);
+}
+
+} // namespace yrw

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "platform/component/Event.h"
+#include "platform/dao/Types.h"
+
+#include <QString>
+
+class QObject;
+
+namespace yrw {
+
+/// State of a grid's new-record row, by the numbers that its callers use.
+enum class AddNewMode : int {
+    None = 0,          ///< the current row is a stored record
+    AddNewCurrent = 1, ///< the cursor stands on the new-record row
+    AddNewPending = 2, ///< a new record is being typed
+};
+
+/// What a handler of `FetchRowStyle` may set.
+class RowStyle {
+public:
+    /// Background as &H00BBGGRR.
+    void setBackColor(int colour) noexcept {
+        m_backColor = colour;
+        m_hasBackColor = true;
+    }
+    [[nodiscard]] bool hasBackColor() const noexcept { return m_hasBackColor; }
+    [[nodiscard]] int backColor() const noexcept { return m_backColor; }
+
+private:
+    int m_backColor = 0;
+    bool m_hasBackColor = false;
+};
+
+/// What a handler of `FetchCellStyle` may set: a frame inside the cell.
+class CellStyle {
+public:
+    void setBorderKind(short kind) noexcept { m_borderKind = kind; }     ///< 0 none, 6 a frame
+    void setBorderColor(int colour) noexcept { m_borderColor = colour; } ///< &H00BBGGRR
+    void setBorderWidth(int pixels) noexcept { m_borderWidth = pixels; } ///< device-independent
+    [[nodiscard]] short borderKind() const noexcept { return m_borderKind; }
+    [[nodiscard]] int borderColor() const noexcept { return m_borderColor; }
+    [[nodiscard]] int borderWidth() const noexcept { return m_borderWidth; }
+
+private:
+    short m_borderKind = 0;
+    int m_borderColor = 0;
+    int m_borderWidth = 0;
+};
+
+/// The record grid of a host: rows of a recordset, painted as they come into view.
+///
+/// Split and column numbers count from 0. Style events are raised while a row is painted, once per
+/// row (or cell) and only for splits that fetch styles; a handler must be quick and must not
+/// change the grid.
+/// Lifetime: a Qt object owned by its window; hold it in a `GuardedPtr`.
+/// Thread: the user-interface thread.
+class IRecordGrid {
+public:
+    virtual ~IRecordGrid();
+    [[nodiscard]] virtual QObject* asQObject() = 0;
+
+    [[nodiscard]] virtual int splitCount() const = 0;
+    [[nodiscard]] virtual bool fetchesRowStyle(int split) const = 0;
+    virtual void setFetchRowStyle(int split, bool fetch) = 0;
+    [[nodiscard]] virtual bool fetchesCellStyle(int split) const = 0;
+    virtual void setFetchCellStyle(int split, bool fetch) = 0;
+
+    [[nodiscard]] virtual int columnCount() const = 0;
+    /// Field that a column shows.
+    [[nodiscard]] virtual QString columnField(int column) const = 0;
+    [[nodiscard]] virtual bool isColumnVisible(int column) const = 0;
+    /// Column bound to a field (any case), -1 when there is none.
+    [[nodiscard]] virtual int columnOf(const QString& field) const = 0;
+    /// Column of the cursor, -1 when there is none.
+    [[nodiscard]] virtual int currentColumn() const = 0;
+    virtual void setCurrentColumn(int column) = 0;
+    [[nodiscard]] virtual AddNewMode addNewMode() const = 0;
+    /// Paints all rows anew, asking for their styles again.
+    virtual void refresh() = 0;
+
+    Event<int, dao::Bookmark, RowStyle&> FetchRowStyle; ///< split, row, style
+    /// condition (0), split, row, column, style
+    Event<int, int, dao::Bookmark, int, CellStyle&> FetchCellStyle;
+    Event<dao::Bookmark, int> RowColChange; ///< the row (null for none) and column before
+    Event<> Scroll;                         ///< the user scrolled
+    Event<int> AfterColUpdate;              ///< a cell's new value was written; its column
+};
+
+/// The host's status bar.
+class IStatusBar {
+public:
+    virtual ~IStatusBar();
+    [[nodiscard]] virtual QObject* asQObject() = 0;
+    [[nodiscard]] virtual QString text() const = 0;
+    virtual void setText(const QString& text) = 0;
+    [[nodiscard]] virtual QString toolTipText() const = 0;
+    virtual void setToolTipText(const QString& text) = 0;
+    /// Text that the bar keeps for its users and never shows.
+    [[nodiscard]] virtual QString tag() const = 0;
+    virtual void setTag(const QString& tag) = 0;
+    /// Paints at once.
+    virtual void refresh() = 0;
+
+    Event<> DblClick;
+};
+
+} // namespace yrw

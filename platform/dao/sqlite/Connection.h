@@ -1,0 +1,96 @@
+#pragma once
+
+#include "platform/clock/Clock.h"
+#include "platform/dao/sqlite/Statement.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+struct sqlite3;
+
+namespace yrw::dao {
+
+/// Something that holds a statement open on a connection while it reads, and can let go of it.
+class ReadHolder {
+public:
+    virtual ~ReadHolder();
+    /// Lets go of every active statement, keeping what it needs to go on later. Never throws; what
+    /// could not be kept is reported by the next call that needs it.
+    virtual void releaseRead() noexcept = 0;
+};
+
+/// One connection to the engine: handle, transactions, and the read transaction of a turn.
+///
+/// Lifetime: closes the handle at its end; every statement must be gone by then.
+/// Thread: the user-interface thread.
+class Connection {
+public:
+    enum class Access { ReadWrite, Create, ReadOnly, Immutable };
+
+    /// Opens a file and sets up what belongs to a connection, but reads nothing yet.
+    Connection(const QString& path, Access access, Clock& clock);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    [[nodiscard]] sqlite3* handle() const noexcept { return m_handle.get(); }
+    [[nodiscard]] Clock& clock() const noexcept { return m_clock; }
+
+    /// Runs one statement that returns nothing.
+    void execute(const QString& sql);
+    /// First column of the first row; Null when there is none.
+    [[nodiscard]] QVariant scalar(const QString& sql);
+    [[nodiscard]] qint64 changes() const noexcept;
+    /// Key of the row that was inserted last.
+    [[nodiscard]] qint64 lastKey() const noexcept;
+
+    // Write transactions; nested ones are savepoints.
+    void begin();
+    void commit();
+    void rollback();
+    [[nodiscard]] bool inTransaction() const noexcept { return m_depth > 0; }
+    /// Raises when the engine rolled the open transaction back by itself.
+    void requireLiveTransaction() const;
+
+    // Reading. In a running event loop the first read opens one read transaction that ends when
+    // control returns to that loop; elsewhere every read stands alone.
+    /// Call before a statement reads. True when an active statement may be kept after the call.
+    bool beginRead();
+    void endRead() noexcept;
+    /// Ends a read transaction whose event loop was left before it could end it.
+    void endAbandonedRead() noexcept;
+    void addHolder(ReadHolder* holder);
+    void removeHolder(ReadHolder* holder) noexcept;
+
+private:
+    struct Closer {
+        void operator()(sqlite3* connection) const noexcept;
+    };
+    [[nodiscard]] bool isInLoop() const;
+    void releaseHolders() noexcept;
+    void runKept(Statement& statement, const char* sql);
+
+    Clock& m_clock;
+    std::unique_ptr<sqlite3, Closer> m_handle;
+    std::unique_ptr<QObject> m_turn; ///< receives the call at the end of a turn
+    std::vector<ReadHolder*> m_holders;
+    Statement m_beginRead;
+    Statement m_beginWrite;
+    Statement m_commit;
+    int m_depth = 0;
+    bool m_reading = false;
+    struct Wait {
+        Clock* clock = nullptr;
+        qint64 startedMs = 0;
+        qint64 sleptUs = 0;
+    };
+    Wait m_wait;
+    static int waitForLock(void* wait, int tries) noexcept;
+};
+
+/// A name in the engine's quotes.
+[[nodiscard]] QString quotedName(const QString& name);
+
+} // namespace yrw::dao

@@ -1,0 +1,186 @@
+#include "platform/dao/sqlite/ForwardRecordset.h"
+
+#include <utility>
+
+namespace yrw::dao {
+
+ForwardRecordset::ForwardRecordset(SqliteDatabase& database, const Query& query,
+                                   const QString& name, int options)
+    : RecordsetBase(database, query, name, RecordsetType::ForwardOnly, options) {
+    start();
+}
+
+bool ForwardRecordset::sortsWholeRows() const {
+    if (!query().hasKey()) {
+        return false;
+    }
+    Statement plan(connection().handle(), u"EXPLAIN QUERY PLAN " + query().rowsSql());
+    while (plan.step()) {
+        if (plan.text(3).contains(u"ORDER BY")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ForwardRecordset::start() {
+    dropRows();
+    m_lost = nullptr;
+    m_read = 0;
+    connection().beginRead();
+    if (sortsWholeRows()) {
+        m_mode = Mode::Keys;
+        Statement keys = query().keys(connection().handle());
+        while (keys.step()) {
+            m_keys.push_back(keys.integer(0));
+        }
+    } else {
+        m_mode = Mode::Stream;
+        m_stream = query().rows(connection().handle());
+    }
+    m_onRow = advance();
+}
+
+bool ForwardRecordset::advance() {
+    requireRest();
+    bool found = false;
+    switch (m_mode) {
+    case Mode::Stream:
+        found = m_stream.step();
+        break;
+    case Mode::Keys:
+        found = advanceByKey();
+        break;
+    case Mode::Rows:
+        found = !m_rows.empty();
+        if (found) {
+            m_row = std::move(m_rows.front());
+            m_rows.pop_front();
+        }
+        break;
+    }
+    m_read += found ? 1 : 0;
+    return found;
+}
+
+bool ForwardRecordset::advanceByKey() {
+    while (!m_keys.empty()) {
+        m_reader.moveTo(m_keys.front());
+        m_keys.pop_front();
+        if (m_reader.load(connection(), query())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+ForwardRecordset::Row ForwardRecordset::wholeRow() const {
+    Row row;
+    const auto& items = query().items();
+    for (size_t i = 0; i < items.size(); ++i) {
+        row.push_back(m_stream.value(int(i), items[i].column.type));
+    }
+    return row;
+}
+
+void ForwardRecordset::keepRest() {
+    const int keyColumn = int(query().items().size());
+    const bool byKey = query().hasKey();
+    if (byKey) {
+        m_reader.moveTo(m_stream.integer(keyColumn));
+    } else {
+        m_row = wholeRow();
+    }
+    while (m_stream.step()) {
+        if (byKey) {
+            m_keys.push_back(m_stream.integer(keyColumn));
+        } else {
+            m_rows.push_back(wholeRow());
+        }
+    }
+    m_mode = byKey ? Mode::Keys : Mode::Rows;
+}
+
+void ForwardRecordset::releaseRead() noexcept {
+    m_reader.release();
+    if (m_mode != Mode::Stream || !m_stream.hasRow()) {
+        return;
+    }
+    try {
+        keepRest();
+    } catch (...) {
+        m_lost = std::current_exception();
+    }
+    m_stream.reset();
+}
+
+void ForwardRecordset::requireRest() const {
+    if (m_lost) {
+        std::rethrow_exception(m_lost);
+    }
+}
+
+bool ForwardRecordset::AtBof() const {
+    requireOpen();
+    return m_read == 0;
+}
+
+bool ForwardRecordset::AtEof() const {
+    requireOpen();
+    return !m_onRow;
+}
+
+void ForwardRecordset::MoveFirst() {
+    requireOpen();
+    if (m_read > 1) {
+        raiseInvalid("moving back");
+    }
+}
+
+void ForwardRecordset::MoveNext() {
+    if (AtEof()) {
+        raiseNoRecord();
+    }
+    m_onRow = advance();
+}
+
+qint64 ForwardRecordset::RecordCount() const {
+    requireOpen();
+    return m_read;
+}
+
+void ForwardRecordset::Requery() {
+    requireOpen();
+    start();
+}
+
+QVariant ForwardRecordset::rowValue(int column) const {
+    requireOpen();
+    if (!m_onRow) {
+        raiseNoRecord();
+    }
+    requireRest();
+    if (m_mode == Mode::Stream) {
+        return m_stream.value(column, query().items()[size_t(column)].column.type);
+    }
+    if (m_mode == Mode::Rows) {
+        return m_row[size_t(column)];
+    }
+    bool found = true;
+    QVariant value = m_reader.value(connection(), query(), column, found);
+    if (!found) {
+        raiseNoRecord();
+    }
+    return value;
+}
+
+void ForwardRecordset::dropRows() noexcept {
+    m_stream = Statement();
+    m_reader.close();
+    m_keys.clear();
+    m_rows.clear();
+    m_row.clear();
+    m_onRow = false;
+}
+
+} // namespace yrw::dao

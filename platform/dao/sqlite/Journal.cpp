@@ -1,0 +1,137 @@
+#include "platform/dao/sqlite/Journal.h"
+
+#include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/Connection.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QStringList>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace yrw::dao {
+
+namespace {
+
+// The file's application id serves as the mark, for it is there before any table.
+constexpr qint64 kSharedOverNetwork = 0x5952574e;
+constexpr int kAttempts = 3;
+
+bool isMarked(Connection& connection) {
+    return connection.scalar(QStringLiteral("PRAGMA application_id")).toLongLong() ==
+           kSharedOverNetwork;
+}
+
+QString mode(Connection& connection) {
+    return connection.scalar(QStringLiteral("PRAGMA journal_mode")).toString();
+}
+
+/// Asks for another journal; false when others who have the file open prevent it.
+bool turn(Connection& connection, const QString& wanted) {
+    try {
+        return connection.scalar(u"PRAGMA journal_mode = " + wanted).toString() == wanted;
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorLocked) {
+            throw;
+        }
+        return false;
+    }
+}
+
+void shareOverNetwork(Connection& connection, const QString& file) {
+    // A host on the file's own machine may turn it back until it sees the mark.
+    for (int i = 0; i < kAttempts; ++i) {
+        if (mode(connection) == u"wal" && !turn(connection, QStringLiteral("delete"))) {
+            break;
+        }
+        if (!isMarked(connection)) {
+            connection.execute(
+                QStringLiteral("PRAGMA application_id = %1").arg(kSharedOverNetwork));
+        }
+        if (mode(connection) != u"wal") {
+            return;
+        }
+    }
+    throw AutomationError(kErrorLocked, QStringLiteral("YRW.Workspace"),
+                          QStringLiteral("%1 is open in a way that cannot be shared over a "
+                                         "network. Close it in every other program and open it "
+                                         "again.")
+                              .arg(file));
+}
+
+} // namespace
+
+void settleJournal(Connection& connection, const QString& file, bool onNetwork) {
+    if (onNetwork || isMarked(connection)) {
+        shareOverNetwork(connection, file);
+        return;
+    }
+    if (mode(connection) == u"wal") {
+        return;
+    }
+    // Somebody who is writing just now keeps the rollback journal for us all; that works too.
+    const bool turned = turn(connection, QStringLiteral("wal"));
+    if (turned && isMarked(connection)) {
+        shareOverNetwork(connection, file);
+    }
+}
+
+bool hasWriteAheadJournal(const QString& file) {
+    constexpr qsizetype kReadVersion = 19;
+    QFile header(file);
+    if (!header.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    const QByteArray bytes = header.read(kReadVersion + 1);
+    return bytes.size() > kReadVersion && bytes[kReadVersion] == 2;
+}
+
+bool mayWrite(const QString& path) {
+    return ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) == 0;
+}
+
+namespace {
+
+QString inodeOf(const QString& file) {
+    struct stat status {};
+    if (::stat(QFile::encodeName(file).constData(), &status) != 0) {
+        return {};
+    }
+    return QString::number(status.st_ino);
+}
+
+QString processName(const QString& process) {
+    QFile name(u"/proc/" + process + u"/comm");
+    const bool known = name.open(QIODevice::ReadOnly);
+    return (known ? QString::fromUtf8(name.readAll()).trimmed() + u' ' : QString()) + u"(process " +
+           process + u')';
+}
+
+} // namespace
+
+QString lockHolders(const QString& file) {
+    const QStringList inodes{inodeOf(file), inodeOf(file + u"-shm")};
+    const QString self = QString::number(QCoreApplication::applicationPid());
+    QFile locks(QStringLiteral("/proc/locks"));
+    if (!locks.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QStringList writers;
+    QStringList readers;
+    // "1: POSIX  ADVISORY  WRITE 1234 08:01:5678 120 120"
+    for (const QString& line : QString::fromUtf8(locks.readAll()).split(u'\n')) {
+        const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
+        if (words.size() < 6 || words[4] == self || !inodes.contains(words[5].section(u':', -1)) ||
+            words[5].section(u':', -1).isEmpty()) {
+            continue;
+        }
+        (words[3] == u"WRITE" ? writers : readers) += processName(words[4]);
+    }
+    QStringList& who = writers.isEmpty() ? readers : writers;
+    who.removeDuplicates();
+    return who.join(u", ");
+}
+
+} // namespace yrw::dao

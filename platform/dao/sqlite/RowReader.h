@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/dao/sqlite/Connection.h"
+#include "platform/dao/sqlite/Query.h"
+
+#include <vector>
+
+namespace yrw::dao {
+
+/// Reads one row at a time by its key, a column when it is asked for and only once.
+///
+/// While the connection's read transaction lasts the statement stays on the row, so that a column
+/// nobody asks for is never fetched. Where every read stands alone the row's narrow columns are
+/// kept at once and long ones are fetched by themselves.
+class RowReader {
+public:
+    /// Forgets the row read so far; the next `value` reads the row with this key.
+    void moveTo(qint64 key) noexcept;
+    /// Reads the row now; false when it is gone.
+    bool load(Connection& connection, const Query& query);
+    /// Value of a column; `found` is false when the row is gone.
+    [[nodiscard]] QVariant value(Connection& connection, const Query& query, int column,
+                                 bool& found);
+    /// Forgets values but not the key: the row was written.
+    void forget() noexcept;
+    /// Lets go of an active statement.
+    void release() noexcept { m_statement.reset(); }
+    /// Gives the statement up.
+    void close() noexcept { m_statement = Statement(); }
+
+private:
+    void keepNarrow(const Query& query);
+
+    Statement m_statement;
+    int m_keyPosition = 0;
+    qint64 m_key = 0;
+    struct Cell {
+        QVariant value;
+        bool known = false;
+    };
+    std::vector<Cell> m_cells;
+};
+
+} // namespace yrw::dao

@@ -1,0 +1,260 @@
+#include "platform/dao/sqlite/SqliteDatabase.h"
+
+#include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/ForwardRecordset.h"
+#include "platform/dao/sqlite/KeysetRecordset.h"
+#include "platform/dao/sqlite/SnapshotRecordset.h"
+#include "platform/dao/sqlite/TableRecordset.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+#include <sqlite3.h>
+
+namespace yrw::dao {
+
+namespace {
+
+const QString kSource = QStringLiteral("YRW.Database");
+
+/// Gives every parameter of a query its value; those that the caller left out are Null.
+Parameters matchParameters(const StoredQuery& query, const Parameters& given) {
+    for (const auto& [name, value] : given) {
+        if (!query.parameters.contains(name, Qt::CaseInsensitive)) {
+            throw AutomationError(
+                kErrorNotInCollection, kSource,
+                QStringLiteral("The query '%1' has no parameter '%2'.").arg(query.name, name));
+        }
+    }
+    Parameters matched;
+    for (const QString& name : query.parameters) {
+        matched.set(name, given.value(name));
+    }
+    return matched;
+}
+
+} // namespace
+
+SqliteDatabase::SqliteDatabase(Ref<SqliteWorkspace> workspace,
+                               std::unique_ptr<Connection> connection, QString path, bool readOnly)
+    : m_workspace(std::move(workspace)), m_connection(std::move(connection)),
+      m_path(std::move(path)), m_readOnly(readOnly) {}
+
+SqliteDatabase::~SqliteDatabase() {
+    Close();
+}
+
+void SqliteDatabase::Close() {
+    if (!m_connection) {
+        return;
+    }
+    const std::vector<RecordsetBase*> open = m_recordsets;
+    for (RecordsetBase* recordset : open) {
+        recordset->Close();
+    }
+    m_connection->endRead();
+    m_dataVersion = Statement();
+    m_connection.reset();
+    m_workspace->removeDatabase(this);
+}
+
+Connection& SqliteDatabase::connection() const {
+    if (!m_connection) {
+        throw AutomationError(kErrorObjectClosed, kSource,
+                              QStringLiteral("The database is closed."));
+    }
+    return *m_connection;
+}
+
+void SqliteDatabase::removeRecordset(RecordsetBase* recordset) noexcept {
+    std::erase(m_recordsets, recordset);
+}
+
+Ref<Recordset> SqliteDatabase::open(const Query& query, const QString& name, RecordsetType type,
+                                    int options) {
+    if (type == RecordsetType::ForwardOnly) {
+        return Ref<Recordset>(new ForwardRecordset(*this, query, name, options));
+    }
+    if (type == RecordsetType::Snapshot || !query.hasKey()) {
+        return Ref<Recordset>(new SnapshotRecordset(*this, query, name, options));
+    }
+    return Ref<Recordset>(new KeysetRecordset(*this, query, name, options));
+}
+
+Ref<Recordset> SqliteDatabase::OpenRecordset(const QString& source, RecordsetType type,
+                                             int options) {
+    if (isSelection(source)) {
+        const Selection selection = parseSelection(source);
+        const auto rows = schema().source(selection.source);
+        if (type == RecordsetType::Table) {
+            throw AutomationError(kErrorInvalidOperation, kSource,
+                                  QStringLiteral("Only a table opens as a table."));
+        }
+        return open(Query(rows, selection), source, type, options);
+    }
+    const auto rows = schema().source(source);
+    if (!rows->isTable && type == RecordsetType::Table) {
+        throw AutomationError(kErrorInvalidOperation, kSource,
+                              QStringLiteral("'%1' is no table.").arg(source));
+    }
+    if (rows->isTable && (type == RecordsetType::Table || type == RecordsetType::Default)) {
+        return Ref<Recordset>(new TableRecordset(*this, Query(rows), rows->name, options));
+    }
+    if (const auto stored = rows->isTable ? std::nullopt : schema().storedQuery(source);
+        stored && stored->kind == StoredQuery::Kind::Select) {
+        return OpenQuery(source, {}, type, options);
+    }
+    return open(Query(rows), rows->name, type, options);
+}
+
+Ref<Recordset> SqliteDatabase::OpenQuery(const QString& name, const Parameters& parameters,
+                                         RecordsetType type, int options) {
+    const auto rows = schema().source(name);
+    const auto stored = schema().storedQuery(name);
+    Query query(rows);
+    StoredQuery known = stored.value_or(StoredQuery());
+    known.name = rows->name;
+    query.setParameters(matchParameters(known, parameters));
+    return open(query, rows->name, type, options);
+}
+
+qint64 SqliteDatabase::ExecuteQuery(const QString& name, const Parameters& parameters) {
+    const auto stored = schema().storedQuery(name);
+    if (!stored || stored->kind != StoredQuery::Kind::Action) {
+        throw AutomationError(kErrorNotInCollection, kSource,
+                              QStringLiteral("There is no action query '%1'.").arg(name));
+    }
+    const Parameters matched = matchParameters(*stored, parameters);
+    Transaction transaction(*this);
+    Statement statement(connection().handle(), stored->sql);
+    for (const auto& [parameter, value] : matched) {
+        statement.bind(u':' + parameter, value);
+    }
+    statement.run();
+    const qint64 rows = connection().changes();
+    transaction.commit();
+    return rows;
+}
+
+qint64 SqliteDatabase::DeleteRows(const QString& table, const QString& field,
+                                  const QVariant& value) {
+    const auto rows = schema().source(table);
+    const int column = rows->indexOf(field);
+    if (!rows->isTable || column < 0) {
+        throw AutomationError(
+            kErrorNotInCollection, kSource,
+            QStringLiteral("There is no field '%1' in a table '%2'.").arg(field, table));
+    }
+    Transaction transaction(*this);
+    Statement statement(connection().handle(), u"DELETE FROM " + rows->sql + u" WHERE " +
+                                                   quotedName(rows->columns[size_t(column)].name) +
+                                                   u" = ?1");
+    statement.bind(1, value);
+    statement.run();
+    const qint64 count = connection().changes();
+    transaction.commit();
+    return count;
+}
+
+void SqliteDatabase::RunScript(const QString& script) {
+    Transaction transaction(*this);
+    const QByteArray text = script.toUtf8();
+    if (sqlite3_exec(connection().handle(), text.constData(), nullptr, nullptr, nullptr) !=
+        SQLITE_OK) {
+        raiseEngineError(connection().handle(), sqlite3_extended_errcode(connection().handle()));
+    }
+    transaction.commit();
+}
+
+QStringList SqliteDatabase::TableNames() const {
+    return schema().tableNames();
+}
+
+QStringList SqliteDatabase::QueryNames() const {
+    return schema().queryNames();
+}
+
+bool SqliteDatabase::hasTable(const QString& name) const {
+    return !schema().tableName(name).isEmpty();
+}
+
+bool SqliteDatabase::hasField(const QString& table, const QString& field) const {
+    return hasTable(table) && schema().source(table)->indexOf(field) >= 0;
+}
+
+int SqliteDatabase::SchemaVersion() const {
+    return connection().scalar(QStringLiteral("PRAGMA user_version")).toInt();
+}
+
+void SqliteDatabase::setSchemaVersion(int version) {
+    Transaction transaction(*this);
+    connection().execute(QStringLiteral("PRAGMA user_version = %1").arg(version));
+    transaction.commit();
+}
+
+QStringList SqliteDatabase::CheckIntegrity() {
+    QStringList problems;
+    try {
+        Statement statement(connection().handle(), QStringLiteral("PRAGMA integrity_check"));
+        while (statement.step()) {
+            const QString line = statement.text(0);
+            if (line != u"ok") {
+                problems += line;
+            }
+        }
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorNotADatabase) {
+            throw;
+        }
+        problems += error.description(); // too damaged to be checked to the end
+    }
+    return problems;
+}
+
+qint64 SqliteDatabase::DataVersion() {
+    Connection& open = connection();
+    if (m_dataVersion.isEmpty()) {
+        m_dataVersion = Statement(open.handle(), QStringLiteral("PRAGMA data_version"));
+    }
+    open.endAbandonedRead();
+    m_dataVersion.step();
+    const qint64 version = m_dataVersion.integer(0);
+    m_dataVersion.reset();
+    return version;
+}
+
+void SqliteDatabase::CopyTo(const QString& path) {
+    if (QFile::exists(path)) {
+        throw AutomationError(kErrorCannotOpenDatabase, kSource,
+                              QStringLiteral("%1 is there already.").arg(path));
+    }
+    Statement statement(connection().handle(), QStringLiteral("VACUUM INTO ?1"));
+    statement.bind(1, QVariant(path));
+    connection().endRead();
+    try {
+        statement.run();
+    } catch (...) {
+        QFile::remove(path);
+        throw;
+    }
+}
+
+void SqliteDatabase::EndReadTransaction() {
+    connection().endRead();
+}
+
+void SqliteDatabase::BeginTrans() {
+    connection().begin();
+}
+
+void SqliteDatabase::CommitTrans() {
+    connection().commit();
+}
+
+void SqliteDatabase::Rollback() {
+    connection().rollback();
+}
+
+} // namespace yrw::dao

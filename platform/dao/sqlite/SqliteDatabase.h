@@ -1,0 +1,102 @@
+#pragma once
+
+#include "platform/dao/Database.h"
+#include "platform/dao/sqlite/Connection.h"
+#include "platform/dao/sqlite/Schema.h"
+
+#include <memory>
+#include <vector>
+
+namespace yrw::dao {
+
+class RecordsetBase;
+class SqliteWorkspace;
+
+/// A database in one file of the engine.
+///
+/// Lifetime: keeps its workspace alive; its recordsets keep it alive. Closing it closes them.
+/// Thread: the user-interface thread.
+class SqliteDatabase final : public Database {
+public:
+    SqliteDatabase(Ref<SqliteWorkspace> workspace, std::unique_ptr<Connection> connection,
+                   QString path, bool readOnly);
+    ~SqliteDatabase() override;
+
+    [[nodiscard]] QString Name() const override { return m_path; }
+    [[nodiscard]] bool isOpen() const override { return m_connection != nullptr; }
+    [[nodiscard]] bool isReadOnly() const override { return m_readOnly; }
+    void Close() override;
+
+    [[nodiscard]] Ref<Recordset> OpenRecordset(const QString& source, RecordsetType type,
+                                               int options) override;
+    [[nodiscard]] Ref<Recordset> OpenQuery(const QString& name, const Parameters& parameters,
+                                           RecordsetType type, int options) override;
+    qint64 ExecuteQuery(const QString& name, const Parameters& parameters) override;
+    qint64 DeleteRows(const QString& table, const QString& field, const QVariant& value) override;
+    void RunScript(const QString& script) override;
+
+    [[nodiscard]] QStringList TableNames() const override;
+    [[nodiscard]] QStringList QueryNames() const override;
+    [[nodiscard]] bool hasTable(const QString& name) const override;
+    [[nodiscard]] bool hasField(const QString& table, const QString& field) const override;
+    [[nodiscard]] int SchemaVersion() const override;
+    void setSchemaVersion(int version) override;
+    [[nodiscard]] QStringList CheckIntegrity() override;
+    [[nodiscard]] qint64 DataVersion() override;
+    void CopyTo(const QString& path) override;
+
+    void EndReadTransaction() override;
+    void BeginTrans() override;
+    void CommitTrans() override;
+    void Rollback() override;
+
+    /// The connection; raises `kErrorObjectClosed` after closing.
+    [[nodiscard]] Connection& connection() const;
+    void addRecordset(RecordsetBase* recordset) { m_recordsets.push_back(recordset); }
+    void removeRecordset(RecordsetBase* recordset) noexcept;
+    /// Opens the recordset that a query and a type call for.
+    [[nodiscard]] Ref<Recordset> open(const Query& query, const QString& name, RecordsetType type,
+                                      int options);
+
+private:
+    [[nodiscard]] Schema schema() const { return Schema(connection()); }
+
+    Ref<SqliteWorkspace> m_workspace;
+    std::unique_ptr<Connection> m_connection;
+    QString m_path;
+    bool m_readOnly;
+    std::vector<RecordsetBase*> m_recordsets;
+    Statement m_dataVersion;
+};
+
+/// Opens databases of the engine.
+class SqliteWorkspace final : public Workspace {
+public:
+    SqliteWorkspace(const EngineServices& services, QString name);
+    ~SqliteWorkspace() override;
+
+    [[nodiscard]] QString Name() const override { return m_name; }
+    [[nodiscard]] bool isOpen() const override { return m_open; }
+    [[nodiscard]] Ref<Database> OpenDatabase(const QString& path,
+                                             const OpenOptions& options) override;
+    [[nodiscard]] Ref<Database> CreateDatabase(const QString& path) override;
+    void Close() override;
+
+    void removeDatabase(SqliteDatabase* database) noexcept;
+
+private:
+    void requireOpen() const;
+    [[nodiscard]] std::unique_ptr<Connection> connect(const QString& file,
+                                                      Connection::Access access) const;
+    [[nodiscard]] std::unique_ptr<Connection> connectReadOnly(const QString& file) const;
+    static void takeAlone(Connection& connection);
+    [[nodiscard]] Ref<Database> keep(std::unique_ptr<Connection> connection, const QString& file,
+                                     bool readOnly);
+
+    EngineServices m_services;
+    QString m_name;
+    bool m_open = true;
+    std::vector<SqliteDatabase*> m_databases;
+};
+
+} // namespace yrw::dao

@@ -1,0 +1,240 @@
+#include "platform/forms/Form.h"
+
+#include "platform/forms/KeyPreview.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QPointer>
+
+namespace yrw {
+
+namespace {
+
+QList<Form*>& loadedForms() {
+    static QList<Form*> forms;
+    return forms;
+}
+
+} // namespace
+
+Form::Form(const QString& name, QWidget* owner) : QDialog(owner) {
+    setObjectName(name);
+    m_preview = std::make_unique<KeyPreview>();
+    qApp->installEventFilter(this);
+    if (owner != nullptr) {
+        adopt(owner);
+    }
+}
+
+Form::~Form() {
+    qApp->removeEventFilter(this);
+    loadedForms().removeAll(this);
+}
+
+void Form::load() {
+    if (m_loaded || m_unloaded) {
+        return;
+    }
+    m_loaded = true;
+    loadedForms().append(this);
+    Form_Load();
+}
+
+void Form::setVisible(bool visible) {
+    if (visible) {
+        load();
+    }
+    if (!visible || !m_unloaded) {
+        QDialog::setVisible(visible);
+    }
+}
+
+void Form::adopt(QWidget* owner) {
+    QWidget* const window = owner == nullptr ? nullptr : owner->window();
+    if (parentWidget() != window) {
+        setParent(window, windowFlags());
+    }
+    if (window == nullptr) {
+        return;
+    }
+    connect(window, &QObject::destroyed, this, [this](QObject* gone) {
+        if (parent() == gone) {
+            setParent(nullptr, windowFlags());
+            finishUnload();
+        }
+    });
+}
+
+void Form::showModal(QWidget* owner) {
+    load();
+    if (m_unloaded) {
+        return;
+    }
+    adopt(owner);
+    setWindowModality(Qt::ApplicationModal);
+    QEventLoop loop;
+    connect(this, &Form::unloaded, &loop, &QEventLoop::quit);
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
+    show();
+    raise();
+    activateWindow();
+    // Showing raises events whose handlers may have unloaded the form already.
+    if (!m_unloaded) {
+        loop.exec();
+    }
+}
+
+void Form::showModeless(QWidget* owner, bool activate) {
+    load();
+    if (m_unloaded) {
+        return;
+    }
+    adopt(owner);
+    m_modeless = true;
+    setAttribute(Qt::WA_ShowWithoutActivating, !activate);
+    show();
+    if (activate) {
+        raise();
+        activateWindow();
+    }
+}
+
+bool Form::unloadOwnedForms() {
+    const QList<Form*> forms = loadedForms();
+    for (auto it = forms.rbegin(); it != forms.rend(); ++it) {
+        Form* const form = *it;
+        if (loadedForms().contains(form) && form->parentWidget() == this && !form->unload()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Form::unload() {
+    if (m_unloaded || m_unloading) {
+        return true;
+    }
+    m_unloading = true;
+    bool cancel = !unloadOwnedForms();
+    if (!cancel && m_loaded) {
+        Form_QueryUnload(cancel);
+    }
+    m_unloading = false;
+    if (!cancel) {
+        finishUnload();
+    }
+    return !cancel;
+}
+
+void Form::finishUnload() {
+    if (m_unloaded) {
+        return;
+    }
+    m_unloading = true;
+    if (m_loaded) {
+        Form_Unload();
+    }
+    m_unloaded = true;
+    loadedForms().removeAll(this);
+    hide();
+    if (m_modeless) {
+        deleteLater();
+    }
+    Q_EMIT unloaded();
+}
+
+WindowStateCode Form::windowStateCode() const {
+    if (isMinimized()) {
+        return WindowStateCode::Minimised;
+    }
+    return isMaximized() ? WindowStateCode::Maximised : WindowStateCode::Normal;
+}
+
+void Form::setWindowStateCode(WindowStateCode state) {
+    const Qt::WindowStates others =
+        windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen);
+    switch (state) {
+    case WindowStateCode::Normal:
+        setWindowState(others);
+        break;
+    case WindowStateCode::Minimised:
+        setWindowState(others | Qt::WindowMinimized);
+        break;
+    case WindowStateCode::Maximised:
+        setWindowState(others | Qt::WindowMaximized);
+        break;
+    }
+}
+
+QList<Form*> Form::openForms() {
+    return loadedForms();
+}
+
+bool Form::isModalOpen() {
+    return QApplication::activeModalWidget() != nullptr;
+}
+
+void Form::Form_Load() {}
+void Form::Form_Activate() {}
+void Form::Form_Resize() {}
+void Form::Form_KeyDown(FormKey&) {}
+void Form::Form_KeyUp(FormKey&) {}
+void Form::Form_QueryUnload(bool&) {}
+void Form::Form_Unload() {}
+
+bool Form::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        if (watched->isWidgetType() && static_cast<QWidget*>(watched)->window() == this) {
+            return m_preview->filter(
+                static_cast<QWidget*>(watched), static_cast<QKeyEvent*>(event),
+                [this](FormKey& key) { Form_KeyDown(key); },
+                [this](FormKey& key) { Form_KeyUp(key); });
+        }
+        break;
+    case QEvent::Close:
+        if (watched == parent() && m_loaded && !unload()) {
+            event->ignore();
+            return true;
+        }
+        break;
+    default:
+        break;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+bool Form::event(QEvent* event) {
+    const bool result = QDialog::event(event);
+    if (event->type() == QEvent::WindowActivate && m_loaded && !m_unloaded) {
+        Form_Activate();
+    }
+    return result;
+}
+
+void Form::closeEvent(QCloseEvent* event) {
+    event->setAccepted(m_unloading || unload());
+}
+
+void Form::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (m_loaded && !m_unloaded) {
+        Form_Resize();
+    }
+}
+
+void Form::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        event->ignore();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void Form::reject() {}
+
+} // namespace yrw

@@ -1,0 +1,207 @@
+#include "platform/toolbar/BandBar.h"
+
+#include "platform/forms/Twips.h"
+#include "platform/toolbar/BandMenu.h"
+#include "platform/toolbar/ToolControls.h"
+#include "platform/toolbar/ToolIcons.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QStyleOption>
+
+namespace yrw {
+
+namespace {
+
+constexpr int kGripWidth = 10;
+constexpr int kMargin = 2;
+constexpr int kSeparatorWidth = 9;
+
+} // namespace
+
+BandEvents::~BandEvents() = default;
+
+BandBar::BandBar(ToolBand& band, BandEvents& events, QWidget* parent)
+    : QWidget(parent), m_band(band), m_events(events), m_overflow(new QToolButton(this)) {
+    setObjectName(band.key());
+    setAccessibleName(band.caption().isEmpty() ? band.key() : band.caption());
+    for (const auto& tool : band.tools()) {
+        if (tool->isVisible()) {
+            QWidget* const control =
+                tool->kind() == ToolKind::Combo ? makeCombo(*tool) : makeButton(*tool);
+            m_items.push_back({tool.get(), control, tool->beginsGroup() && !m_items.empty()});
+        }
+    }
+    m_overflow->setObjectName(band.key() + u"Overflow");
+    m_overflow->setAccessibleName(tr("More tools of %1").arg(accessibleName()));
+    m_overflow->setToolTip(tr("More tools"));
+    m_overflow->setText(QStringLiteral("»"));
+    m_overflow->setAutoRaise(true);
+    m_overflow->setFocusPolicy(Qt::TabFocus);
+    m_overflow->hide();
+    connect(m_overflow, &QToolButton::clicked, this, &BandBar::openOverflow);
+    sync(nullptr);
+}
+
+QWidget* BandBar::makeButton(BandTool& tool) {
+    auto* const button = new ToolButton(m_events, this);
+    connect(button, &QToolButton::clicked, this,
+            [this, key = tool.key()] { m_events.toolClicked(m_band, key); });
+    return button;
+}
+
+QWidget* BandBar::makeCombo(BandTool& tool) {
+    auto* const combo = new ToolCombo(m_events, m_band, tool.key(), this);
+    combo->setFixedWidth(twipsToPixels(tool.data().widthTwips));
+    connect(combo, &QComboBox::activated, this,
+            [this, key = tool.key()](int index) { m_events.entryPicked(m_band, key, index + 1); });
+    return combo;
+}
+
+void BandBar::sync(const BandTool* tool) {
+    for (const Item& item : m_items) {
+        if (tool == nullptr || tool == item.tool) {
+            syncItem(item);
+        }
+    }
+}
+
+void BandBar::syncItem(const Item& item) {
+    item.control->setObjectName(item.tool->key());
+    item.control->setAccessibleName(item.tool->plainCaption());
+    item.control->setToolTip(item.tool->shownToolTip());
+    item.control->setEnabled(item.tool->isEnabled());
+    if (auto* const combo = qobject_cast<ToolCombo*>(item.control)) {
+        combo->show(item.tool->list(), item.tool->text());
+    } else if (auto* const button = qobject_cast<ToolButton*>(item.control)) {
+        button->show(*item.tool);
+    }
+}
+
+int BandBar::widthOf(const Item& item, bool first) {
+    return item.control->sizeHint().width() + (item.separated && !first ? kSeparatorWidth : 0);
+}
+
+int BandBar::preferredWidth() const {
+    int width = kGripWidth + kMargin;
+    for (const Item& item : m_items) {
+        width += widthOf(item, &item == &m_items.front());
+    }
+    return width;
+}
+
+int BandBar::leastWidth() const {
+    return qMin(preferredWidth(), kGripWidth + m_overflow->sizeHint().width() + kMargin);
+}
+
+QSize BandBar::sizeHint() const {
+    int height = m_overflow->sizeHint().height();
+    for (const Item& item : m_items) {
+        height = qMax(height, item.control->sizeHint().height());
+    }
+    return {preferredWidth(), height + 2 * kMargin};
+}
+
+QList<QWidget*> BandBar::focusable() const {
+    QList<QWidget*> controls;
+    for (const Item& item : m_items) {
+        if (item.control->isEnabled() && !item.control->isHidden()) {
+            controls.append(item.control);
+        }
+    }
+    if (!m_overflow->isHidden()) {
+        controls.append(m_overflow);
+    }
+    return controls;
+}
+
+void BandBar::arrange() {
+    const bool fits = preferredWidth() <= width();
+    const int end = width() - kMargin - (fits ? 0 : m_overflow->sizeHint().width());
+    int x = kGripWidth;
+    bool full = false;
+    m_lines.clear();
+    for (const Item& item : m_items) {
+        const bool first = &item == &m_items.front();
+        const int wanted = widthOf(item, first);
+        full = full || x + wanted > end;
+        item.control->setVisible(!full);
+        if (full) {
+            continue;
+        }
+        if (item.separated) {
+            m_lines.push_back(x + kSeparatorWidth / 2);
+            x += kSeparatorWidth;
+        }
+        const QSize size = item.control->sizeHint();
+        item.control->setGeometry(x, (height() - size.height()) / 2, size.width(), size.height());
+        x += size.width();
+    }
+    m_overflow->setVisible(!fits);
+    const QSize size = m_overflow->sizeHint();
+    m_overflow->setGeometry(end, kMargin, size.width(), height() - 2 * kMargin);
+}
+
+void BandBar::openOverflow() {
+    std::vector<BandTool*> hidden;
+    for (const Item& item : m_items) {
+        if (item.control->isHidden()) {
+            hidden.push_back(item.tool);
+        }
+    }
+    QMenu menu; // without an owner: the bar may be made anew while it is open
+    menu.setObjectName(m_overflow->objectName());
+    fillMenu(menu, hidden);
+    const QPointer<BandBar> self(this);
+    ToolBand& band = m_band;
+    BandEvents& events = m_events;
+    const MenuChoice choice =
+        execMenu(menu, m_overflow->mapToGlobal(QPoint(0, m_overflow->height())));
+    if (self.isNull() || choice.toolKey.isEmpty()) {
+        return;
+    }
+    if (choice.entry > 0) {
+        events.entryPicked(band, choice.toolKey, choice.entry);
+    } else {
+        events.toolClicked(band, choice.toolKey);
+    }
+}
+
+void BandBar::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    arrange();
+}
+
+void BandBar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    QStyleOption grip;
+    grip.initFrom(this);
+    grip.rect = QRect(0, kMargin, kGripWidth, height() - 2 * kMargin);
+    grip.state |= QStyle::State_Horizontal;
+    style()->drawPrimitive(QStyle::PE_IndicatorToolBarHandle, &grip, &painter, this);
+    painter.setPen(palette().color(QPalette::Mid));
+    for (const int x : m_lines) {
+        painter.drawLine(x, 2 * kMargin, x, height() - 2 * kMargin - 1);
+    }
+}
+
+void BandBar::mousePressEvent(QMouseEvent* event) {
+    m_dragging = event->button() == Qt::LeftButton && event->position().x() < kGripWidth;
+    event->setAccepted(m_dragging);
+}
+
+void BandBar::mouseMoveEvent(QMouseEvent* event) {
+    if (m_dragging) {
+        m_events.bandDragged(m_band, mapToParent(event->position().toPoint()));
+    }
+}
+
+void BandBar::mouseReleaseEvent(QMouseEvent*) {
+    if (m_dragging) {
+        m_dragging = false;
+        m_events.bandDropped(m_band);
+    }
+}
+
+} // namespace yrw

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/toolbar/BandBar.h"
+
+namespace yrw {
+
+/// The button of a tool. It never toggles by itself.
+class ToolButton final : public QToolButton {
+    Q_OBJECT
+
+public:
+    ToolButton(BandEvents& events, QWidget* parent);
+    void show(const BandTool& tool);
+
+protected:
+    void nextCheckState() override {}
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    BandEvents& m_events;
+};
+
+/// The field of a combo tool.
+class ToolCombo final : public QComboBox {
+    Q_OBJECT
+
+public:
+    ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidget* parent);
+    /// Shows the entries and a text, which need not be one of them.
+    /// The width that was fixed, not the one that the entries would take.
+    [[nodiscard]] QSize sizeHint() const override {
+        return QComboBox::sizeHint().expandedTo(minimumSize()).boundedTo(maximumSize());
+    }
+    void show(const QStringList& entries, const QString& text);
+    void showPopup() override;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    BandEvents& m_events;
+    ToolBand& m_band;
+    QString m_toolKey;
+};
+
+} // namespace yrw

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/toolbar/api/IToolbar.h"
+
+#include <QWidget>
+
+#include <memory>
+
+namespace yrw {
+
+class FileSystem;
+
+/// The toolbar control; see `IToolbar`.
+///
+/// The layout is a JSON file (`loadLayout`). Docked bands lie in rows; a band that is too narrow
+/// for its tools offers the rest in an overflow menu; a band can be moved by its grip.
+/// Each tool's button has the tool's key as object name and its caption as accessible name.
+class Toolbar : public QWidget, public IToolbar {
+    Q_OBJECT
+
+public:
+    explicit Toolbar(QWidget* parent = nullptr);
+    ~Toolbar() override;
+
+    /// Loads bands and tools from a layout file, replacing what is there. The file is validated
+    /// first: a broken one raises `kErrorCannotOpenDatabase` naming the file and the place, and
+    /// nothing changes.
+    void loadLayout(const FileSystem& files, const QString& path);
+    /// The same from the text of a layout.
+    void loadLayoutText(const QByteArray& json, const QString& nameForErrors);
+
+    [[nodiscard]] QObject* asQObject() override;
+    [[nodiscard]] int bandCount() const override;
+    [[nodiscard]] IBand* bandAt(int index) const override;
+    [[nodiscard]] IBand* findBand(const QString& key) const override;
+    IBand& addBand(const QString& key, bool popup) override;
+    void removeBand(const QString& key) override;
+    [[nodiscard]] ITool* findToolById(int id) const override;
+    [[nodiscard]] ITool* findTool(const QString& key) const override;
+    void recalcLayout() override;
+    void refresh() override;
+    void popup(const QString& bandKey) override;
+    void activate(const QString& toolKey) override;
+    /// As `popup`, at a place on the screen: for a menu that the keyboard asks for.
+    void popupAt(const QString& bandKey, const QPoint& globalPosition);
+
+    [[nodiscard]] int heightForWidth(int width) const override;
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    class Private;
+    std::unique_ptr<Private> m_private;
+};
+
+} // namespace yrw

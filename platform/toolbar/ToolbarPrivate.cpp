@@ -1,0 +1,323 @@
+#include "platform/toolbar/ToolbarPrivate.h"
+
+#include "platform/component/AutomationError.h"
+#include "platform/toolbar/BandMenu.h"
+
+#include <QApplication>
+#include <QPointer>
+
+#include <algorithm>
+
+namespace yrw {
+
+ToolBand* Toolbar::Private::find(const QString& key) const {
+    for (const auto& band : m_bands) {
+        if (band->key().compare(key, Qt::CaseInsensitive) == 0) {
+            return band.get();
+        }
+    }
+    return nullptr;
+}
+
+bool Toolbar::Private::contains(const ToolBand* band) const {
+    return std::any_of(m_bands.begin(), m_bands.end(),
+                       [band](const auto& own) { return own.get() == band; });
+}
+
+ToolBand& Toolbar::Private::add(const QString& key, bool popup) {
+    int row = 0;
+    for (const auto& band : m_bands) {
+        row = band->isPopup() ? row : qMax(row, band->row() + 1);
+    }
+    m_bands.push_back(std::make_unique<ToolBand>(
+        key, popup, [this](ToolBand& band, BandTool* tool, ToolChange change) {
+            changed(band, tool, change);
+        }));
+    m_bands.back()->setRow(row);
+    return *m_bands.back();
+}
+
+void Toolbar::Private::remove(const QString& key) {
+    ToolBand* const band = find(key);
+    if (band == nullptr) {
+        return;
+    }
+    drop();
+    std::erase_if(m_bands, [band](const auto& own) { return own.get() == band; });
+    rebuild();
+}
+
+void Toolbar::Private::load(const QList<BandLayout>& layout) {
+    m_loading = true;
+    drop();
+    m_bands.clear();
+    for (const BandLayout& read : layout) {
+        ToolBand& band = add(read.key, read.popup);
+        band.setCaption(read.caption);
+        band.setRow(read.row);
+        band.setVisible(read.visible);
+        for (const ToolData& tool : read.tools) {
+            band.add(tool);
+        }
+    }
+    m_loading = false;
+    rebuild();
+}
+
+void Toolbar::Private::popup(const QString& key, const QPoint& globalPosition) {
+    const QPointer<Toolbar> alive(&m_toolbar);
+    m_toolbar.BandOpen.raise(*find(key));
+    // A handler may have taken the band, or the toolbar, away.
+    const ToolBand* const band = alive.isNull() ? nullptr : find(key);
+    if (band == nullptr) {
+        return;
+    }
+    std::vector<BandTool*> tools;
+    for (const auto& tool : band->tools()) {
+        tools.push_back(tool.get());
+    }
+    QMenu menu;
+    menu.setObjectName(band->key());
+    menu.setAccessibleName(band->caption());
+    fillMenu(menu, tools);
+    const MenuChoice choice = menu.isEmpty() ? MenuChoice() : execMenu(menu, globalPosition);
+    ToolBand* const after = alive.isNull() ? nullptr : find(key);
+    if (after == nullptr || choice.toolKey.isEmpty()) {
+        return;
+    }
+    if (choice.entry > 0) {
+        entryPicked(*after, choice.toolKey, choice.entry);
+    } else {
+        toolClicked(*after, choice.toolKey);
+    }
+}
+
+void Toolbar::Private::changed(ToolBand& band, BandTool* tool, ToolChange change) {
+    if (m_loading) {
+        return;
+    }
+    if (change == ToolChange::Layout && !band.isPopup()) {
+        rebuild();
+    } else if (BandBar* const bar = barOf(band)) {
+        bar->sync(tool);
+    }
+}
+
+BandBar* Toolbar::Private::barOf(const ToolBand& band) const {
+    for (BandBar* const bar : m_bars) {
+        if (&bar->band() == &band) {
+            return bar;
+        }
+    }
+    return nullptr;
+}
+
+void Toolbar::Private::drop() {
+    for (BandBar* const bar : m_bars) {
+        // It may be one of its own controls that is acting right now. Without their names the old
+        // controls are not mistaken for the new ones.
+        for (QWidget* const control : bar->findChildren<QWidget*>()) {
+            control->setObjectName(QString());
+        }
+        bar->hide();
+        bar->deleteLater();
+    }
+    m_bars.clear();
+}
+
+void Toolbar::Private::rebuild() {
+    const QWidget* const focus = QApplication::focusWidget();
+    const QString focusKey =
+        focus != nullptr && m_toolbar.isAncestorOf(focus) ? focus->objectName() : QString();
+    std::vector<ToolBand*> order;
+    for (const BandBar* const bar : m_bars) {
+        order.push_back(&bar->band());
+    }
+    drop();
+    for (const auto& band : m_bands) {
+        if (std::find(order.begin(), order.end(), band.get()) == order.end()) {
+            order.push_back(band.get());
+        }
+    }
+    for (ToolBand* const band : order) {
+        if (contains(band) && band->isShown()) {
+            m_bars.push_back(new BandBar(*band, *this, &m_toolbar));
+            m_bars.back()->show();
+        }
+    }
+    numberRows();
+    arrange();
+    setTabStop(nullptr);
+    m_toolbar.updateGeometry();
+    if (!focusKey.isEmpty()) {
+        if (auto* const control = m_toolbar.findChild<QWidget*>(focusKey)) {
+            control->setFocus();
+        }
+    }
+}
+
+Toolbar::Private::Rows Toolbar::Private::rows() const {
+    Rows all;
+    for (BandBar* const bar : m_bars) {
+        const auto row = size_t(bar->band().row());
+        all.resize(std::max(all.size(), row + 1));
+        all[row].push_back(bar);
+    }
+    return all;
+}
+
+void Toolbar::Private::numberRows() {
+    int number = 0;
+    for (const std::vector<BandBar*>& row : rows()) {
+        for (BandBar* const bar : row) {
+            bar->band().setRow(number);
+        }
+        number += row.empty() ? 0 : 1;
+    }
+}
+
+int Toolbar::Private::rowHeight() const {
+    int height = 0;
+    for (const BandBar* const bar : m_bars) {
+        height = qMax(height, bar->sizeHint().height());
+    }
+    return height;
+}
+
+int Toolbar::Private::height() const {
+    return rowHeight() * static_cast<int>(rows().size());
+}
+
+int Toolbar::Private::preferredWidth() const {
+    int widest = 0;
+    for (const std::vector<BandBar*>& row : rows()) {
+        int width = 0;
+        for (const BandBar* const bar : row) {
+            width += bar->preferredWidth();
+        }
+        widest = qMax(widest, width);
+    }
+    return widest;
+}
+
+void Toolbar::Private::arrange() {
+    const int height = rowHeight();
+    int y = 0;
+    for (const std::vector<BandBar*>& row : rows()) {
+        int over = -m_toolbar.width();
+        for (const BandBar* const bar : row) {
+            over += bar->preferredWidth();
+        }
+        std::vector<int> widths;
+        // The last bands give way first.
+        for (auto bar = row.rbegin(); bar != row.rend(); ++bar) {
+            const int spare = (*bar)->preferredWidth() - (*bar)->leastWidth();
+            const int less = std::clamp(over, 0, spare);
+            over -= less;
+            widths.insert(widths.begin(), (*bar)->preferredWidth() - less);
+        }
+        int x = 0;
+        for (size_t i = 0; i < row.size(); ++i) {
+            row[i]->setGeometry(x, y, widths[i], height);
+            x += widths[i];
+        }
+        y += height;
+    }
+}
+
+QList<QWidget*> Toolbar::Private::focusable() const {
+    QList<QWidget*> controls;
+    for (const std::vector<BandBar*>& row : rows()) {
+        for (const BandBar* const bar : row) {
+            controls.append(bar->focusable());
+        }
+    }
+    return controls;
+}
+
+void Toolbar::Private::setTabStop(QWidget* control) {
+    const QList<QWidget*> controls = focusable();
+    QWidget* stop = control;
+    for (QWidget* const candidate : controls) {
+        if (qobject_cast<QToolButton*>(candidate) == nullptr) {
+            continue;
+        }
+        stop = stop == nullptr ? candidate : stop;
+        candidate->setFocusPolicy(candidate == stop ? Qt::TabFocus : Qt::NoFocus);
+    }
+}
+
+void Toolbar::Private::focusFirst() {
+    const QList<QWidget*> controls = focusable();
+    if (!controls.isEmpty()) {
+        controls.first()->setFocus(Qt::ShortcutFocusReason);
+    }
+}
+
+void Toolbar::Private::focusMoved(QWidget& from, int step) {
+    const QList<QWidget*> controls = focusable();
+    const auto count = static_cast<int>(controls.size());
+    const auto here = static_cast<int>(controls.indexOf(&from));
+    if (count == 0) {
+        return;
+    }
+    const int next = step == -2 ? 0 : step == 2 ? count - 1 : (here + step + count) % count;
+    setTabStop(controls.at(next));
+    controls.at(next)->setFocus(Qt::TabFocusReason);
+}
+
+void Toolbar::Private::toolClicked(ToolBand& band, const QString& toolKey) {
+    ITool* const tool = band.findTool(toolKey);
+    if (tool == nullptr || !tool->isEnabled()) {
+        return;
+    }
+    m_toolbar.Click.raise(*tool);
+}
+
+void Toolbar::Private::entryPicked(ToolBand& band, const QString& toolKey, int entry) {
+    ITool* const tool = band.findTool(toolKey);
+    if (tool == nullptr || !tool->isEnabled()) {
+        return;
+    }
+    tool->setListIndex(entry);
+    m_toolbar.ComboSelChange.raise(*tool);
+}
+
+void Toolbar::Private::comboDropped(ToolBand& band, const QString& toolKey) {
+    if (ITool* const tool = band.findTool(toolKey)) {
+        m_toolbar.ComboDrop.raise(*tool);
+    }
+}
+
+void Toolbar::Private::bandDragged(ToolBand& band, const QPoint& place) {
+    BandBar* const bar = barOf(band);
+    const int rowCount = static_cast<int>(rows().size());
+    const int row = std::clamp(place.y() / qMax(1, rowHeight()), 0, rowCount);
+    std::vector<BandBar*> order;
+    for (BandBar* const other : m_bars) {
+        if (other != bar) {
+            order.push_back(other);
+        }
+    }
+    const auto before = std::find_if(order.begin(), order.end(), [&](const BandBar* other) {
+        return other->band().row() == row && place.x() < other->geometry().center().x();
+    });
+    order.insert(before, bar);
+    if (order == m_bars && band.row() == row) {
+        return;
+    }
+    m_moved = true;
+    m_bars = order;
+    band.setRow(row);
+    numberRows();
+    arrange();
+    m_toolbar.updateGeometry();
+}
+
+void Toolbar::Private::bandDropped(ToolBand& band) {
+    if (std::exchange(m_moved, false)) {
+        m_toolbar.BandMove.raise(band);
+    }
+}
+
+} // namespace yrw

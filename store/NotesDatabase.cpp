@@ -1,0 +1,147 @@
+#include "store/NotesDatabase.h"
+
+#include "platform/component/AutomationError.h"
+#include "platform/files/FileSystem.h"
+#include "store/Schema.h"
+#include "store/SchemaUpgrade.h"
+
+#include <QHash>
+
+namespace yrw {
+
+namespace {
+
+const QString kSource = QStringLiteral("YRWNOTES.NotesDatabase");
+const QString kUserID = QStringLiteral("UserID");
+const QString kUserCode = QStringLiteral("UserCode");
+const QString kUseName = QStringLiteral("UseName");
+
+/// Files that the engine keeps beside a database while it works.
+constexpr const char16_t* kSideFiles[] = {u"-wal", u"-shm", u"-journal"};
+
+/// Raises unless the open database is a notes database of a schema that this version knows.
+void checkSchema(dao::Database& database) {
+    const QString name = database.Name();
+    for (const QString& table : {schema::kTblNotes, schema::kTblReminders}) {
+        if (!database.hasTable(table)) {
+            throw AutomationError(
+                kErrorNotADatabase, kSource,
+                QStringLiteral("%1 is not a notes database: it has no table %2.").arg(name, table));
+        }
+    }
+    const int version = database.SchemaVersion();
+    if (version > schema::kVersion) {
+        throw AutomationError(
+            kErrorNewerSchema, kSource,
+            QStringLiteral("%1 was made by a newer version of Yarrowen Notes (schema %2; this "
+                           "version knows %3).")
+                .arg(name)
+                .arg(version)
+                .arg(schema::kVersion));
+    }
+}
+
+/// The users that the table lacks or knows otherwise. Who has left keeps the name: the notes stay.
+QHash<qint64, UserName> userNamesToWrite(dao::Database& database, const QList<UserName>& users) {
+    QHash<qint64, UserName> wanted;
+    for (const UserName& user : users) {
+        wanted.insert(user.UserID, user);
+    }
+    const Ref<dao::Recordset> rows = database.OpenRecordset(
+        schema::kTblUserNames, dao::RecordsetType::Snapshot, dao::kReadOnlyOption);
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        const auto found = wanted.constFind(rows->value(kUserID).toLongLong());
+        if (found != wanted.constEnd() && rows->value(kUserCode) == found->UserCode &&
+            rows->value(kUseName) == found->UseName) {
+            wanted.erase(found);
+        }
+    }
+    rows->Close();
+    return wanted;
+}
+
+} // namespace
+
+void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
+                         const QString& targetFolder) {
+    const QString source = FileSystem::join(templateFolder, kNotesDatabaseName);
+    if (!files.fileExists(source)) {
+        throw AutomationError(kErrorCannotOpenDatabase, kSource,
+                              QStringLiteral("The template %1 is not there.").arg(source));
+    }
+    const QString target = FileSystem::join(targetFolder, kNotesDatabaseName);
+    for (const char16_t* suffix : kSideFiles) {
+        // One that was left behind would bring its old rows into the fresh database.
+        files.moveAside(target + QString::fromUtf16(suffix));
+    }
+    files.copyFile(source, target);
+    files.copyFolder(FileSystem::join(templateFolder, QStringLiteral("support/Notes")),
+                     FileSystem::join(targetFolder, QStringLiteral("Support/Notes")));
+}
+
+Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,
+                                     const QString& path) {
+    if (!workspace) {
+        throw AutomationError(kErrorObjectRequired, kSource, QStringLiteral("Object required"));
+    }
+    Ref<dao::Database> database = workspace->OpenDatabase(path);
+    try {
+        checkSchema(*database);
+        if (database->SchemaVersion() < schema::kVersion) {
+            upgradeSchema(*database);
+        }
+    } catch (...) {
+        database->Close();
+        throw;
+    }
+    helper.setDatabase(database);
+    return database;
+}
+
+void refreshUserNames(dao::Database& database, const QList<UserName>& users) {
+    if (database.isReadOnly() || !database.hasTable(schema::kTblUserNames)) {
+        return;
+    }
+    // Most openings find nothing to change and need no lock.
+    if (userNamesToWrite(database, users).isEmpty()) {
+        return;
+    }
+    dao::Transaction transaction(database);
+    const QHash<qint64, UserName> changed = userNamesToWrite(database, users);
+    const Ref<dao::Recordset> rows =
+        database.OpenRecordset(schema::kTblUserNames, dao::RecordsetType::Table);
+    for (const UserName& user : changed) {
+        rows->Seek(u"=", {QVariant(user.UserID)});
+        if (rows->NoMatch()) {
+            rows->AddNew();
+            rows->setValue(kUserID, user.UserID);
+        } else {
+            rows->Edit();
+        }
+        rows->setValue(kUserCode, user.UserCode);
+        rows->setValue(kUseName, user.UseName);
+        rows->Update();
+    }
+    rows->Close();
+    transaction.commit();
+}
+
+QList<UserName> userNamesOf(const Ref<ICollection>& users) {
+    QList<UserName> names;
+    if (!users) {
+        return names;
+    }
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::ForwardOnly;
+    request.RecordsetOptions = dao::kReadOnlyOption;
+    const Ref<dao::Recordset> rows = users->Recordset(request);
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        names.append({rows->value(QStringLiteral("RecordID")).toLongLong(),
+                      rows->value(QStringLiteral("Code")).toString(),
+                      rows->value(QStringLiteral("UseName")).toString()});
+    }
+    rows->Close();
+    return names;
+}
+
+} // namespace yrw

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "framework/HostDataHelper.h"
+
+#include <QList>
+
+namespace yrw {
+
+class FileSystem;
+
+/// Name of the notes database beside the host's own.
+inline const QString kNotesDatabaseName = QStringLiteral("Notes.mdb");
+
+/// A user of the host as the notes database remembers one.
+struct UserName {
+    qint64 UserID = 0;
+    QString UserCode;
+    QString UseName;
+};
+
+/// Makes a notes database from the template: moves left-over side files of an earlier one aside,
+/// copies `templateFolder`/Notes.mdb and the support folder, overwriting. Asks nothing.
+/// Raises naming the file that could not be copied.
+void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
+                         const QString& targetFolder);
+
+/// Opens a notes database and binds the helper to it: checks that it is one, refuses a newer
+/// schema (`kErrorNewerSchema`), upgrades an older one after a copy beside it. Asks nothing.
+Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,
+                                     const QString& path);
+
+/// Refreshes the table of user names; skipped on a read-only database.
+void refreshUserNames(dao::Database& database, const QList<UserName>& users);
+
+/// The users of a host as `refreshUserNames` takes them.
+[[nodiscard]] QList<UserName> userNamesOf(const Ref<ICollection>& users);
+
+} // namespace yrw

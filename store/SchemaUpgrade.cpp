@@ -1,0 +1,90 @@
+#include "store/SchemaUpgrade.h"
+
+#include "platform/component/AutomationError.h"
+#include "store/Schema.h"
+
+#include <QFileInfo>
+
+namespace yrw {
+
+namespace {
+
+/// A part of the schema that files of before version 1 may lack.
+struct MissingPart {
+    const char16_t* table;
+    const char16_t* field; ///< nothing: the whole table
+    const char* script;
+};
+
+constexpr MissingPart kPartsOfVersion1[] = {
+    {u"tblNotes", u"ChangeUserCode",
+     "ALTER TABLE tblNotes ADD COLUMN ChangeUserCode TEXT(255) COLLATE NOCASE"},
+    {u"tblLinkedColumnDefs", u"Columns",
+     "ALTER TABLE tblLinkedColumnDefs ADD COLUMN Columns LONGTEXT"},
+    {u"tblSystem", u"FileOpenFilter", "ALTER TABLE tblSystem ADD COLUMN FileOpenFilter LONGTEXT"},
+    {u"tblUserNames", nullptr,
+     "CREATE TABLE tblUserNames (UserID INTEGER PRIMARY KEY, UserCode TEXT(255) COLLATE NOCASE, "
+     "UseName TEXT(255) COLLATE NOCASE)"},
+};
+
+/// The view over notes as version 1 has it: with the stamp of the last change and the author.
+constexpr const char* kNotesViewOfVersion1 =
+    "DROP VIEW IF EXISTS qryNotes; CREATE VIEW qryNotes AS SELECT n.RecordID, n.Subject, "
+    "n.RTFNote, "
+    "n.PlainNote, n.Status, n.NoteType, n.AutomaticallyShow, n.OwnerComponentProgID, "
+    "n.OwnerProgID, n.OwnerObjectKey, n.OwnerRecordID, n.RecordUserID, n.RecordUserCode, n.Date, "
+    "n.ChangeDate, n.ChangeUserCode, n.ReminderType, n.ReminderDate, n.RecordID AS NoteID, "
+    "coalesce(u.UseName, n.RecordUserCode) AS UseName FROM tblNotes AS n LEFT JOIN tblUserNames "
+    "AS u ON u.UserID = n.RecordUserID";
+
+bool isMissing(const dao::Database& database, const MissingPart& part) {
+    const QString table = QString::fromUtf16(part.table);
+    if (part.field == nullptr) {
+        return !database.hasTable(table);
+    }
+    return database.hasTable(table) && !database.hasField(table, QString::fromUtf16(part.field));
+}
+
+void toVersion1(dao::Database& database) {
+    for (const MissingPart& part : kPartsOfVersion1) {
+        if (isMissing(database, part)) {
+            database.RunScript(QString::fromLatin1(part.script));
+        }
+    }
+    database.RunScript(QString::fromLatin1(kNotesViewOfVersion1));
+}
+
+/// The step at position n leads from version n to n + 1.
+constexpr void (*kSteps[])(dao::Database&) = {toVersion1};
+static_assert(std::size(kSteps) == schema::kVersion, "every version has the step that leads to it");
+
+QString freeNameFor(const QString& path) {
+    QString name = path;
+    for (int number = 2; QFileInfo::exists(name); ++number) {
+        name = path + u'-' + QString::number(number);
+    }
+    return name;
+}
+
+} // namespace
+
+void upgradeSchema(dao::Database& database) {
+    const QString path = database.Name();
+    if (database.isReadOnly()) {
+        throw AutomationError(
+            kErrorReadOnly, QStringLiteral("YRWNOTES.NotesDatabase"),
+            QStringLiteral("%1 is of an older version and cannot be upgraded, because it is "
+                           "read-only.")
+                .arg(path));
+    }
+    database.CopyTo(freeNameFor(path + QStringLiteral(".schema%1").arg(database.SchemaVersion())));
+    dao::Transaction transaction(database);
+    // Asked again under the lock: another host may have been faster.
+    for (int version = database.SchemaVersion(); version < schema::kVersion; ++version) {
+        kSteps[version](database);
+        database.setSchemaVersion(version + 1);
+    }
+    transaction.commit();
+}
+
+} // namespace yrw

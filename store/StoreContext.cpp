@@ -1,0 +1,7 @@
+#include "store/StoreContext.h"
+
+namespace yrw {
+
+StoreContext::~StoreContext() = default;
+
+} // namespace yrw

@@ -1,0 +1,296 @@
+#include "tests/dao/DaoFixture.h"
+
+namespace yrw::dao {
+
+namespace {
+
+constexpr char kOwnerIndex[] = "OwnerComponentProgID:OwnerObjectKey:OwnerRecordID:Status";
+
+QString ownerIndex() {
+    return QString::fromLatin1(kOwnerIndex);
+}
+
+class RecordsetTest : public DaoTest {
+protected:
+    Ref<Recordset> open(RecordsetType type, const QString& source = QStringLiteral("tblNotes")) {
+        return database->OpenRecordset(source, type);
+    }
+    static ValueList owned(const QString& key, qint64 record) {
+        return {{u"OwnerComponentProgID"_qs, u"Desk"_qs},
+                {u"OwnerObjectKey"_qs, key},
+                {u"OwnerRecordID"_qs, record}};
+    }
+};
+
+class EveryType : public RecordsetTest, public testing::WithParamInterface<RecordsetType> {};
+INSTANTIATE_TEST_SUITE_P(, EveryType,
+                         testing::Values(RecordsetType::Table, RecordsetType::Dynaset,
+                                         RecordsetType::Snapshot, RecordsetType::ForwardOnly));
+
+TEST_P(EveryType, WalksFrontToBackAndStopsBehindTheLastRow) {
+    for (const QString& subject : {u"a"_qs, u"b"_qs, u"c"_qs}) {
+        addNote(subject);
+    }
+    const auto rows = open(GetParam());
+    EXPECT_FALSE(rows->AtEof());
+    EXPECT_EQ(column(*rows, u"subject"), QStringList({u"a"_qs, u"b"_qs, u"c"_qs}));
+    EXPECT_TRUE(rows->AtEof());
+    EXPECT_EQ(errorOf([&] { rows->MoveNext(); }), kErrorNoCurrentRecord);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(rows->value(0)); }), kErrorNoCurrentRecord);
+    EXPECT_EQ(rows->RecordCount(), 3);
+}
+
+TEST_P(EveryType, StandsAtBothEndsWhenEmpty) {
+    const auto rows = open(GetParam());
+    EXPECT_TRUE(rows->AtBof());
+    EXPECT_TRUE(rows->AtEof());
+    rows->MoveFirst();
+    EXPECT_TRUE(rows->AtEof());
+    EXPECT_EQ(rows->RecordCount(), 0);
+}
+
+TEST_P(EveryType, RefusesEverythingOnceItsDatabaseIsClosed) {
+    addNote(u"a"_qs);
+    const auto rows = open(GetParam());
+    const auto field = rows->Field(u"Subject");
+    database->Close();
+    database->Close();
+    EXPECT_FALSE(rows->isOpen());
+    rows->Close();
+    EXPECT_EQ(errorOf([&] { rows->MoveNext(); }), kErrorObjectClosed);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(field->Value()); }), kErrorObjectClosed);
+    EXPECT_EQ(errorOf([&] { rows->Requery(); }), kErrorObjectClosed);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(rows->FieldCount()); }), kErrorObjectClosed);
+}
+
+TEST_P(EveryType, MovesBackAndMarksPlacesUnlessItStreams) {
+    for (const QString& subject : {u"a"_qs, u"b"_qs, u"c"_qs}) {
+        addNote(subject);
+    }
+    const auto rows = open(GetParam());
+    if (GetParam() == RecordsetType::ForwardOnly) {
+        EXPECT_FALSE(rows->Bookmarkable());
+        EXPECT_EQ(errorOf([&] { rows->MovePrevious(); }), kErrorInvalidOperation);
+        EXPECT_EQ(errorOf([&] { static_cast<void>(rows->Clone()); }), kErrorInvalidOperation);
+        EXPECT_EQ(errorOf([&] { static_cast<void>(rows->Bookmark()); }), kErrorNotBookmarkable);
+        return;
+    }
+    rows->MoveLast();
+    const Bookmark last = rows->Bookmark();
+    rows->MovePrevious();
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"b");
+    rows->Move(-5);
+    EXPECT_TRUE(rows->AtBof());
+    EXPECT_EQ(errorOf([&] { rows->MovePrevious(); }), kErrorNoCurrentRecord);
+    rows->MoveNext();
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"a");
+    rows->Move(9);
+    EXPECT_TRUE(rows->AtEof());
+    rows->MovePrevious();
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"c");
+    const auto clone = rows->Clone();
+    rows->Close();
+    clone->setBookmark(last);
+    EXPECT_EQ(clone->value(u"Subject").toString(), u"c");
+    EXPECT_EQ(errorOf([&] { clone->setBookmark(Bookmark()); }), kErrorNotBookmarkable);
+}
+
+TEST_F(RecordsetTest, ABookmarkOfAnotherSetIsRefused) {
+    addNote(u"a"_qs);
+    const auto one = open(RecordsetType::Dynaset);
+    const auto other = open(RecordsetType::Dynaset);
+    EXPECT_EQ(errorOf([&] { other->setBookmark(one->Bookmark()); }), kErrorNotBookmarkable);
+}
+
+class Editable : public RecordsetTest, public testing::WithParamInterface<RecordsetType> {};
+INSTANTIATE_TEST_SUITE_P(, Editable, testing::Values(RecordsetType::Table, RecordsetType::Dynaset));
+
+TEST_P(Editable, AddsChangesAndDeletesWhileLooping) {
+    for (const QString& subject : {u"a"_qs, u"b"_qs, u"c"_qs}) {
+        addNote(subject);
+    }
+    const auto rows = open(GetParam());
+    rows->AddNew();
+    EXPECT_EQ(rows->value(u"Status").toInt(), 1) << "a new row shows its defaults";
+    rows->setValue(u"Subject", u"d"_qs);
+    rows->Update();
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"a") << "the cursor stays";
+    rows->setBookmark(rows->LastModified());
+    EXPECT_EQ(rows->value(u"RecordID").toInt(), 4);
+    EXPECT_EQ(rows->RecordCount(), 4);
+    for (rows->MoveFirst(); !rows->AtEof(); rows->MoveNext()) {
+        if (rows->value(u"Subject").toString() == u"c") {
+            rows->Edit();
+            rows->setValue(u"Subject", u"C!"_qs);
+            rows->Update();
+        } else if (rows->value(u"RecordID").toInt() != 1) {
+            rows->Delete();
+            EXPECT_EQ(errorOf([&] { static_cast<void>(rows->value(0)); }), kErrorNoCurrentRecord);
+        }
+    }
+    rows->MoveFirst();
+    EXPECT_EQ(column(*rows, u"Subject"), QStringList({u"a"_qs, u"C!"_qs}));
+    EXPECT_EQ(rows->RecordCount(), 2);
+}
+
+TEST_P(Editable, AMoveDropsTheEditAndTheBufferKnowsItsRules) {
+    addNote(u"a"_qs);
+    const auto rows = open(GetParam());
+    EXPECT_EQ(errorOf([&] { rows->setValue(u"Subject", 1); }), kErrorNoEdit);
+    EXPECT_EQ(errorOf([&] { rows->Update(); }), kErrorNoEdit);
+    rows->Edit();
+    EXPECT_EQ(errorOf([&] { rows->setValue(u"RecordID", 9); }), kErrorReadOnly);
+    EXPECT_EQ(errorOf([&] { rows->setValue(u"Nothing", 9); }), kErrorNotInCollection);
+    rows->setValue(u"Subject", u"lost"_qs);
+    rows->MoveFirst();
+    EXPECT_FALSE(rows->EditInProgress());
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"a");
+    rows->CancelUpdate();
+}
+
+TEST_F(RecordsetTest, ReadOnlyAndUneditableRecordsetsRefuseChanges) {
+    addNote(u"a"_qs);
+    const auto readOnly =
+        database->OpenRecordset(u"tblNotes"_qs, RecordsetType::Table, kReadOnlyOption);
+    EXPECT_FALSE(readOnly->Updatable());
+    EXPECT_EQ(errorOf([&] { readOnly->Edit(); }), kErrorReadOnly);
+    EXPECT_EQ(errorOf([&] { open(RecordsetType::Snapshot)->Delete(); }), kErrorReadOnly);
+    EXPECT_EQ(errorOf([&] { open(RecordsetType::ForwardOnly)->AddNew(); }), kErrorReadOnly);
+}
+
+TEST_F(RecordsetTest, AViewSendsChangesToItsBaseTable) {
+    addNote(u"a"_qs);
+    const auto rows = open(RecordsetType::Dynaset, u"SELECT qryNotes.* FROM qryNotes"_qs);
+    EXPECT_TRUE(rows->Updatable());
+    rows->Edit();
+    EXPECT_EQ(errorOf([&] { rows->setValue(u"UseName", u"x"_qs); }), kErrorReadOnly);
+    EXPECT_EQ(errorOf([&] { rows->setValue(u"NoteID", 7); }), kErrorReadOnly);
+    rows->setValue(u"Subject", u"b"_qs);
+    rows->Update();
+    rows->AddNew();
+    rows->setValue(u"Subject", u"new"_qs);
+    rows->Update();
+    rows->setBookmark(rows->LastModified());
+    EXPECT_EQ(rows->value(u"NoteID").toInt(), 2);
+    rows->Delete();
+    const auto table = open(RecordsetType::Table);
+    EXPECT_EQ(column(*table, u"Subject"), QStringList(u"b"_qs));
+}
+
+TEST_F(RecordsetTest, SeeksByIndexAndWalksOnInItsOrder) {
+    const qint64 b2 = addNote(owned(u"b"_qs, 2));
+    const qint64 a9 = addNote(owned(u"a"_qs, 9));
+    const qint64 b1 = addNote(owned(u"b"_qs, 1));
+    addNote(u"without owner"_qs);
+    const auto rows = open(RecordsetType::Table);
+    EXPECT_EQ(errorOf([&] { rows->setIndex(u"none"_qs); }), kErrorNotInCollection);
+    rows->setIndex(ownerIndex());
+    struct Case {
+        const char* comparison;
+        std::vector<QVariant> keys;
+        qint64 found;
+    };
+    const Case cases[] = {
+        {"=", {u"desk"_qs, u"B"_qs, 2, 1}, b2}, {"=", {u"Desk"_qs, u"b"_qs, 2, 2}, 0},
+        {"=", {u"Desk"_qs, u"b"_qs}, b1},       {"=", {QVariant(), QVariant()}, 0},
+        {">", {u"Desk"_qs, u"a"_qs, 9, 1}, b1}, {">=", {u"Desk"_qs, u"a"_qs, 9, 1}, a9},
+        {"<", {u"Desk"_qs, u"b"_qs, 2, 1}, b1}, {"<=", {u"Desk"_qs, u"b"_qs, 2, 1}, b2},
+    };
+    for (const Case& test : cases) {
+        rows->Seek(QString::fromLatin1(test.comparison), test.keys);
+        EXPECT_EQ(rows->NoMatch(), test.found == 0) << test.comparison;
+        EXPECT_EQ(errorOf([&] { static_cast<void>(rows->value(0)); }),
+                  test.found == 0 ? kErrorNoCurrentRecord : 0);
+        if (test.found != 0) {
+            EXPECT_EQ(rows->value(u"RecordID").toLongLong(), test.found);
+        }
+    }
+    rows->MoveFirst();
+    EXPECT_EQ(column(*rows, u"OwnerRecordID"),
+              QStringList({u"Null"_qs, u"9"_qs, u"1"_qs, u"2"_qs}));
+    QStringList backwards;
+    for (rows->MoveLast(); !rows->AtBof(); rows->MovePrevious()) {
+        backwards += rows->value(u"RecordID").toString();
+    }
+    EXPECT_EQ(backwards, QStringList({u"1"_qs, u"3"_qs, u"2"_qs, u"4"_qs}));
+}
+
+TEST_F(RecordsetTest, ADynasetOpensASecondRecordsetWithFilterAndSort) {
+    for (const QString& subject : {u"b"_qs, u"a"_qs, u"c"_qs}) {
+        addNote(subject);
+    }
+    const auto rows = open(RecordsetType::Dynaset, u"qryNotes"_qs);
+    rows->setFilter(u"[Subject]<>\"a\""_qs);
+    rows->setSort(u"[Subject] DESC"_qs);
+    EXPECT_EQ(column(*rows->OpenRecordset(), u"Subject"), QStringList({u"c"_qs, u"b"_qs}));
+    rows->setFilter(u"[Subject]="_qs);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(rows->OpenRecordset()); }), kErrorBadCondition);
+}
+
+TEST_F(RecordsetTest, ADynasetPassesOverRowsThatOthersDeleted) {
+    for (const QString& subject : {u"a"_qs, u"b"_qs, u"c"_qs}) {
+        addNote(subject);
+    }
+    const auto rows = open(RecordsetType::Dynaset);
+    rows->MoveLast();
+    const Bookmark last = rows->Bookmark();
+    another()->DeleteRows(u"tblNotes"_qs, u"RecordID"_qs, 2);
+    rows->MoveFirst();
+    EXPECT_EQ(column(*rows, u"Subject"), QStringList({u"a"_qs, u"c"_qs}));
+    EXPECT_EQ(rows->RecordCount(), 2);
+    rows->setBookmark(last);
+    EXPECT_EQ(rows->AbsolutePosition(), 1);
+    rows->setAbsolutePosition(0);
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"a");
+    EXPECT_EQ(errorOf([&] { rows->setAbsolutePosition(2); }), kErrorNoCurrentRecord);
+}
+
+TEST_F(RecordsetTest, ValuesComeBackIdentical) {
+    const QString texts[] = {u""_qs,
+                             u"it's \"quoted\""_qs,
+                             QString(u"a\0b"_qs),
+                             u"\U0001F600 שלום"_qs,
+                             QString(5'000'000, u'x'),
+                             u"123"_qs,
+                             u"1e5"_qs};
+    for (const QString& text : texts) {
+        const qint64 id = addNote(ValueList{{u"Subject"_qs, text.left(200)},
+                                            {u"PlainNote"_qs, text},
+                                            {u"AutomaticallyShow"_qs, true},
+                                            {u"Date"_qs, clock.now()}});
+        const auto rows =
+            open(RecordsetType::Dynaset, u"SELECT * FROM qryNotes WHERE RecordID=%1"_qs.arg(id));
+        EXPECT_EQ(rows->value(u"PlainNote"), QVariant(text));
+        EXPECT_EQ(rows->value(u"Subject"), QVariant(text.left(200)));
+        EXPECT_EQ(rows->value(u"AutomaticallyShow"), QVariant(true));
+        EXPECT_EQ(rows->value(u"Date").toDateTime(), clock.now());
+        EXPECT_TRUE(rows->value(u"RTFNote").isNull());
+    }
+}
+
+TEST_F(RecordsetTest, AStreamGoesOnWhenItHasToLetGoInBetween) {
+    for (const QString& subject : {u"a"_qs, u"b"_qs, u"c"_qs}) {
+        addNote(subject);
+    }
+    for (const QString& source : {u"qryNotes"_qs, u"tblQueries"_qs,
+                                  u"SELECT * FROM qryNotes "
+                                  "ORDER BY Subject DESC"_qs}) {
+        const auto whole = open(RecordsetType::ForwardOnly, source);
+        const QStringList expected = column(*whole, whole->FieldName(0));
+        const auto rows = open(RecordsetType::ForwardOnly, source);
+        QStringList values;
+        for (; !rows->AtEof(); rows->MoveNext()) {
+            addNote(u"a write takes the connection"_qs);
+            values += rows->value(0).toString();
+        }
+        EXPECT_EQ(values, expected) << source.toStdString();
+        database->OpenRecordset(u"tblNotes"_qs)->Close();
+        for (qint64 id = 4; id < 60; ++id) {
+            database->DeleteRows(u"tblNotes"_qs, u"RecordID"_qs, id);
+        }
+    }
+}
+
+} // namespace
+
+} // namespace yrw::dao

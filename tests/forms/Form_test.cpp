@@ -1,0 +1,263 @@
+#include "platform/forms/Form.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTest>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+using namespace yrw;
+
+namespace {
+
+/// A form that writes down what happens to it.
+class DiaryForm final : public Form {
+public:
+    explicit DiaryForm(const QString& name = QStringLiteral("frmDiary"), QWidget* owner = nullptr)
+        : Form(name, owner), field(new QLineEdit(this)), button(new QPushButton("&Go", this)) {
+        auto* const layout = new QVBoxLayout(this);
+        layout->addWidget(field);
+        layout->addWidget(button);
+        button->setAutoDefault(false);
+    }
+
+    QStringList diary;
+    QLineEdit* field;
+    QPushButton* button;
+    int consumedKey = 0;
+    bool refuse = false;
+    bool unloadInLoad = false;
+    QStringList* otherDiary = nullptr;
+
+protected:
+    void Form_Load() override {
+        note("load");
+        if (unloadInLoad) {
+            unload();
+        }
+    }
+    void Form_Activate() override { note("activate"); }
+    void Form_Resize() override { note("resize"); }
+    void Form_KeyDown(FormKey& key) override {
+        note("down " + QString::number(key.key));
+        key.consumed = key.key == consumedKey;
+        if (key.is(Qt::Key_Escape)) {
+            unload();
+        }
+    }
+    void Form_KeyUp(FormKey& key) override { note("up " + QString::number(key.key)); }
+    void Form_QueryUnload(bool& cancel) override {
+        note("query");
+        cancel = refuse;
+    }
+    void Form_Unload() override { note("unload"); }
+
+private:
+    void note(const QString& what) {
+        diary.append(what);
+        if (otherDiary != nullptr) {
+            otherDiary->append(objectName() + ' ' + what);
+        }
+    }
+};
+
+template <class Condition>
+bool waitFor(Condition condition) {
+    return QTest::qWaitFor(condition, 5000);
+}
+
+DiaryForm* shownForm(QWidget* owner = nullptr) {
+    auto* const form = new DiaryForm("frmDiary", owner);
+    form->showModeless(owner, true);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+    return form;
+}
+
+TEST(FormTest, lifeCycleRunsOnceInOrder) {
+    QPointer<DiaryForm> form = shownForm();
+    EXPECT_EQ(form->diary, QStringList({"load", "resize", "activate"}));
+    EXPECT_EQ(Form::openForms(), QList<Form*>({form}));
+    form->diary.clear();
+    QStringList end;
+    form->otherDiary = &end;
+    EXPECT_TRUE(form->close());
+    EXPECT_EQ(end, QStringList({"frmDiary query", "frmDiary unload"}));
+    EXPECT_TRUE(Form::openForms().isEmpty());
+    ASSERT_FALSE(form.isNull());
+    EXPECT_TRUE(form->unload());
+    form->show();
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_EQ(end.size(), 2);
+    EXPECT_TRUE(waitFor([&] { return form.isNull(); }));
+}
+
+TEST(FormTest, refusedUnloadKeepsTheForm) {
+    QPointer<DiaryForm> form = shownForm();
+    form->refuse = true;
+    EXPECT_FALSE(form->close());
+    EXPECT_FALSE(form->unload());
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_EQ(Form::openForms().size(), 1);
+    form->refuse = false;
+    EXPECT_TRUE(form->unload());
+    EXPECT_EQ(form->diary.count("unload"), 1);
+}
+
+TEST(FormTest, formUnloadedWhileLoadingIsNeverShown) {
+    DiaryForm form;
+    form.unloadInLoad = true;
+    form.showModal(nullptr);
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(form.diary, QStringList({"load", "query", "unload"}));
+}
+
+TEST(FormTest, modalFormReturnsToItsCallerWhenUnloaded) {
+    QMainWindow owner;
+    owner.show();
+    DiaryForm form;
+    bool modal = false;
+    QTimer::singleShot(0, &form, [&] {
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+        modal = Form::isModalOpen();
+        QTest::keyClick(form.field, Qt::Key_Escape);
+    });
+    form.showModal(&owner);
+    EXPECT_TRUE(modal);
+    EXPECT_FALSE(Form::isModalOpen());
+    EXPECT_TRUE(form.isUnloaded());
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(form.parentWidget(), &owner);
+}
+
+TEST(FormTest, showingWithoutActivationLeavesTheFocus) {
+    QMainWindow owner;
+    auto* const edit = new QLineEdit;
+    owner.setCentralWidget(edit);
+    owner.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&owner));
+    edit->setFocus();
+    auto* const form = new DiaryForm;
+    form->showModeless(&owner, false);
+    EXPECT_TRUE(waitFor([&] { return form->isVisible(); }));
+    EXPECT_TRUE(form->testAttribute(Qt::WA_ShowWithoutActivating));
+    form->unload();
+}
+
+TEST(FormTest, keysReachTheFormOnceBeforeItsControls) {
+    DiaryForm* const form = shownForm();
+    form->field->setFocus();
+    struct {
+        Qt::Key key;
+        QWidget* target;
+    } const cases[] = {
+        {Qt::Key_X, form->field}, {Qt::Key_F1, form->field},  {Qt::Key_Tab, form->field},
+        {Qt::Key_F7, form},       {Qt::Key_F8, form->button},
+    };
+    for (const auto& [key, target] : cases) {
+        form->diary.clear();
+        QTest::keyClick(target, key);
+        EXPECT_EQ(form->diary,
+                  QStringList({"down " + QString::number(key), "up " + QString::number(key)}));
+    }
+    EXPECT_EQ(form->field->text(), "x");
+    form->unload();
+}
+
+TEST(FormTest, repeatedKeyIsSeenForEachRepetition) {
+    DiaryForm* const form = shownForm();
+    for (int i = 0; i < 3; ++i) {
+        QTest::keyPress(form->field, Qt::Key_A);
+    }
+    EXPECT_EQ(form->diary.count("down 65"), 3);
+    EXPECT_EQ(form->field->text(), "aaa");
+    form->unload();
+}
+
+TEST(FormTest, consumedKeyReachesNoControlShortcutOrAccessKey) {
+    DiaryForm* const form = shownForm();
+    form->field->setFocus();
+    int shortcuts = 0;
+    int clicks = 0;
+    auto* const shortcut = new QShortcut(QKeySequence("Ctrl+K"), form);
+    QObject::connect(shortcut, &QShortcut::activated, form, [&] { ++shortcuts; });
+    QObject::connect(form->button, &QPushButton::clicked, form, [&] { ++clicks; });
+    QTest::keyClick(form->field, Qt::Key_K, Qt::ControlModifier);
+    QTest::keyClick(form->field, Qt::Key_G, Qt::AltModifier);
+    EXPECT_EQ(shortcuts, 1);
+    EXPECT_TRUE(waitFor([&] { return clicks == 1; }));
+    form->consumedKey = Qt::Key_K;
+    QTest::keyClick(form->field, Qt::Key_K, Qt::ControlModifier);
+    QTest::keyClick(form->field, Qt::Key_K);
+    form->consumedKey = Qt::Key_G;
+    QTest::keyClick(form->field, Qt::Key_G, Qt::AltModifier);
+    EXPECT_EQ(shortcuts, 1);
+    EXPECT_FALSE(form->button->isDown());
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(form->field->text(), "");
+    form->unload();
+}
+
+TEST(FormTest, otherWindowsKeysAreNotSeen) {
+    DiaryForm* const form = shownForm();
+    QLineEdit other;
+    other.show();
+    form->diary.clear();
+    QTest::keyClick(&other, Qt::Key_X);
+    EXPECT_FALSE(form->diary.contains("down 88"));
+    form->unload();
+}
+
+TEST(FormTest, closingTheOwnerUnloadsItsFormsOrIsRefused) {
+    auto* const owner = shownForm();
+    auto* const owned = new DiaryForm("frmOwned");
+    owned->showModeless(owner, false);
+    QStringList order;
+    owner->otherDiary = &order;
+    owned->otherDiary = &order;
+    owned->refuse = true;
+    EXPECT_FALSE(owner->unload());
+    EXPECT_EQ(order, QStringList({"frmOwned query"}));
+    owned->refuse = false;
+    order.clear();
+    EXPECT_TRUE(owner->unload());
+    EXPECT_EQ(order.filter("unload"), QStringList({"frmOwned unload", "frmDiary unload"}));
+}
+
+TEST(FormTest, closingAnOwnerThatIsNoFormAsksToo) {
+    QMainWindow owner;
+    owner.show();
+    DiaryForm* const form = shownForm(&owner);
+    form->refuse = true;
+    EXPECT_FALSE(owner.close());
+    EXPECT_TRUE(owner.isVisible());
+    form->refuse = false;
+    EXPECT_TRUE(owner.close());
+    EXPECT_EQ(form->diary.last(), "unload");
+}
+
+TEST(FormTest, destroyedOwnerUnloadsTheForm) {
+    auto owner = std::make_unique<QMainWindow>();
+    QStringList end;
+    QPointer<DiaryForm> form = shownForm(owner.get());
+    form->otherDiary = &end;
+    owner.reset();
+    EXPECT_EQ(end, QStringList({"frmDiary unload"}));
+    EXPECT_TRUE(waitFor([&] { return form.isNull(); }));
+}
+
+TEST(FormTest, windowStateKeepsItsNumbers) {
+    DiaryForm* const form = shownForm();
+    for (const auto state :
+         {WindowStateCode::Maximised, WindowStateCode::Minimised, WindowStateCode::Normal}) {
+        form->setWindowStateCode(state);
+        EXPECT_EQ(form->windowStateCode(), state);
+    }
+    form->unload();
+}
+
+} // namespace

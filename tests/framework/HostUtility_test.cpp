@@ -1,0 +1,114 @@
+#include "framework/ErrorGuards.h"
+#include "framework/Settings.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace yrw {
+namespace {
+
+/// A door that remembers the last report and answers file dialogs.
+class RecordingPrompt final : public Prompt {
+public:
+    void message(const QString&, const QString&, PromptIcon) override {}
+    PromptAnswer question(const QString&, const QString&, PromptButtons, PromptIcon,
+                          PromptAnswer defaultAnswer) override {
+        return defaultAnswer;
+    }
+    void errorReport(const ErrorReport& report) override { lastReport = report; }
+    QStringList openFiles(const FileRequest& request) override {
+        lastRequest = request;
+        return files;
+    }
+    QString saveFile(const FileRequest&) override { return {}; }
+    std::optional<FontChoice> chooseFont(const FontChoice&) override { return {}; }
+    std::optional<int> chooseColour(int) override { return {}; }
+    bool print(const QString&, const std::function<void(QPrinter&)>&) override { return false; }
+    void setMousePointer(MousePointer) override {}
+    void setParentWindow(QWidget*) override {}
+
+    ErrorReport lastReport;
+    FileRequest lastRequest;
+    QStringList files;
+};
+
+TEST(HostUtilityTest, TurnsTextIntoBooleans) {
+    const struct {
+        const char* text;
+        bool whenTrue, whenFalse; // results for either default
+    } cases[] = {
+        {"True", true, true},    {" yes ", true, true}, {"ON", true, true},
+        {"1", true, true},       {"-1", true, true},    {"2.5", true, true},
+        {"False", false, false}, {"no", false, false},  {"0", false, false},
+        {"0.0", false, false},   {"", true, false},     {"maybe", true, false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(HostUtility::TextToBoolean(QString::fromLatin1(c.text), true), c.whenTrue)
+            << c.text;
+        EXPECT_EQ(HostUtility::TextToBoolean(QString::fromLatin1(c.text), false), c.whenFalse)
+            << c.text;
+    }
+}
+
+TEST(HostUtilityTest, ReadsNullsAndKeys) {
+    EXPECT_EQ(HostUtility::NullToText(QVariant()), QString());
+    EXPECT_EQ(HostUtility::NullToText(17), QStringLiteral("17"));
+    EXPECT_FALSE(HostUtility::NullToBoolean(QVariant()));
+    EXPECT_TRUE(HostUtility::NullToBoolean(-1));
+    EXPECT_FALSE(HostUtility::NullToBoolean(QStringLiteral("False")));
+    const QString prefix = QStringLiteral("xn");
+    EXPECT_EQ(HostUtility::RemoveKeyPrefix(QStringLiteral("xn17"), prefix), 17);
+    EXPECT_EQ(HostUtility::RemoveKeyPrefix(QStringLiteral("xnx"), prefix), 0);
+    EXPECT_EQ(HostUtility::RemoveKeyPrefix(QStringLiteral("17"), prefix), 0);
+}
+
+TEST(HostUtilityTest, OpenFileGivesTheFirstPathAndPassesTheFlag) {
+    RecordingPrompt prompt;
+    const HostUtility utility(prompt);
+    EXPECT_EQ(utility.OpenFile({}, {}, {}, 0), QString());
+    prompt.files = {QStringLiteral("/a"), QStringLiteral("/b")};
+    EXPECT_EQ(utility.OpenFile({}, {}, {}, kOpenFileAllowSeveral | 4), QStringLiteral("/a"));
+    EXPECT_TRUE(prompt.lastRequest.several);
+}
+
+TEST(ErrorGuardsTest, ReportCarriesTheFixedWordsAndTheReason) {
+    RecordingPrompt prompt;
+    const HostUtility utility(prompt);
+    const QString source = QStringLiteral("YRWNOTES.AddIn.ShowNotes");
+    EXPECT_FALSE(reportErrors(utility, source, QStringLiteral("M"), QStringLiteral("T"),
+                              [] { throw std::runtime_error("reason"); }));
+    EXPECT_EQ(prompt.lastReport.source, source);
+    EXPECT_EQ(prompt.lastReport.message, QStringLiteral("M"));
+    EXPECT_EQ(prompt.lastReport.title, QStringLiteral("T"));
+    EXPECT_EQ(prompt.lastReport.description, QStringLiteral("reason"));
+    EXPECT_TRUE(reportErrors(utility, source, {}, {}, [] {}));
+    EXPECT_FALSE(ignoreErrors([] { throw 1; }));
+}
+
+TEST(NotesSettingsTest, AnswersDefaultsAndOutsideNonsense) {
+    const QTemporaryDir folder;
+    SettingsStore store(folder.path());
+    NotesSettings settings(store);
+    const QString key = QStringLiteral("CheckForReminders");
+    EXPECT_TRUE(settings.boolean(key));
+    EXPECT_FALSE(settings.boolean(QStringLiteral("ShowUserNotes")));
+    EXPECT_EQ(settings.text(QStringLiteral("DefaultFontName")), QStringLiteral("Comic Sans MS"));
+    EXPECT_EQ(settings.text(QStringLiteral("Height"), QStringLiteral("6000")),
+              QStringLiteral("6000"));
+
+    settings.setBoolean(key, false);
+    EXPECT_FALSE(settings.boolean(key));
+    EXPECT_EQ(store.get(QStringLiteral("Yarrowen"), QStringLiteral("YRWNotes Settings"), key, {}),
+              QStringLiteral("False"));
+    settings.setText(key, QStringLiteral("perhaps"));
+    EXPECT_TRUE(settings.boolean(key));
+    settings.setBoolean(key, false);
+    settings.remove(key);
+    EXPECT_TRUE(settings.boolean(key));
+}
+
+} // namespace
+} // namespace yrw

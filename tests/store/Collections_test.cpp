@@ -1,0 +1,245 @@
+#include "tests/support/NotesFixture.h"
+
+#include <functional>
+
+namespace yrw::test {
+namespace {
+
+const QString kSubject = QStringLiteral("Subject");
+const QString kStatus = QStringLiteral("Status");
+const QString kRecordID = QStringLiteral("RecordID");
+
+using CollectionsTest = NotesFixture;
+
+/// The error that an action raises; a test failure when it raises none.
+AutomationError errorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const AutomationError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "no error was raised";
+    return {0, {}, {}};
+}
+
+QStringList subjects(Notes& notes, int options = 0) {
+    RecordsetRequest request;
+    request.CustomOptions = options;
+    request.Sort = QStringLiteral("[RecordID]");
+    const Ref<dao::Recordset> rows = notes.Recordset(request);
+    QStringList found;
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        found += rows->value(kSubject).toString();
+    }
+    return found;
+}
+
+TEST_F(CollectionsTest, TheThreePairsDifferByTheirTable) {
+    Application& application = store.application();
+    const struct {
+        Ref<ICollection> collection;
+        const char *table, *query, *key, *name, *className, *common, *display;
+    } cases[] = {
+        {application.Notes(), "tblNotes", "xn", "xn", "Notes", "Notes", "NoteID", "Subject"},
+        {application.Reminders(), "tblReminders", "xr", "xr", "Reminders", "Reminders",
+         "ReminderID", "RecordID"},
+        {application.SystemSettings(), "tblSystem", "qrySystem", "zz", "System Setting",
+         "SystemSettings", "", "RecordID"},
+    };
+    for (const auto& c : cases) {
+        ICollection& collection = *c.collection;
+        EXPECT_EQ(collection.TableName(), QLatin1String(c.table));
+        EXPECT_EQ(collection.QueryName(), QLatin1String(c.query));
+        EXPECT_EQ(collection.ObjectKey(), QLatin1String(c.key));
+        EXPECT_EQ(collection.CollectionName(), QLatin1String(c.name));
+        EXPECT_EQ(collection.ClassName(), QLatin1String(c.className));
+        EXPECT_EQ(collection.CommonFieldName(), QLatin1String(c.common));
+        EXPECT_EQ(collection.ShortDisplayFieldName(), QLatin1String(c.display));
+        EXPECT_EQ(collection.KeyField(), kRecordID);
+        EXPECT_EQ(errorOf([&] { (void)collection.Count(); }).number(), kErrorObjectRequired);
+        collection.setShowFields(QStringList{kSubject});
+        EXPECT_FALSE(collection.ShowFields().isValid());
+        EXPECT_EQ(collection.Application(), Ref<IApplication>(&application));
+        EXPECT_EQ(collection.Parent(), Ref<Counted>(&application));
+    }
+}
+
+TEST_F(CollectionsTest, ErrorsCarryTheirSources) {
+    store.addNote(QStringLiteral("a"));
+    qint64 id = 0;
+    const Ref<ICollection> reminders = store.application().Reminders();
+    reminders->Add({{QStringLiteral("NoteID"), 1}}, nullptr, id, false);
+    const struct {
+        Ref<ICollection> collection;
+        const char *itemSource, *fieldSource;
+    } cases[] = {
+        {store.application().Notes(), "YRWNOTES.Notes.ICollection_Item",
+         "YRWNOTES.Note.IRecord_Field"},
+        {reminders, "YRWNotes.Reminders.ICollection_Item", "YRWNOTES.Reminder.IRecord_Field"},
+        {store.application().SystemSettings(), "YRWNOTES.SystemSettings.ICollection_Item",
+         "YRWSETKIT.SystemSetting.IRecord_Field"},
+    };
+    for (const auto& c : cases) {
+        const Ref<IRecord> record = c.collection->Item(QVariant(1));
+        const AutomationError field =
+            errorOf([&] { (void)record->Field(QStringLiteral("Nonsense")); });
+        EXPECT_EQ(field.number(), kErrorFieldNotFound);
+        EXPECT_EQ(field.source(), QLatin1String(c.fieldSource));
+        EXPECT_EQ(field.description(), QStringLiteral("Field Nonsense does not exist."));
+
+        c.collection->Delete(QVariant(1)); // of the settings there is then none at all
+        const AutomationError item = errorOf([&] { (void)c.collection->Item(QVariant(77)); });
+        EXPECT_EQ(item.number(), kErrorRecordNotFound);
+        EXPECT_EQ(item.source(), QLatin1String(c.itemSource));
+        EXPECT_EQ(item.description(), QStringLiteral("Record : 77 was not found"));
+    }
+}
+
+TEST_F(CollectionsTest, ItemOfARecordsetMovesItOnAndNeverClosesIt) {
+    store.addNote(QStringLiteral("a"));
+    store.addNote(QStringLiteral("b"));
+    const Ref<Notes> notes = store.application().Notes();
+    const Ref<dao::Recordset> rows = notes->Recordset({});
+    const Ref<IRecord> first = notes->Item(rows);
+    EXPECT_EQ(first->value(kSubject), QStringLiteral("a"));
+    EXPECT_EQ(rows->value(kSubject), QStringLiteral("b"));
+    rows->setBookmark(first->Bookmark());
+    EXPECT_EQ(rows->value(kSubject), QStringLiteral("a"));
+    rows->MoveNext();
+    (void)notes->Item(rows);
+    EXPECT_EQ(errorOf([&] { (void)notes->Item(rows); }).number(), kErrorRecordNotFound);
+    EXPECT_TRUE(rows->isOpen());
+    rows->Close();
+    EXPECT_EQ(first->value(kSubject), QStringLiteral("a")) << "a record outlives its recordset";
+}
+
+TEST_F(CollectionsTest, AddGivesTheRecordAsTheCallerAsks) {
+    const Ref<Notes> notes = store.application().Notes();
+    qint64 id = 0;
+    const Ref<IRecord> detached = notes->Add({{kSubject, QStringLiteral("a")}}, nullptr, id, false);
+    EXPECT_EQ(detached->value(QStringLiteral("NoteID")).toLongLong(), id);
+    EXPECT_EQ(detached->value(QStringLiteral("UseName")), QStringLiteral("Anna Ash"));
+    EXPECT_EQ(detached->value(QStringLiteral("RecordUserID")), 1);
+    EXPECT_EQ(detached->value(kStatus), 1);
+    EXPECT_EQ(detached->Recordset(), nullptr);
+
+    const Ref<dao::Recordset> rows = notes->Recordset({});
+    qint64 second = 0;
+    const Ref<IRecord> empty = notes->Add({{kSubject, QStringLiteral("b")}}, rows, second, false);
+    EXPECT_EQ(empty->Fields(), nullptr);
+    EXPECT_EQ(rows->value(kSubject), QStringLiteral("b"));
+    const Ref<IRecord> read = notes->Add({{kSubject, QStringLiteral("c")}}, rows, second, true);
+    EXPECT_EQ(read->value(kRecordID).toLongLong(), second);
+    EXPECT_EQ(rows->value(kSubject), QStringLiteral("c"));
+    EXPECT_EQ(read->Recordset(), rows);
+
+    const AutomationError error = errorOf([&] {
+        notes->Add({{QStringLiteral("Nonsense"), 1}}, nullptr, id, false);
+    });
+    EXPECT_EQ(error.number(), kErrorNotInCollection);
+    EXPECT_EQ(notes->NewEnum().size(), 3U);
+}
+
+TEST_F(CollectionsTest, DeletedKeysAreNotGivenAgain) {
+    const Ref<Notes> notes = store.application().Notes();
+    const qint64 first = store.addNote(QStringLiteral("a"))->value(kRecordID).toLongLong();
+    EXPECT_TRUE(notes->Delete(first));
+    EXPECT_GT(store.addNote(QStringLiteral("b"))->value(kRecordID).toLongLong(), first);
+
+    const Ref<dao::Recordset> rows = notes->Recordset({});
+    const dao::Bookmark place = rows->Bookmark();
+    rows->MoveLast();
+    EXPECT_TRUE(notes->Delete(QVariant(), rows, place));
+    EXPECT_TRUE(notes->NewEnum().empty());
+}
+
+TEST_F(CollectionsTest, NotesAreThoseOfTheParent) {
+    const Ref<IRecord> customer = store.hostRecord(QStringLiteral("cu"), 1);
+    store.addNote(QStringLiteral("customer"), customer);
+    store.addNote(QStringLiteral("order"), store.hostRecord(QStringLiteral("or"), 1));
+    store.addNote(QStringLiteral("system"));
+    store.actAs(2);
+    store.addNote(QStringLiteral("by Ben"), customer)->setDone(true);
+
+    const struct {
+        int options;
+        QStringList expected;
+    } cases[] = {
+        {0, {QStringLiteral("customer"), QStringLiteral("by Ben")}},
+        {kNotesActive, {QStringLiteral("customer")}},
+        {kNotesDone, {QStringLiteral("by Ben")}},
+        {kNotesActive | kNotesDone, {QStringLiteral("customer")}},
+        {kNotesMine, {QStringLiteral("by Ben")}},
+        {kNotesMine | kNotesActive, {}},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(subjects(*store.notesOf(customer), c.options), c.expected) << c.options;
+    }
+    EXPECT_EQ(subjects(*store.application().Notes()), QStringList(QStringLiteral("system")));
+}
+
+TEST_F(CollectionsTest, NotesOnNoRecordOfNoHostCountAsTheServingHosts) {
+    const Ref<Notes> notes = store.application().Notes();
+    const QString owner = QStringLiteral("OwnerComponentProgID");
+    qint64 id = 0;
+    notes->Add({{kSubject, QStringLiteral("empty")}, {owner, QStringLiteral("")}}, nullptr, id,
+               false);
+    notes->Add({{kSubject, QStringLiteral("null")}}, nullptr, id, false);
+    notes->Add({{kSubject, QStringLiteral("own")}, {owner, kFakeHostProgID}}, nullptr, id, false);
+    notes->Add({{kSubject, QStringLiteral("other")}, {owner, QStringLiteral("Other.Application")}},
+               nullptr, id, false);
+    EXPECT_EQ(subjects(*notes), (QStringList{QStringLiteral("empty"), QStringLiteral("null"),
+                                             QStringLiteral("own")}));
+    EXPECT_EQ(subjects(*notes, kNotesActive).size(), 3) << "the status must not be or-ed away";
+}
+
+TEST_F(CollectionsTest, KeysSortsAndFilters) {
+    const Ref<IRecord> customer = store.hostRecord(QStringLiteral("cu"), 1);
+    for (const char* subject : {"b", "a", "c"}) {
+        store.addNote(QLatin1String(subject), customer);
+    }
+    const Ref<Notes> notes = store.notesOf(customer);
+    RecordsetRequest request;
+    request.Sort = QStringLiteral("[Subject] DESC");
+    request.Filter = QStringLiteral("[Subject]=\"a\" OR [Subject]=\"c\"");
+    request.CustomOptions = kNotesDone;
+    EXPECT_TRUE(notes->Recordset(request)->AtEof()) << "a filter with OR stays one condition";
+    request.CustomOptions = kNotesActive;
+    EXPECT_EQ(notes->Recordset(request)->value(kSubject), QStringLiteral("c"));
+    request = {};
+    request.RecordData = QVariantList{1, 3};
+    EXPECT_EQ(notes->Recordset(request)->RecordCount(), 2);
+    request.RecordData = QStringLiteral("1\" OR [Status]=\"1");
+    EXPECT_THROW((void)notes->Recordset(request), AutomationError);
+}
+
+TEST_F(CollectionsTest, AnySystemSettingIsTheFirst) {
+    const Ref<ICollection> settings = store.application().SystemSettings();
+    const Ref<IRecord> first = settings->Item(QVariant(99));
+    EXPECT_EQ(first->value(kRecordID), 1);
+    EXPECT_EQ(first->ShortDisplayValue()->Value(), 1);
+    first->Field(QStringLiteral("FileOpenFilter"))->setValue(QStringLiteral("All|*.*|"));
+    EXPECT_EQ(settings->Item(QVariant(0))->value(QStringLiteral("FileOpenFilter")),
+              QStringLiteral("All|*.*|"));
+}
+
+TEST_F(CollectionsTest, ANoteCountsAndDeletesItsReminders) {
+    const Ref<Note> note = store.addNote(QStringLiteral("a"));
+    const Ref<Note> other = store.addNote(QStringLiteral("b"));
+    EXPECT_EQ(note->NumberOfReminders(), 0);
+    const QDateTime due = store.manualClock().now().addSecs(3600);
+    const qint64 first = addReminder(store.application(), store.manualClock(), *note, due, 1);
+    addReminder(store.application(), store.manualClock(), *note, due, 2);
+    addReminder(store.application(), store.manualClock(), *other, due, 1);
+    EXPECT_EQ(note->NumberOfReminders(), 2);
+    EXPECT_EQ(note->Reminders()->NewEnum().size(), 2U);
+    EXPECT_EQ(note->Reminder(first)->value(QStringLiteral("NextDate")), due);
+    EXPECT_EQ(note->Reminder(first)->value(kSubject), QStringLiteral("a"));
+    EXPECT_EQ(store.application().Reminders()->NewEnum().size(), 3U);
+    EXPECT_EQ(note->DeleteReminders(), 2);
+    EXPECT_EQ(note->DeleteReminders(), 0);
+    EXPECT_EQ(other->NumberOfReminders(), 1);
+}
+
+} // namespace
+} // namespace yrw::test

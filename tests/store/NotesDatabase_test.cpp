@@ -1,0 +1,127 @@
+#include "tests/support/NotesFixture.h"
+
+namespace yrw::test {
+namespace {
+
+void write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+/// The number of the error that opening raises; 0 for none. Its words must name the file.
+int openingError(const QString& path) {
+    ManualClock clock(QDateTime(QDate(2026, 3, 10), QTime(9, 0)));
+    FileSystem files;
+    HostDataHelper helper;
+    const Ref<dao::Workspace> workspace = dao::createWorkspace({clock, files});
+    try {
+        openNotesDatabase(helper, workspace, path);
+        return 0;
+    } catch (const AutomationError& error) {
+        EXPECT_TRUE(error.description().contains(QFileInfo(path).fileName()))
+            << qPrintable(error.description());
+        EXPECT_FALSE(error.description().contains(u'\n'));
+        EXPECT_FALSE(helper.hasDatabase());
+        return error.number();
+    }
+}
+
+class NotesDatabaseTest : public NotesFixture {
+protected:
+    void SetUp() override { store.closeDatabase(); }
+
+    /// Changes the closed notes database with a script.
+    void change(const QString& script, int schemaVersion = schema::kVersion) {
+        const Ref<dao::Workspace> workspace = dao::createWorkspace(store.engine());
+        const Ref<dao::Database> database = workspace->OpenDatabase(store.notesPath());
+        if (!script.isEmpty()) {
+            database->RunScript(script);
+        }
+        database->setSchemaVersion(schemaVersion);
+        workspace->Close();
+    }
+};
+
+TEST_F(NotesDatabaseTest, RefusesWhatIsNone) {
+    const QString folder = store.folder();
+    write(folder + QStringLiteral("/zero.mdb"), {});
+    write(folder + QStringLiteral("/random.mdb"), QByteArray(5000, '\x7f'));
+    EXPECT_EQ(openingError(folder + QStringLiteral("/missing.mdb")), kErrorCannotOpenDatabase);
+    EXPECT_EQ(openingError(folder + QStringLiteral("/zero.mdb")), kErrorNotADatabase);
+    EXPECT_EQ(openingError(folder + QStringLiteral("/random.mdb")), kErrorNotADatabase);
+    EXPECT_EQ(openingError(folder + QStringLiteral("/Host.mdb")), kErrorNotADatabase);
+    EXPECT_EQ(openingError(store.notesPath()), 0);
+}
+
+TEST_F(NotesDatabaseTest, RefusesANewerSchema) {
+    change({}, schema::kVersion + 1);
+    EXPECT_EQ(openingError(store.notesPath()), kErrorNewerSchema);
+}
+
+TEST_F(NotesDatabaseTest, UpgradesAnOlderOneAfterACopyBesideIt) {
+    store.openNotes();
+    store.addNote(QStringLiteral("kept"));
+    store.closeDatabase();
+    change(QStringLiteral("DROP VIEW qryNotes; DROP TABLE tblUserNames;"
+                          "ALTER TABLE tblNotes DROP COLUMN ChangeUserCode;"
+                          "ALTER TABLE tblLinkedColumnDefs DROP COLUMN Columns;"
+                          "CREATE VIEW qryNotes AS SELECT *, RecordID AS NoteID FROM tblNotes"),
+           0);
+    store.openNotes();
+    EXPECT_EQ(store.database()->SchemaVersion(), schema::kVersion);
+    EXPECT_TRUE(
+        store.database()->hasField(schema::kTblLinkedColumnDefs, QStringLiteral("Columns")));
+    const Ref<IRecord> note = store.application().Notes()->Item(QVariant(1));
+    EXPECT_EQ(note->value(QStringLiteral("Subject")), QStringLiteral("kept"));
+    EXPECT_EQ(note->value(QStringLiteral("UseName")), QStringLiteral("Anna Ash"));
+    EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral(".schema0")));
+}
+
+TEST_F(NotesDatabaseTest, AFreshOneIsNotMixedWithLeftOvers) {
+    store.openNotes();
+    store.addNote(QStringLiteral("old"));
+    store.closeDatabase();
+    QFile::remove(store.notesPath());
+    for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+        write(store.notesPath() + QLatin1String(suffix), "left over");
+    }
+    createNotesDatabase(store.files(), shippedTemplateFolder(), store.folder());
+    store.openNotes();
+    EXPECT_TRUE(store.application().Notes()->NewEnum().empty());
+    EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral("-wal.old")));
+    EXPECT_TRUE(QFile::exists(store.folder() + QStringLiteral("/Support/Notes/Menus.tb")));
+}
+
+TEST_F(NotesDatabaseTest, AMissingTemplateIsNamedAndTouchesNothing) {
+    const QString nowhere = store.folder() + QStringLiteral("/nowhere");
+    write(store.notesPath() + QStringLiteral("-journal"), "mine");
+    try {
+        createNotesDatabase(store.files(), nowhere, store.folder());
+        FAIL() << "no error was raised";
+    } catch (const AutomationError& error) {
+        EXPECT_TRUE(error.description().contains(nowhere));
+    }
+    EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral("-journal")));
+}
+
+TEST_F(NotesDatabaseTest, UserNamesFollowTheHostAndOutliveTheUser) {
+    store.openNotes();
+    store.addNote(QStringLiteral("a"));
+    const qint64 before = store.database()->DataVersion();
+    refreshUserNames(*store.database(), userNamesOf(store.host().Users()));
+    EXPECT_EQ(store.database()->DataVersion(), before);
+    const auto nameNow = [&] {
+        return store.application().Notes()->Item(QVariant(1))->value(QStringLiteral("UseName"));
+    };
+    refreshUserNames(*store.database(),
+                     {{1, QStringLiteral("ANNA"), QStringLiteral("Anna Aspen")}});
+    EXPECT_EQ(nameNow(), QStringLiteral("Anna Aspen"));
+    refreshUserNames(*store.database(), {});
+    EXPECT_EQ(nameNow(), QStringLiteral("Anna Aspen"));
+    store.database()->DeleteRows(schema::kTblUserNames, QStringLiteral("UserID"), 1);
+    EXPECT_EQ(nameNow(), QStringLiteral("ANNA")) << "an unknown author shows by code";
+}
+
+} // namespace
+} // namespace yrw::test

@@ -1,0 +1,101 @@
+#include "tests/support/NotesFixture.h"
+
+namespace yrw::test {
+namespace {
+
+const QString kRecordID = QStringLiteral("RecordID");
+
+using OperationsTest = NotesFixture;
+
+TEST_F(OperationsTest, CreatesANoteOfARecord) {
+    const Ref<IRecord> customer = store.hostRecord(QStringLiteral("cu"), 2);
+    NoteChoices choices;
+    choices.Subject = QStringLiteral("Call back");
+    choices.Date = store.manualClock().now();
+    choices.Kind = ReminderKind::Me;
+    choices.ReminderDate = choices.Date.addDays(1);
+    choices.AutomaticallyShow = true;
+    choices.Type = NoteType::Private;
+    const Ref<Note> note =
+        createNote(store.application(), store, ownerOf(customer, store), choices);
+    const struct {
+        const char* field;
+        QVariant value;
+    } expected[] = {
+        {"OwnerComponentProgID", kFakeHostProgID},
+        {"OwnerProgID", QStringLiteral("Test.Customers")},
+        {"OwnerObjectKey", QStringLiteral("cu")},
+        {"OwnerRecordID", 2},
+        {"RecordUserCode", QStringLiteral("ANNA")},
+        {"RecordUserID", 1},
+        {"Date", choices.Date},
+        {"ReminderType", 2},
+        {"ReminderDate", choices.ReminderDate},
+        {"AutomaticallyShow", true},
+        {"NoteType", 2},
+        {"Status", 1},
+    };
+    for (const auto& e : expected) {
+        EXPECT_EQ(note->value(QLatin1String(e.field)), e.value) << e.field;
+    }
+}
+
+TEST_F(OperationsTest, ANoteOnNoRecordNamesNoHost) {
+    const Ref<Note> note = store.addNote(QStringLiteral("system"));
+    const QVariant owner = note->value(QStringLiteral("OwnerComponentProgID"));
+    EXPECT_FALSE(owner.isNull());
+    EXPECT_TRUE(owner.toString().isEmpty());
+    EXPECT_TRUE(note->value(QStringLiteral("OwnerObjectKey")).isNull());
+    EXPECT_TRUE(note->value(QStringLiteral("ReminderDate")).isNull());
+}
+
+TEST_F(OperationsTest, RemindersFallDueForTheirUserAndHost) {
+    const Ref<Note> note = store.addNote(QStringLiteral("system"));
+    const QDateTime now = store.manualClock().now();
+    const qint64 id =
+        addReminder(store.application(), store.manualClock(), *note, now.addSecs(120), 2);
+    const auto due = [&](qint64 user, const QString& host) {
+        return store.dataHelper()
+            .OpenQuery(schema::kQryActiveReminders, {{QStringLiteral("ProgID"), host},
+                                                     {QStringLiteral("NumberOfMinutes"), 1},
+                                                     {QStringLiteral("UserID"), user}})
+            ->RecordCount();
+    };
+    EXPECT_EQ(note->Reminder(id)->value(QStringLiteral("OriginalDate")), now);
+    EXPECT_EQ(due(2, kFakeHostProgID), 0);
+    store.manualClock().advance(60);
+    EXPECT_EQ(due(2, kFakeHostProgID), 1);
+    EXPECT_EQ(due(1, kFakeHostProgID), 0);
+    store.manualClock().advance(86400 * 40LL);
+    EXPECT_EQ(due(2, kFakeHostProgID), 1) << "a missed one stays due";
+    note->setDone(true);
+    EXPECT_EQ(due(2, kFakeHostProgID), 0);
+}
+
+TEST_F(OperationsTest, CancellingRemindersMarksTheNoteAsHavingNone) {
+    NoteChoices choices;
+    choices.Kind = ReminderKind::Me;
+    const Ref<Note> note = createNote(store.application(), store, {}, choices);
+    addReminder(store.application(), store.manualClock(), *note, store.manualClock().now(), 1);
+    note->BeginMultipleFieldUpdate();
+    EXPECT_EQ(cancelReminders(store.application(), *note), 1);
+    note->CancelMultipleFieldUpdate();
+    const Ref<IRecord> read = store.application().Notes()->Item(note->value(kRecordID));
+    EXPECT_EQ(read->value(QStringLiteral("ReminderType")), 0);
+    EXPECT_TRUE(read->value(QStringLiteral("ChangeDate")).isNull());
+    EXPECT_EQ(cancelReminders(store.application(), *note), 0);
+}
+
+TEST_F(OperationsTest, DeletingANoteTakesItsRemindersAlong) {
+    const Ref<Note> note = store.addNote(QStringLiteral("a"));
+    const Ref<Note> other = store.addNote(QStringLiteral("b"));
+    const QDateTime now = store.manualClock().now();
+    addReminder(store.application(), store.manualClock(), *note, now, 1);
+    addReminder(store.application(), store.manualClock(), *other, now, 1);
+    deleteNote(store.application(), note->value(kRecordID).toLongLong());
+    EXPECT_EQ(store.application().Reminders()->NewEnum().size(), 1U);
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
+}
+
+} // namespace
+} // namespace yrw::test

@@ -1,0 +1,152 @@
+#pragma once
+
+// A notes database in a temporary folder, the store over it and a fake host: what tests of the
+// store and of all that stands on it begin with.
+
+#include "platform/files/FileSystem.h"
+#include "store/NotesDatabase.h"
+#include "store/Operations.h"
+#include "tests/support/FakeHost.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace yrw::test {
+
+/// The template folder of the source tree, found from the test program upwards.
+inline QString sourceTemplateFolder() {
+    const QString wanted = QStringLiteral("template/DB/YRWNOTES");
+    QDir folder(QCoreApplication::applicationDirPath());
+    while (!folder.exists(wanted + QStringLiteral("/Notes.sql")) && folder.cdUp()) {
+    }
+    return folder.filePath(wanted);
+}
+
+/// A template folder as it ships, made once per process: the database from its script, and the
+/// toolbar layout.
+inline QString shippedTemplateFolder() {
+    static const QTemporaryDir folder;
+    static const QString path = [] {
+        QFile script(sourceTemplateFolder() + QStringLiteral("/Notes.sql"));
+        if (!script.open(QIODevice::ReadOnly)) {
+            throw AutomationError(kErrorCannotOpenDatabase, QStringLiteral("test"),
+                                  script.fileName() + QStringLiteral(" is not there"));
+        }
+        FileSystem files;
+        const Ref<dao::Workspace> workspace = dao::createWorkspace({Clock::instance(), files});
+        workspace->CreateDatabase(folder.filePath(kNotesDatabaseName))
+            ->RunScript(QString::fromUtf8(script.readAll()));
+        workspace->Close();
+        const QString layout = QStringLiteral("support/Notes/Menus.tb");
+        QDir(folder.path()).mkpath(QStringLiteral("support/Notes"));
+        if (!QFile::copy(sourceTemplateFolder() + u'/' + layout, folder.filePath(layout))) {
+            QFile empty(folder.filePath(layout));
+            empty.open(QIODevice::WriteOnly);
+            empty.write("{}");
+        }
+        return folder.path();
+    }();
+    return path;
+}
+
+/// The store's world in a test: its own folder, clock, host and open notes database.
+///
+/// Works as user ANNA (1). Everything that the test takes from it must end before it.
+class TestStore final : public StoreContext {
+public:
+    TestStore() {
+        createNotesDatabase(m_files, shippedTemplateFolder(), folder());
+        m_host = make<FakeHostApplication>(engine(), folder());
+        openNotes();
+        actAs(1);
+        m_application = make<Application>(*this);
+    }
+    ~TestStore() override { m_application->Terminate(); }
+
+    [[nodiscard]] QString folder() const { return m_folder.path(); }
+    [[nodiscard]] QString notesPath() const { return m_folder.filePath(kNotesDatabaseName); }
+    [[nodiscard]] dao::EngineServices engine() { return {m_clock, m_files}; }
+    [[nodiscard]] ManualClock& manualClock() { return m_clock; }
+    [[nodiscard]] FileSystem& files() { return m_files; }
+    [[nodiscard]] FakeHostApplication& host() { return *m_host; }
+    [[nodiscard]] Application& application() { return *m_application; }
+    [[nodiscard]] Ref<Application> applicationRef() { return m_application; }
+
+    /// (Re)opens the notes database, as activating the add-in does.
+    void openNotes() {
+        m_workspace = m_host->DAOWorkspace();
+        m_database = openNotesDatabase(m_helper, m_workspace, notesPath());
+        refreshUserNames(*m_database, userNamesOf(m_host->Users()));
+    }
+    void actAs(qint64 userID) {
+        m_host->actAs(userID);
+        m_helper.setCurrentUserID(userID);
+        m_helper.setCurrentUserCode(currentUser()->value(QStringLiteral("Code")).toString());
+    }
+    /// The record with that key of the host: "cu" customers 1 to 3, "or" orders 1 to 4.
+    [[nodiscard]] Ref<IRecord> hostRecord(const QString& objectKey, qint64 id) {
+        return m_host->record(objectKey, id);
+    }
+    /// Adds an active note; nothing as owner makes a note on no record.
+    Ref<Note> addNote(const QString& subject, const Ref<IRecord>& owner = nullptr) {
+        NoteChoices choices;
+        choices.Subject = subject;
+        choices.Date = m_clock.now();
+        return createNote(*m_application, *this, ownerOf(owner, *this), choices);
+    }
+    /// The notes of a host record; of no record for nothing.
+    [[nodiscard]] Ref<Notes> notesOf(const Ref<IRecord>& owner) {
+        Ref<Notes> notes = m_application->Notes();
+        if (owner) {
+            notes->setParent(owner);
+        }
+        return notes;
+    }
+
+    [[nodiscard]] Ref<dao::Workspace> workspace() override { return m_workspace; }
+    [[nodiscard]] Ref<dao::Database> database() override { return m_database; }
+    [[nodiscard]] bool isDatabaseOpen() override { return m_database != nullptr; }
+    [[nodiscard]] Ref<IHostApplication> hostApplication() override { return m_host; }
+    [[nodiscard]] QString hostProgID() override { return m_host->ProgID(); }
+    [[nodiscard]] Ref<IUser> currentUser() override { return m_host->CurrentUser(); }
+    [[nodiscard]] HostDataHelper& dataHelper() override { return m_helper; }
+    [[nodiscard]] Clock& clock() override { return m_clock; }
+    [[nodiscard]] QString version() override { return QStringLiteral("2.0.195"); }
+    [[nodiscard]] QString databaseFolder() override { return folder(); }
+    [[nodiscard]] QString templateFolder() override { return shippedTemplateFolder(); }
+    void closeDatabase() override {
+        ++closings;
+        if (m_database) {
+            m_database->Close();
+        }
+        if (m_workspace) {
+            m_workspace->Close();
+        }
+        m_database.reset();
+        m_workspace.reset();
+    }
+
+    int closings = 0; ///< how often the database was asked to close
+
+private:
+    QTemporaryDir m_folder;
+    ManualClock m_clock{QDateTime(QDate(2026, 3, 10), QTime(9, 0))};
+    FileSystem m_files;
+    Ref<FakeHostApplication> m_host;
+    Ref<dao::Workspace> m_workspace;
+    Ref<dao::Database> m_database;
+    HostDataHelper m_helper;
+    Ref<Application> m_application;
+};
+
+/// Base of test suites over a store.
+class NotesFixture : public testing::Test {
+protected:
+    TestStore store;
+};
+
+} // namespace yrw::test

@@ -1,0 +1,185 @@
+#!/usr/bin/env python3
+"""check_layering.py [ROOT]: fails on an include line that the rooms' table does not allow.
+
+Rules, in this order:
+- an include in quotes names an existing file, written from the root of the tree;
+- a room includes only its own headers and those of the rooms that ROOMS lets it call;
+- no file includes itself by way of others;
+- Qt headers are included one by one, and a room that may not link a Qt library may not include
+  that library's headers;
+- an engine's header stays in the engine's own folder.
+"""
+import glob
+import pathlib
+import re
+import sys
+
+CORE_PLATFORM = {
+    "platform/component", "platform/clock", "platform/settings", "platform/files",
+    "platform/prompt", "platform/dao", "platform/rtf",
+    "platform/toolbar/api", "platform/controls/api",
+}
+PLATFORM = CORE_PLATFORM | {
+    "platform/forms", "platform/toolbar", "platform/controls", "platform/richtext",
+}
+ANYTHING = None
+
+# Room -> the rooms it may call. Every room may call platform/component.
+ROOMS = {
+    "platform/component": set(),
+    "platform/clock": set(),
+    "platform/settings": set(),
+    "platform/files": set(),
+    "platform/prompt": set(),
+    "platform/dao": {"platform/clock", "platform/files"},
+    "platform/dao/sqlite": {"platform/dao", "platform/clock", "platform/files"},
+    "platform/rtf": set(),
+    "platform/forms": {"platform/clock", "platform/settings", "platform/prompt"},
+    "platform/toolbar/api": set(),
+    "platform/toolbar": {"platform/toolbar/api", "platform/forms", "platform/files"},
+    "platform/controls/api": {"platform/dao"},
+    "platform/controls": {"platform/controls/api", "platform/dao", "platform/forms"},
+    "platform/richtext": {"platform/rtf", "platform/forms", "platform/prompt"},
+    "framework": {
+        "platform/clock", "platform/settings", "platform/files", "platform/prompt",
+        "platform/dao", "platform/toolbar/api", "platform/controls/api",
+    },
+    "store": {"framework", "platform/dao", "platform/files", "platform/clock"},
+    "dialogs": {"store", "framework"} | PLATFORM,
+    "notes_window": {"dialogs", "store", "framework"} | PLATFORM,
+    "addin": {"notes_window", "dialogs", "store", "framework"} | PLATFORM,
+    "host/core": {"framework"} | CORE_PLATFORM,
+    "host/desk": {"host/core", "framework"} | PLATFORM,
+    "cli": {"store", "framework", "host/core"} | CORE_PLATFORM,
+    "tools": CORE_PLATFORM,
+    "cmake": set(),
+    "bench": ANYTHING,
+    "tests": ANYTHING,
+}
+
+# Rooms that may use windows; all others see Qt Core alone.
+WINDOW_ROOMS = {
+    "platform/forms", "platform/toolbar", "platform/controls", "platform/richtext",
+    "dialogs", "notes_window", "addin", "host/desk", "tests", "bench",
+}
+CORE_LIBRARIES = {"QtCore"}
+WINDOW_LIBRARIES = {"QtCore", "QtGui", "QtWidgets", "QtPrintSupport"}
+TEST_LIBRARIES = WINDOW_LIBRARIES | {"QtTest"}
+
+# Header of an engine -> the only rooms that may include it.
+ENGINES = {"sqlite3.h": {"platform/dao/sqlite", "tests", "bench"}}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+QT_HEADERS = "/usr/include/*/qt6"
+
+
+def room_of(path):
+    """The room that a file (relative to the root) lies in: the longest that fits."""
+    fitting = [room for room in ROOMS if path.startswith(room + "/")]
+    return max(fitting, key=len, default=None)
+
+
+def qt_libraries():
+    """Header name -> the Qt libraries that offer it."""
+    found = {}
+    for folder in glob.glob(QT_HEADERS + "/Qt*"):
+        library = pathlib.Path(folder).name
+        for header in pathlib.Path(folder).iterdir():
+            found.setdefault(header.name, set()).add(library)
+    return found
+
+
+def sources(root):
+    for path in sorted(root.rglob("*")):
+        relative = path.relative_to(root)
+        hidden = any(part.startswith(".") for part in relative.parts)
+        if path.suffix in (".cpp", ".h") and not hidden and relative.parts[0] != "build":
+            yield relative.as_posix()
+
+
+class Checker:
+    def __init__(self, root):
+        self.root = root
+        self.qt = qt_libraries()
+        self.faults = []
+        self.includes = {}
+
+    def run(self):
+        if not self.qt:
+            self.faults.append(f"no Qt headers in {QT_HEADERS}: is qt6-base-dev installed?")
+        for file in sources(self.root):
+            self.check_file(file)
+        self.check_cycles()
+        return self.faults
+
+    def check_file(self, file):
+        room = room_of(file)
+        own = self.includes.setdefault(file, [])
+        if room is None:
+            self.faults.append(f"{file}: lies in no room that the table of rooms knows")
+            return
+        text = (self.root / file).read_text(encoding="utf-8")
+        for number, line in enumerate(text.splitlines(), 1):
+            match = INCLUDE.match(line)
+            if not match:
+                continue
+            where, header = f"{file}:{number}", match[2]
+            if match[1] == '"':
+                own.append(header)
+                self.check_own(where, room, header)
+            else:
+                self.check_outside(where, room, header)
+
+    def check_own(self, where, room, header):
+        if header.endswith(".moc"):
+            return
+        if not (self.root / header).is_file():
+            self.faults.append(f"{where}: there is no {header} below the root")
+            return
+        target, allowed = room_of(header), ROOMS[room]
+        if target in (room, "platform/component") or allowed is ANYTHING or target in allowed:
+            return
+        self.faults.append(f"{where}: {room} may not call {target} ({header})")
+
+    def check_outside(self, where, room, header):
+        if room not in ENGINES.get(header, {room}):
+            self.faults.append(f"{where}: {room} may not include an engine's header ({header})")
+        library, _, name = header.rpartition("/")
+        if header.startswith("Qt") and (library or header in CORE_LIBRARIES | TEST_LIBRARIES):
+            self.faults.append(f"{where}: include single Qt headers, not {header}")
+            return
+        allowed = CORE_LIBRARIES
+        if room in WINDOW_ROOMS:
+            allowed = TEST_LIBRARIES if room in ("tests", "bench") else WINDOW_LIBRARIES
+        offering = self.qt.get(name, set()) if name.lower().startswith("q") else set()
+        if offering and not offering & allowed:
+            self.faults.append(f"{where}: {room} may not use {min(offering)} ({header})")
+
+    def check_cycles(self):
+        state = {}
+
+        def visit(file, way):
+            state[file] = "open"
+            for header in self.includes.get(file, []):
+                if state.get(header) == "open":
+                    circle = way[way.index(header):] + [header]
+                    self.faults.append("includes in a circle: " + " -> ".join(circle))
+                elif header not in state:
+                    visit(header, way + [header])
+            state[file] = "done"
+
+        for file in self.includes:
+            if file not in state:
+                visit(file, [file])
+
+
+def main(arguments):
+    root = pathlib.Path(arguments[0] if arguments else ".").resolve()
+    faults = Checker(root).run()
+    for fault in faults:
+        print(fault, file=sys.stderr)
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
