@@ -1,16 +1,15 @@
 #include "platform/clock/Clock.h"
 
 #include <chrono>
-#include <utility>
 
 namespace yrw {
 
 namespace {
 
-QDateTime wholeSeconds(QDateTime time) {
-    const QTime clockTime = time.time();
-    time.setTime(QTime(clockTime.hour(), clockTime.minute(), clockTime.second()));
-    return time;
+// Taking the milliseconds off keeps the moment, also in the hour that the end of summer time runs
+// through twice; setting the time of day would not.
+QDateTime wholeSeconds(const QDateTime& time) {
+    return time.addMSecs(-time.time().msec()).toLocalTime();
 }
 
 class SystemClock final : public Clock {
@@ -42,7 +41,7 @@ void Clock::setInstance(Clock* clock) {
     currentClock() = clock;
 }
 
-ManualClock::ManualClock(QDateTime start) : m_now(wholeSeconds(std::move(start))) {}
+ManualClock::ManualClock(const QDateTime& start) : m_now(wholeSeconds(start)) {}
 
 QDateTime ManualClock::now() const {
     return m_now;

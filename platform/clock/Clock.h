@@ -9,7 +9,7 @@ namespace yrw {
 /// One instance serves the process; it is set by `main` or by a test before anything else runs.
 /// Only the places that compose the program ask `Clock::instance()`; everything else is handed a
 /// reference.
-/// Thread: any.
+/// Thread: any; a `ManualClock` only the one that moves it.
 class Clock {
 public:
     virtual ~Clock();
@@ -29,7 +29,7 @@ public:
 /// A clock that stands still until it is moved; for tests and tools.
 class ManualClock final : public Clock {
 public:
-    explicit ManualClock(QDateTime start);
+    explicit ManualClock(const QDateTime& start);
 
     [[nodiscard]] QDateTime now() const override;
     [[nodiscard]] qint64 monotonicMs() const override;

@@ -33,6 +33,28 @@ void checkProgramId(const QString& programId) {
     }
 }
 
+void finishWriting(QSettings& file) {
+    file.sync();
+    if (file.status() != QSettings::NoError) {
+        fail(QStringLiteral("The class registry could not be written: %1").arg(file.fileName()));
+    }
+}
+
+Ref<Counted> instanceFrom(IClassFactory& factory, const ClassRegistration& found) {
+    Ref<Counted> object;
+    try {
+        object = factory.createInstance();
+    } catch (...) {
+        fail(QStringLiteral("The component of '%1' could not make its object: %2")
+                 .arg(found.programId, currentError().description()));
+    }
+    if (!object) {
+        fail(QStringLiteral("The component of '%1' made no object: %2")
+                 .arg(found.programId, found.libraryFile));
+    }
+    return object;
+}
+
 IClassFactory& factoryOf(const ClassRegistration& found) {
     if (!QFileInfo(found.libraryFile).isFile()) {
         fail(QStringLiteral("The component of '%1' is not there: %2")
@@ -73,21 +95,23 @@ void ClassRegistry::registerClass(const ClassRegistration& registration) const {
     file.setValue(QStringLiteral("ClassId"), registration.classId);
     file.setValue(QStringLiteral("Library"), registration.libraryFile);
     file.endGroup();
-    file.sync();
-    if (file.status() != QSettings::NoError) {
-        fail(QStringLiteral("The class registry could not be written: %1").arg(m_file));
-    }
+    finishWriting(file);
 }
 
 void ClassRegistry::unregisterClass(const QString& programId) const {
     checkProgramId(programId);
     QSettings file(m_file, QSettings::IniFormat);
     file.remove(programId);
+    finishWriting(file);
 }
 
 ClassRegistration ClassRegistry::find(const QString& programId) const {
     checkProgramId(programId);
     QSettings file(m_file, QSettings::IniFormat);
+    if (file.status() != QSettings::NoError) {
+        fail(QStringLiteral("'%1' was not found: the class registry could not be read: %2")
+                 .arg(programId, m_file));
+    }
     file.beginGroup(programId);
     ClassRegistration found{programId, file.value(QStringLiteral("ClassId")).toString(),
                             file.value(QStringLiteral("Library")).toString()};
@@ -108,7 +132,7 @@ Ref<Counted> ClassRegistry::createObject(const QString& programId) const {
                  .arg(kContractVersion)
                  .arg(found.libraryFile));
     }
-    return factory.createInstance();
+    return instanceFrom(factory, found);
 }
 
 } // namespace yrw

@@ -30,9 +30,10 @@ public:
     /// Writes a registration, replacing an earlier one. Raises `kErrorCannotCreateObject` when the
     /// file cannot be written.
     void registerClass(const ClassRegistration& registration) const;
-    /// Removes a registration; no error when there is none.
+    /// Removes a registration; no error when there is none. Raises like `registerClass`.
     void unregisterClass(const QString& programId) const;
-    /// Looks a program id up. Raises `kErrorCannotCreateObject` when it is not registered.
+    /// Looks a program id up. Raises `kErrorCannotCreateObject` when it is not registered or the
+    /// file cannot be read.
     [[nodiscard]] ClassRegistration find(const QString& programId) const;
 
     /// Makes an object of the registered class: loads its library (for the life of the process),

@@ -51,7 +51,8 @@ private:
 ///
 /// Raising allocates nothing. A handler may connect, disconnect (itself or others) and even
 /// destroy the event's owner while the event is being raised; handlers connected meanwhile are
-/// called from the next time on, handlers disconnected meanwhile are not called any more.
+/// called from the next time on, handlers disconnected meanwhile are not called any more, and
+/// once the event is destroyed none is.
 /// A handler's exception reaches whoever raised the event.
 /// Thread: the user-interface thread only.
 template <class... Args>
@@ -62,6 +63,7 @@ public:
     Event() : m_slots(std::make_shared<Slots>()) {}
     Event(const Event&) = delete;
     Event& operator=(const Event&) = delete;
+    ~Event() { m_slots->ended = true; }
 
     /// Connects a handler. The guard that comes back ends the connection.
     [[nodiscard]] Connection connect(Handler handler) {
@@ -75,7 +77,7 @@ public:
         const std::shared_ptr<Slots> slots_ = m_slots;
         const RaiseScope scope(*slots_);
         const std::size_t count = slots_->entries.size();
-        for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t i = 0; i < count && !slots_->ended; ++i) {
             // A copy of the pointer keeps the handler alive should it disconnect itself.
             const std::shared_ptr<Handler> handler = slots_->entries[i].handler;
             if (handler) {
@@ -98,10 +100,14 @@ private:
         std::vector<Entry> entries;
         int lastId = 0;
         int raising = 0;
+        bool ended = false; ///< the event is no more; what is left runs out
 
         void disconnect(int id) noexcept override {
+            // What the handler holds ends last: its end may disconnect others from this event.
+            std::shared_ptr<Handler> ending;
             for (Entry& entry : entries) {
                 if (entry.id == id) {
+                    ending = std::move(entry.handler);
                     entry.handler.reset();
                 }
             }

@@ -12,6 +12,7 @@ template <class T>
 class GuardedPtr {
 public:
     GuardedPtr() = default;
+    // NOLINTNEXTLINE(google-explicit-constructor): stands wherever a pointer could
     GuardedPtr(T* object) : m_object(object), m_guard(object ? object->asQObject() : nullptr) {}
 
     [[nodiscard]] T* get() const noexcept { return m_guard.isNull() ? nullptr : m_object; }

@@ -11,6 +11,8 @@ namespace yrw {
 
 namespace {
 
+constexpr qint64 kCopyBlock = 1 << 20; // bytes read at a time
+
 [[noreturn]] void fail(const QString& description) {
     throw AutomationError(kErrorCannotOpenDatabase, QStringLiteral("YRW.FileSystem"), description);
 }
@@ -33,6 +35,11 @@ QString spellingOf(const QString& folder, const QString& name) {
         }
     }
     return name;
+}
+
+bool isWithin(const QString& path, const QString& folder) {
+    const QString inner = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    return inner.startsWith(QDir::cleanPath(QFileInfo(folder).absoluteFilePath()) + u'/');
 }
 
 void makeWritable(const QString& path) {
@@ -75,10 +82,14 @@ void FileSystem::copyFile(const QString& source, const QString& target) const {
     }
     QByteArray buffer;
     do {
-        buffer = from.read(1 << 20);
-        if (from.error() != QFileDevice::NoError || to.write(buffer) != buffer.size()) {
-            fail(QStringLiteral("%1 could not be copied to %2: %3")
-                     .arg(from.fileName(), to.fileName(), to.errorString()));
+        buffer = from.read(kCopyBlock);
+        if (from.error() != QFileDevice::NoError) {
+            fail(QStringLiteral("%1 could not be read: %2")
+                     .arg(from.fileName(), from.errorString()));
+        }
+        if (to.write(buffer) != buffer.size()) {
+            fail(
+                QStringLiteral("%1 could not be written: %2").arg(to.fileName(), to.errorString()));
         }
     } while (!buffer.isEmpty());
     if (!to.commit()) {
@@ -92,6 +103,10 @@ void FileSystem::copyFolder(const QString& source, const QString& target) const 
     const QString to = resolve(target);
     if (!QFileInfo(from).isDir()) {
         fail(QStringLiteral("The folder %1 is not there.").arg(from));
+    }
+    if (isWithin(to, from)) {
+        fail(
+            QStringLiteral("The folder %1 lies in %2 and cannot take a copy of it.").arg(to, from));
     }
     if (!QDir().mkpath(to)) {
         fail(QStringLiteral("The folder %1 could not be made.").arg(to));
@@ -130,6 +145,9 @@ QString FileSystem::folderOf(const QString& path) {
 }
 
 QString FileSystem::join(const QString& folder, const QString& name) {
+    if (folder.isEmpty()) {
+        return withSlashes(name);
+    }
     QString left = withSlashes(folder);
     while (left.size() > 1 && left.endsWith(u'/')) {
         left.chop(1);

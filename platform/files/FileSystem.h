@@ -30,7 +30,8 @@ public:
 
     /// The folder part of a full path, without the last separator.
     [[nodiscard]] static QString folderOf(const QString& path);
-    /// Joins with one separator, whatever the parts end and begin with.
+    /// Joins with one separator, whatever the parts end and begin with; an empty folder leaves the
+    /// name alone.
     [[nodiscard]] static QString join(const QString& folder, const QString& name);
 };
 

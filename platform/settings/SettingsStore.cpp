@@ -1,12 +1,46 @@
 #include "platform/settings/SettingsStore.h"
 
 #include <QDir>
+#include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
 
 #include <utility>
 
 namespace yrw {
+
+namespace {
+
+/// False for a file that is no INI file throughout: QSettings would serve what it understands of
+/// it and drop the rest when it writes.
+bool isWellFormed(const QString& path) {
+    QFile file(path);
+    if (!file.exists()) {
+        return true;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    bool continued = false; // a backslash at its end goes on with the next line
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().trimmed();
+        const bool group = line.startsWith('[') && line.endsWith(']');
+        const bool comment = line.isEmpty() || line.startsWith(';') || line.startsWith('#');
+        if (!continued && !group && !comment && !line.contains('=')) {
+            return false;
+        }
+        continued = line.endsWith('\\');
+    }
+    return true;
+}
+
+/// A text with commas that was typed by hand, without quotes, is read as a list.
+QString textOf(const QVariant& value) {
+    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(u", ")
+                                                    : value.toString();
+}
+
+} // namespace
 
 SettingsStore::SettingsStore()
     : SettingsStore(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)) {}
@@ -21,39 +55,39 @@ QString SettingsStore::fileOf(const QString& application) const {
 
 QString SettingsStore::get(const QString& application, const QString& section, const QString& key,
                            const QString& defaultText) const {
+    if (!isWellFormed(fileOf(application))) {
+        noteProblem(application, false);
+        return defaultText;
+    }
     // A QSettings object per call: it shares its cache with the others of the same file and
     // re-reads the file only when its time stamp moved.
     QSettings file(fileOf(application), QSettings::IniFormat);
     file.sync();
-    if (file.status() != QSettings::NoError) {
-        noteProblem(application, false);
-        return defaultText;
-    }
-    return file.value(section + u'/' + key, defaultText).toString();
+    return textOf(file.value(section + u'/' + key, defaultText));
 }
 
 bool SettingsStore::save(const QString& application, const QString& section, const QString& key,
                          const QString& text) {
     QDir().mkpath(m_folder);
-    QSettings file(fileOf(application), QSettings::IniFormat);
-    file.setValue(section + u'/' + key, text);
-    file.sync();
-    if (file.status() != QSettings::NoError) {
-        noteProblem(application, true);
-        return false;
-    }
-    return true;
+    return write(application, [&](QSettings& file) { file.setValue(section + u'/' + key, text); });
 }
 
 bool SettingsStore::remove(const QString& application, const QString& section, const QString& key) {
-    QSettings file(fileOf(application), QSettings::IniFormat);
-    file.remove(section + u'/' + key);
-    file.sync();
-    if (file.status() != QSettings::NoError) {
-        noteProblem(application, true);
-        return false;
+    return write(application, [&](QSettings& file) { file.remove(section + u'/' + key); });
+}
+
+bool SettingsStore::write(const QString& application,
+                          const std::function<void(QSettings&)>& change) {
+    if (isWellFormed(fileOf(application))) {
+        QSettings file(fileOf(application), QSettings::IniFormat);
+        change(file);
+        file.sync();
+        if (file.status() == QSettings::NoError) {
+            return true;
+        }
     }
-    return true;
+    noteProblem(application, true);
+    return false;
 }
 
 void SettingsStore::noteProblem(const QString& application, bool writing) const {

@@ -2,14 +2,18 @@
 
 #include <QString>
 
+#include <functional>
+
+class QSettings;
+
 namespace yrw {
 
 /// The per-user settings store: texts addressed by application, section and key.
 ///
 /// One INI file per application below `$XDG_CONFIG_HOME` (application "Yarrowen" is
 /// `Yarrowen.ini`), one group per section. Each read looks at the file afresh when another program
-/// has changed it. Nothing here raises: a broken or read-only file gives the defaults and one
-/// warning in `problem()`.
+/// has changed it. Nothing here raises: a broken file gives the defaults and is left as it is; that
+/// and a file that cannot be written give one warning in `takeProblem()`.
 /// Thread: the user-interface thread.
 class SettingsStore {
 public:
@@ -34,6 +38,7 @@ public:
     [[nodiscard]] QString fileOf(const QString& application) const;
 
 private:
+    bool write(const QString& application, const std::function<void(QSettings&)>& change);
     void noteProblem(const QString& application, bool writing) const;
 
     QString m_folder;

@@ -150,7 +150,7 @@ void BandBar::openOverflow() {
             hidden.push_back(item.tool);
         }
     }
-    QMenu menu(this);
+    QMenu menu; // without an owner: the bar may be made anew while it is open
     menu.setObjectName(m_overflow->objectName());
     fillMenu(menu, hidden);
     const QPointer<BandBar> self(this);

@@ -1,0 +1,169 @@
+#pragma once
+
+#include "addin/AutoNotes.h"
+#include "addin/GridEvents.h"
+#include "addin/Module1.h"
+#include "addin/NotesSeek.h"
+#include "framework/HostUtility.h"
+#include "store/Schema.h"
+
+#include <QPointer>
+
+namespace yrw {
+
+class BusySign;
+class Form;
+class frmTimer;
+
+/// The object that a host creates to load the notes system.
+///
+/// `setComponent` takes the host's objects and connects their events; `Activate` opens the notes
+/// database, places the tools and starts the timers; `DeActivate` and the object's end take all of
+/// that back. Any order and any number of calls is fine. While the notes database is closed, or
+/// after `DeActivate`, clicks, painting and `ShowNotes` do nothing.
+///
+/// No handler of an event of the host raises: what the host raises in one ends that handler.
+/// Lifetime: counted. The host may let go at any time, also while the notes window is open.
+/// Thread: the user-interface thread.
+class AddIn final : public virtual INotesAddIn {
+public:
+    /// Makes the application object and reads the switches. Raises `kErrorObjectRequired` when the
+    /// process has no door to the user.
+    AddIn();
+
+    [[nodiscard]] IHostComponent* Component() const override { return m_component.get(); }
+    void setComponent(IHostComponent* component) override;
+    [[nodiscard]] IHostInterface* IInterface() const override { return m_interface.get(); }
+    void setIInterface(IHostInterface* interface_) override;
+    [[nodiscard]] Ref<IApplication> Application() override { return nullptr; }
+    [[nodiscard]] QString Name() override;
+    [[nodiscard]] QString Version() override { return m_module.version(); }
+    void AttachControls() override {}
+    void DetachControls() override {}
+    bool Activate() override;
+    [[nodiscard]] bool Activated() override { return false; }
+    void DeActivate() override;
+    [[nodiscard]] bool Initialised() override { return false; }
+
+    void ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) override;
+    [[nodiscard]] QString HostProgID() const override { return m_hostProgID; }
+    [[nodiscard]] Services& services() override { return m_module.services(); }
+    [[nodiscard]] Ref<IApplication> NotesApplication() const override;
+    [[nodiscard]] QString DatabaseDirectory() const override { return m_module.databaseFolder(); }
+    [[nodiscard]] QString TemplateDirectory() const override { return m_module.templateFolder(); }
+    [[nodiscard]] bool switchOn(NotesSwitch which) const override;
+    void setSwitch(NotesSwitch which, bool on) override;
+    void setReminderTimerEnabled(bool enabled) override;
+    void setAutoNoteTimerEnabled(bool enabled) override;
+    void forgetReminder(qint64 reminderID) override;
+    void repaintGrids() override;
+
+    /// Shows a popup for each due reminder of the current user that is not on screen yet, whether
+    /// or not checking is switched on. True when the check ran; it does not while a notes window
+    /// is open or the host is busy. A failure is reported.
+    bool CheckForReminders();
+    /// The process-wide switch of that name.
+    [[nodiscard]] bool CheckingForReminders() const;
+    /// The timer window while the add-in is active, else nothing.
+    [[nodiscard]] frmTimer* UpperTimerForm() const noexcept { return mfrmTimer.get(); }
+    /// Nothing: both grids share the upper one's window.
+    [[nodiscard]] frmTimer* LowerTimerForm() const noexcept { return nullptr; }
+    /// Number of open popups of automatic notes.
+    [[nodiscard]] int GetPopupFormCount() const { return AutoNotes::popupCount(); }
+
+    // For the handlers of the two grids.
+    /// True while this add-in is active and the shared database is open.
+    [[nodiscard]] bool isDatabaseOpen() const;
+    [[nodiscard]] HostDataHelper& dataHelper() const { return m_module.dataHelper(); }
+    [[nodiscard]] NotesSeek& notesSeek() noexcept { return m_notesSeek; }
+    /// Opens the seek recordset when it is not open.
+    void openNotesSeek() { m_notesSeek.open(m_module.database()); }
+    /// Background of marked rows, &H00BBGGRR.
+    [[nodiscard]] int highlightColour() const noexcept { return m_highlightColour; }
+    /// Clears the popup and the status-bar message away and stops the half-second timer.
+    void cleanUpAutoNotes() noexcept;
+
+    // For the process-wide state.
+    void databaseOpened() noexcept;
+    void marksSwitchedOn() noexcept;
+
+private:
+    struct EndTimer {
+        void operator()(frmTimer* form) const noexcept;
+    };
+    using TimerForm = std::unique_ptr<frmTimer, EndTimer>;
+
+    ~AddIn() override;
+
+    // Event handlers.
+    void Class_Initialize();
+    void Class_Terminate() noexcept;
+    void atbComponent_Click(ITool& tool);
+    void atbInterface_BandOpen(IBand& band);
+    void atbInterface_Click(ITool& tool);
+    void stbMain_DblClick();
+    void mfrmTimer_CheckReminders(bool& cancel);
+    void mfrmTimer_CheckWindowFocus();
+
+    // The host's objects.
+    void takeHostObjects() noexcept;
+    void connectEvents();
+    template <class... Args, class Handler>
+    void on(Event<Args...>& event, Handler handler);
+    [[nodiscard]] bool reachesDatabase(ITool& tool) const;
+
+    // Life.
+    void start() noexcept;
+    void switchToolsOn();
+    void startTimer();
+    void releaseAll() noexcept;
+    void removeTools() noexcept;
+
+    // Opening the notes database.
+    void OpenDatabase();
+    void openDatabaseOfHost();
+    bool CreateNotesDatabase(const QString& path);
+    void takeCurrentUser();
+    void readHighlightColour();
+
+    // Reminders.
+    bool checkReminders();
+    [[nodiscard]] std::vector<qint64> dueReminders();
+    void showReminder(qint64 reminderID);
+
+    // Showing notes.
+    [[nodiscard]] Ref<IRecord> ownerOfNote(qint64 noteRecordID);
+    void showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID);
+
+    [[nodiscard]] Prompt& prompt() const { return m_module.services().utility.prompt(); }
+
+    Module1& m_module;
+    bool m_active = false;
+    bool m_released = false; ///< since the last `DeActivate`; `Activate` clears it
+
+    GuardedPtr<IHostComponent> m_component;
+    GuardedPtr<IHostInterface> m_interface;
+    QString m_hostProgID;
+    GuardedPtr<IToolbar> atbComponent;
+    GuardedPtr<IToolbar> atbInterface;
+    TimerForm mfrmTimer;
+    GuardedPtr<IGridController> mobjUpperGridClass;
+    GuardedPtr<IGridController> mobjLowerGridClass;
+    GuardedPtr<IRecordGrid> dbgUpper;
+    GuardedPtr<IRecordGrid> dbgLower;
+    GuardedPtr<IStatusBar> stbMain;
+    std::vector<Connection> m_connections;
+
+    QString
+        m_placedBandKey; ///< band that holds the "Show Notes" tool; empty while it is not placed
+    bool m_gridToolPlaced = false;
+    QPointer<Form> mfrmMain; ///< the innermost notes window on screen
+    bool m_checkingReminders = false;
+    int m_highlightColour = schema::kDefaultHighlight;
+    NotesSeek m_notesSeek;
+    GridEvents m_upper{*this};
+    GridEvents m_lower{*this};
+    AutoNotes m_autoNotes;
+};
+
+} // namespace yrw

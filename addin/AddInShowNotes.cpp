@@ -1,0 +1,65 @@
+// Showing the notes window.
+#include "addin/AddIn.h"
+#include "addin/BusySign.h"
+#include "framework/ErrorGuards.h"
+#include "notes_window/frmMain.h"
+
+#include <QScopeGuard>
+
+#include <utility>
+
+namespace yrw {
+
+void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
+    if (!isDatabaseOpen()) {
+        return;
+    }
+    const Ref<AddIn> keep(this); // a host may let go while the window is open
+    const BusySign busy(prompt(), m_interface, QStringLiteral("Showing Notes..."));
+    m_autoNotes.closePopups();
+    reportErrors(services().utility, QStringLiteral("YRWNOTES.AddIn.ShowNotes"),
+                 QStringLiteral("Could not show Notes"), QStringLiteral("Notes Problem"), [&] {
+                     m_module.setHost(m_component.get(), m_hostProgID);
+                     const bool byNote = !record && noteRecordID != 0;
+                     showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
+                 });
+    repaintGrids();
+}
+
+/// The host's record that a note is kept on; nothing for a note on no record, or whose record or
+/// kind of record the host does not have any more.
+Ref<IRecord> AddIn::ownerOfNote(qint64 noteRecordID) {
+    const Ref<dao::Recordset> note = dataHelper().OpenRecordset(
+        QStringLiteral("SELECT qryNotes.* FROM qryNotes WHERE (((qryNotes.RecordID)=%1))")
+            .arg(noteRecordID));
+    if (note->AtEof()) {
+        return nullptr;
+    }
+    const QString objectKey = HostUtility::NullToText(note->value(u"OwnerObjectKey"));
+    const QVariant recordId = note->value(u"OwnerRecordID");
+    note->Close();
+    Ref<IRecord> owner;
+    ignoreErrors([&] {
+        const Ref<IHostApplication> host = m_component->Application();
+        const Ref<IObjectDefinition> definition =
+            host && !objectKey.isEmpty() ? host->ObjectDefinition(objectKey) : nullptr;
+        owner = definition ? definition->Collection()->Item(recordId) : nullptr;
+    });
+    return owner;
+}
+
+void AddIn::showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID) {
+    const QPointer<frmMain> window(new frmMain(*this, m_module));
+    // This call may be nested in another, whose window is the one to know of again afterwards.
+    const auto end = qScopeGuard([this, window, outer = std::exchange(mfrmMain, window.data())] {
+        if (window) {
+            window->deleteLater();
+        }
+        mfrmMain = outer;
+    });
+    window->Initialise(Ref<INotesAddIn>(this), record, noteRecordID);
+    prompt().setMousePointer(MousePointer::Default); // the user is waited for
+    window->showModal(m_interface ? m_interface->Window() : nullptr);
+}
+
+} // namespace yrw

@@ -1,0 +1,280 @@
+#include "addin/GridEvents.h"
+
+#include "addin/AddIn.h"
+#include "addin/LinkedColumns.h"
+#include "addin/Module1.h"
+#include "framework/ErrorGuards.h"
+#include "store/Schema.h"
+
+#include <QScopedValueRollback>
+
+namespace yrw {
+
+namespace {
+
+/// The frame that flags a cell: kind, colour (&H00BBGGRR) and width.
+constexpr short kFlagBorderKind = 6;
+constexpr int kFlagColour = 255;
+constexpr int kFlagWidth = 1;
+
+const QString kRecordID = QStringLiteral("RecordID");
+
+} // namespace
+
+GridEvents::GridEvents(AddIn& addIn) : m_addIn(addIn) {}
+
+/// Connects a handler that keeps the add-in alive while it runs and ends silently on any error.
+template <class... Args, class Handler>
+void GridEvents::on(Event<Args...>& event, Handler handler) {
+    m_connections.push_back(event.connect([this, handler](Args... args) {
+        const Ref<AddIn> keep(&m_addIn);
+        ignoreErrors([&] { handler(args...); });
+    }));
+}
+
+void GridEvents::connect(IGridController* controller, IRecordGrid* grid) {
+    stop();
+    m_connections.clear();
+    m_controller = controller;
+    m_grid = grid;
+    if (m_controller) {
+        connectController();
+    }
+    if (m_grid) {
+        connectGrid();
+    }
+}
+
+void GridEvents::connectController() {
+    IGridController& controller = *m_controller;
+    on(controller.AfterAddEditCanceled, [this] { AfterAddEditCanceled(); });
+    on(controller.AfterLayoutLoad, [this] { AfterLayoutLoad(); });
+    on(controller.AfterRecordsetChange,
+       [this](const Ref<dao::Recordset>& recordset) { AfterRecordsetChange(recordset); });
+    on(controller.OnAddRow, [this] { OnAddRow(); });
+    on(controller.StayOnCell, [this] { StayOnCell(); });
+    on(controller.StayOnRow, [this] { StayOnRow(); });
+}
+
+void GridEvents::connectGrid() {
+    IRecordGrid& grid = *m_grid;
+    on(grid.AfterColUpdate, [this](int) { AfterColUpdate(); });
+    on(grid.FetchRowStyle,
+       [this](int, dao::Bookmark bookmark, RowStyle& style) { FetchRowStyle(bookmark, style); });
+    on(grid.FetchCellStyle, [this](int, int, dao::Bookmark bookmark, int column, CellStyle& style) {
+        FetchCellStyle(bookmark, column, style);
+    });
+    on(grid.RowColChange, [this](dao::Bookmark, int) { RowColChange(); });
+    on(grid.Scroll, [this] { Scroll(); });
+}
+
+void GridEvents::start() noexcept {
+    ignoreErrors([this] { AfterLayoutLoad(); });
+    ignoreErrors([this] {
+        if (m_controller) {
+            takeClone(m_controller->Recordset());
+        }
+    });
+    refresh();
+}
+
+void GridEvents::stop() noexcept {
+    closeClone();
+    m_cloneTried = false;
+    m_layoutName.clear();
+    m_linkedColumnsSet = false;
+    m_flagColumn = -1;
+    m_rememberedColumn = -1;
+}
+
+void GridEvents::marksSwitchedOn() noexcept {
+    ignoreErrors([this] {
+        m_cloneTried = false;
+        if (m_addIn.isDatabaseOpen() && isSingleSplit()) {
+            fetchRowStyles();
+            fetchCellStyles();
+        }
+    });
+}
+
+void GridEvents::refresh() noexcept {
+    ignoreErrors([this] {
+        if (m_grid) {
+            m_grid->refresh();
+        }
+    });
+}
+
+bool GridEvents::isSingleSplit() const {
+    return m_grid && m_grid->splitCount() < 2;
+}
+
+bool GridEvents::wantsMarks() const {
+    return m_addIn.switchOn(NotesSwitch::FlagNotesRow) ||
+           m_addIn.switchOn(NotesSwitch::HighlightNotesRow);
+}
+
+// Controller events.
+
+void GridEvents::AfterAddEditCanceled() {
+    m_addIn.cleanUpAutoNotes();
+}
+
+void GridEvents::AfterLayoutLoad() {
+    m_linkedColumnsSet = false;
+    m_flagColumn = -1;
+    m_rememberedColumn = -1;
+    if (!m_addIn.isDatabaseOpen() || !isSingleSplit()) {
+        return;
+    }
+    setUpLinkedColumns();
+    fetchRowStyles();
+}
+
+void GridEvents::AfterRecordsetChange(const Ref<dao::Recordset>& recordset) {
+    if (!m_addIn.isDatabaseOpen()) {
+        closeClone(); // what it stood on is gone
+        return;
+    }
+    takeClone(recordset);
+    if (wantsMarks()) {
+        m_addIn.cleanUpAutoNotes();
+    }
+}
+
+void GridEvents::OnAddRow() {
+    m_addIn.cleanUpAutoNotes();
+}
+
+void GridEvents::StayOnCell() {
+    if (!m_addIn.switchOn(NotesSwitch::ShowPopupWindow) || !m_addIn.isDatabaseOpen()) {
+        return;
+    }
+    if (!m_linkedColumnsSet || m_controller->LayoutName() != m_layoutName) {
+        setUpLinkedColumns();
+    }
+}
+
+void GridEvents::StayOnRow() {
+    if (m_addIn.switchOn(NotesSwitch::ShowPopupWindow)) {
+        m_addIn.cleanUpAutoNotes();
+    }
+}
+
+// Grid events.
+
+void GridEvents::AfterColUpdate() {
+    if (m_addIn.isDatabaseOpen()) {
+        setUpLinkedColumns();
+    }
+}
+
+void GridEvents::FetchRowStyle(dao::Bookmark bookmark, RowStyle& style) {
+    if (marks(NotesSwitch::HighlightNotesRow) && hasActiveNote(bookmark)) {
+        style.setBackColor(m_addIn.highlightColour());
+    }
+}
+
+void GridEvents::FetchCellStyle(dao::Bookmark bookmark, int column, CellStyle& style) {
+    if (m_flagColumn < 0 || column != m_flagColumn || !marks(NotesSwitch::FlagNotesRow) ||
+        !hasActiveNote(bookmark)) {
+        return;
+    }
+    style.setBorderKind(kFlagBorderKind);
+    style.setBorderColor(kFlagColour);
+    style.setBorderWidth(kFlagWidth);
+}
+
+void GridEvents::RowColChange() {
+    m_addIn.cleanUpAutoNotes();
+    if (m_settingBack || m_flagColumn < 0 || !isSingleSplit() || !m_addIn.isDatabaseOpen() ||
+        !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {
+        return;
+    }
+    if (m_grid->currentColumn() != m_flagColumn) {
+        m_rememberedColumn = m_grid->currentColumn();
+    } else if (m_rememberedColumn >= 0) {
+        // Setting the column raises this event again: once is enough.
+        const QScopedValueRollback<bool> once(m_settingBack, true);
+        m_grid->setCurrentColumn(m_rememberedColumn);
+    }
+}
+
+void GridEvents::Scroll() {
+    m_addIn.cleanUpAutoNotes();
+}
+
+// Row marking.
+
+bool GridEvents::marks(NotesSwitch which) {
+    if (m_suppressed || !m_addIn.switchOn(which) || !m_addIn.isDatabaseOpen() || !isSingleSplit()) {
+        return false;
+    }
+    if (!m_clone && !m_cloneTried && m_controller) {
+        takeClone(m_controller->Recordset());
+    }
+    return m_clone && m_recordIdColumn >= 0;
+}
+
+bool GridEvents::hasActiveNote(dao::Bookmark bookmark) {
+    m_clone->setBookmark(bookmark);
+    QVariant& recordId = m_keys[2];
+    recordId = m_clone->value(m_recordIdColumn);
+    return !recordId.isNull() && m_addIn.notesSeek().hasNote(m_keys);
+}
+
+void GridEvents::takeClone(const Ref<dao::Recordset>& recordset) {
+    closeClone();
+    m_cloneTried = false;
+    if (!wantsMarks()) {
+        return;
+    }
+    m_cloneTried = isSingleSplit();
+    if (m_cloneTried && recordset) {
+        const Ref<ICollection> shown = m_controller ? m_controller->CurrentObject() : nullptr;
+        m_keys = {m_addIn.HostProgID(), shown ? shown->ObjectKey() : QString(), QVariant(),
+                  static_cast<int>(NoteStatus::Active)};
+        m_recordIdColumn = recordset->FieldIndex(kRecordID);
+        m_clone = recordset->Clone();
+    }
+    m_addIn.openNotesSeek();
+}
+
+void GridEvents::closeClone() noexcept {
+    m_recordIdColumn = -1;
+    const Ref<dao::Recordset> clone = std::exchange(m_clone, nullptr);
+    ignoreErrors([&] {
+        if (clone) {
+            clone->Close();
+        }
+    });
+}
+
+void GridEvents::fetchRowStyles() {
+    if (m_addIn.switchOn(NotesSwitch::HighlightNotesRow) && m_grid->columnOf(kRecordID) >= 0) {
+        for (int split = 0; split < m_grid->splitCount(); ++split) {
+            m_grid->setFetchRowStyle(split, split == 0);
+        }
+    }
+}
+
+void GridEvents::fetchCellStyles() {
+    if (m_addIn.switchOn(NotesSwitch::FlagNotesRow) && m_flagColumn >= 0) {
+        m_grid->setFetchCellStyle(0, true);
+    }
+}
+
+void GridEvents::setUpLinkedColumns() {
+    m_flagColumn = -1;
+    if (!m_controller || !isSingleSplit()) {
+        return;
+    }
+    const QScopedValueRollback<bool> suppress(m_suppressed, true);
+    m_layoutName = m_controller->LayoutName();
+    m_linkedColumnsSet = true;
+    m_flagColumn = findFlagColumn(m_addIn.dataHelper(), *m_grid, m_layoutName);
+    m_rememberedColumn = columnBeside(*m_grid, m_flagColumn);
+    fetchCellStyles();
+}
+
+} // namespace yrw

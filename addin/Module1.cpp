@@ -1,0 +1,214 @@
+#include "addin/Module1.h"
+
+#include "addin/AddIn.h"
+#include "framework/ErrorGuards.h"
+#include "framework/Settings.h"
+#include "platform/clock/Clock.h"
+#include "platform/files/FileSystem.h"
+#include "platform/settings/SettingsStore.h"
+#include "store/NotesDatabase.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <dlfcn.h>
+
+namespace yrw {
+
+/// What one composition of the component is made of.
+struct Module1::World {
+    World(Clock& clock, Prompt& prompt)
+        : utility(prompt), services{clock, settings, files, utility} {}
+
+    SettingsStore settings;
+    FileSystem files;
+    HostUtility utility;
+    Services services;
+};
+
+namespace {
+
+struct SwitchKey {
+    NotesSwitch which;
+    const char16_t* key;
+};
+
+/// In the order in which they are read.
+constexpr std::array<SwitchKey, 5> kSwitchKeys{{
+    {NotesSwitch::CheckAutoNotes, u"CheckAutoNotes"},
+    {NotesSwitch::CheckForReminders, u"CheckForReminders"},
+    {NotesSwitch::FlagNotesRow, u"FlagNotesRow"},
+    {NotesSwitch::HighlightNotesRow, u"HighlightNotesRow"},
+    {NotesSwitch::ShowPopupWindow, u"ShowPopupWindow"},
+}};
+
+bool isMark(NotesSwitch which) {
+    return which == NotesSwitch::FlagNotesRow || which == NotesSwitch::HighlightNotesRow;
+}
+
+} // namespace
+
+Module1::Module1() = default;
+Module1::~Module1() = default;
+
+Module1& Module1::instance() {
+    static Module1* const module = new Module1;
+    return *module;
+}
+
+void Module1::add(AddIn& addIn) {
+    if (m_addIns.empty()) {
+        m_world = std::make_unique<World>(Clock::instance(), Prompt::instance());
+    }
+    m_addIns.push_back(&addIn);
+}
+
+void Module1::remove(AddIn& addIn) noexcept {
+    letGo(addIn);
+    std::erase(m_addIns, &addIn);
+}
+
+bool Module1::InitialiseOLEServers() {
+    try {
+        if (!m_application) {
+            m_application = make<Application>(*this);
+        }
+        m_applicationView = m_application;
+        return true;
+    } catch (...) {
+        services().utility.ReportError(
+            currentError(), QStringLiteral("YRWNOTES.InitialiseOLEServers"),
+            QStringLiteral("Could not Initialise"), QStringLiteral("Initialise Problem"),
+            QStringLiteral("There was a problem initialising."));
+        return false;
+    }
+}
+
+Services& Module1::services() {
+    return m_world->services;
+}
+
+void Module1::activated(AddIn& addIn) {
+    m_applicationView = m_application;
+    std::erase(m_active, &addIn);
+    m_active.push_back(&addIn);
+}
+
+void Module1::letGo(AddIn& addIn) noexcept {
+    std::erase(m_active, &addIn);
+    if (!m_active.empty()) {
+        return;
+    }
+    ignoreErrors([this] {
+        if (m_application) {
+            m_application->Terminate();
+        }
+    });
+    closeDatabase();
+    m_applicationView.reset();
+}
+
+void Module1::setHost(IHostComponent* component, const QString& progID) {
+    m_component = component;
+    m_hostProgID = progID;
+}
+
+void Module1::dropHost(const IHostComponent* component) noexcept {
+    if (!m_component || m_component.get() == component) {
+        m_component.reset();
+        m_hostProgID.clear();
+    }
+}
+
+void Module1::openDatabase(const Ref<dao::Workspace>& workspace, const QString& path) {
+    closeDatabase();
+    m_workspace = workspace;
+    m_database = openNotesDatabase(m_dataHelper, workspace, path);
+    m_databasePath = path;
+    for (AddIn* addIn : std::vector<AddIn*>(m_active)) {
+        addIn->databaseOpened();
+    }
+}
+
+void Module1::setCurrentUser(const Ref<IUser>& user) {
+    m_currentUser = user;
+    m_dataHelper.setCurrentUserID(user ? user->value(QStringLiteral("RecordID")).toLongLong() : 0);
+    m_dataHelper.setCurrentUserCode(user ? user->value(QStringLiteral("Code")).toString()
+                                         : QString());
+}
+
+void Module1::loadSwitches() {
+    const NotesSettings settings(services().settings);
+    for (const SwitchKey& entry : kSwitchKeys) {
+        setSwitch(entry.which, settings.boolean(QString::fromUtf16(entry.key)));
+    }
+}
+
+void Module1::setSwitch(NotesSwitch which, bool on) {
+    bool& stored = m_switches[static_cast<std::size_t>(which)];
+    const bool goesOn = on && !stored;
+    stored = on;
+    if (goesOn && isMark(which)) {
+        for (AddIn* addIn : std::vector<AddIn*>(m_addIns)) {
+            addIn->marksSwitchedOn();
+        }
+    }
+}
+
+QString Module1::componentFile() {
+    static const char anchor = 0;
+    Dl_info info{};
+    if (dladdr(&anchor, &info) == 0 || info.dli_fname == nullptr) {
+        return {};
+    }
+    return QFileInfo(QFile::decodeName(info.dli_fname)).absoluteFilePath();
+}
+
+Ref<dao::Database> Module1::database() {
+    return isDatabaseOpen() ? m_database : nullptr;
+}
+
+bool Module1::isDatabaseOpen() {
+    return m_database && m_database->isOpen();
+}
+
+Ref<IHostApplication> Module1::hostApplication() {
+    return m_component ? m_component->Application() : nullptr;
+}
+
+Clock& Module1::clock() {
+    return services().clock;
+}
+
+QString Module1::version() {
+    return QStringLiteral("%1.%2.%3")
+        .arg(YRW_VERSION_MAJOR)
+        .arg(YRW_VERSION_MINOR)
+        .arg(YRW_VERSION_REVISION);
+}
+
+QString Module1::templateFolder() {
+    if (!m_templateFolder.isEmpty()) {
+        return m_templateFolder;
+    }
+    return FileSystem::join(FileSystem::folderOf(componentFile()), QStringLiteral("DB/YRWNOTES"));
+}
+
+void Module1::closeDatabase() {
+    const Ref<dao::Database> database = std::exchange(m_database, nullptr);
+    const Ref<dao::Workspace> workspace = std::exchange(m_workspace, nullptr);
+    m_currentUser.reset();
+    ignoreErrors([this] { m_dataHelper.setDatabase(nullptr); });
+    ignoreErrors([&] {
+        if (database) {
+            database->Close();
+        }
+    });
+    ignoreErrors([&] {
+        if (workspace) {
+            workspace->Close();
+        }
+    });
+}
+
+} // namespace yrw

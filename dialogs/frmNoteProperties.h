@@ -1,0 +1,135 @@
+#pragma once
+
+#include "framework/INotesAddIn.h"
+#include "platform/component/Event.h"
+#include "platform/forms/Form.h"
+#include "store/Collections.h"
+
+#include <QDateTime>
+
+#include <array>
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QTabWidget;
+class QToolButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace yrw {
+
+class DatePicker;
+class Prompt;
+
+/// The note properties dialog: subject, date, type and reminders of a new or an existing note.
+///
+/// It writes nothing itself, except that it asks an edited note to delete its old reminders: on OK
+/// it raises events that the caller answers by writing. A handler that fails throws; the failure is
+/// reported and the dialog stays open with what was typed.
+/// Lifetime: made, initialised and shown modally by the notes window, to which it belongs; OK and
+/// Cancel unload it.
+/// Thread: the user-interface thread.
+class frmNoteProperties final : public Form {
+    Q_OBJECT
+
+public:
+    /// The buttons of `cmdForm`, the choices of `optType` and of `optReminder`, by their numbers.
+    enum class FormButton : int { Ok = 0, Cancel = 1 };
+    enum class TypeOption : int { Private = 0, Public = 1 };
+    enum class ReminderOption : int { Everyone = 0, JustMe = 1, SelectedUsers = 2, MyGroup = 3 };
+
+    /// Date, subject, the note, reminder kind, reminder date (invalid for none), automatic show and
+    /// type of the note. The handler of a new note sets the note to the one it made.
+    using NoteEvent = Event<const QDateTime&, const QString&, Ref<IRecord>&, ReminderKind,
+                            const QDateTime&, bool, NoteType>;
+    /// The note, the due time and the id of the user to remind.
+    using ReminderEvent = Event<Ref<IRecord>&, const QDateTime&, qint64>;
+
+    explicit frmNoteProperties(QWidget* owner = nullptr);
+    ~frmNoteProperties() override;
+
+    /// Fills the dialog for a note, or for a new one when there is none. `Parent` is the add-in,
+    /// through which the users are reached.
+    void Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Note);
+
+    NoteEvent AddNote;         ///< OK for a new note
+    NoteEvent EditNote;        ///< OK for an existing note
+    ReminderEvent AddReminder; ///< once for each user who is to be reminded
+
+protected:
+    void Form_Activate() override;
+    void Form_KeyDown(FormKey& key) override;
+    void Form_KeyUp(FormKey& key) override;
+
+private:
+    // Event handlers.
+    void prpMain_Click();
+    void chkReminder_Click();
+    void optReminder_Click(ReminderOption index);
+    void updReminder_UpClick();
+    void updReminder_DownClick();
+    void tvwRemindUsers_NodeCheck(QTreeWidgetItem* node);
+    void tvwRemindUsers_Collapse(QTreeWidgetItem* node);
+    void cmdForm_Click(FormButton index);
+
+    // Named operations.
+    void startNewNote();
+    void LoadNote();
+    void LoadReminder();
+    void EnableReminderControls(bool enable);
+    void updateTreeState();
+    void BuildUsersTree();
+    void tickRemindedUsers();
+    [[nodiscard]] bool AnyUserTicked() const;
+    [[nodiscard]] bool inputIsComplete();
+    [[nodiscard]] ReminderKind chosenKind() const;
+    [[nodiscard]] ReminderOption chosenOption() const;
+    void confirm();
+    void raiseNote();
+    void recreateReminders(bool deleteOld);
+    void RaiseReminders();
+    void stepReminder(int minutes);
+    void showHelp();
+
+    // Surroundings.
+    [[nodiscard]] Prompt& prompt() const;
+    [[nodiscard]] QDateTime now() const;
+    [[nodiscard]] Ref<IHostApplication> hostApplication() const;
+    [[nodiscard]] Ref<IUser> currentUser() const;
+    [[nodiscard]] Ref<IRecord> currentGroup() const;
+
+    // Construction.
+    void createControls();
+    [[nodiscard]] QWidget* createNotePage();
+    [[nodiscard]] QWidget* createTypeRow(QLabel& label);
+    [[nodiscard]] QWidget* createReminderFrame();
+    [[nodiscard]] QWidget* createReminderPicker();
+    [[nodiscard]] QWidget* createButtons();
+    void connectEvents();
+
+    QTabWidget* m_prpMain = nullptr;
+    QLineEdit* m_txtSubject = nullptr;
+    DatePicker* m_dtpDate = nullptr;
+    std::array<QRadioButton*, 2> m_optType{};
+    QCheckBox* m_chkAutoShow = nullptr;
+    QGroupBox* m_fraReminder = nullptr;
+    QCheckBox* m_chkReminder = nullptr;
+    DatePicker* m_dtpReminder = nullptr;
+    QToolButton* m_updReminderUp = nullptr;
+    QToolButton* m_updReminderDown = nullptr;
+    std::array<QRadioButton*, 4> m_optReminder{};
+    QTreeWidget* m_tvwRemindUsers = nullptr;
+    std::array<QPushButton*, 2> m_cmdForm{};
+
+    Ref<INotesAddIn> m_addIn;
+    Ref<IRecord> m_record; ///< the edited note; nothing while adding
+    Ref<Note> m_note;      ///< the same note
+    bool m_adding = false;
+    bool m_initialising = false; ///< the tree ticks who is reminded already, not who might be
+};
+
+} // namespace yrw

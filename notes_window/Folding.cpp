@@ -1,0 +1,81 @@
+#include "notes_window/Folding.h"
+
+#include <algorithm>
+
+namespace yrw {
+
+namespace {
+
+bool isMark(const QChar c) {
+    return c.category() == QChar::Mark_NonSpacing || c.category() == QChar::Mark_Enclosing;
+}
+
+/// Folds one code point; ASCII takes the short way, since most text is.
+void foldOne(QStringView point, QString& out) {
+    const char16_t first = point.front().unicode();
+    if (point.size() == 1 && first < 0x80) {
+        out += QChar(first >= u'A' && first <= u'Z' ? char16_t(first + 32) : first);
+        return;
+    }
+    const QString parts = point.toString().normalized(QString::NormalizationForm_KD).toCaseFolded();
+    for (const QChar c : parts) {
+        if (!isMark(c)) {
+            out += c;
+        }
+    }
+}
+
+template <class EachPoint>
+void forEachPoint(QStringView text, EachPoint eachPoint) {
+    for (qsizetype i = 0; i < text.size();) {
+        const bool pair = text[i].isHighSurrogate() && i + 1 < text.size();
+        const qsizetype length = pair ? 2 : 1;
+        eachPoint(text.mid(i, length), static_cast<int>(i));
+        i += length;
+    }
+}
+
+} // namespace
+
+QString foldText(QStringView text) {
+    QString folded;
+    folded.reserve(text.size());
+    forEachPoint(text, [&](QStringView point, int) { foldOne(point, folded); });
+    return folded;
+}
+
+FoldedText foldTextWithPositions(QStringView text) {
+    FoldedText folded;
+    forEachPoint(text, [&](QStringView point, int position) {
+        foldOne(point, folded.text);
+        folded.positions.resize(folded.text.size(), position);
+    });
+    folded.positions.append(static_cast<int>(text.size()));
+    return folded;
+}
+
+QStringList foldedWords(const QString& typed) {
+    return foldText(typed).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+bool containsWords(QStringView foldedText, const QStringList& words) {
+    return std::all_of(words.begin(), words.end(),
+                       [&](const QString& word) { return foldedText.contains(word); });
+}
+
+QList<TextRange> findWords(QStringView text, const QStringList& words, int limit) {
+    QList<TextRange> ranges;
+    const FoldedText folded = foldTextWithPositions(text);
+    for (const QString& word : words) {
+        qsizetype at = folded.text.indexOf(word);
+        while (at >= 0 && ranges.size() < limit) {
+            const int start = folded.positions[at];
+            const int end = folded.positions[at + word.size()];
+            ranges.append({start, std::max(1, end - start)});
+            at = folded.text.indexOf(word, at + word.size());
+        }
+    }
+    return ranges;
+}
+
+} // namespace yrw

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace yrw {
+
+/// A text as a search compares it: without case and accents.
+/// `positions` holds, for each character of `text`, its place in the original, and one more entry
+/// for the end; it is empty where no places were asked for.
+struct FoldedText {
+    QString text;
+    QList<int> positions;
+};
+
+[[nodiscard]] QString foldText(QStringView text);
+[[nodiscard]] FoldedText foldTextWithPositions(QStringView text);
+
+/// What the user typed into the find field, as folded words.
+[[nodiscard]] QStringList foldedWords(const QString& typed);
+/// True when a folded text contains every word, inside words too.
+[[nodiscard]] bool containsWords(QStringView foldedText, const QStringList& words);
+
+/// A range of an original text.
+struct TextRange {
+    int start = 0;
+    int length = 0;
+};
+/// Where the words stand in a text, in any order; at most `limit` ranges.
+[[nodiscard]] QList<TextRange> findWords(QStringView text, const QStringList& words, int limit);
+
+} // namespace yrw

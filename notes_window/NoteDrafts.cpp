@@ -1,0 +1,90 @@
+#include "notes_window/NoteDrafts.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
+namespace yrw {
+
+namespace {
+
+const QString kDateFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss");
+
+/// True while the process that wrote a draft lives and is not this one.
+bool isWriterAlive(qint64 processID) {
+    return processID != QCoreApplication::applicationPid() &&
+           QFileInfo::exists(QStringLiteral("/proc/%1").arg(processID));
+}
+
+} // namespace
+
+NoteDrafts::NoteDrafts(const QString& folder, const QString& database) {
+    const QByteArray hash =
+        QCryptographicHash::hash(database.toUtf8(), QCryptographicHash::Sha1).toHex().left(16);
+    m_folder = folder + QLatin1Char('/') + QString::fromLatin1(hash);
+}
+
+QString NoteDrafts::userFolder() {
+    QString state = qEnvironmentVariable("XDG_STATE_HOME");
+    if (!QDir::isAbsolutePath(state)) {
+        state = QDir::homePath() + QStringLiteral("/.local/state");
+    }
+    return state + QStringLiteral("/yrwnotes/drafts");
+}
+
+bool NoteDrafts::write(const NoteDraft& draft) {
+    QDir().mkpath(m_folder);
+    QSaveFile file(fileOf(draft.noteID));
+    if (!file.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    const QJsonObject content{
+        {QStringLiteral("note"), draft.noteID},
+        {QStringLiteral("written"), draft.written.toString(kDateFormat)},
+        {QStringLiteral("process"), QCoreApplication::applicationPid()},
+        {QStringLiteral("rtf"), draft.rtf},
+    };
+    file.write(QJsonDocument(content).toJson(QJsonDocument::Compact));
+    return file.commit();
+}
+
+std::optional<NoteDraft> NoteDrafts::find(qint64 noteID) const {
+    QFile file(fileOf(noteID));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
+    if (content.value(QStringLiteral("note")).toInteger() != noteID ||
+        isWriterAlive(content.value(QStringLiteral("process")).toInteger())) {
+        return std::nullopt;
+    }
+    return NoteDraft{
+        noteID,
+        QDateTime::fromString(content.value(QStringLiteral("written")).toString(), kDateFormat),
+        content.value(QStringLiteral("rtf")).toString()};
+}
+
+void NoteDrafts::remove(qint64 noteID) {
+    QFile::remove(fileOf(noteID));
+}
+
+QList<qint64> NoteDrafts::noteIDs() const {
+    QList<qint64> ids;
+    const QStringList names = QDir(m_folder).entryList({QStringLiteral("*.draft")}, QDir::Files);
+    for (const QString& name : names) {
+        ids.append(QFileInfo(name).baseName().toLongLong());
+    }
+    return ids;
+}
+
+QString NoteDrafts::fileOf(qint64 noteID) const {
+    return QStringLiteral("%1/%2.draft").arg(m_folder).arg(noteID);
+}
+
+} // namespace yrw

@@ -1,0 +1,216 @@
+#pragma once
+
+#include "dialogs/frmNoteProperties.h"
+#include "framework/INotesAddIn.h"
+#include "framework/Settings.h"
+#include "notes_window/NoteDrafts.h"
+#include "platform/controls/ListView.h"
+#include "platform/forms/Form.h"
+#include "platform/richtext/RichTextBox.h"
+#include "store/Operations.h"
+
+#include <QHash>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QLabel;
+
+namespace yrw {
+
+class FindBar;
+class SplitBar;
+class StatusBar;
+class Toolbar;
+
+/// The notes window: the notes of one host record (or those kept on none), the text of the selected
+/// note in an editor below, and the commands on a toolbar.
+///
+/// Life: made, `Initialise`d once, shown modally, and released by the add-in after it unloaded.
+/// Closing saves the text that was typed.
+/// Lifetime: the add-in and the store's context outlive the window.
+/// Thread: the user-interface thread.
+class frmMain final : public Form {
+    Q_OBJECT
+
+public:
+    frmMain(INotesAddIn& addIn, StoreContext& context);
+    ~frmMain() override;
+
+    /// Loads the window for an owner record (or none) and shows the note with that id, else the
+    /// first one. A failure is reported.
+    void Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Owner, qint64 NoteID);
+    /// Empties and refills the list for the owner and the chosen show type. Typed text is saved
+    /// first; the same note stays selected, else the first is. A failure is reported, and the list
+    /// keeps what was read before it.
+    void BuildNotesList();
+    /// Puts the note of a list item into the editor; an empty key empties the editor and turns it
+    /// off. Typed text of the note before is saved first. A failure is reported.
+    void ShowNote(const QString& item);
+    /// Writes into the status bar and paints it at once.
+    void ShowStatus(const QString& text);
+    /// Adds or removes the "User" column; true when only the user's own notes are shown.
+    bool SetUserColumn();
+    /// Builds the caption for an owner record.
+    void SetOwnerCaption();
+    /// Writes the editor's text into the current note when it was changed; false when that failed,
+    /// which is reported. The text then stays in the editor and in a draft.
+    bool SaveNote();
+    /// Appends text after the last paragraph, or as a paragraph of its own.
+    void AppendText(const QString& text, bool bold, bool newParagraph);
+    void InsertStamp();
+    void ApplyDefaultFont();
+    void ChooseFont();
+    void SetDefaultFont();
+    /// Brings the tools in line with the note shown and with the settings.
+    void UpdateToolStates();
+
+protected:
+    void Form_Load() override;
+    void Form_Resize() override;
+    void Form_KeyDown(FormKey& key) override;
+    void Form_KeyUp(FormKey& key) override;
+    void Form_Unload() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    struct Command;
+    struct OptionTool;
+    struct Shortcut;
+
+    // Event handlers.
+    void atbMain_Click(ITool& tool);
+    void atbMain_ComboSelChange(ITool& tool);
+    void atbMain_ComboDrop(ITool& tool);
+    void atbMain_BandMove();
+    void lsvMain_ColumnClick(int column);
+    void lsvMain_ItemClick(const QString& item);
+    void lsvMain_DblClick();
+    void lsvMain_KeyDown(FormKey& key);
+    void lsvMain_MouseUp();
+    void picHSplit_MouseDown();
+    void picHSplit_MouseMove(int top);
+    void picHSplit_MouseUp();
+    void picHSplit_DblClick();
+    void rtxMain_Change();
+    void rtxMain_SelChange();
+    void rtxMain_MouseDown();
+    void mfrmProperties_AddNote(Ref<IRecord>& note, const NoteChoices& choices);
+    void mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices);
+    void mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTime& due, qint64 userID);
+
+    // Window layout (frmMain.cpp, frmMainControls.cpp).
+    void createControls();
+    void connectEvents();
+    void connectToolbar();
+    void loadToolbar();
+    void restoreSize();
+    void storeSize();
+    void restoreColumns();
+    void storeColumns();
+    void fitSubject();
+    void columnResized(int column);
+    void arrange();
+    [[nodiscard]] int clampedSplit(int top) const;
+    void moveSplit(int top);
+
+    // The list (frmMainList.cpp).
+    void fillWindow(qint64 noteID);
+    void refillList();
+    void prepareRefill();
+    void showListType(int listIndex);
+    void readNotes(int code, int listIndex, bool mineOnly);
+    [[nodiscard]] ListItem listItem(const Ref<IRecord>& note);
+    [[nodiscard]] QString userName(const QString& code);
+    void selectAfterRefill(const QString& before);
+    void showNoteOf(const QString& item);
+    void putIntoEditor(Note& note);
+    void emptyEditor();
+    void leaveItem(const QString& item);
+    void replaceItem(const ListItem& item);
+    void showEmptyText();
+    void countWaitingReminders();
+    void applyFind();
+    void showFoundItems();
+    void readFindTexts();
+    void markHits();
+    void openFind();
+    void closeFind();
+
+    // The text (frmMainEditor.cpp, frmMainSaving.cpp).
+    void writeText();
+    void writeTextInto(Note& note);
+    void settleConflict();
+    void appendOther(Note& theirs);
+    void setDirty(bool dirty);
+    void rememberLoaded(Note& note);
+    void writeDraft();
+    void offerDraft(qint64 noteID);
+    [[nodiscard]] FontChoice defaultFont() const;
+    [[nodiscard]] QString currentUserName();
+    void chooseColour();
+    void changeIndent(int twips);
+    void align(TextAlignment alignment);
+
+    // Commands (NoteCommands.cpp, NoteListCommands.cpp).
+    [[nodiscard]] static const std::vector<Command>& commands();
+    [[nodiscard]] static const std::vector<OptionTool>& options();
+    [[nodiscard]] static const std::vector<Shortcut>& shortcuts();
+    void run(ITool& tool);
+    void openProperties(const Ref<IRecord>& note);
+    void writeProperties(Note& note, const NoteChoices& choices);
+    void deleteSelected();
+    void finishSelected();
+    void cancelSelectedReminders();
+    void printNote();
+    void showType(int listIndex);
+    void toggleMine(const ITool& tool);
+    void toggleOption(const ITool& tool);
+    void showHelp();
+    void setToolEnabled(int id, bool enabled);
+    void setToolChecked(int id, bool checked);
+    [[nodiscard]] bool isToolChecked(const QString& key) const;
+    template <class Action>
+    void forEachTool(int id, Action action) const;
+
+    // Surroundings.
+    [[nodiscard]] Services& services() const { return m_addIn.services(); }
+    [[nodiscard]] Prompt& prompt() const;
+    [[nodiscard]] NotesSettings settings() const;
+    [[nodiscard]] Application& application() const;
+
+    INotesAddIn& m_addIn;
+    StoreContext& m_context;
+    Ref<INotesAddIn> m_parent;
+    Ref<Application> m_application;
+    Ref<IRecord> m_owner; ///< nothing for notes that are kept on no record
+    Ref<Notes> m_notes;
+    Ref<Note> m_note; ///< shown in the editor
+    QString m_title;
+    QVariant m_loadedText; ///< rich text of the current note as it was last read or written
+    bool m_initialising = false;
+    bool m_loading = false; ///< changes of the editor are not the user's
+    bool m_dirty = false;
+    NoteDrafts m_drafts;
+    QTimer m_draftTimer;
+    QTimer m_waitingTimer;
+    QList<ListItem> m_items; ///< everything that was read; the find bar narrows what is shown
+    QHash<QString, QString> m_userNames;
+    std::optional<QHash<QString, QString>> m_findTexts; ///< folded, by item key; read when needed
+    int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
+    bool m_subjectFits = true; ///< the subject column takes the width that the others leave
+    bool m_fitting = false;    ///< columns are resized in code, not by the user
+    std::vector<Connection> m_connections;
+
+    Toolbar* m_atbMain = nullptr;
+    FindBar* m_findBar = nullptr;
+    ListView* m_lsvMain = nullptr;
+    SplitBar* m_picHSplit = nullptr;
+    RichTextBox* m_rtxMain = nullptr;
+    StatusBar* m_stbMain = nullptr;
+    QLabel* m_lblReminders = nullptr;
+};
+
+} // namespace yrw

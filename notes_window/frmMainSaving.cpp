@@ -1,0 +1,155 @@
+// Saving the text: the record's update, conflicts with other users, and drafts.
+#include "notes_window/frmMain.h"
+
+#include "dialogs/Hourglass.h"
+#include "framework/ErrorGuards.h"
+#include "framework/Services.h"
+#include "notes_window/MultipleFieldUpdate.h"
+#include "notes_window/NoteTexts.h"
+#include "platform/clock/Clock.h"
+#include "platform/richtext/RichTextBox.h"
+
+#include <QScopedValueRollback>
+#include <QTextCursor>
+#include <QTextDocumentFragment>
+
+namespace yrw {
+
+namespace {
+
+const QString kProblem = QStringLiteral("Notes Problem");
+const QString kRtfNote = QStringLiteral("RTFNote");
+const QString kPlainNote = QStringLiteral("PlainNote");
+const QString kChangeDate = QStringLiteral("ChangeDate");
+
+/// A text field's value: empty text is Null.
+QVariant textOrNull(const QString& text) {
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}
+
+} // namespace
+
+bool frmMain::SaveNote() {
+    bool saved = true;
+    if (m_note && m_dirty) {
+        ShowStatus(QStringLiteral("Saving changes..."));
+        const Hourglass hourglass(prompt());
+        saved = reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.SaveNote"),
+                             QStringLiteral("Could not Save the Note"), kProblem,
+                             [this] { writeText(); });
+        if (saved) {
+            m_drafts.remove(m_note->value(QStringLiteral("RecordID")).toLongLong());
+            m_findTexts.reset();
+        } else {
+            writeDraft();
+        }
+        ShowStatus(saved ? QStringLiteral("Done")
+                         : QStringLiteral("Not saved. A copy of the text is kept."));
+    }
+    setDirty(false);
+    return saved;
+}
+
+void frmMain::writeText() {
+    try {
+        writeTextInto(*m_note);
+        return;
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorConflict) {
+            throw;
+        }
+    }
+    settleConflict();
+}
+
+void frmMain::writeTextInto(Note& note) {
+    const bool empty = m_rtxMain->isEmpty();
+    const QVariant rtf = empty ? QVariant() : textOrNull(m_rtxMain->TextRTF());
+    MultipleFieldUpdate update(note);
+    update.set(kPlainNote, textOrNull(m_rtxMain->Text()));
+    update.set(kRtfNote, rtf);
+    update.set(kChangeDate, services().clock.now());
+    update.end();
+    m_loadedText = rtf;
+}
+
+void frmMain::settleConflict() {
+    const Ref<Note> theirs = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
+    if (theirs->value(kRtfNote) != m_loadedText) {
+        const QString code =
+            HostUtility::NullToText(theirs->value(QStringLiteral("ChangeUserCode")));
+        const QString name = code.isEmpty() ? QStringLiteral("someone else") : userName(code);
+        const QString when = noteDateText(theirs->value(kChangeDate).toDateTime());
+        const PromptAnswer answer = prompt().question(
+            QStringLiteral(
+                "While you were changing this note, its text was changed by %1 at %2.\r\r"
+                "Yes: keep your text.\r"
+                "No: keep the text of %1.\r"
+                "Cancel: keep both, one after the other.")
+                .arg(name, when),
+            QStringLiteral("Note Changed"), PromptButtons::YesNoCancel, PromptIcon::Question,
+            PromptAnswer::Cancel);
+        if (answer == PromptAnswer::No) {
+            m_note = theirs;
+            putIntoEditor(*theirs);
+            return;
+        }
+        if (answer == PromptAnswer::Cancel) {
+            appendOther(*theirs);
+        }
+    }
+    // Their other fields stay as they are; only the text is written again.
+    writeTextInto(*theirs);
+    m_note = theirs;
+}
+
+void frmMain::appendOther(Note& theirs) {
+    const QScopedValueRollback<bool> loading(m_loading, true);
+    RichTextBox other;
+    other.setTextRTF(HostUtility::NullToText(theirs.value(kRtfNote)));
+    const QString code = HostUtility::NullToText(theirs.value(QStringLiteral("ChangeUserCode")));
+    AppendText(noteStampText(theirs.value(kChangeDate).toDateTime(), userName(code)), true, true);
+    QTextCursor cursor(m_rtxMain->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertBlock();
+    cursor.insertFragment(QTextDocumentFragment(other.document()));
+}
+
+void frmMain::rememberLoaded(Note& note) {
+    m_loadedText = note.value(kRtfNote);
+}
+
+void frmMain::writeDraft() {
+    if (!m_note || !m_dirty) {
+        return;
+    }
+    m_drafts.write({m_note->value(QStringLiteral("RecordID")).toLongLong(), services().clock.now(),
+                    m_rtxMain->TextRTF()});
+}
+
+void frmMain::offerDraft(qint64 noteID) {
+    const std::optional<NoteDraft> draft = m_drafts.find(noteID);
+    if (!draft) {
+        return;
+    }
+    const bool isToday = draft->written.date() == services().clock.now().date();
+    const QString when = isToday ? noteTimeText(draft->written) : noteDateText(draft->written);
+    const PromptAnswer answer = prompt().question(
+        QStringLiteral("Unsaved text of %1 was found.\r\rDo you want to take it over?\r"
+                       "No throws it away.")
+            .arg(when),
+        QStringLiteral("Unsaved Text"), PromptButtons::YesNoCancel, PromptIcon::Question,
+        PromptAnswer::Yes);
+    if (answer == PromptAnswer::Yes) {
+        {
+            const QScopedValueRollback<bool> loading(m_loading, true);
+            m_rtxMain->setTextRTF(draft->rtf);
+        }
+        setDirty(true);
+        rtxMain_SelChange();
+    } else if (answer == PromptAnswer::No) {
+        m_drafts.remove(noteID);
+    }
+}
+
+} // namespace yrw

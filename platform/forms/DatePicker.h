@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QDateTimeEdit>
+
+namespace yrw {
+
+/// A field for a date and a time to the minute, shown as "dd/MM/yyyy HH:mm" in every locale, with a
+/// calendar behind its arrow.
+///
+/// Up and Down step the part under the cursor. The mouse wheel changes the value only while the
+/// field has the focus. The earliest date is 1 January 1900.
+/// Thread: the user-interface thread.
+class DatePicker final : public QDateTimeEdit {
+    Q_OBJECT
+
+public:
+    /// `name` is the object name, `accessibleName` what screen readers say.
+    explicit DatePicker(const QString& name, const QString& accessibleName,
+                        QWidget* parent = nullptr);
+
+    /// The value, cut to whole minutes.
+    [[nodiscard]] QDateTime value() const;
+    /// Sets the value, cut to whole minutes.
+    void setValue(const QDateTime& value);
+    /// Moves the value by minutes, negative for back; stays within the earliest date.
+    void addMinutes(int minutes);
+
+protected:
+    void wheelEvent(QWheelEvent* event) override;
+};
+
+} // namespace yrw

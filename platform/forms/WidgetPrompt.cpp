@@ -1,0 +1,311 @@
+#include "platform/forms/WidgetPrompt.h"
+
+#include "platform/clock/Clock.h"
+#include "platform/forms/FileFilter.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFontDialog>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QScopeGuard>
+
+#include <memory>
+
+namespace yrw {
+
+namespace {
+
+const QString kBoxName = QStringLiteral("promptBox");
+
+QString withLineBreaks(QString text) {
+    return text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
+        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+QString onOneLine(const QString& text) {
+    return withLineBreaks(text).simplified();
+}
+
+QMessageBox::Icon iconOf(PromptIcon icon) {
+    switch (icon) {
+    case PromptIcon::Information:
+        return QMessageBox::Information;
+    case PromptIcon::Question:
+        return QMessageBox::Question;
+    case PromptIcon::Exclamation:
+        return QMessageBox::Warning;
+    case PromptIcon::Critical:
+        return QMessageBox::Critical;
+    case PromptIcon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons buttonsOf(PromptButtons buttons) {
+    switch (buttons) {
+    case PromptButtons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case PromptButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case PromptButtons::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case PromptButtons::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+QMessageBox::StandardButton buttonOf(PromptAnswer answer) {
+    switch (answer) {
+    case PromptAnswer::Yes:
+        return QMessageBox::Yes;
+    case PromptAnswer::No:
+        return QMessageBox::No;
+    case PromptAnswer::Cancel:
+        return QMessageBox::Cancel;
+    case PromptAnswer::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+PromptAnswer answerOf(int button) {
+    switch (button) {
+    case QMessageBox::Yes:
+        return PromptAnswer::Yes;
+    case QMessageBox::No:
+        return PromptAnswer::No;
+    case QMessageBox::Cancel:
+        return PromptAnswer::Cancel;
+    default:
+        return PromptAnswer::Ok;
+    }
+}
+
+/// The button that changes nothing.
+QMessageBox::StandardButton escapeOf(PromptButtons buttons) {
+    switch (buttons) {
+    case PromptButtons::YesNo:
+        return QMessageBox::No;
+    case PromptButtons::Ok:
+        return QMessageBox::Ok;
+    default:
+        return QMessageBox::Cancel;
+    }
+}
+
+void nameButtons(const QMessageBox& box) {
+    for (QAbstractButton* const button : box.buttons()) {
+        button->setAccessibleName(QString(button->text()).remove(u'&'));
+    }
+}
+
+std::unique_ptr<QMessageBox> makeBox(const QString& text, const QString& title, PromptIcon icon) {
+    auto box = std::make_unique<QMessageBox>();
+    box->setTextFormat(Qt::PlainText);
+    box->setText(withLineBreaks(text));
+    box->setWindowTitle(title);
+    box->setIcon(iconOf(icon));
+    return box;
+}
+
+QString detailsOf(const ErrorReport& report) {
+    QString details = withLineBreaks(report.description);
+    if (!report.source.isEmpty()) {
+        details +=
+            u"\n\n" + QCoreApplication::translate("WidgetPrompt", "Source: %1").arg(report.source);
+    }
+    if (report.number != 0) {
+        details +=
+            u'\n' + QCoreApplication::translate("WidgetPrompt", "Number: %1").arg(report.number);
+    }
+    return details.trimmed();
+}
+
+} // namespace
+
+/// One dialog of the door while it is open: shows it over its owner, with the usual pointer.
+class WidgetPrompt::OpenBox {
+public:
+    explicit OpenBox(WidgetPrompt& prompt) : m_prompt(prompt), m_pointer(prompt.m_pointer) {
+        m_prompt.setMousePointer(MousePointer::Default);
+    }
+    OpenBox(const OpenBox&) = delete;
+    OpenBox& operator=(const OpenBox&) = delete;
+    ~OpenBox() { m_prompt.setMousePointer(m_pointer); }
+
+    /// The box's result. It is not deleted with its owner, since the caller holds it.
+    int exec(QDialog& box) const {
+        QWidget* const owner = m_prompt.owner();
+        if (owner != nullptr) {
+            box.setParent(owner, box.windowFlags());
+            QObject::connect(owner, &QObject::destroyed, &box, [&box](QObject* gone) {
+                if (box.parent() == gone) {
+                    box.setParent(nullptr, box.windowFlags());
+                    box.reject();
+                }
+            });
+        }
+        box.setObjectName(kBoxName);
+        return box.exec();
+    }
+
+private:
+    WidgetPrompt& m_prompt;
+    MousePointer m_pointer;
+};
+
+WidgetPrompt::WidgetPrompt(const Clock& clock) : m_clock(clock) {}
+
+WidgetPrompt::~WidgetPrompt() = default;
+
+QWidget* WidgetPrompt::owner() const {
+    if (QWidget* const modal = QApplication::activeModalWidget()) {
+        return modal;
+    }
+    return m_parent.isNull() ? QApplication::activeWindow() : m_parent->window();
+}
+
+void WidgetPrompt::message(const QString& text, const QString& title, PromptIcon icon) {
+    question(text, title, PromptButtons::Ok, icon, PromptAnswer::Ok);
+}
+
+PromptAnswer WidgetPrompt::question(const QString& text, const QString& title,
+                                    PromptButtons buttons, PromptIcon icon,
+                                    PromptAnswer defaultAnswer) {
+    const auto box = makeBox(text, title, icon);
+    box->setStandardButtons(buttonsOf(buttons));
+    box->setDefaultButton(buttonOf(defaultAnswer));
+    box->setEscapeButton(escapeOf(buttons));
+    nameButtons(*box);
+    const int pressed = OpenBox(*this).exec(*box);
+    return answerOf(pressed == 0 ? int(escapeOf(buttons)) : pressed);
+}
+
+void WidgetPrompt::errorReport(const ErrorReport& report) {
+    log(report);
+    if (m_reporting) {
+        return;
+    }
+    m_reporting = true;
+    const auto done = qScopeGuard([this] { m_reporting = false; });
+    const auto box = makeBox(report.message, report.title, PromptIcon::Critical);
+    QStringList reasons{withLineBreaks(report.text), withLineBreaks(report.description)};
+    reasons.removeAll(QString());
+    box->setInformativeText(reasons.join(QStringLiteral("\n\n")));
+    box->setStandardButtons(QMessageBox::Ok);
+    box->setDetailedText(detailsOf(report));
+    nameButtons(*box);
+    OpenBox(*this).exec(*box);
+}
+
+QString WidgetPrompt::logFile() {
+    QString state = qEnvironmentVariable("XDG_STATE_HOME");
+    if (state.isEmpty()) {
+        state = QDir::homePath() + u"/.local/state";
+    }
+    return state + u"/yarrowen/log.txt";
+}
+
+void WidgetPrompt::log(const ErrorReport& report) const {
+    const QString path = logFile();
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::Append)) {
+        return;
+    }
+    const QStringList parts{
+        m_clock.now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), report.source,
+        QString::number(report.number),
+        onOneLine(report.message + u' ' + report.text + u' ' + report.description)};
+    file.write(parts.join(u'\t').toUtf8() + '\n');
+}
+
+QStringList WidgetPrompt::openFiles(const FileRequest& request) {
+    QFileDialog dialog(nullptr, request.title,
+                       request.folder.isEmpty() ? m_folder : request.folder);
+    dialog.setNameFilters(nameFilters(request.filter));
+    dialog.setFileMode(request.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    if (!request.prompt.isEmpty()) {
+        dialog.setLabelText(QFileDialog::FileName, request.prompt);
+    }
+    if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
+        return {};
+    }
+    m_folder = dialog.directory().path();
+    return dialog.selectedFiles();
+}
+
+QString WidgetPrompt::saveFile(const FileRequest& request) {
+    QFileDialog dialog(nullptr, request.title,
+                       request.folder.isEmpty() ? m_folder : request.folder);
+    dialog.setNameFilters(nameFilters(request.filter));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(firstSuffix(request.filter));
+    if (!request.prompt.isEmpty()) {
+        dialog.setLabelText(QFileDialog::FileName, request.prompt);
+    }
+    if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
+        return {};
+    }
+    m_folder = dialog.directory().path();
+    return dialog.selectedFiles().value(0);
+}
+
+std::optional<FontChoice> WidgetPrompt::chooseFont(const FontChoice& start) {
+    QFont font(start.name);
+    font.setPointSizeF(start.points > 0 ? start.points : 10);
+    font.setBold(start.bold);
+    font.setItalic(start.italic);
+    font.setUnderline(start.underline);
+    font.setStrikeOut(start.strikethru);
+    QFontDialog dialog(font);
+    if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    const QFont chosen = dialog.selectedFont();
+    return FontChoice{chosen.family(),    chosen.pointSizeF(), chosen.bold(), chosen.italic(),
+                      chosen.underline(), chosen.strikeOut(),  start.colour};
+}
+
+std::optional<int> WidgetPrompt::chooseColour(int start) {
+    QColorDialog dialog(QColor(start & 0xFF, (start >> 8) & 0xFF, (start >> 16) & 0xFF));
+    if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    const QColor chosen = dialog.selectedColor();
+    return chosen.red() | (chosen.green() << 8) | (chosen.blue() << 16);
+}
+
+bool WidgetPrompt::print(const QString& title, const std::function<void(QPrinter&)>& paint) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(title);
+    QPrintDialog dialog(&printer);
+    dialog.setWindowTitle(title);
+    if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
+        return false;
+    }
+    paint(printer);
+    return true;
+}
+
+void WidgetPrompt::setMousePointer(MousePointer pointer) {
+    m_pointer = pointer;
+    while (QApplication::overrideCursor() != nullptr) {
+        QApplication::restoreOverrideCursor();
+    }
+    if (pointer != MousePointer::Default) {
+        QApplication::setOverrideCursor(pointer == MousePointer::Hourglass ? Qt::WaitCursor
+                                                                           : Qt::SizeVerCursor);
+    }
+}
+
+} // namespace yrw

@@ -1,0 +1,99 @@
+#include "platform/component/AutomationError.h"
+#include "platform/component/ClassRegistry.h"
+#include "platform/component/NamedCalls.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using namespace yrw;
+
+namespace {
+
+const QString kParts = QStringLiteral(YRW_TEST_PARTS);
+
+class ClassRegistryTest : public testing::Test {
+protected:
+    QString path(const QString& name) const { return folder.filePath(name); }
+    void add(const QString& programId, const QString& classId, const QString& library) {
+        registry.registerClass({programId, classId, library});
+    }
+    /// The words of the error that creating an object raises; empty when none is raised.
+    QString failure(const QString& programId) {
+        try {
+            (void)registry.createObject(programId);
+            return {};
+        } catch (const AutomationError& error) {
+            EXPECT_EQ(error.number(), kErrorCannotCreateObject);
+            return error.description();
+        }
+    }
+
+    QTemporaryDir folder;
+    ClassRegistry registry{folder.filePath(QStringLiteral("not/yet/classes.ini"))};
+};
+
+TEST_F(ClassRegistryTest, CreatesAnObjectOfARegisteredClass) {
+    add(u"Test.Greeter"_s, u"{good}"_s, kParts + u"/Component.so");
+    const Ref<Counted> object = registry.createObject(u"Test.Greeter"_s);
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->referenceCount(), 1);
+    auto* calls = dynamic_cast<INamedCalls*>(object.get());
+    EXPECT_EQ(callByName(calls, u"Greet"_s, {{u"Name"_s, u"Anna"_s}}), u"Hello, Anna"_s);
+    EXPECT_THROW(callByName(calls, u"Part"_s), AutomationError);
+}
+
+TEST_F(ClassRegistryTest, SaysWhatIsWrongAndNamesProgramIdOrFile) {
+    QFile plain(path(u"plain.so"_s));
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly) && plain.write("no library") > 0);
+    plain.close();
+    const QString component = kParts + u"/Component.so";
+    const struct {
+        QString classId;
+        QString library;
+        QString words;
+    } cases[] = {
+        {u"{good}"_s, path(u"gone.so"_s), u"is not there"_s},
+        {u"{good}"_s, folder.path(), u"is not there"_s},
+        {u"{good}"_s, plain.fileName(), u"could not be loaded"_s},
+        {u"{good}"_s, kParts + u"/Foreign.so", u"is not a component"_s},
+        {u"{unknown}"_s, component, u"does not offer"_s},
+        {u"{old}"_s, component, u"another version"_s},
+        {u"{empty}"_s, component, u"made no object"_s},
+        {u"{throws}"_s, component, u"The disk is full."_s},
+    };
+    for (const auto& c : cases) {
+        add(u"Test.Faulty"_s, c.classId, c.library);
+        const QString words = failure(u"Test.Faulty"_s);
+        EXPECT_TRUE(words.contains(c.words)) << qPrintable(words);
+        EXPECT_TRUE(words.contains(u"Test.Faulty")) << qPrintable(words);
+    }
+    for (const QString& unknown : {u"Test.Unknown"_s, QString(), u"a/b"_s}) {
+        EXPECT_TRUE(failure(unknown).contains(u'\'' + unknown + u'\''));
+    }
+}
+
+TEST_F(ClassRegistryTest, AnotherProcessSeesWhatIsEnteredAndTakenOut) {
+    const ClassRegistry other(registry.file());
+    add(u"Test.One"_s, u"{1}"_s, u"/lib/one.so"_s);
+    add(u"Test.Two"_s, u"{2}"_s, u"/lib/two.so"_s);
+    add(u"Test.One"_s, u"{3}"_s, u"/lib/three, with comma.so"_s);
+    EXPECT_EQ(other.find(u"Test.One"_s).classId, u"{3}");
+    EXPECT_EQ(other.find(u"Test.One"_s).libraryFile, u"/lib/three, with comma.so");
+    other.unregisterClass(u"Test.One"_s);
+    other.unregisterClass(u"Test.One"_s);
+    EXPECT_THROW((void)registry.find(u"Test.One"_s), AutomationError);
+    EXPECT_EQ(registry.find(u"Test.Two"_s).libraryFile, u"/lib/two.so");
+}
+
+TEST_F(ClassRegistryTest, ARegistryThatCannotBeUsedIsNamed) {
+    ASSERT_TRUE(QDir().mkpath(registry.file())); // a folder stands in the file's place
+    EXPECT_TRUE(failure(u"Test.One"_s).contains(registry.file()));
+    EXPECT_THROW(add(u"Test.One"_s, u"{1}"_s, u"/lib/one.so"_s), AutomationError);
+    EXPECT_THROW(ClassRegistry(registry.file()).unregisterClass(u"Test.One"_s), AutomationError);
+}
+
+} // namespace

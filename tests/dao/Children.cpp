@@ -1,0 +1,115 @@
+#include "tests/dao/Children.h"
+
+#include "platform/dao/Database.h"
+
+#include <QRandomGenerator>
+
+#include <cstdio>
+
+namespace yrw::dao {
+
+namespace {
+
+qint64 addRow(Database& database, const QString& table, const ValueList& values) {
+    const auto rows = database.OpenRecordset(table, RecordsetType::Table);
+    rows->AddNew();
+    for (const auto& [name, value] : values) {
+        rows->setValue(name, value);
+    }
+    rows->Update();
+    return rows->LastModified().place();
+}
+
+qint64 addNoteWithReminder(Database& database, const QString& subject) {
+    Transaction transaction(database);
+    const qint64 note = addRow(database, u"tblNotes"_qs,
+                               {{u"Subject"_qs, subject}, {u"PlainNote"_qs, QString(5000, u'p')}});
+    addRow(database, u"tblReminders"_qs, {{u"NoteID"_qs, note}, {u"UserID"_qs, 1}});
+    transaction.commit();
+    return note;
+}
+
+Ref<Database> open(const QString& file) {
+    static FileSystem files;
+    return createWorkspace({Clock::instance(), files})->OpenDatabase(file);
+}
+
+/// Writes until it is killed; acknowledges each note on a line once it is committed.
+int writeForEver(const QString& file) {
+    const auto database = open(file);
+    for (;;) {
+        std::printf("%lld\n", addNoteWithReminder(*database, u"child"_qs));
+        std::fflush(stdout);
+    }
+}
+
+void changeOne(Database& database, QRandomGenerator& random, int number) {
+    const auto rows =
+        database.OpenRecordset(u"SELECT * FROM qryNotes WHERE [OwnerRecordID]=%1"_qs.arg(number));
+    if (rows->AtEof()) {
+        return;
+    }
+    rows->setAbsolutePosition(random.bounded(int(rows->RecordCount())));
+    rows->Edit();
+    rows->setValue(u"Status", rows->value(u"Status").toInt() + 1);
+    rows->Update();
+}
+
+/// Adds, changes, deletes, lists and seeks; adds to a counter that all children share.
+int mixOperations(const QString& file, int number, int operations) {
+    const auto database = open(file);
+    QRandomGenerator random{quint32(number)};
+    for (int i = 0; i < operations; ++i) {
+        switch (random.bounded(5)) {
+        case 0:
+            addRow(*database, u"tblNotes"_qs, {{u"OwnerRecordID"_qs, number}});
+            break;
+        case 1:
+            changeOne(*database, random, number);
+            break;
+        case 2: {
+            const qint64 note = addNoteWithReminder(*database, u"gone"_qs);
+            database->ExecuteQuery(u"delRemindersByNoteID"_qs, {{u"NoteID"_qs, note}});
+            database->ExecuteQuery(u"delNoteByID"_qs, {{u"RecordID"_qs, note}});
+            break;
+        }
+        case 3: {
+            const auto rows = database->OpenRecordset(u"qryNotes"_qs, RecordsetType::ForwardOnly);
+            for (; !rows->AtEof(); rows->MoveNext()) {
+                static_cast<void>(rows->value(u"Subject"));
+            }
+            break;
+        }
+        default: {
+            Transaction transaction(*database);
+            const auto rows = database->OpenRecordset(u"SELECT * FROM tblSettings"_qs);
+            rows->Edit();
+            rows->setValue(u"HighlightRowColour",
+                           rows->value(u"HighlightRowColour").toLongLong() + 1);
+            rows->Update();
+            transaction.commit();
+            std::printf("+\n");
+        }
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+int runChild(const QStringList& arguments) {
+    try {
+        if (arguments.size() == 3 && arguments[1] == u"--writer") {
+            return writeForEver(arguments[2]);
+        }
+        if (arguments.size() == 5 && arguments[1] == u"--mixed") {
+            return mixOperations(arguments[2], arguments[3].toInt(), arguments[4].toInt());
+        }
+    } catch (const AutomationError& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 3;
+    }
+    return -1;
+}
+
+} // namespace yrw::dao

@@ -1,0 +1,345 @@
+#include "platform/dao/Upgrade.h"
+
+#include "tests/dao/DaoFixture.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace yrw::dao {
+
+namespace {
+
+class DatabaseTest : public DaoTest {
+protected:
+    qint64 noteCount() {
+        return database->OpenRecordset(u"tblNotes"_qs, RecordsetType::Table)->RecordCount();
+    }
+    static QVariant read(Database& from, qint64 id, QStringView field) {
+        return from.OpenRecordset(u"SELECT * FROM qryNotes WHERE RecordID=%1"_qs.arg(id))
+            ->value(field);
+    }
+    static Ref<Recordset> editing(Database& in, qint64 id) {
+        auto rows = in.OpenRecordset(u"SELECT * FROM qryNotes WHERE RecordID=%1"_qs.arg(id));
+        rows->Edit();
+        return rows;
+    }
+    void writeFile(const QString& name, const QByteArray& bytes) const {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+    [[nodiscard]] QString errorTextOfOpening(const QString& name) const {
+        try {
+            static_cast<void>(workspace->OpenDatabase(path(name)));
+        } catch (const AutomationError& error) {
+            return QString::number(error.number()) + u' ' + error.description();
+        }
+        return {};
+    }
+    /// Asks the file with the engine alone.
+    [[nodiscard]] QString journalMode() const {
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.read(20).back() == 2 ? u"wal"_qs : u"rollback"_qs;
+    }
+};
+
+TEST_F(DatabaseTest, ATransactionIsAllOrNothingAtEveryDepth) {
+    {
+        const Transaction dropped(*database);
+        addNote(u"never"_qs);
+    }
+    EXPECT_EQ(noteCount(), 0);
+    Transaction outer(*database);
+    addNote(u"kept"_qs);
+    {
+        const Transaction inner(*database);
+        addNote(u"dropped"_qs);
+    }
+    {
+        Transaction inner(*database);
+        addNote(u"kept too"_qs);
+        inner.commit();
+    }
+    EXPECT_EQ(another()->OpenRecordset(u"tblNotes"_qs)->RecordCount(), 0);
+    outer.commit();
+    EXPECT_EQ(another()->OpenRecordset(u"tblNotes"_qs)->RecordCount(), 2);
+    EXPECT_EQ(errorOf([&] { database->CommitTrans(); }), kErrorInvalidOperation);
+}
+
+TEST_F(DatabaseTest, AScriptThatFailsLeavesNothing) {
+    EXPECT_EQ(
+        errorOf([&] { database->RunScript(u"CREATE TABLE a (x); CREATE TABLE tblNotes (x);"_qs); }),
+        kErrorDatabaseEngine);
+    EXPECT_FALSE(database->hasTable(u"a"_qs));
+    EXPECT_TRUE(database->hasField(u"TBLNOTES"_qs, u"subject"_qs));
+}
+
+TEST_F(DatabaseTest, AnUpdateDoesNotOverwriteWhatSomebodyElseWrote) {
+    const qint64 id = addNote(u"first"_qs);
+    const auto mine = editing(*database, id);
+    const auto other = another();
+    const auto theirs = editing(*other, id);
+    theirs->setValue(u"Subject", u"theirs"_qs);
+    theirs->setValue(u"ChangeDate", clock.now());
+    theirs->setValue(u"ChangeUserCode", u"BEN"_qs);
+    theirs->Update();
+    mine->setValue(u"Subject", u"mine"_qs);
+    mine->setValue(u"PlainNote", u"text"_qs);
+    mine->setValue(u"ChangeDate", clock.now().addSecs(5));
+    mine->setValue(u"ChangeUserCode", u"ANNA"_qs);
+    try {
+        mine->Update();
+        FAIL() << "the conflict went unnoticed";
+    } catch (const ConflictError& error) {
+        EXPECT_EQ(error.number(), kErrorConflict);
+        EXPECT_EQ(error.current().count(), 1);
+        EXPECT_EQ(error.current().value(u"subject").toString(), u"theirs");
+    }
+    EXPECT_TRUE(mine->EditInProgress());
+    EXPECT_TRUE(read(*database, id, u"PlainNote").isNull()) << "nothing of it was written";
+    mine->Update(); // who tries again has seen what stands there
+    EXPECT_EQ(read(*other, id, u"Subject").toString(), u"mine");
+}
+
+TEST_F(DatabaseTest, ChangesToDifferentFieldsDoNotMeet) {
+    const qint64 id = addNote(u"first"_qs);
+    const auto text = editing(*database, id);
+    const auto other = another();
+    const auto done = editing(*other, id);
+    for (const auto& rows : {done, text}) {
+        rows->setValue(u"ChangeDate", clock.now());
+        clock.advance(1);
+    }
+    done->setValue(u"Status", 2);
+    done->Update();
+    text->setValue(u"PlainNote", u"text"_qs);
+    text->Update();
+    EXPECT_EQ(read(*database, id, u"Status").toInt(), 2);
+    EXPECT_EQ(read(*database, id, u"PlainNote").toString(), u"text");
+    const auto gone = editing(*database, id);
+    other->ExecuteQuery(u"delNoteByID"_qs, {{u"RecordID"_qs, id}});
+    gone->setValue(u"Subject", u"x"_qs);
+    EXPECT_EQ(errorOf([&] { gone->Update(); }), kErrorNoCurrentRecord);
+}
+
+/// A clock whose every look takes a second, so that deadlines come at once.
+class HurriedClock final : public Clock {
+public:
+    [[nodiscard]] QDateTime now() const override { return QDateTime(QDate(2026, 6, 1), QTime()); }
+    [[nodiscard]] qint64 monotonicMs() const override { return m_now += 1000; }
+
+private:
+    mutable qint64 m_now = 0;
+};
+
+TEST_F(DatabaseTest, ALockedDatabaseSaysSoAndGoesOnLater) {
+    HurriedClock hurried;
+    const auto impatient = createWorkspace({hurried, files})->OpenDatabase(path());
+    const auto rows = impatient->OpenRecordset(u"tblNotes"_qs);
+    rows->AddNew();
+    rows->setValue(u"Subject", u"waited"_qs);
+    {
+        const Transaction blocking(*database);
+        EXPECT_EQ(errorOf([&] { rows->Update(); }), kErrorLocked);
+        EXPECT_TRUE(rows->EditInProgress());
+    }
+    rows->Update();
+    EXPECT_EQ(noteCount(), 1);
+}
+
+TEST_F(DatabaseTest, FilesThatAreNoDatabaseAreNamed) {
+    writeFile(u"zero.mdb"_qs, QByteArray());
+    writeFile(u"noise.mdb"_qs, QByteArray(9000, '\x5a'));
+    QFile good(path());
+    database->Close();
+    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
+    QByteArray bytes = good.readAll();
+    bytes.replace(100, 3000, QByteArray(3000, '\x17'));
+    writeFile(u"damaged.mdb"_qs, bytes);
+    QDir(folder.path()).mkdir(u"folder.mdb"_qs);
+    const std::pair<QString, int> cases[] = {
+        {u"missing.mdb"_qs, kErrorCannotOpenDatabase}, {u"folder.mdb"_qs, kErrorCannotOpenDatabase},
+        {u"zero.mdb"_qs, kErrorNotADatabase},          {u"noise.mdb"_qs, kErrorNotADatabase},
+        {u"damaged.mdb"_qs, kErrorNotADatabase},
+    };
+    for (const auto& [name, number] : cases) {
+        const QString error = errorTextOfOpening(name);
+        EXPECT_TRUE(error.startsWith(QString::number(number))) << error.toStdString();
+        EXPECT_TRUE(error.contains(path(name))) << error.toStdString();
+        EXPECT_FALSE(error.contains(u'\n'));
+        EXPECT_FALSE(error.contains(u'%'));
+    }
+    EXPECT_EQ(errorOf([&] { static_cast<void>(workspace->CreateDatabase(path())); }),
+              kErrorCannotOpenDatabase);
+}
+
+TEST_F(DatabaseTest, ClosingTheWorkspaceClosesWhatItOpened) {
+    const auto rows = database->OpenRecordset(u"tblNotes"_qs);
+    const auto host = createWorkspace({clock, files}, u"Host"_qs);
+    const auto hosts = host->OpenDatabase(path());
+    workspace->Close();
+    workspace->Close();
+    EXPECT_FALSE(database->isOpen());
+    EXPECT_FALSE(rows->isOpen());
+    EXPECT_TRUE(hosts->isOpen());
+    EXPECT_EQ(errorOf([&] { static_cast<void>(database->TableNames()); }), kErrorObjectClosed);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(workspace->OpenDatabase(path())); }),
+              kErrorObjectClosed);
+}
+
+/// Runs something in a running event loop, and returns when control is back in that loop.
+void inEventLoop(const std::function<void()>& first, const std::function<void()>& nextTurn) {
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, [&] {
+        first();
+        QTimer::singleShot(0, &loop, [&] {
+            nextTurn();
+            loop.quit();
+        });
+    });
+    loop.exec();
+}
+
+TEST_F(DatabaseTest, ReadsOfOneTurnSeeOneStateAndTheNextTurnSeesTheNext) {
+    const qint64 id = addNote(u"before"_qs);
+    const auto seek = database->OpenRecordset(u"tblNotes"_qs, RecordsetType::Table);
+    const auto stream = database->OpenRecordset(u"tblNotes"_qs, RecordsetType::ForwardOnly);
+    const auto other = another();
+    inEventLoop(
+        [&] {
+            seek->Seek(u"=", {id});
+            EXPECT_EQ(seek->value(u"Status").toInt(), 1);
+            const auto theirs = editing(*other, id);
+            theirs->setValue(u"Subject", u"after"_qs);
+            theirs->Update();
+            EXPECT_EQ(seek->value(u"Subject").toString(), u"before");
+        },
+        [&] {
+            seek->Seek(u"=", {id});
+            EXPECT_EQ(seek->value(u"Subject").toString(), u"after");
+            EXPECT_EQ(stream->value(u"Status").toInt(), 1) << "a stream reads on";
+        });
+    seek->Seek(u"=", {id});
+    const qint64 version = database->DataVersion();
+    other->DeleteRows(u"tblNotes"_qs, u"RecordID"_qs, id);
+    EXPECT_NE(database->DataVersion(), version);
+    seek->Seek(u"=", {id});
+    EXPECT_TRUE(seek->NoMatch()) << "outside a loop every read stands alone";
+}
+
+class FixedMount final : public MountTest {
+public:
+    explicit FixedMount(bool network) : m_network(network) {}
+    [[nodiscard]] bool isNetwork(const QString&) const override { return m_network; }
+
+private:
+    bool m_network;
+};
+
+class JournalTest : public DatabaseTest {
+protected:
+    Ref<Database> openFrom(const MountTest& mounts) {
+        return createWorkspace({hurried, files, &mounts})->OpenDatabase(path());
+    }
+    HurriedClock hurried;
+    FixedMount local{false};
+    FixedMount network{true};
+};
+
+TEST_F(JournalTest, ANetworkMountTurnsTheFileForEverybody) {
+    database->Close();
+    openFrom(local)->Close();
+    EXPECT_EQ(journalMode(), u"wal");
+    openFrom(network)->Close();
+    EXPECT_EQ(journalMode(), u"rollback");
+    openFrom(local)->Close();
+    EXPECT_EQ(journalMode(), u"rollback") << "a local host honours the mark";
+    const auto one = openFrom(local);
+    const auto two = openFrom(network);
+    add(*one, u"tblNotes"_qs, {{u"Subject"_qs, u"a"_qs}});
+    add(*two, u"tblNotes"_qs, {{u"Subject"_qs, u"b"_qs}});
+    EXPECT_EQ(one->OpenRecordset(u"tblNotes"_qs)->RecordCount(), 2);
+}
+
+TEST_F(JournalTest, AFileThatCannotBeTurnedIsRefused) {
+    database->Close();
+    const auto holder = openFrom(local);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(openFrom(network)); }), kErrorLocked);
+    add(*holder, u"tblNotes"_qs, {{u"Subject"_qs, u"goes on"_qs}});
+}
+
+/// Takes the right to write to a folder away, also from root.
+class ReadOnlyFolder {
+public:
+    explicit ReadOnlyFolder(const QString& folder) : m_folder(QFile::encodeName(folder)) {
+        EXPECT_EQ(::chmod(m_folder.constData(), 0555), 0);
+        m_becameNobody = ::geteuid() == 0 && ::seteuid(65534) == 0;
+    }
+    ~ReadOnlyFolder() {
+        EXPECT_TRUE(!m_becameNobody || ::seteuid(0) == 0);
+        EXPECT_EQ(::chmod(m_folder.constData(), 0755), 0);
+    }
+    ReadOnlyFolder(const ReadOnlyFolder&) = delete;
+    ReadOnlyFolder& operator=(const ReadOnlyFolder&) = delete;
+
+private:
+    QByteArray m_folder;
+    bool m_becameNobody = false;
+};
+
+TEST_F(JournalTest, AFileInAReadOnlyFolderOpensReadOnly) {
+    addNote(u"to read"_qs);
+    database->Close();
+    ASSERT_EQ(journalMode(), u"wal");
+    const ReadOnlyFolder guard(folder.path());
+    const auto rows = openFrom(local)->OpenRecordset(u"qryNotes"_qs);
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"to read");
+    EXPECT_FALSE(rows->Updatable());
+    EXPECT_EQ(errorOf([&] { rows->Edit(); }), kErrorReadOnly);
+    EXPECT_EQ(errorOf([&] { openFrom(local)->ExecuteQuery(u"delNoteByID"_qs, {}); }),
+              kErrorReadOnly);
+}
+
+TEST_F(DatabaseTest, UpgradesOnceAfterACopyAndRefusesTheNewer) {
+    addNote(u"old"_qs);
+    const UpgradeStep steps[] = {
+        {1, u"broken, but long done"_qs},
+        {2, u"ALTER TABLE tblSystem ADD COLUMN Extra LONG"_qs},
+        {3, u"UPDATE tblNotes SET Subject = 'new'"_qs},
+    };
+    const QString copy = bringUpToDate(*database, steps);
+    EXPECT_EQ(database->SchemaVersion(), 3);
+    EXPECT_TRUE(database->hasField(u"tblSystem"_qs, u"Extra"_qs));
+    EXPECT_EQ(read(*workspace->OpenDatabase(copy), 1, u"Subject").toString(), u"old");
+    EXPECT_TRUE(bringUpToDate(*database, steps).isEmpty());
+    EXPECT_EQ(errorOf([&] { bringUpToDate(*database, std::span(steps).first(2)); }),
+              kErrorNewerSchema);
+    const UpgradeStep bad[] = {{4, u"DELETE FROM tblNotes"_qs}, {5, u"no statement"_qs}};
+    EXPECT_EQ(errorOf([&] { bringUpToDate(*database, bad); }), kErrorDatabaseEngine);
+    EXPECT_EQ(database->SchemaVersion(), 3);
+    EXPECT_EQ(noteCount(), 1);
+}
+
+TEST_F(DatabaseTest, TheIntegrityCheckFindsDamage) {
+    for (int i = 0; i < 300; ++i) {
+        addNote(QString(200, u'x'));
+    }
+    EXPECT_TRUE(database->CheckIntegrity().isEmpty());
+    database->Close();
+    QFile file(path());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.seek(file.size() - 4096);
+    file.write(QByteArray(2000, '\x33'));
+    file.close();
+    EXPECT_FALSE(workspace->OpenDatabase(path())->CheckIntegrity().isEmpty());
+}
+
+} // namespace
+
+} // namespace yrw::dao

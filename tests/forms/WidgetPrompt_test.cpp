@@ -1,0 +1,242 @@
+#include "platform/forms/WidgetPrompt.h"
+
+#include "platform/clock/Clock.h"
+#include "platform/forms/DatePicker.h"
+#include "platform/forms/FileFilter.h"
+#include "platform/forms/Form.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QColorDialog>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+using namespace yrw;
+
+namespace {
+
+class WidgetPromptTest : public testing::Test {
+protected:
+    WidgetPromptTest() { qputenv("XDG_STATE_HOME", state.path().toUtf8()); }
+
+    /// Does something with the next box as soon as it is open.
+    template <class Action>
+    void whenOpen(Action action) {
+        auto* const timer = new QTimer(&context);
+        QObject::connect(timer, &QTimer::timeout, timer, [timer, action] {
+            QWidget* const box = QApplication::activeModalWidget();
+            if (box != nullptr && box->objectName() == "promptBox") {
+                timer->stop();
+                action(box);
+            }
+        });
+        timer->start(1);
+    }
+    void press(const QString& buttonName) {
+        whenOpen([buttonName](QWidget* box) { click(box, buttonName); });
+    }
+    static void click(QWidget* box, const QString& buttonName) {
+        for (auto* button : box->findChildren<QAbstractButton*>()) {
+            if (button->accessibleName() == buttonName) {
+                QTest::mouseClick(button, Qt::LeftButton);
+                return;
+            }
+        }
+        ADD_FAILURE() << "no button " << buttonName.toStdString();
+        box->close();
+    }
+    static QString logged() {
+        QFile log(WidgetPrompt::logFile());
+        return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
+    }
+
+    QObject context;
+    QTemporaryDir state;
+    ManualClock clock{QDateTime(QDate(2026, 6, 1), QTime(12, 0, 5))};
+    WidgetPrompt prompt{clock};
+};
+
+TEST_F(WidgetPromptTest, answersAreTheButtonsPressed) {
+    struct {
+        PromptButtons buttons;
+        QString button;
+        PromptAnswer answer;
+    } const cases[] = {
+        {PromptButtons::YesNo, "Yes", PromptAnswer::Yes},
+        {PromptButtons::YesNo, "No", PromptAnswer::No},
+        {PromptButtons::YesNoCancel, "Cancel", PromptAnswer::Cancel},
+        {PromptButtons::OkCancel, "OK", PromptAnswer::Ok},
+    };
+    for (const auto& [buttons, button, answer] : cases) {
+        press(button);
+        EXPECT_EQ(
+            prompt.question("Sure?", "Title", buttons, PromptIcon::Question, PromptAnswer::No),
+            answer);
+    }
+}
+
+TEST_F(WidgetPromptTest, closingAnswersTheButtonThatChangesNothing) {
+    const std::pair<PromptButtons, PromptAnswer> cases[] = {
+        {PromptButtons::YesNo, PromptAnswer::No},
+        {PromptButtons::YesNoCancel, PromptAnswer::Cancel},
+        {PromptButtons::OkCancel, PromptAnswer::Cancel},
+    };
+    for (const auto& [buttons, answer] : cases) {
+        for (const bool byKey : {false, true}) {
+            whenOpen([byKey](QWidget* box) {
+                if (byKey) {
+                    QTest::keyClick(box, Qt::Key_Escape);
+                } else {
+                    box->close();
+                }
+            });
+            EXPECT_EQ(prompt.question("?", "T", buttons, PromptIcon::None, PromptAnswer::Yes),
+                      answer);
+        }
+    }
+}
+
+TEST_F(WidgetPromptTest, returnKeyTakesTheDefault) {
+    whenOpen([](QWidget* box) { QTest::keyClick(box, Qt::Key_Return); });
+    EXPECT_EQ(
+        prompt.question("?", "T", PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::No),
+        PromptAnswer::No);
+}
+
+TEST_F(WidgetPromptTest, carriageReturnShowsAsLineBreakAndMarkupAsText) {
+    QString shown;
+    whenOpen([&shown](QWidget* box) {
+        shown = qobject_cast<QMessageBox*>(box)->text();
+        EXPECT_EQ(qobject_cast<QMessageBox*>(box)->textFormat(), Qt::PlainText);
+        box->close();
+    });
+    prompt.message("one\rtwo\r\nthree <b>", "T", PromptIcon::Information);
+    EXPECT_EQ(shown, "one\ntwo\nthree <b>");
+}
+
+TEST_F(WidgetPromptTest, reportShowsTheMessageFirstAndTheSourceBehindAButton) {
+    const ErrorReport report{3024, "YRW.Form.Load", "C.mdb is missing.\rSorry", "Could Not Open",
+                             "",   "Notes Problem"};
+    whenOpen([](QWidget* widget) {
+        auto* const box = qobject_cast<QMessageBox*>(widget);
+        EXPECT_EQ(box->text(), "Could Not Open");
+        EXPECT_EQ(box->windowTitle(), "Notes Problem");
+        EXPECT_EQ(box->informativeText(), "C.mdb is missing.\nSorry");
+        EXPECT_TRUE(box->detailedText().contains("YRW.Form.Load"));
+        EXPECT_FALSE(box->text().contains("YRW.Form.Load"));
+        click(box, "OK");
+    });
+    prompt.errorReport(report);
+    EXPECT_EQ(logged(),
+              "2026-06-01 12:00:05\tYRW.Form.Load\t3024\tCould Not Open C.mdb is missing. Sorry\n");
+}
+
+TEST_F(WidgetPromptTest, secondReportIsLoggedAndNotStacked) {
+    whenOpen([this](QWidget* box) {
+        prompt.errorReport({1, "Timer", "second", "Second", "", "T"});
+        EXPECT_EQ(QApplication::activeModalWidget(), box);
+        click(box, "OK");
+    });
+    prompt.errorReport({1, "First", "first", "First", "", "T"});
+    EXPECT_EQ(logged().count('\n'), 2);
+    press("OK");
+    prompt.errorReport({1, "Third", "third", "Third", "", "T"});
+    EXPECT_EQ(logged().count('\n'), 3);
+}
+
+TEST_F(WidgetPromptTest, unwritableLogCostsNothing) {
+    qputenv("XDG_STATE_HOME", "/proc/nowhere");
+    press("OK");
+    prompt.errorReport({1, "S", "d", "m", "", "T"});
+}
+
+TEST_F(WidgetPromptTest, pointerIsAValueAndUsualWhileABoxIsOpen) {
+    prompt.setMousePointer(MousePointer::Hourglass);
+    prompt.setMousePointer(MousePointer::Hourglass);
+    prompt.setMousePointer(MousePointer::SizeNS);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::SizeVerCursor);
+    whenOpen([](QWidget* box) {
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        EXPECT_TRUE(Form::isModalOpen());
+        box->close();
+    });
+    prompt.message("m", "t", PromptIcon::None);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::SizeVerCursor);
+    prompt.setMousePointer(MousePointer::Default);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(WidgetPromptTest, boxSurvivesTheEndOfItsOwner) {
+    auto owner = std::make_unique<QWidget>();
+    owner->show();
+    prompt.setParentWindow(owner.get());
+    whenOpen([&](QWidget* box) {
+        EXPECT_EQ(box->parentWidget(), owner.get());
+        owner.reset();
+    });
+    EXPECT_EQ(prompt.question("?", "T", PromptButtons::YesNo, PromptIcon::None, PromptAnswer::Yes),
+              PromptAnswer::No);
+}
+
+TEST_F(WidgetPromptTest, coloursAreBlueGreenRed) {
+    whenOpen([](QWidget* box) {
+        EXPECT_EQ(qobject_cast<QColorDialog*>(box)->currentColor(), QColor(0x33, 0x22, 0x11));
+        qobject_cast<QColorDialog*>(box)->setCurrentColor(QColor(0xAA, 0xBB, 0xCC));
+        qobject_cast<QColorDialog*>(box)->accept();
+    });
+    EXPECT_EQ(prompt.chooseColour(0x112233), 0xCCBBAA);
+    whenOpen([](QWidget* box) { box->close(); });
+    EXPECT_EQ(prompt.chooseColour(0), std::nullopt);
+}
+
+TEST_F(WidgetPromptTest, dialogsCancelledGiveNothing) {
+    const auto closing = [](QWidget* box) { box->close(); };
+    whenOpen(closing);
+    EXPECT_TRUE(prompt.openFiles({}).isEmpty());
+    whenOpen(closing);
+    EXPECT_TRUE(prompt.saveFile({}).isEmpty());
+    whenOpen(closing);
+    EXPECT_FALSE(prompt.chooseFont({}).has_value());
+    whenOpen(closing);
+    EXPECT_FALSE(prompt.print("Note", [](QPrinter&) { ADD_FAILURE() << "printed"; }));
+}
+
+TEST(FileFilterTest, pairsBecomeNameFilters) {
+    const std::pair<QString, QStringList> cases[] = {
+        {"Text|*.txt|All|*.*|", {"Text (*.txt)", "All (*)"}},
+        {"Pictures (*.png)|*.png;*.jpg", {"Pictures (*.png *.jpg)"}},
+        {"", {"All files (*)"}},
+        {"Text|", {"All files (*)"}},
+        {"Text|*.txt|Odd", {"Text (*.txt)"}},
+    };
+    for (const auto& [pairs, filters] : cases) {
+        EXPECT_EQ(nameFilters(pairs), filters) << pairs.toStdString();
+    }
+    EXPECT_EQ(firstSuffix("Text|*.txt|All|*.*"), "txt");
+    EXPECT_EQ(firstSuffix("All|*.*"), "");
+}
+
+TEST(DatePickerTest, showsDaysFirstAndStepsWholeMinutes) {
+    QLocale::setDefault(QLocale(QLocale::German));
+    DatePicker picker("dtpDate", "Date/Time");
+    QLocale::setDefault(QLocale::c());
+    picker.setValue(QDateTime(QDate(2026, 12, 31), QTime(23, 45, 59)));
+    EXPECT_EQ(picker.text(), "31/12/2026 23:45");
+    EXPECT_EQ(picker.value(), QDateTime(QDate(2026, 12, 31), QTime(23, 45)));
+    picker.addMinutes(30);
+    EXPECT_EQ(picker.text(), "01/01/2027 00:15");
+    picker.addMinutes(-30);
+    picker.show();
+    QTest::keyClick(&picker, Qt::Key_Home);
+    QTest::keyClick(&picker, Qt::Key_Down);
+    EXPECT_EQ(picker.text(), "30/12/2026 23:45");
+    EXPECT_FALSE(picker.accessibleName().isEmpty());
+}
+
+} // namespace

@@ -1,0 +1,86 @@
+#include "platform/settings/SettingsStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using namespace yrw;
+
+namespace {
+
+const QString kApp = QStringLiteral("Yarrowen");
+const QString kSection = QStringLiteral("YRWNotes Settings");
+
+class SettingsStoreTest : public testing::Test {
+protected:
+    QString get(const QString& key) { return store.get(kApp, kSection, key, u"default"_s); }
+    bool save(const QString& key, const QString& text) {
+        return store.save(kApp, kSection, key, text);
+    }
+    QByteArray fileText() {
+        QFile file(store.fileOf(kApp));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    /// Writes the file as another program would.
+    void writeFile(const QByteArray& text) {
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(store.fileOf(kApp)).path()));
+        QFile file(store.fileOf(kApp));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(text), text.size());
+    }
+
+    QTemporaryDir folder;
+    SettingsStore store{folder.filePath(QStringLiteral("not/yet"))};
+};
+
+TEST_F(SettingsStoreTest, GivesBackWhatWasSaved) {
+    const QString texts[] = {u"True"_s,    u""_s,           u" two  blanks "_s,
+                             u"a,b;c=d"_s, u"@Invalid()"_s, u"\"quoted\"\\ \n"_s,
+                             u"Grüße ☂"_s};
+    for (const QString& text : texts) {
+        EXPECT_TRUE(save(u"PopupWindow-H"_s, text));
+        EXPECT_EQ(SettingsStore(store).get(kApp, kSection, u"PopupWindow-H"_s, u"default"_s), text)
+            << qPrintable(text);
+    }
+    EXPECT_TRUE(store.remove(kApp, kSection, u"PopupWindow-H"_s));
+    EXPECT_TRUE(store.remove(kApp, kSection, u"PopupWindow-H"_s));
+    EXPECT_EQ(get(u"PopupWindow-H"_s), u"default");
+    EXPECT_TRUE(store.takeProblem().isEmpty());
+}
+
+TEST_F(SettingsStoreTest, SeesAndKeepsWhatAnotherProgramWrote) {
+    EXPECT_TRUE(save(u"Height"_s, u"4000"_s));
+    writeFile(fileText().replace("4000", "5000") + "Font=Comic Sans MS, Arial\n[Other]\nkey=1\n");
+    EXPECT_EQ(get(u"Height"_s), u"5000");
+    EXPECT_EQ(get(u"Font"_s), u"Comic Sans MS, Arial");
+    EXPECT_TRUE(save(u"Width"_s, u"1"_s));
+    EXPECT_EQ(store.get(kApp, u"Other"_s, u"key"_s, {}), u"1");
+    ASSERT_TRUE(QFile::remove(store.fileOf(kApp)));
+    EXPECT_EQ(get(u"Height"_s), u"default");
+}
+
+TEST_F(SettingsStoreTest, ABrokenFileGivesDefaultsAndOneWarningAndIsKept) {
+    const QByteArray broken = "[YRWNotes%20Settings]\nHeight 4000 and no sign between\n";
+    writeFile(broken);
+    EXPECT_EQ(get(u"Height"_s), u"default");
+    EXPECT_TRUE(store.takeProblem().contains(store.fileOf(kApp)));
+    EXPECT_EQ(get(u"Height"_s), u"default");
+    EXPECT_TRUE(store.takeProblem().isEmpty());
+
+    EXPECT_FALSE(save(u"Width"_s, u"1"_s));
+    EXPECT_EQ(fileText(), broken);
+}
+
+TEST_F(SettingsStoreTest, AFileThatCannotBeWrittenIsNamedOnce) {
+    ASSERT_TRUE(QDir().mkpath(store.fileOf(kApp))); // a folder stands in the file's place
+    EXPECT_FALSE(save(u"Height"_s, u"1"_s));
+    EXPECT_FALSE(store.remove(kApp, kSection, u"Height"_s));
+    EXPECT_EQ(get(u"Height"_s), u"default");
+    EXPECT_TRUE(store.takeProblem().contains(store.fileOf(kApp)));
+    EXPECT_TRUE(store.takeProblem().isEmpty());
+}
+
+} // namespace

@@ -1,0 +1,282 @@
+// The tour: a user keeps a note on a customer, closes the program, and finds the note again.
+//
+//   tour --out DIR             runs both parts, each in a process of its own
+//   tour --out DIR --part N    runs one part; its last line tells the number of the next picture
+#include "tests/tour/Hands.h"
+#include "tests/tour/Script.h"
+
+#include "host/desk/DeskWindow.h"
+#include "platform/clock/Clock.h"
+#include "platform/controls/ListView.h"
+#include "platform/controls/RecordGrid.h"
+#include "platform/files/FileSystem.h"
+#include "platform/forms/WidgetPrompt.h"
+#include "platform/richtext/RichTextBox.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTextBlock>
+#include <QTextStream>
+
+namespace yrw::tour {
+
+namespace {
+
+constexpr qint64 kRow = 2;
+constexpr int kColumn = 1;
+constexpr auto kSubject = u"Bring to the visit";
+constexpr auto kText = u"Bring the blue folder, and ring first.";
+/// The highlight of a row that carries notes.
+const QColor kHighlight(192, 192, 255);
+
+/// What is missing, or nothing.
+QString unless(bool there, const QString& what) {
+    return there ? QString() : what;
+}
+
+RecordGrid* upperGrid() {
+    return shown<RecordGrid>(QStringLiteral("dbgUpper"));
+}
+ListView* notesList() {
+    return shown<ListView>(QStringLiteral("lsvMain"));
+}
+RichTextBox* noteText() {
+    return shown<RichTextBox>(QStringLiteral("rtxMain"));
+}
+QWidget* notesWindow() {
+    return shown<QWidget>(QStringLiteral("frmMain"));
+}
+
+void clickRow(Qt::MouseButton button) {
+    clickAt(*upperGrid(), upperGrid()->cellRect(kRow, kColumn).center(), button);
+}
+
+QString rowIsMarked(bool wanted) {
+    const RecordGrid* grid = upperGrid();
+    const bool marked = grid != nullptr && grid->paintedRowColour(kRow) == kHighlight;
+    return unless(marked == wanted, wanted ? QStringLiteral("the customer's row is not highlighted")
+                                           : QStringLiteral("the row is highlighted too early"));
+}
+
+QString wordIsBold(const QString& word) {
+    RichTextBox* box = noteText();
+    if (box == nullptr || box->Text() != kText) {
+        return QStringLiteral("the note's text is not '%1'").arg(kText);
+    }
+    const QTextCursor found = box->document()->find(word);
+    const QTextCursor plain = box->document()->find(QStringLiteral("folder"));
+    return unless(found.charFormat().fontWeight() >= QFont::Bold &&
+                      plain.charFormat().fontWeight() < QFont::Bold,
+                  QStringLiteral("'%1' alone is not bold").arg(word));
+}
+
+void addOpening(Script& script, DeskWindow& desk, bool asks) {
+    script.step(
+        QStringLiteral("The program starts"), [] { return QString(); }, [&desk] { desk.open(); });
+    if (!asks) {
+        return;
+    }
+    script.step(
+        QStringLiteral("There is no notes database and the add-in asks"),
+        [] {
+            auto* box = shown<QMessageBox>(QStringLiteral("promptBox"));
+            return unless(box != nullptr && box->text().contains(u"There is not a Notes database"),
+                          QStringLiteral("nothing asks for a new notes database"));
+        },
+        [] {
+            auto* box = shown<QMessageBox>(QStringLiteral("promptBox"));
+            QAbstractButton* yes = box->button(QMessageBox::Yes);
+            clickAt(*yes, yes->rect().center());
+        });
+}
+
+void addChoosingCustomer(Script& script, bool marked) {
+    script.step(
+        QStringLiteral("Customers above, orders below, the tool of the add-in"),
+        [marked] {
+            const auto* lower = shown<RecordGrid>(QStringLiteral("dbgLower"));
+            const bool rows = upperGrid() != nullptr && upperGrid()->rowCount() > kRow &&
+                              lower != nullptr && lower->rowCount() > 0;
+            if (!rows) {
+                return QStringLiteral("the grids show no rows");
+            }
+            const bool tool = shown<QWidget>(QStringLiteral("tooAddinNotes")) != nullptr;
+            return tool ? rowIsMarked(marked) : QStringLiteral("there is no 'Show Notes' tool");
+        },
+        [] { clickRow(Qt::LeftButton); });
+    script.step(
+        QStringLiteral("A customer is chosen"),
+        [] {
+            return unless(upperGrid()->currentRow() == kRow,
+                          QStringLiteral("the click did not choose the row"));
+        },
+        [] { clickRow(Qt::RightButton); });
+    script.step(
+        QStringLiteral("The menu of the grid offers Notes"),
+        [] {
+            const QAction* entry = openEntry(QStringLiteral("tooAddinNotes"));
+            return unless(entry != nullptr && entry->text() == u"&Notes" && entry->isEnabled(),
+                          QStringLiteral("the grid's menu has no entry for notes"));
+        },
+        [] { chooseEntry(QStringLiteral("tooAddinNotes")); });
+}
+
+void addWritingNote(Script& script) {
+    script.step(
+        QStringLiteral("The notes window of the customer, still empty"),
+        [] {
+            return unless(notesList() != nullptr && notesList()->itemCount() == 0,
+                          QStringLiteral("the notes window is not there, or not empty"));
+        },
+        [] { click(QStringLiteral("tooAdd")); });
+    script.step(
+        QStringLiteral("The properties of a new note"),
+        [] {
+            auto* subject = shown<QLineEdit>(QStringLiteral("txtSubject"));
+            return unless(subject != nullptr && subject->hasFocus(),
+                          QStringLiteral("the dialog does not wait for a subject"));
+        },
+        [] { type(QString::fromUtf16(kSubject)); });
+    script.step(
+        QStringLiteral("The subject is typed"),
+        [] {
+            return unless(shown<QLineEdit>(QStringLiteral("txtSubject"))->text() == kSubject,
+                          QStringLiteral("the subject did not arrive"));
+        },
+        [] { click(QStringLiteral("cmdForm(0)")); });
+    script.step(
+        QStringLiteral("The note is in the list and its text waits"),
+        [] {
+            const bool added = notesList() != nullptr && notesList()->itemCount() == 1;
+            return unless(added && noteText()->hasFocus(),
+                          QStringLiteral("the note is not listed, or its text has no focus"));
+        },
+        [] {
+            type(QStringLiteral("Bring the "));
+            press(Qt::Key_B, Qt::ControlModifier);
+            type(QStringLiteral("blue"));
+            press(Qt::Key_B, Qt::ControlModifier);
+            type(QStringLiteral(" folder, and ring first."));
+        });
+    script.step(
+        QStringLiteral("A line with a bold word"),
+        [] { return wordIsBold(QStringLiteral("blue")); }, [] { press(Qt::Key_Escape); });
+}
+
+void addClosing(Script& script, DeskWindow& desk, const QString& title) {
+    script.step(
+        title,
+        [] {
+            return notesWindow() == nullptr ? rowIsMarked(true)
+                                            : QStringLiteral("the notes window is still there");
+        },
+        [&desk] { desk.close(); });
+}
+
+void addFindingNote(Script& script) {
+    script.step(
+        QStringLiteral("The note is there again, bold word included"),
+        [] {
+            const ListView* list = notesList();
+            if (list == nullptr || list->itemCount() != 1 ||
+                list->text(list->keyAt(0), 1) != kSubject) {
+                return QStringLiteral("the note is not in the list");
+            }
+            return wordIsBold(QStringLiteral("blue"));
+        },
+        [] { press(Qt::Key_Escape); });
+}
+
+int runPart(int part, const QString& out, int firstNumber) {
+    WidgetPrompt prompt(Clock::instance());
+    Prompt::setInstance(&prompt);
+    FileSystem files;
+    SettingsStore settings;
+    HostUtility utility(prompt);
+    const Services services{Clock::instance(), settings, files, utility};
+    DeskOptions options;
+    options.start.folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tour";
+    options.start.userCode = QStringLiteral("ANNA");
+    DeskWindow desk(services, options);
+
+    Script script(out, firstNumber);
+    addOpening(script, desk, part == 1);
+    addChoosingCustomer(script, part == 2);
+    if (part == 1) {
+        addWritingNote(script);
+        addClosing(script, desk, QStringLiteral("Back in the host the row is highlighted"));
+    } else {
+        addFindingNote(script);
+        addClosing(script, desk, QStringLiteral("The tour ends where it began"));
+    }
+    QObject::connect(&script, &Script::finished, qApp, [] { QApplication::exit(0); });
+    QObject::connect(&script, &Script::failed, qApp, [] { std::_Exit(1); });
+    QApplication::setQuitOnLastWindowClosed(false);
+    script.start();
+    const int status = QApplication::exec();
+    QTextStream(stdout) << "next " << script.nextNumber() << '\n';
+    return status;
+}
+
+/// Runs a part in a process of its own; its lines pass through. The number of the next picture,
+/// or 0 when a step failed.
+int runProcess(int part, const QString& out, int firstNumber) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("--out"), out, QStringLiteral("--part"), QString::number(part),
+                   QStringLiteral("--from"), QString::number(firstNumber)});
+    process.waitForFinished(-1);
+    const QStringList lines =
+        QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+    int next = 0;
+    for (const QString& line : lines) {
+        if (line.startsWith(u"next ")) {
+            next = QStringView(line).mid(5).toInt();
+        } else {
+            QTextStream(stdout) << line << '\n' << Qt::flush;
+        }
+    }
+    const bool good = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    return good ? next : 0;
+}
+
+int runTour(const QString& out) {
+    if (!QDir().mkpath(out)) {
+        QTextStream(stderr) << "tour: the folder " << out << " cannot be made\n";
+        return 1;
+    }
+    const int next = runProcess(1, out, 1);
+    if (next == 0) {
+        return 1;
+    }
+    QTextStream(stdout) << "-- the program was closed and is started again\n" << Qt::flush;
+    return runProcess(2, out, next) > 0 ? 0 : 1;
+}
+
+} // namespace
+
+} // namespace yrw::tour
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    const QCommandLineOption out(QStringLiteral("out"), QStringLiteral("Folder for the pictures."),
+                                 QStringLiteral("DIR"), QStringLiteral("."));
+    const QCommandLineOption part(QStringLiteral("part"), QStringLiteral("Run one part, 1 or 2."),
+                                  QStringLiteral("N"), QStringLiteral("0"));
+    const QCommandLineOption from(QStringLiteral("from"), QStringLiteral("First picture's number."),
+                                  QStringLiteral("N"), QStringLiteral("1"));
+    parser.addOptions({out, part, from});
+    parser.addHelpOption();
+    parser.process(application);
+    const int which = parser.value(part).toInt();
+    return which == 0 ? yrw::tour::runTour(parser.value(out))
+                      : yrw::tour::runPart(which, parser.value(out), parser.value(from).toInt());
+}
