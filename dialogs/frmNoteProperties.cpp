@@ -133,8 +133,8 @@ void frmNoteProperties::cmdForm_Click(FormButton index) {
 void frmNoteProperties::startNewNote() {
     setWindowTitle(QStringLiteral("Add Note"));
     const QDateTime start = now();
-    m_dtpDate->setDateTime(start);
-    m_dtpReminder->setDateTime(start.addSecs(kFirstReminderMinutes * 60));
+    m_dtpDate->setValue(start);
+    m_dtpReminder->setValue(start.addSecs(kFirstReminderMinutes * 60));
     m_optReminder[int(ReminderOption::JustMe)]->setChecked(true);
     m_optType[int(TypeOption::Public)]->setChecked(true);
     m_fraReminder->update();
@@ -142,7 +142,7 @@ void frmNoteProperties::startNewNote() {
 
 void frmNoteProperties::LoadNote() {
     setWindowTitle(QStringLiteral("Edit Note"));
-    m_dtpDate->setDateTime(m_record->value(QStringLiteral("Date")).toDateTime());
+    m_dtpDate->setValue(m_record->value(QStringLiteral("Date")).toDateTime());
     m_txtSubject->setText(HostUtility::NullToText(m_record->value(QStringLiteral("Subject"))));
     m_chkAutoShow->setChecked(
         HostUtility::NullToBoolean(m_record->value(QStringLiteral("AutomaticallyShow"))));
@@ -153,7 +153,7 @@ void frmNoteProperties::LoadNote() {
 
 void frmNoteProperties::LoadReminder() {
     const QDateTime due = m_record->value(QStringLiteral("ReminderDate")).toDateTime();
-    m_dtpReminder->setDateTime(due.isValid() ? due : now().addSecs(kFirstReminderMinutes * 60));
+    m_dtpReminder->setValue(due.isValid() ? due : now().addSecs(kFirstReminderMinutes * 60));
     const auto kind =
         static_cast<ReminderKind>(m_record->value(QStringLiteral("ReminderType")).toInt());
     m_chkReminder->setChecked(kind != ReminderKind::None);
@@ -223,11 +223,11 @@ void frmNoteProperties::confirm() {
 
 void frmNoteProperties::raiseNote() {
     const ReminderKind kind = chosenKind();
-    const QDateTime due = kind == ReminderKind::None ? QDateTime() : m_dtpReminder->dateTime();
+    const QDateTime due = kind == ReminderKind::None ? QDateTime() : m_dtpReminder->value();
     const NoteType type =
         m_optType[size_t(TypeOption::Public)]->isChecked() ? NoteType::Public : NoteType::Private;
     NoteEvent& event = m_adding ? AddNote : EditNote;
-    event.raise(m_dtpDate->dateTime(), m_txtSubject->text(), m_record, kind, due,
+    event.raise(m_dtpDate->value(), m_txtSubject->text(), m_record, kind, due,
                 m_chkAutoShow->isChecked(), type);
     // From here on the note is there: a second OK after a failed reminder must not add it again.
     m_note = query<yrw::Note>(m_record);
@@ -247,7 +247,7 @@ void frmNoteProperties::recreateReminders(bool deleteOld) {
 }
 
 void frmNoteProperties::stepReminder(int minutes) {
-    m_dtpReminder->setDateTime(m_dtpReminder->dateTime().addSecs(minutes * 60));
+    m_dtpReminder->addMinutes(minutes);
 }
 
 void frmNoteProperties::showHelp() {

@@ -23,6 +23,7 @@ class QTreeWidgetItem;
 namespace yrw {
 
 class DatePicker;
+class Prompt;
 
 /// The note properties dialog: subject, date, type and reminders of a new or an existing note.
 ///

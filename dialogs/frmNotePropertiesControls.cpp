@@ -24,8 +24,6 @@ namespace yrw {
 
 namespace {
 
-const QString kDateFormat = QStringLiteral("dd/MM/yyyy HH:mm");
-
 QString indexed(const char* name, int index) {
     return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
 }
@@ -36,15 +34,8 @@ QLabel* makeLabel(const QString& caption, int index) {
     return label;
 }
 
-DatePicker* makePicker(const QString& name, const QString& accessibleName) {
-    auto* picker = new DatePicker;
-    picker->setDisplayFormat(kDateFormat);
-    picker->setObjectName(name);
-    picker->setAccessibleName(accessibleName);
-    return picker;
-}
-
-QToolButton* makeStepButton(const QString& name, const QString& accessibleName, Qt::ArrowType arrow) {
+QToolButton* makeStepButton(const QString& name, const QString& accessibleName,
+                            Qt::ArrowType arrow) {
     auto* button = new QToolButton;
     button->setObjectName(name);
     button->setAccessibleName(accessibleName);
@@ -80,7 +71,7 @@ QWidget* frmNoteProperties::createNotePage() {
     subject->setBuddy(m_txtSubject);
     form->addRow(subject, m_txtSubject);
 
-    m_dtpDate = makePicker(QStringLiteral("dtpDate"), QStringLiteral("Date/Time"));
+    m_dtpDate = new DatePicker(QStringLiteral("dtpDate"), QStringLiteral("Date/Time"));
     QLabel* date = makeLabel(QStringLiteral("&Date/Time:"), 1);
     date->setBuddy(m_dtpDate);
     form->addRow(date, m_dtpDate);
@@ -146,7 +137,7 @@ QWidget* frmNoteProperties::createReminderPicker() {
     layout->setContentsMargins(0, 0, 0, 0);
     m_chkReminder = new QCheckBox(QStringLiteral("&Set Reminder:"));
     m_chkReminder->setObjectName(QStringLiteral("chkReminder"));
-    m_dtpReminder = makePicker(QStringLiteral("dtpReminder"), QStringLiteral("Reminder time"));
+    m_dtpReminder = new DatePicker(QStringLiteral("dtpReminder"), QStringLiteral("Reminder time"));
 
     auto* steps = new QWidget;
     steps->setObjectName(QStringLiteral("updReminder"));

@@ -149,7 +149,7 @@ bool frmNoteProperties::AnyUserTicked() const {
 }
 
 void frmNoteProperties::RaiseReminders() {
-    const QDateTime due = m_dtpReminder->dateTime();
+    const QDateTime due = m_dtpReminder->value();
     if (chosenOption() == ReminderOption::JustMe) {
         AddReminder.raise(m_record, due,
                           currentUser()->value(QStringLiteral("RecordID")).toLongLong());

@@ -19,9 +19,7 @@ public:
     MultipleFieldUpdate(const MultipleFieldUpdate&) = delete;
     MultipleFieldUpdate& operator=(const MultipleFieldUpdate&) = delete;
 
-    void set(const QString& name, const QVariant& value) {
-        m_record.Field(name)->setValue(value);
-    }
+    void set(const QString& name, const QVariant& value) { m_record.Field(name)->setValue(value); }
     void end() { m_record.EndMultipleFieldUpdate(); }
 
 private:

@@ -64,7 +64,8 @@ const std::vector<frmMain::Command>& frmMain::commands() {
         {20050, u"Align", [](frmMain& f, ITool&) { f.align(TextAlignment::Left); }},
         {20051, u"Align", [](frmMain& f, ITool&) { f.align(TextAlignment::Center); }},
         {20052, u"Align", [](frmMain& f, ITool&) { f.align(TextAlignment::Right); }},
-        {20054, u"Bullets", [](frmMain& f, ITool& t) { f.m_rtxMain->setSelBullet(!t.isChecked()); }},
+        {20054, u"Bullets",
+         [](frmMain& f, ITool& t) { f.m_rtxMain->setSelBullet(!t.isChecked()); }},
         {20055, u"Font", [](frmMain& f, ITool& t) { f.m_rtxMain->setSelFontName(t.text()); }},
         {20061, u"InsertDate",
          [](frmMain& f, ITool&) {
@@ -102,7 +103,8 @@ const std::vector<frmMain::Command>& frmMain::commands() {
         {40002, u"Find", [](frmMain& f, ITool&) { f.openFind(); }},
         {40010, u"Copy", [](frmMain& f, ITool&) { f.m_rtxMain->copy(); }},
         {40011, u"Paste", [](frmMain& f, ITool&) { f.m_rtxMain->paste(); }},
-        {40012, u"Clear", [](frmMain& f, ITool&) { f.m_rtxMain->textCursor().removeSelectedText(); }},
+        {40012, u"Clear",
+         [](frmMain& f, ITool&) { f.m_rtxMain->textCursor().removeSelectedText(); }},
         {40020, u"ShowType", [](frmMain& f, ITool& t) { f.showType(t.listIndex()); }},
         {40030, u"View", [](frmMain& f, ITool&) { f.m_atbMain->popup(kShowTypeBand); }},
     };
@@ -159,9 +161,8 @@ void frmMain::atbMain_ComboDrop(ITool& tool) {
 
 void frmMain::run(ITool& tool) {
     const std::vector<Command>& table = commands();
-    const auto command = std::find_if(table.begin(), table.end(), [&](const Command& each) {
-        return each.id == tool.id();
-    });
+    const auto command = std::find_if(table.begin(), table.end(),
+                                      [&](const Command& each) { return each.id == tool.id(); });
     if (command == table.end()) {
         return;
     }

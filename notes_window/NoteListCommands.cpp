@@ -28,12 +28,12 @@ void frmMain::openProperties(const Ref<IRecord>& note) {
             mfrmProperties_AddNote(made, choicesOf(date, subject, kind, due, autoShow, type));
         });
     const Connection edited = dialog.EditNote.connect(
-        [&](const QDateTime& date, const QString& subject, Ref<IRecord>& changed,
-            ReminderKind kind, const QDateTime& due, bool autoShow, NoteType type) {
+        [&](const QDateTime& date, const QString& subject, Ref<IRecord>& changed, ReminderKind kind,
+            const QDateTime& due, bool autoShow, NoteType type) {
             mfrmProperties_EditNote(changed, choicesOf(date, subject, kind, due, autoShow, type));
         });
-    const Connection reminded = dialog.AddReminder.connect(
-        [this](Ref<IRecord>& of, const QDateTime& due, qint64 userID) {
+    const Connection reminded =
+        dialog.AddReminder.connect([this](Ref<IRecord>& of, const QDateTime& due, qint64 userID) {
             mfrmProperties_AddReminder(of, due, userID);
         });
     dialog.Initialise(Ref<INotesAddIn>(&m_addIn), note);

@@ -124,9 +124,10 @@ void frmMain::loadToolbar() {
     }
     connectToolbar();
     if (!problems.isEmpty()) {
-        prompt().message(QStringLiteral("The toolbar layout cannot be used; another one is shown.") +
-                             QStringLiteral("\r\r") + problems.join(QLatin1Char('\r')),
-                         QStringLiteral("Notes Problem"), PromptIcon::Exclamation);
+        prompt().message(
+            QStringLiteral("The toolbar layout cannot be used; another one is shown.") +
+                QStringLiteral("\r\r") + problems.join(QLatin1Char('\r')),
+            QStringLiteral("Notes Problem"), PromptIcon::Exclamation);
     }
 }
 
@@ -176,6 +177,7 @@ void frmMain::arrange() {
     m_picHSplit->setGeometry(0, split, width, kSplitHeight);
     const int editorTop = split + kSplitHeight;
     m_rtxMain->setGeometry(0, editorTop, width, std::max(0, m_stbMain->y() - editorTop));
+    fitSubject();
 }
 
 int frmMain::clampedSplit(int top) const {

@@ -110,6 +110,8 @@ private:
     void storeSize();
     void restoreColumns();
     void storeColumns();
+    void fitSubject();
+    void columnResized(int column);
     void arrange();
     [[nodiscard]] int clampedSplit(int top) const;
     void moveSplit(int top);
@@ -197,7 +199,9 @@ private:
     QList<ListItem> m_items; ///< everything that was read; the find bar narrows what is shown
     QHash<QString, QString> m_userNames;
     std::optional<QHash<QString, QString>> m_findTexts; ///< folded, by item key; read when needed
-    int m_splitTop = 0; ///< top of the splitter in pixels; 0 until it is first placed
+    int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
+    bool m_subjectFits = true; ///< the subject column takes the width that the others leave
+    bool m_fitting = false;    ///< columns are resized in code, not by the user
     std::vector<Connection> m_connections;
 
     Toolbar* m_atbMain = nullptr;

@@ -9,9 +9,13 @@
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
-#include <QEvent>
+#include <QContextMenuEvent>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
+
+#include <algorithm>
 
 namespace yrw {
 
@@ -19,6 +23,8 @@ namespace {
 
 constexpr QSize kDesignedSize(860, 620);
 constexpr int kDraftMs = 2000;
+constexpr int kSubjectColumn = 1;
+constexpr int kMinSubjectWidth = 120; ///< pixels
 const QString kColumnWidths = QStringLiteral("ColumnWidths");
 
 template <class Control>
@@ -43,7 +49,6 @@ void frmMain::createControls() {
     m_lsvMain->addColumn(QStringLiteral("Popup?"), QStringLiteral("popup"), 900);
     m_picHSplit = named(new SplitBar(this), "picHSplit", "Height of list and text");
     m_rtxMain = named(new RichTextBox(this), "rtxMain", "Note text");
-    m_rtxMain->setPlaceholderText(QStringLiteral("Type the text of the note here."));
     m_rtxMain->setTabChangesFocus(false);
     m_rtxMain->setEnabled(false);
     m_stbMain = named(new StatusBar(this), "stbMain", "Status");
@@ -59,6 +64,8 @@ void frmMain::connectEvents() {
     connect(m_lsvMain, &ListView::itemClick, this, &frmMain::lsvMain_ItemClick);
     connect(m_lsvMain, &ListView::itemDblClick, this, [this] { lsvMain_DblClick(); });
     connect(m_lsvMain, &ListView::rightClick, this, [this] { lsvMain_MouseUp(); });
+    connect(m_lsvMain->header(), &QHeaderView::sectionResized, this,
+            [this](int column) { columnResized(column); });
     connect(m_picHSplit, &SplitBar::mouseDown, this, &frmMain::picHSplit_MouseDown);
     connect(m_picHSplit, &SplitBar::mouseMove, this, &frmMain::picHSplit_MouseMove);
     connect(m_picHSplit, &SplitBar::mouseUp, this, &frmMain::picHSplit_MouseUp);
@@ -71,20 +78,22 @@ void frmMain::connectEvents() {
     connect(m_findBar, &FindBar::closeRequested, this, [this] { closeFind(); });
     connect(&m_draftTimer, &QTimer::timeout, this, [this] { writeDraft(); });
     connect(&m_waitingTimer, &QTimer::timeout, this, [this] { countWaitingReminders(); });
-    m_rtxMain->viewport()->installEventFilter(this);
-    m_rtxMain->installEventFilter(this);
 }
 
 void frmMain::connectToolbar() {
     m_connections.push_back(m_atbMain->Click.connect([this](ITool& tool) { atbMain_Click(tool); }));
-    m_connections.push_back(m_atbMain->ComboSelChange.connect(
-        [this](ITool& tool) { atbMain_ComboSelChange(tool); }));
+    m_connections.push_back(
+        m_atbMain->ComboSelChange.connect([this](ITool& tool) { atbMain_ComboSelChange(tool); }));
     m_connections.push_back(
         m_atbMain->ComboDrop.connect([this](ITool& tool) { atbMain_ComboDrop(tool); }));
     m_connections.push_back(m_atbMain->BandMove.connect([this](IBand&) { atbMain_BandMove(); }));
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    // A form sees every event of the program, also while it is being made.
+    if (m_rtxMain == nullptr) {
+        return Form::eventFilter(watched, event);
+    }
     if (watched == m_rtxMain->viewport() && event->type() == QEvent::MouseButtonPress &&
         static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         rtxMain_MouseDown();
@@ -104,23 +113,47 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 void frmMain::restoreColumns() {
     const QStringList widths =
         settings().text(kColumnWidths, QString()).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    const QScopedValueRollback<bool> fitting(m_fitting, true);
     for (int i = 0; i < widths.size() && i < m_lsvMain->columns(); ++i) {
         if (const int pixels = twipsToPixels(widths[i].toInt()); pixels > 0) {
             m_lsvMain->setColumnWidth(i, pixels);
+            m_subjectFits = m_subjectFits && i != kSubjectColumn;
         }
     }
 }
 
 void frmMain::storeColumns() {
-    // The user column is left out: it has its fixed width whenever it is added.
+    // The user column is left out: it has its fixed width whenever it is added. A subject column
+    // that takes what is left has no width of its own.
     const int userColumn = m_lsvMain->columnOf(QStringLiteral("usercode"));
     QStringList widths;
     for (int i = 0; i < m_lsvMain->columns(); ++i) {
         if (i != userColumn) {
-            widths.append(QString::number(pixelsToTwips(m_lsvMain->columnWidth(i))));
+            const bool fits = i == kSubjectColumn && m_subjectFits;
+            widths.append(QString::number(fits ? 0 : pixelsToTwips(m_lsvMain->columnWidth(i))));
         }
     }
     settings().setText(kColumnWidths, widths.join(QLatin1Char(';')));
+}
+
+void frmMain::fitSubject() {
+    if (!m_subjectFits || m_fitting) {
+        return;
+    }
+    const QScopedValueRollback<bool> fitting(m_fitting, true);
+    const int spare = m_lsvMain->viewport()->width() - m_lsvMain->header()->length();
+    m_lsvMain->setColumnWidth(
+        kSubjectColumn, std::max(kMinSubjectWidth, m_lsvMain->columnWidth(kSubjectColumn) + spare));
+}
+
+void frmMain::columnResized(int column) {
+    if (m_fitting) {
+        return;
+    }
+    if (column == kSubjectColumn) {
+        m_subjectFits = false; // from now on it keeps the width that the user gave it
+    }
+    fitSubject();
 }
 
 } // namespace yrw

@@ -44,8 +44,9 @@ struct NoteRow {
 class RowReader {
 public:
     explicit RowReader(const dao::Recordset& rows) : m_rows(rows) {
-        static const std::array names{u"RecordID",          u"Date",         u"Subject",       u"Status",
-                                      u"AutomaticallyShow", u"ReminderType", u"RecordUserCode"};
+        static const std::array names{
+            u"RecordID",          u"Date",         u"Subject",       u"Status",
+            u"AutomaticallyShow", u"ReminderType", u"RecordUserCode"};
         for (size_t i = 0; i < names.size(); ++i) {
             m_columns[i] = rows.FieldIndex(names[i]);
         }
@@ -90,8 +91,7 @@ void styleForReminders(ListItem& item, const NoteRow& row) {
 
 } // namespace
 
-void frmMain::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Owner,
-                         qint64 NoteID) {
+void frmMain::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Owner, qint64 NoteID) {
     reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.Initialise"),
                  QStringLiteral("Could not Initialise for Notes Form"), kProblem, [&] {
                      m_parent = Parent;
@@ -202,6 +202,7 @@ bool frmMain::SetUserColumn() {
             m_lsvMain->addColumn(QStringLiteral("User"), kUserColumn, kUserColumnWidth);
         }
     });
+    fitSubject();
     return mineOnly;
 }
 
@@ -234,14 +235,14 @@ void frmMain::readNotes(int code, int listIndex, bool mineOnly) {
 }
 
 ListItem frmMain::listItem(const Ref<IRecord>& note) {
-    const NoteRow row{
-        note->value(QStringLiteral("RecordID")).toLongLong(),
-        note->value(QStringLiteral("Date")).toDateTime(),
-        HostUtility::NullToText(note->value(QStringLiteral("Subject"))),
-        note->value(QStringLiteral("Status")).toInt() == int(NoteStatus::Active),
-        HostUtility::NullToBoolean(note->value(QStringLiteral("AutomaticallyShow"))),
-        note->value(QStringLiteral("ReminderType")).toInt() != int(ReminderKind::None),
-        HostUtility::NullToText(note->value(QStringLiteral("RecordUserCode")))};
+    const NoteRow row{note->value(QStringLiteral("RecordID")).toLongLong(),
+                      note->value(QStringLiteral("Date")).toDateTime(),
+                      HostUtility::NullToText(note->value(QStringLiteral("Subject"))),
+                      note->value(QStringLiteral("Status")).toInt() == int(NoteStatus::Active),
+                      HostUtility::NullToBoolean(note->value(QStringLiteral("AutomaticallyShow"))),
+                      note->value(QStringLiteral("ReminderType")).toInt() !=
+                          int(ReminderKind::None),
+                      HostUtility::NullToText(note->value(QStringLiteral("RecordUserCode")))};
     ListItem item = itemOf(row);
     if (m_lsvMain->columnOf(kUserColumn) >= 0) {
         item.texts.append(userName(row.userCode));
@@ -270,8 +271,7 @@ void frmMain::selectAfterRefill(const QString& before) {
 
 void frmMain::ShowNote(const QString& item) {
     reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.ShowNote"),
-                 QStringLiteral("Could not Show the Note"), kProblem,
-                 [&] { showNoteOf(item); });
+                 QStringLiteral("Could not Show the Note"), kProblem, [&] { showNoteOf(item); });
 }
 
 void frmMain::showNoteOf(const QString& item) {
@@ -303,6 +303,7 @@ void frmMain::showNoteOf(const QString& item) {
 
 void frmMain::putIntoEditor(Note& note) {
     const QScopedValueRollback<bool> loading(m_loading, true);
+    m_rtxMain->setPlaceholderText(QStringLiteral("Type the text of the note here."));
     m_rtxMain->setEnabled(true);
     rememberLoaded(note);
     const QString rtf = HostUtility::NullToText(m_loadedText);
@@ -318,6 +319,7 @@ void frmMain::emptyEditor() {
     const QScopedValueRollback<bool> loading(m_loading, true);
     m_note.reset();
     m_rtxMain->setText(QString());
+    m_rtxMain->setPlaceholderText(QStringLiteral("The text of the selected note is shown here."));
     m_rtxMain->setEnabled(false);
     setDirty(false);
 }
@@ -325,7 +327,7 @@ void frmMain::emptyEditor() {
 void frmMain::lsvMain_ColumnClick(int column) {
     if (column == m_lsvMain->sortKey()) {
         m_lsvMain->setSortOrder(m_lsvMain->sortOrder() == Qt::AscendingOrder ? Qt::DescendingOrder
-                                                                            : Qt::AscendingOrder);
+                                                                             : Qt::AscendingOrder);
     } else {
         m_lsvMain->setSortKey(column);
     }

@@ -76,14 +76,16 @@ void frmMain::writeTextInto(Note& note) {
 void frmMain::settleConflict() {
     const Ref<Note> theirs = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
     if (theirs->value(kRtfNote) != m_loadedText) {
-        const QString code = HostUtility::NullToText(theirs->value(QStringLiteral("ChangeUserCode")));
+        const QString code =
+            HostUtility::NullToText(theirs->value(QStringLiteral("ChangeUserCode")));
         const QString name = code.isEmpty() ? QStringLiteral("someone else") : userName(code);
         const QString when = noteDateText(theirs->value(kChangeDate).toDateTime());
         const PromptAnswer answer = prompt().question(
-            QStringLiteral("While you were changing this note, its text was changed by %1 at %2.\r\r"
-                           "Yes: keep your text.\r"
-                           "No: keep the text of %1.\r"
-                           "Cancel: keep both, one after the other.")
+            QStringLiteral(
+                "While you were changing this note, its text was changed by %1 at %2.\r\r"
+                "Yes: keep your text.\r"
+                "No: keep the text of %1.\r"
+                "Cancel: keep both, one after the other.")
                 .arg(name, when),
             QStringLiteral("Note Changed"), PromptButtons::YesNoCancel, PromptIcon::Question,
             PromptAnswer::Cancel);
@@ -131,8 +133,7 @@ void frmMain::offerDraft(qint64 noteID) {
         return;
     }
     const bool isToday = draft->written.date() == services().clock.now().date();
-    const QString when =
-        isToday ? noteTimeText(draft->written) : noteDateText(draft->written);
+    const QString when = isToday ? noteTimeText(draft->written) : noteDateText(draft->written);
     const PromptAnswer answer = prompt().question(
         QStringLiteral("Unsaved text of %1 was found.\r\rDo you want to take it over?\r"
                        "No throws it away.")

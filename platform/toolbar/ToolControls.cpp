@@ -72,6 +72,13 @@ ToolCombo::ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidge
     : QComboBox(parent), m_events(events), m_band(band), m_toolKey(std::move(toolKey)) {
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    // A text outside the entries is a value like any other, not a hint.
+    QPalette colours = palette();
+    colours.setBrush(QPalette::Active, QPalette::PlaceholderText,
+                     colours.brush(QPalette::Active, QPalette::ButtonText));
+    colours.setBrush(QPalette::Inactive, QPalette::PlaceholderText,
+                     colours.brush(QPalette::Inactive, QPalette::ButtonText));
+    setPalette(colours);
 }
 
 void ToolCombo::show(const QStringList& entries, const QString& text) {

@@ -27,6 +27,10 @@ class ToolCombo final : public QComboBox {
 public:
     ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidget* parent);
     /// Shows the entries and a text, which need not be one of them.
+    /// The width that was fixed, not the one that the entries would take.
+    [[nodiscard]] QSize sizeHint() const override {
+        return QComboBox::sizeHint().expandedTo(minimumSize()).boundedTo(maximumSize());
+    }
     void show(const QStringList& entries, const QString& text);
     void showPopup() override;
 

@@ -1,0 +1,229 @@
+// The list: what it shows, in what order, and what choosing a row does.
+#include "tests/notes_window/WindowFixture.h"
+
+#include <QHeaderView>
+
+namespace yrw::test {
+
+class NotesList : public WindowFixture {
+protected:
+    /// Notes 1 active, 2 done, 3 active with a reminder, 4 active and written by BEN.
+    void addFour() {
+        first = store.addNote("First", customer);
+        done = store.addNote("Second", customer);
+        done->setDone(true);
+        reminded = store.addNote("Third", customer);
+        reminded->Field("ReminderType")->setValue(int(ReminderKind::Me));
+        reminded->Field("AutomaticallyShow")->setValue(true);
+        store.actAs(2);
+        bens = store.addNote("Fourth", customer);
+        store.actAs(1);
+    }
+    Ref<Note> first;
+    Ref<Note> done;
+    Ref<Note> reminded;
+    Ref<Note> bens;
+};
+
+TEST_F(NotesList, ShowsTheActiveNotesOfTheOwnerAndTheFirstOnesText) {
+    addFour();
+    store.addNote("Other customer", store.hostRecord("cu", 2));
+    store.addNote("No record");
+    open(customer);
+    EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded), keyOf(bens)}));
+    EXPECT_EQ(texts(keyOf(reminded)),
+              QStringList({"10/03/2026 09:00", "Third", "Active", "Y", "Anna Ash"}));
+    EXPECT_EQ(texts(keyOf(bens)).last(), "Ben Birch");
+    EXPECT_EQ(list().selectedKey(), keyOf(first));
+    EXPECT_TRUE(editor().isEnabled());
+    EXPECT_EQ(window->windowTitle(), "YRW Notes - (Customer: Quill & Son)");
+}
+
+TEST_F(NotesList, WithoutOwnerShowsTheNotesOnNoRecord) {
+    addFour();
+    const Ref<Note> system = store.addNote("No record");
+    open(nullptr);
+    EXPECT_EQ(keys(), QStringList({keyOf(system)}));
+    EXPECT_EQ(window->windowTitle(), "YRW System Notes");
+}
+
+TEST_F(NotesList, EmptyListTurnsTheEditorOff) {
+    open(customer);
+    EXPECT_EQ(list().itemCount(), 0);
+    EXPECT_FALSE(editor().isEnabled());
+    EXPECT_FALSE(tool("tooBold").isEnabled());
+    EXPECT_FALSE(tool("tooEdit").isEnabled());
+    EXPECT_TRUE(tool("tooAdd").isEnabled());
+    EXPECT_TRUE(tool("tooListType").isEnabled());
+}
+
+TEST_F(NotesList, ShowTypes) {
+    addFour();
+    struct Case {
+        const char* tool;
+        QList<Ref<Note>> shown;
+        const char* caption;
+        int index;
+    };
+    const QList<Case> cases{
+        {"tooShowDone", {done}, "YRW Notes [Showing Done]", 2},
+        {"tooShowAll", {first, reminded, bens}, "YRW Notes [Showing All]", 3},
+        {"tooShowActive", {first, reminded, bens}, "YRW Notes [Showing Active]", 1},
+    };
+    open(customer);
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.tool);
+        click(each.tool);
+        QStringList expected;
+        for (const Ref<Note>& note : each.shown) {
+            expected.append(keyOf(note));
+        }
+        EXPECT_EQ(keys(), expected);
+        EXPECT_EQ(window->windowTitle(), each.caption);
+        EXPECT_EQ(tool("tooListType").listIndex(), each.index);
+        for (const char* key : {"tooShowActive", "tooShowDone", "tooShowAll"}) {
+            EXPECT_EQ(tool(key).isChecked(), key == QByteArray(each.tool)) << key;
+        }
+    }
+}
+
+TEST_F(NotesList, StylesOfRows) {
+    addFour();
+    open(customer);
+    EXPECT_FALSE(list().isBold(keyOf(first)));
+    click("tooShowAll");
+    EXPECT_TRUE(list().isBold(keyOf(first)));
+    EXPECT_FALSE(list().foreColour(keyOf(first)).has_value());
+    EXPECT_TRUE(list().isBold(keyOf(reminded)));
+    EXPECT_EQ(list().foreColour(keyOf(reminded)), QColor(0, 0x80, 0));
+    click("tooShowDone");
+    EXPECT_EQ(texts(keyOf(done))[2], "Done");
+    EXPECT_FALSE(list().foreColour(keyOf(done)).has_value()); // grey only among all
+}
+
+TEST_F(NotesList, OnlyMyNotesHidesOthersAndTheUserColumn) {
+    addFour();
+    open(customer);
+    EXPECT_EQ(list().columns(), 5);
+    EXPECT_EQ(list().columnWidth(4), 60); // 900 twips
+    click("tooShowMyNotes");
+    EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
+    EXPECT_EQ(list().columns(), 4);
+    EXPECT_EQ(addIn->settings().text("ShowUserNotes"), "True");
+    open(customer); // holds for the first list of the next window
+    EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
+    EXPECT_TRUE(tool("tooShowMyNotes").isChecked());
+    click("tooShowMyNotes");
+    EXPECT_EQ(list().columns(), 5);
+    EXPECT_EQ(list().itemCount(), 3);
+}
+
+TEST_F(NotesList, SortsByTheTextsShownAndKeepsTheOrder) {
+    const QList<QDateTime> dates{QDateTime(QDate(2026, 3, 2), QTime(8, 0)),
+                                 QDateTime(QDate(2025, 12, 1), QTime(8, 0)),
+                                 QDateTime(QDate(2026, 1, 3), QTime(8, 0))};
+    QStringList added;
+    for (const QDateTime& date : dates) {
+        store.manualClock().setNow(date);
+        added.append(keyOf(store.addNote(date.toString("MMM"), customer)));
+    }
+    open(customer);
+    const auto clickHeader = [this](int column) {
+        QHeaderView* header = list().header();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(header->sectionPosition(column) + 10, 5));
+    };
+    EXPECT_EQ(keys(), added);
+    clickHeader(0); // the date is the sort key from the start: this turns it round, day first
+    EXPECT_EQ(keys(), QStringList({added[2], added[0], added[1]}));
+    clickHeader(0);
+    EXPECT_EQ(keys(), QStringList({added[1], added[0], added[2]}));
+    clickHeader(1);
+    EXPECT_EQ(keys(), QStringList({added[1], added[2], added[0]}));
+    click("tooShowAll");
+    EXPECT_EQ(keys(), QStringList({added[1], added[2], added[0]}));
+}
+
+TEST_F(NotesList, ClicksAndArrowKeysShowTheNote) {
+    addFour();
+    first->Field("RTFNote")->setValue("{\\rtf1 one\\par}");
+    reminded->Field("RTFNote")->setValue("{\\rtf1 three\\par}");
+    open(customer);
+    EXPECT_EQ(editor().Text(), "one");
+    clickRow(keyOf(reminded));
+    EXPECT_EQ(editor().Text(), "three");
+    list().setFocus();
+    press(Qt::Key_Up);
+    EXPECT_EQ(editor().Text(), "one");
+    click("tooShowAll"); // the same note stays chosen
+    EXPECT_EQ(list().selectedKey(), keyOf(first));
+    EXPECT_EQ(editor().Text(), "one");
+}
+
+TEST_F(NotesList, AskedForNote) {
+    addFour();
+    open(customer, idOf(bens));
+    EXPECT_EQ(list().selectedKey(), keyOf(bens));
+    open(customer, 4711); // not in the list: its own selection stays
+    EXPECT_EQ(list().selectedKey(), keyOf(first));
+}
+
+TEST_F(NotesList, AFailureIsReportedAndTheWindowStays) {
+    addFour();
+    open(customer);
+    store.closeDatabase();
+    script.expectReport(1);
+    click("tooShowDone");
+    ASSERT_EQ(script.reports.size(), 1);
+    EXPECT_EQ(script.reports[0].source, "YRWNOTES.frmMain.BuildNotesList");
+    EXPECT_EQ(script.reports[0].message, "Could not Build the Notes List");
+    EXPECT_EQ(script.reports[0].title, "Notes Problem");
+    EXPECT_EQ(script.pointer, MousePointer::Default);
+    EXPECT_FALSE(editor().isEnabled());
+}
+
+TEST_F(NotesList, ANoteThatIsGoneLeavesNoOtherTextInTheEditor) {
+    addFour();
+    first->Field("RTFNote")->setValue("{\\rtf1 one\\par}");
+    open(customer);
+    deleteNote(store.application(), idOf(reminded));
+    script.expectReport(1);
+    clickRow(keyOf(reminded));
+    EXPECT_FALSE(editor().isEnabled());
+    EXPECT_EQ(editor().Text(), QString());
+}
+
+TEST_F(NotesList, FindNarrowsByWordsInSubjectAndText) {
+    addFour();
+    first->Field("PlainNote")->setValue(QString::fromUtf8("Caf\u00e9 cr\u00e8me at noon"));
+    open(customer);
+    struct Case {
+        const char* typed;
+        QList<Ref<Note>> found;
+    };
+    const QList<Case> cases{{"FOURTH", {bens}},
+                            {"hir", {reminded}},
+                            {"creme cafe", {first}},
+                            {"cafe third", {}},
+                            {"  ", {first, reminded, bens}}};
+    press(Qt::Key_F, Qt::ControlModifier);
+    auto* field = window->findChild<QLineEdit*>("txtFind");
+    ASSERT_TRUE(field->hasFocus());
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.typed);
+        field->selectAll();
+        QTest::keyClicks(field, each.typed);
+        QStringList expected;
+        for (const Ref<Note>& note : each.found) {
+            expected.append(keyOf(note));
+        }
+        EXPECT_EQ(keys(), expected);
+        EXPECT_EQ(editor().isEnabled(), !expected.isEmpty());
+    }
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(field->isVisible());
+    EXPECT_FALSE(window->isUnloaded());
+    EXPECT_EQ(list().itemCount(), 3);
+}
+
+} // namespace yrw::test
