@@ -103,7 +103,6 @@ std::optional<DeskOptions> readOptions(const QApplication& application, QString&
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("yrwhost"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Yarrowen Desk"));
     QApplication::setApplicationVersion(QStringLiteral("%1.%2.%3")
                                             .arg(YRW_VERSION_MAJOR)
                                             .arg(YRW_VERSION_MINOR)
