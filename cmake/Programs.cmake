@@ -29,11 +29,11 @@ if(EXISTS ${PROJECT_SOURCE_DIR}/cli/main.cpp)
 endif()
 
 # What ships beside the component: the notes database, made from its script, and the layout.
-if(EXISTS ${PROJECT_SOURCE_DIR}/tools/mkdatabase.cpp)
+set(template ${PROJECT_SOURCE_DIR}/template/DB/YRWNOTES)
+if(EXISTS ${PROJECT_SOURCE_DIR}/tools/mkdatabase.cpp AND EXISTS ${template}/support/Notes/Menus.tb)
     add_executable(mkdatabase tools/mkdatabase.cpp)
     target_link_libraries(mkdatabase PRIVATE yrwcore)
     set(shipped ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/DB/YRWNOTES)
-    set(template ${PROJECT_SOURCE_DIR}/template/DB/YRWNOTES)
     add_custom_command(OUTPUT ${shipped}/Notes.mdb
         COMMAND ${CMAKE_COMMAND} -E make_directory ${shipped}
         COMMAND mkdatabase ${template}/Notes.sql ${shipped}/Notes.mdb

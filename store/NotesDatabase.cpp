@@ -5,7 +5,6 @@
 #include "store/Schema.h"
 #include "store/SchemaUpgrade.h"
 
-#include <QFileInfo>
 #include <QHash>
 
 namespace yrw {
@@ -22,7 +21,7 @@ constexpr const char16_t* kSideFiles[] = {u"-wal", u"-shm", u"-journal"};
 
 /// Raises unless the open database is a notes database of a schema that this version knows.
 void checkSchema(dao::Database& database) {
-    const QString name = QFileInfo(database.Name()).fileName();
+    const QString name = database.Name();
     for (const QString& table : {schema::kTblNotes, schema::kTblReminders}) {
         if (!database.hasTable(table)) {
             throw AutomationError(

@@ -75,7 +75,7 @@ void upgradeSchema(dao::Database& database) {
             kErrorReadOnly, QStringLiteral("YRWNOTES.NotesDatabase"),
             QStringLiteral("%1 is of an older version and cannot be upgraded, because it is "
                            "read-only.")
-                .arg(QFileInfo(path).fileName()));
+                .arg(path));
     }
     database.CopyTo(freeNameFor(path + QStringLiteral(".schema%1").arg(database.SchemaVersion())));
     dao::Transaction transaction(database);

@@ -132,7 +132,7 @@ Ref<yrw::ICollection> DeskApplication::Orders(const Ref<IRecord>& customer) {
     return orders;
 }
 
-void DeskApplication::DeleteRecord(const QString& objectKey, qint64 recordID) {
+void DeskApplication::deleteRecord(const QString& objectKey, qint64 recordID) {
     const Ref<IObjectDefinition> definition = ObjectDefinition(objectKey);
     dao::Transaction transaction(*m_database);
     if (definition->ObjectKey() == QString::fromUtf16(kCustomerKey)) {
@@ -142,7 +142,7 @@ void DeskApplication::DeleteRecord(const QString& objectKey, qint64 recordID) {
     transaction.commit();
 }
 
-bool DeskApplication::CompleteRecord(const QString& objectKey, qint64 recordID, qint64 customerID) {
+bool DeskApplication::completeRecord(const QString& objectKey, qint64 recordID, qint64 customerID) {
     const bool isOrder = objectKey == QString::fromUtf16(kOrderKey);
     const Ref<IRecord> record = ObjectDefinition(objectKey)->Collection()->Item(recordID);
     const QVariant today = QDateTime(m_engine.clock.now().date(), QTime(0, 0));

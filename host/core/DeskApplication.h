@@ -44,10 +44,10 @@ public:
     [[nodiscard]] Ref<yrw::ICollection> Customers();
     [[nodiscard]] Ref<yrw::ICollection> Orders(const Ref<IRecord>& customer);
     /// Deletes a record of a kind; a customer's orders go with it.
-    void DeleteRecord(const QString& objectKey, qint64 recordID);
+    void deleteRecord(const QString& objectKey, qint64 recordID);
     /// Fills what the user left empty in a new record: its number, today's date, and the customer
     /// of an order (`customerID`, 0 for none). True when something was filled.
-    bool CompleteRecord(const QString& objectKey, qint64 recordID, qint64 customerID);
+    bool completeRecord(const QString& objectKey, qint64 recordID, qint64 customerID);
 
     void OpenDatabase(const QString& path) override;
     [[nodiscard]] Ref<dao::Database> DAODatabase() override;

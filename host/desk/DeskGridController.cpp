@@ -11,19 +11,22 @@ namespace {
 /// Beyond this many rows a lost place is not searched for: it would cost more than it is worth.
 constexpr qint64 kSearchedRows = 20000;
 
-/// A pattern that finds the text anywhere; what patterns treat specially stands for itself.
+/// A pattern literal that finds the text anywhere; what patterns treat specially stands for
+/// itself. A literal cannot hold its own kind of quote: a text with both kinds finds any character
+/// there.
 QString containing(const QString& text) {
+    const QChar quote = text.contains(u'"') ? u'\'' : u'"';
     QString pattern;
     for (const QChar c : text) {
         if (c == u'*' || c == u'?' || c == u'[') {
             pattern += u'[' + QString(c) + u']';
-        } else if (c == u'"') {
-            pattern += u'?'; // a quote cannot be written inside a literal
+        } else if (c == quote) {
+            pattern += u'?';
         } else {
             pattern += c;
         }
     }
-    return u"\"*" + pattern + u"*\"";
+    return quote + QStringLiteral("*") + pattern + u'*' + quote;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "host/desk/DeskWindow.h"
 
 #include "framework/ErrorGuards.h"
-#include "host/desk/FindBar.h"
+#include "host/desk/DeskFindBar.h"
 #include "platform/component/ClassRegistry.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/forms/Form.h"
@@ -72,7 +72,7 @@ void DeskWindow::build() {
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 2);
     m_current = &m_upper->controller();
-    m_findBar = new FindBar(this);
+    m_findBar = new DeskFindBar(this);
 
     auto* central = new QWidget;
     auto* column = new QVBoxLayout(central);
@@ -102,14 +102,8 @@ void DeskWindow::connectEvents() {
     connect(&m_ordersDelay, &QTimer::timeout, this, &DeskWindow::customerChanged);
     connect(&upper(), &DeskGridController::recordChanged, &m_ordersDelay,
             qOverload<>(&QTimer::start));
-    connect(m_findBar, &FindBar::findWanted, this, &DeskWindow::findNext);
-    connect(m_findBar, &FindBar::closed, this, [this] { currentPanel().grid().setFocus(); });
-    connect(&m_lower->grid(), &RecordGrid::rowActivated, this, [this] {
-        const QString field = m_lower->grid().columnField(m_lower->grid().currentColumn());
-        if (field.startsWith(u"Customer")) {
-            goToCustomer();
-        }
-    });
+    connect(m_findBar, &DeskFindBar::findWanted, this, &DeskWindow::findNext);
+    connect(m_findBar, &DeskFindBar::closed, this, [this] { currentPanel().grid().setFocus(); });
     connectPanel(*m_upper);
     connectPanel(*m_lower);
     m_toolClicks[0] =
@@ -119,12 +113,18 @@ void DeskWindow::connectEvents() {
 }
 
 void DeskWindow::connectPanel(GridPanel& panel) {
-    connect(&panel.grid(), &RecordGrid::contextMenuWanted, this, [this, &panel] {
-        makeCurrent(panel);
-        m_interfaceToolbar->popup(QStringLiteral("bndGrid"));
-    });
+    connect(&panel.grid(), &RecordGrid::contextMenuWanted, this,
+            [this, &panel](const QPoint& globalPosition) {
+                makeCurrent(panel);
+                m_interfaceToolbar->popupAt(QStringLiteral("bndGrid"), globalPosition);
+            });
     connect(&panel.controller(), &DeskGridController::recordAdded, this,
             [this, &panel] { recordAdded(panel); });
+    connect(&panel.grid(), &RecordGrid::rowActivated, this, [this, &panel] {
+        const QString field = panel.grid().columnField(panel.grid().currentColumn());
+        const bool isLinked = &panel == m_lower && field.startsWith(u"Customer");
+        run(isLinked ? DeskCommand::GoToCustomer : DeskCommand::EditRecord);
+    });
     connect(&panel.grid(), &RecordGrid::editFailed, this, [this](const QString& reason) {
         m_services.utility.prompt().message(QStringLiteral("The record was not saved.\r\r") +
                                                 reason,
@@ -329,7 +329,7 @@ void DeskWindow::deleteRecord() {
     const PromptAnswer answer = m_services.utility.prompt().question(
         text.arg(name), kTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::No);
     if (answer == PromptAnswer::Yes) {
-        m_application->DeleteRecord(record->Collection()->ObjectKey(),
+        m_application->deleteRecord(record->Collection()->ObjectKey(),
                                     record->value(QStringLiteral("RecordID")).toLongLong());
         m_current->rebind();
     }
@@ -446,7 +446,7 @@ void DeskWindow::recordAdded(GridPanel& panel) {
             const Ref<ICollection> object = controller.CurrentObject();
             const qint64 id = controller.currentRecordID();
             if (object && id != 0 &&
-                m_application->CompleteRecord(object->ObjectKey(), id, upper().currentRecordID())) {
+                m_application->completeRecord(object->ObjectKey(), id, upper().currentRecordID())) {
                 panel.grid().refresh();
             }
         });

@@ -16,7 +16,7 @@ class QSplitter;
 
 namespace yrw {
 
-class FindBar;
+class DeskFindBar;
 class StatusBar;
 
 /// What a desk's window is opened with.
@@ -124,7 +124,7 @@ private:
     QSplitter* m_splitter = nullptr;
     GridPanel* m_upper = nullptr;
     GridPanel* m_lower = nullptr;
-    FindBar* m_findBar = nullptr;
+    DeskFindBar* m_findBar = nullptr;
     DeskGridController* m_current = nullptr;
     QTimer m_ordersDelay;
     Connection m_toolClicks[2];

@@ -17,8 +17,8 @@ GridColumn hiddenKey() {
 
 QList<GridLayout> customerLayouts() {
     const GridColumn number = column(u"CustomerNo", u"Number", 1350);
-    const GridColumn name = column(u"Name", u"Name", 4200);
-    const GridColumn contact = column(u"Contact", u"Contact", 2550);
+    const GridColumn name = column(u"Name", u"Name", 5100);
+    const GridColumn contact = column(u"Contact", u"Contact", 3000);
     const GridColumn street = column(u"Street", u"Street", 2700);
     const GridColumn town = column(u"Town", u"Town", 1950);
     const GridColumn postcode = column(u"Postcode", u"Postcode", 1350);
@@ -43,7 +43,7 @@ QList<GridLayout> customerLayouts() {
 QList<GridLayout> orderLayouts() {
     const GridColumn number = column(u"OrderNo", u"Order", 1350);
     const GridColumn date = column(u"OrderDate", u"Date", 2100);
-    const GridColumn item = column(u"Item", u"Item", 3600);
+    const GridColumn item = column(u"Item", u"Item", 4800);
     const GridColumn quantity = column(u"Quantity", u"Quantity", 1200);
     const GridColumn amount = column(u"Amount", u"Amount", 1350);
     const GridColumn state = column(u"State", u"State", 1350);

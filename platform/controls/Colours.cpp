@@ -11,6 +11,13 @@ namespace {
 /// is meant to recede, has 3.9.
 constexpr double kEnoughContrast = 3.9;
 
+constexpr double kGoodContrast = 4.5;
+
+QColor farther(const QColor& background) {
+    return contrast(background, Qt::white) > contrast(background, Qt::black) ? QColor(Qt::white)
+                                                                             : QColor(Qt::black);
+}
+
 double linear(double channel) {
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
@@ -32,9 +39,7 @@ QColor readableOn(const QColor& background, const QColor& wanted) {
     if (contrast(background, wanted) >= kEnoughContrast) {
         return wanted;
     }
-    const QColor end = contrast(background, Qt::white) > contrast(background, Qt::black)
-                           ? QColor(Qt::white)
-                           : QColor(Qt::black);
+    const QColor end = farther(background);
     QColor colour = wanted.toHsl();
     const double step = end == QColor(Qt::white) ? 0.05 : -0.05;
     for (double light = colour.lightnessF() + step; light > 0 && light < 1; light += step) {
@@ -44,6 +49,10 @@ QColor readableOn(const QColor& background, const QColor& wanted) {
         }
     }
     return end;
+}
+
+QColor textOn(const QColor& background, const QColor& wanted) {
+    return contrast(background, wanted) >= kGoodContrast ? wanted : farther(background);
 }
 
 } // namespace yrw

@@ -22,4 +22,8 @@ namespace yrw {
 /// made lighter or darker, at last white or black.
 [[nodiscard]] QColor readableOn(const QColor& background, const QColor& wanted);
 
+/// Colour of plain text on a background: the wanted one when it can be read well, else black or
+/// white.
+[[nodiscard]] QColor textOn(const QColor& background, const QColor& wanted);
+
 } // namespace yrw

@@ -2,6 +2,7 @@
 
 #include "platform/controls/Colours.h"
 
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -83,6 +84,57 @@ int GridBody::fullRows() const {
     return qMax(1, height() / m_source.rowHeight());
 }
 
+int GridBody::rowsInView() const {
+    const qint64 room = (height() + m_source.rowHeight() - 1) / m_source.rowHeight();
+    return static_cast<int>(qMin(room, m_source.shownRows() - m_source.topRow()));
+}
+
+QString GridBody::cellText(int column) const {
+    const int field = m_source.fieldOf(column);
+    QVariant value;
+    if (field >= 0) {
+        raiseQuietly([&] { value = m_source.rows().value(field); });
+    }
+    return m_source.gridColumns().at(column).header + u' ' + gridText(value);
+}
+
+QString GridBody::rowText(qint64 row) const {
+    if (row >= m_source.rows().count()) {
+        return tr("New record");
+    }
+    QStringList cells;
+    raiseQuietly([&] {
+        m_source.rows().select(row);
+        for (int column = 0; column < m_source.gridColumns().size(); ++column) {
+            if (m_source.gridColumns().at(column).visible) {
+                cells.append(cellText(column));
+            }
+        }
+    });
+    return tr("Row %1: %2").arg(row + 1).arg(cells.join(QStringLiteral(", ")));
+}
+
+QString GridBody::cursorText(qint64 row) const {
+    const int column = m_source.cursorColumn();
+    QString text;
+    if (isCursorRow(row) && column >= 0 && row < m_source.rows().count()) {
+        raiseQuietly([&] {
+            m_source.rows().select(row);
+            text = cellText(column);
+        });
+    }
+    return text;
+}
+
+void GridBody::announceCursor() {
+    if (!QAccessible::isActive() || cursorRow() < 0) {
+        return;
+    }
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(static_cast<int>(cursorRow() - firstRow()));
+    QAccessible::updateAccessibility(&event);
+}
+
 QColor GridBody::rowColour(qint64 row, bool readable) {
     if (fetchesRowStyle && readable) {
         RowStyle style;
@@ -142,7 +194,7 @@ void GridBody::paintCells(QPainter& painter, qint64 row, bool readable, const QC
                           const QRect& dirty) {
     const QColor lines =
         mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.18);
-    const QColor text = readableOn(back, palette().color(QPalette::Text));
+    const QColor text = textOn(back, palette().color(QPalette::Text));
     for (int column = 0; column < m_header.count(); ++column) {
         const QRect cell = cellRect(row, column);
         if (!cell.intersects(dirty)) {

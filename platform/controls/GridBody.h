@@ -59,6 +59,18 @@ public:
     [[nodiscard]] QColor paintedColour(qint64 row) const;
     /// Rows that fit whole.
     [[nodiscard]] int fullRows() const;
+    // What screen readers ask.
+    [[nodiscard]] QString gridName() const { return m_source.grid().accessibleName(); }
+    [[nodiscard]] qint64 firstRow() const { return m_source.topRow(); }
+    [[nodiscard]] int rowsInView() const;
+    [[nodiscard]] qint64 cursorRow() const { return m_source.cursorRow(); }
+    [[nodiscard]] bool isCursorRow(qint64 row) const { return row == cursorRow(); }
+    /// The row's cells as "Header text", and the cell under the cursor alone.
+    [[nodiscard]] QString rowText(qint64 row) const;
+    [[nodiscard]] QString cursorText(qint64 row) const;
+    /// Tells screen readers that the cursor moved.
+    void announceCursor();
+
     void forgetColours() { m_painted.clear(); }
 
     static constexpr int kMarkWidth = 20;
@@ -75,6 +87,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    [[nodiscard]] QString cellText(int column) const;
     void paintRow(QPainter& painter, qint64 row, const QRect& dirty);
     void paintCells(QPainter& painter, qint64 row, bool readable, const QColor& back,
                     const QRect& dirty);

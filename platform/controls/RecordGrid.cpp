@@ -1,15 +1,16 @@
 #include "platform/controls/RecordGrid.h"
 
+#include "platform/controls/GridAccessible.h"
 #include "platform/controls/RecordGridPrivate.h"
 
 #include <QContextMenuEvent>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 
 namespace yrw {
 
 RecordGrid::RecordGrid(QWidget* parent)
     : QWidget(parent), m_private(std::make_unique<Private>(*this)) {
+    installGridAccessibility();
     setAccessibleName(tr("Grid"));
 }
 

@@ -25,20 +25,29 @@ bool RecordGrid::Private::moveTo(qint64 row, int column) {
     if (!closeEditor() || (row != m_row && !commitRow())) {
         return false;
     }
+    row = qMin(row, shownRows() - 1);
+    if (row == m_row && column == m_column) {
+        return true;
+    }
     const dao::Bookmark lastBookmark = m_bookmark;
     const int lastColumn = m_column;
     updateRow(m_row);
     if (row != m_row) {
-        m_row = qMin(row, shownRows() - 1);
+        m_row = row;
         m_bookmark = m_rows.select(m_row) ? m_rows.bookmark() : dao::Bookmark();
         m_rows.moveRecordset(m_row);
     }
     m_column = column;
     showCursor();
     updateRow(m_row);
+    m_panes.at(m_pane).body->announceCursor();
     m_grid.RowColChange.raise(lastBookmark, lastColumn);
     Q_EMIT m_grid.currentCellChanged();
     return true;
+}
+
+qint64 RecordGrid::Private::lastRow() const {
+    return shownRows() - (isEditing() && m_row >= m_rows.count() ? 0 : 1);
 }
 
 int RecordGrid::Private::nextColumn(int from, int step) const {
@@ -64,7 +73,7 @@ qint64 RecordGrid::Private::rowForKey(const QKeyEvent& event) const {
     case Qt::Key_Home:
         return ctrl ? 0 : m_row;
     case Qt::Key_End:
-        return ctrl ? shownRows() - 1 : m_row;
+        return ctrl ? lastRow() : m_row;
     default:
         return m_row;
     }
@@ -97,7 +106,7 @@ bool RecordGrid::Private::handleKey(const QKeyEvent& event) {
     case Qt::Key_Left:
     case Qt::Key_Right:
         if (m_row >= 0) {
-            moveTo(qBound<qint64>(0, rowForKey(event), shownRows() - 1), columnForKey(event));
+            moveTo(qBound<qint64>(0, rowForKey(event), lastRow()), columnForKey(event));
         }
         return true;
     default:
@@ -144,7 +153,7 @@ bool RecordGrid::Private::tabPressed(bool forward) {
         return true;
     }
     const qint64 row = m_row + (forward ? 1 : -1);
-    if (row < 0 || row >= shownRows()) {
+    if (row < 0 || row > lastRow()) {
         return false;
     }
     moveTo(row, forward ? firstColumn() : lastColumn());

@@ -43,7 +43,7 @@ void RecordGrid::Private::addPane() {
     pane.header->setHighlightSections(false);
     pane.header->setMinimumSectionSize(kLeastColumnWidth);
     pane.header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    pane.header->setFixedHeight(pane.header->sizeHint().height());
+    pane.header->setFixedHeight(rowHeight() + 2);
     pane.body = new GridBody(*this, split, *pane.header, pane.frame);
     pane.scroll = new QScrollBar(Qt::Horizontal, pane.frame);
     auto* const top = new QHBoxLayout;

@@ -84,6 +84,8 @@ private:
     [[nodiscard]] int nextColumn(int from, int step) const;
     [[nodiscard]] int firstColumn() const { return nextColumn(-1, 1); }
     [[nodiscard]] int lastColumn() const { return nextColumn(int(m_columns.size()), -1); }
+    /// Last row that the cursor can go to: while a new record is typed, the one that follows it.
+    [[nodiscard]] qint64 lastRow() const;
     [[nodiscard]] qint64 rowForKey(const QKeyEvent& event) const;
     [[nodiscard]] int columnForKey(const QKeyEvent& event) const;
     bool editKey(const QKeyEvent& event);

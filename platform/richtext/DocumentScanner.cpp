@@ -1,11 +1,14 @@
 #include "platform/richtext/DocumentScanner.h"
 
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/Pictures.h"
 #include "platform/rtf/Fields.h"
 
+#include <QImage>
 #include <QTextDocument>
 #include <QTextList>
 #include <QTextTable>
+#include <QUrl>
 
 #include <algorithm>
 #include <cmath>
@@ -62,6 +65,7 @@ rtf::Document DocumentScanner::scan(const QTextDocument& document) {
 }
 
 rtf::Document DocumentScanner::scan(const QTextDocument& document, int begin, int end) {
+    m_document = &document;
     m_begin = begin;
     m_end = end;
     const QTextFrame* const root = document.rootFrame();
@@ -126,8 +130,7 @@ void DocumentScanner::block(const QTextBlock& block) {
     for (auto it = block.begin(); !it.atEnd(); ++it) {
         fragment(it.fragment());
     }
-    const int format =
-        m_builder.parFormat(fromScreen(block.blockFormat(), block.textList() != nullptr));
+    const int format = m_builder.parFormat(fromScreen(block.blockFormat(), block.textList()));
     int mark = 0;
     if (m_builder.paragraphIsEmpty()) {
         const bool here = !m_insertion.isNull() && m_insertion.block() == block;
@@ -156,6 +159,16 @@ int DocumentScanner::fieldOf(const QTextCharFormat& format) {
                : -1;
 }
 
+void DocumentScanner::image(const QTextImageFormat& format, int index, int field) {
+    const QVariant data = m_document->resource(QTextDocument::ImageResource, QUrl(format.name()));
+    const auto picture = data.typeId() == QMetaType::QByteArray
+                             ? QImage::fromData(data.toByteArray())
+                             : data.value<QImage>();
+    if (!picture.isNull()) {
+        m_builder.inlineGroup(rtf::InlineKind::Picture, pictureGroup(picture), index, field);
+    }
+}
+
 void DocumentScanner::fragment(const QTextFragment& fragment) {
     const int from = std::max(fragment.position(), m_begin);
     const int to = std::min(fragment.position() + fragment.length(), m_end);
@@ -170,11 +183,15 @@ void DocumentScanner::fragment(const QTextFragment& fragment) {
     if (format.objectType() == kInlineObject) {
         const auto id = static_cast<std::size_t>(format.intProperty(kInlineId));
         for (int i = from; i < to && id < m_inlines.size(); ++i) {
-            m_builder.inlineGroup(m_inlines[id].kind, m_inlines[id].raw, index, field);
+            if (fragment.text().at(i - fragment.position()) == QChar(rtf::kInlineMark)) {
+                m_builder.inlineGroup(m_inlines[id].kind, m_inlines[id].raw, index, field);
+            }
         }
-        return;
     }
     QString text = fragment.text().mid(from - fragment.position(), to - from);
+    if (format.isImageFormat()) {
+        image(format.toImageFormat(), index, field);
+    }
     text.remove(QChar(rtf::kInlineMark));
     m_builder.text(text, index, field);
 }

@@ -30,6 +30,7 @@ private:
     void table(const class QTextTable& table);
     void block(const QTextBlock& block);
     void fragment(const class QTextFragment& fragment);
+    void image(const QTextImageFormat& format, int index, int field);
     int charFormat(const QTextCharFormat& format);
     int fieldOf(const QTextCharFormat& format);
     void ensureParagraph();
@@ -39,6 +40,7 @@ private:
     const std::vector<rtf::Inline>& m_inlines;
     QTextCursor m_insertion;
     double m_dotsPerInch;
+    const QTextDocument* m_document = nullptr;
     int m_begin = 0;
     int m_end = 0;
     int m_row = -1;

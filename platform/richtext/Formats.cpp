@@ -1,14 +1,18 @@
 #include "platform/richtext/Formats.h"
 
 #include <QStringList>
+#include <QTextList>
 #include <QTextOption>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
 namespace yrw::richtext {
 
 namespace {
+
+constexpr int kIndentStep = 360; ///< twips
 
 QBrush brushOf(int colour) {
     return colour == rtf::kAutomatic ? QBrush(Qt::NoBrush)
@@ -44,6 +48,42 @@ void setLineSpacing(QTextBlockFormat& block, const rtf::ParFormat& format, doubl
         block.setLineHeight(pixels(std::abs(format.lineSpacing), dotsPerInch),
                             format.lineSpacing < 0 ? QTextBlockFormat::FixedHeight
                                                    : QTextBlockFormat::MinimumHeight);
+    }
+}
+
+/// The format of a block that came from elsewhere, at 96 dots per inch.
+rtf::ParFormat foreignParagraph(const QTextBlockFormat& format) {
+    static constexpr double kTwipsPerPixel = 15;
+    static constexpr double kWidest = 1440;
+    const auto twips = [](double pixels) {
+        return static_cast<int>(std::lround(std::clamp(pixels, 0.0, kWidest) * kTwipsPerPixel));
+    };
+    rtf::ParFormat paragraph;
+    paragraph.left = twips(format.leftMargin()) + kIndentStep * std::clamp(format.indent(), 0, 20);
+    if (format.alignment() & Qt::AlignHCenter) {
+        paragraph.alignment = rtf::Alignment::Center;
+    } else if (format.alignment() & Qt::AlignRight) {
+        paragraph.alignment = rtf::Alignment::Right;
+    } else if (format.alignment() & Qt::AlignJustify) {
+        paragraph.alignment = rtf::Alignment::Justify;
+    }
+    return paragraph;
+}
+
+rtf::ListKind kindOf(QTextListFormat::Style style) {
+    switch (style) {
+    case QTextListFormat::ListDecimal:
+        return rtf::ListKind::Decimal;
+    case QTextListFormat::ListLowerAlpha:
+        return rtf::ListKind::LowerLetter;
+    case QTextListFormat::ListUpperAlpha:
+        return rtf::ListKind::UpperLetter;
+    case QTextListFormat::ListLowerRoman:
+        return rtf::ListKind::LowerRoman;
+    case QTextListFormat::ListUpperRoman:
+        return rtf::ListKind::UpperRoman;
+    default:
+        return rtf::ListKind::Bullet;
     }
 }
 
@@ -119,15 +159,23 @@ QTextBlockFormat toScreen(const rtf::ParFormat& format, double dotsPerInch) {
     return block;
 }
 
-rtf::ParFormat fromScreen(const QTextBlockFormat& format, bool inList) {
-    auto paragraph = format.property(kParagraph).value<rtf::ParFormat>();
+rtf::ParFormat fromScreen(const QTextBlockFormat& format, const QTextList* list) {
+    auto paragraph = format.hasProperty(kParagraph)
+                         ? format.property(kParagraph).value<rtf::ParFormat>()
+                         : foreignParagraph(format);
     const bool wasInList = paragraph.list != rtf::ListKind::None;
-    if (wasInList && !inList) {
+    if (wasInList && list == nullptr) {
         paragraph.list = rtf::ListKind::None;
         paragraph.left = std::max(0, paragraph.left + paragraph.first);
         paragraph.first = 0;
-    } else if (inList && !wasInList) {
-        paragraph.list = rtf::ListKind::Bullet;
+    } else if (!wasInList && list != nullptr) {
+        const QTextListFormat look = list->format();
+        paragraph.list = kindOf(look.style());
+        paragraph.listBefore = look.numberPrefix();
+        paragraph.listAfter =
+            paragraph.list == rtf::ListKind::Bullet ? QString() : look.numberSuffix();
+        paragraph.left += kIndentStep * std::max(1, look.indent());
+        paragraph.first = -kIndentStep;
     }
     return paragraph;
 }

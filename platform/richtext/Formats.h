@@ -9,6 +9,8 @@
 #include <QTextCharFormat>
 #include <QTextListFormat>
 
+class QTextList;
+
 Q_DECLARE_METATYPE(yrw::rtf::ParFormat)
 
 namespace yrw::richtext {
@@ -35,7 +37,8 @@ enum Property {
 
 [[nodiscard]] QTextBlockFormat toScreen(const rtf::ParFormat& format, double dotsPerInch);
 /// The paragraph format that the block carries; what the toolkit can change is taken from it.
-[[nodiscard]] rtf::ParFormat fromScreen(const QTextBlockFormat& format, bool inList);
+/// `list` is the list that the block is in, or nothing.
+[[nodiscard]] rtf::ParFormat fromScreen(const QTextBlockFormat& format, const QTextList* list);
 [[nodiscard]] QTextListFormat listFormat(const rtf::ParFormat& format);
 
 /// A format made of the choice of a font dialog.

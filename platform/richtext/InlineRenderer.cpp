@@ -1,8 +1,11 @@
 #include "platform/richtext/InlineRenderer.h"
 
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/Pictures.h"
+#include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/Picture.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QImageReader>
 #include <QPainter>
@@ -14,20 +17,6 @@ namespace {
 
 constexpr double kDots = 96;
 constexpr QSizeF kPlaceholder{48, 48};
-
-/// Larger pictures are not decoded: a few bytes can claim gigabytes.
-constexpr qint64 kMostPixels = 64LL * 1024 * 1024;
-
-QImage decode(const QByteArray& data) {
-    QBuffer buffer;
-    buffer.setData(data);
-    QImageReader reader(&buffer);
-    const QSize size = reader.size();
-    if (size.isValid() && static_cast<qint64>(size.width()) * size.height() > kMostPixels) {
-        return {};
-    }
-    return reader.read();
-}
 
 } // namespace
 
@@ -46,14 +35,27 @@ InlineRenderer::Look InlineRenderer::makeLook(const rtf::Inline& group) const {
         return look;
     }
     const rtf::Picture picture = rtf::pictureOf(group.raw);
-    if (picture.kind == rtf::PictureKind::Png || picture.kind == rtf::PictureKind::Jpeg) {
-        look.picture = QPixmap::fromImage(decode(picture.data));
+    look.picture = QPixmap::fromImage(decodePicture(picture.kind, picture.data));
+    if (group.kind == rtf::InlineKind::Object) {
+        addObjectLook(look, group.raw);
     }
     look.size = QSizeF(pixels(picture.width, kDots), pixels(picture.height, kDots));
     if (look.size.isEmpty()) {
         look.size = look.picture.isNull() ? kPlaceholder : QSizeF(look.picture.size());
     }
     return look;
+}
+
+void InlineRenderer::addObjectLook(Look& look, const QByteArray& raw) const {
+    const rtf::ObjectGroup group = rtf::objectOf(raw);
+    const auto object = rtf::readObject(group.data);
+    look.caption = objectCaption(group, object);
+    if (look.picture.isNull() && object && object->native.startsWith("BM")) {
+        look.picture = QPixmap::fromImage(decodeImage(object->native));
+    }
+    if (look.size.isEmpty()) {
+        look.size = QSizeF(pixels(group.width, kDots), pixels(group.height, kDots));
+    }
 }
 
 const InlineRenderer::Look& InlineRenderer::look(const QTextFormat& format) {
@@ -66,8 +68,10 @@ const InlineRenderer::Look& InlineRenderer::look(const QTextFormat& format) {
     return m_looks[id] = index < m_inlines.size() ? makeLook(m_inlines[index]) : Look{};
 }
 
-QSizeF InlineRenderer::intrinsicSize(QTextDocument*, int, const QTextFormat& format) {
-    return look(format).size;
+QSizeF InlineRenderer::intrinsicSize(QTextDocument* document, int, const QTextFormat& format) {
+    // On paper a dot is smaller than on the screen.
+    const QPaintDevice* const device = document->documentLayout()->paintDevice();
+    return look(format).size * (device != nullptr ? device->logicalDpiY() / kDots : 1.0);
 }
 
 void InlineRenderer::drawObject(QPainter* painter, const QRectF& rect, QTextDocument*, int,

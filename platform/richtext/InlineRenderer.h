@@ -37,6 +37,7 @@ private:
         QString caption;
     };
     const Look& look(const QTextFormat& format);
+    void addObjectLook(Look& look, const QByteArray& raw) const;
     [[nodiscard]] Look makeLook(const rtf::Inline& group) const;
 
     const std::vector<rtf::Inline>& m_inlines;

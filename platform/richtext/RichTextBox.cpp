@@ -8,6 +8,7 @@
 #include "platform/rtf/Writer.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QDesktopServices>
 #include <QSignalBlocker>
 #include <QTextDocument>
 
@@ -29,6 +30,8 @@ RichTextBox::RichTextBox(QWidget* parent)
     connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::selectionStateChanged);
     connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::selectionStateChanged);
     connect(this, &QTextEdit::currentCharFormatChanged, this, &RichTextBox::selectionStateChanged);
+    connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::leaveLink);
+    m_openUrl = [](const QUrl& url) { QDesktopServices::openUrl(url); };
     setText(QString());
 }
 

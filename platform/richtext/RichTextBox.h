@@ -4,6 +4,7 @@
 #include "platform/rtf/Model.h"
 
 #include <QTextEdit>
+#include <QUrl>
 
 #include <functional>
 #include <memory>
@@ -14,12 +15,18 @@ class QTextBlock;
 
 namespace yrw {
 
+namespace rtf {
+struct PackagedFile;
+}
 namespace richtext {
 class InlineRenderer;
 }
 
 /// Paragraph alignment by the numbers that the system's callers use.
 enum class TextAlignment : int { Left = 0, Right = 1, Center = 2 };
+
+/// How an embedded object shows, by the numbers that the system's callers use.
+enum class ObjectDisplay : int { Content = 0, Icon = 1 };
 
 /// The rich-text box: edits rich text that is loaded from and written as RTF.
 ///
@@ -79,11 +86,55 @@ public:
     void setDefaultFontChoice(const FontChoice& font);
     [[nodiscard]] FontChoice defaultFontChoice() const;
 
+    /// The number of embedded objects; an index counts them from 0 in the order of the text.
+    [[nodiscard]] int ObjectCount() const;
+    /// Embeds a file at the insertion point as one undo step. Raises `kErrorCannotCreateObject`
+    /// when the file is missing, no file, unreadable or larger than `largestFile`; the text is
+    /// unchanged then.
+    void insertFile(const QString& path, ObjectDisplay display);
+    /// The name to show for an object: its file's name, or the kind of its data.
+    [[nodiscard]] QString objectName(int index) const;
+    /// The object's content as a file; nothing for a link or damaged data. The label is a plain
+    /// file name.
+    [[nodiscard]] std::optional<rtf::PackagedFile> objectFile(int index) const;
+    /// The object shown at a point of the viewport, or -1.
+    [[nodiscard]] int objectAt(const QPoint& point) const;
+    /// The most bytes of a file that can be embedded; 64 MB at first.
+    void setLargestFile(qint64 bytes);
+    [[nodiscard]] qint64 largestFile() const;
+
+    /// Inserts a picture at the insertion point, no wider than a page's text.
+    void insertPicture(const QImage& picture);
+    /// Pasted text keeps its own font, size and colours when true; it takes those of the insertion
+    /// point when false, which is how it begins. Text copied from a rich-text box keeps them.
+    void setPasteKeepsLook(bool keep);
+    /// Pastes the clipboard's text without formats.
+    void pastePlain();
+
+    /// The door that asks before a link opens; without one, links open unasked. Not owned.
+    void setPrompt(Prompt* prompt);
+    /// Opens an address; the desktop does it at first.
+    using UrlOpener = std::function<void(const QUrl&)>;
+    void setUrlOpener(UrlOpener opener);
+
 Q_SIGNALS:
     /// The content changed, by the user or in code.
     void contentChanged();
     /// The selection, the insertion point or the formats there changed.
     void selectionStateChanged();
+    /// The user double-clicked an embedded object.
+    void objectActivated(int index);
+    /// A pasted or dropped file could not be embedded; the reason in words.
+    void insertionFailed(const QString& reason);
+
+protected:
+    bool viewportEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
+    [[nodiscard]] bool canInsertFromMimeData(const QMimeData* source) const override;
+    void insertFromMimeData(const QMimeData* source) override;
 
 private:
     using ParagraphChange = std::function<void(rtf::ParFormat&)>;
@@ -95,6 +146,14 @@ private:
     void changeParagraphs(const ParagraphChange& change);
     void changeParagraph(const QTextBlock& block, const ParagraphChange& change);
     [[nodiscard]] rtf::ParFormat paragraphOf(const QTextBlock& block) const;
+    void leaveLink();
+    void openLink(const QString& target);
+    void insertModel(rtf::Document model, bool keepLook);
+    void insertInline(rtf::InlineKind kind, const QByteArray& raw);
+    void insertForeignHtml(const QString& html);
+    bool insertFiles(const QList<QUrl>& urls);
+    [[nodiscard]] std::vector<int> objectPositions() const;
+    [[nodiscard]] const rtf::Inline* objectGroup(int index) const;
     template <typename T, typename Get>
     [[nodiscard]] std::optional<T> ofCharacters(Get get) const;
     template <typename T, typename Get>
@@ -104,6 +163,10 @@ private:
     rtf::Document m_header; ///< tables and kept groups of the document last loaded
     std::vector<rtf::Inline> m_inlines;
     std::unique_ptr<richtext::InlineRenderer> m_renderer;
+    Prompt* m_prompt = nullptr;
+    UrlOpener m_openUrl;
+    qint64 m_largestFile = 64LL * 1024 * 1024;
+    bool m_pasteKeepsLook = false;
 };
 
 } // namespace yrw

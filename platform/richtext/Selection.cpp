@@ -82,7 +82,7 @@ std::optional<T> RichTextBox::ofParagraphs(Get get) const {
 }
 
 rtf::ParFormat RichTextBox::paragraphOf(const QTextBlock& block) const {
-    return richtext::fromScreen(block.blockFormat(), block.textList() != nullptr);
+    return richtext::fromScreen(block.blockFormat(), block.textList());
 }
 
 void RichTextBox::changeCharacters(const QTextCharFormat& change) {

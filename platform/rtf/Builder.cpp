@@ -8,10 +8,21 @@ namespace yrw::rtf {
 
 namespace {
 
+/// Every field has its bits; the sizes and colours that notes use do not meet.
 std::size_t hashOf(const CharFormat& format) {
-    return qHashMulti(0, format.font, format.halfPoints, format.colour, format.background,
-                      format.bold, format.italic, format.underline, format.strike, format.hidden,
-                      static_cast<int>(format.script));
+    const auto wide = [](int value) {
+        return static_cast<std::size_t>(static_cast<unsigned>(value));
+    };
+    std::size_t flags = static_cast<std::size_t>(format.script);
+    for (const bool flag :
+         {format.bold, format.italic, format.underline, format.strike, format.hidden}) {
+        flags = flags << 1 | static_cast<std::size_t>(flag);
+    }
+    constexpr std::size_t kPrime = 0x9E3779B97F4A7C15U;
+    std::size_t hash = flags | wide(format.halfPoints) << 8 | wide(format.font) << 24;
+    hash = hash * kPrime ^ wide(format.colour);
+    hash = hash * kPrime ^ wide(format.background);
+    return hash * kPrime;
 }
 
 std::size_t hashOf(const ParFormat& format) {

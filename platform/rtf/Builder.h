@@ -28,6 +28,7 @@ public:
     /// Index of the font with that number in the font table, else of the default font. Fonts of
     /// one name count as one, whatever their character sets.
     [[nodiscard]] int fontByNumber(int number) const;
+    [[nodiscard]] bool hasFont(int number) const { return m_fontNumbers.contains(number); }
 
     /// Appends characters to the open paragraph.
     void text(QStringView characters, int format, int field = -1);

@@ -69,13 +69,8 @@ iconv_t converter(int codePage) {
 
 QString decode1252(QByteArrayView bytes) {
     QString text(bytes.size(), Qt::Uninitialized);
-    std::transform(bytes.begin(), bytes.end(), text.begin(), [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80 || byte > 0x9F || kHigh1252[byte - 0x80] == 0) {
-            return QChar(static_cast<char16_t>(byte));
-        }
-        return QChar(kHigh1252[byte - 0x80]);
-    });
+    std::transform(bytes.begin(), bytes.end(), text.begin(),
+                   [](char c) { return QChar(characterOf1252(static_cast<unsigned char>(c))); });
     return text;
 }
 
@@ -128,6 +123,11 @@ QString decode(int codePage, QByteArrayView bytes) {
     iconv(handle, nullptr, nullptr, &to, &toLeft); // what it held back to combine
     text.truncate(text.size() - static_cast<qsizetype>(toLeft / 2));
     return text;
+}
+
+char16_t characterOf1252(unsigned char byte) {
+    const bool special = byte >= 0x80 && byte <= 0x9F && kHigh1252[byte - 0x80U] != 0;
+    return special ? kHigh1252[byte - 0x80U] : char16_t(byte);
 }
 
 unsigned char byteOf1252(char16_t character) {

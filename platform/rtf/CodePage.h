@@ -15,6 +15,8 @@ inline constexpr int kSymbolCodePage = 42;
 /// unknown code page is read as 1252.
 [[nodiscard]] QString decode(int codePage, QByteArrayView bytes);
 
+/// The character of a byte in code page 1252; a byte that means nothing there is itself.
+[[nodiscard]] char16_t characterOf1252(unsigned char byte);
 /// The byte of a character in code page 1252, or 0 when it has none there.
 [[nodiscard]] unsigned char byteOf1252(char16_t character);
 

@@ -72,7 +72,8 @@ void Parser::picture(const Token&, int value) {
 }
 
 void Parser::field(const Token&, int) {
-    // The instruction that follows opens the field.
+    m_state.isField = m_state.fresh;
+    m_fieldStart = m_document.text.size();
 }
 
 void Parser::instruction(const Token&, int) {
@@ -82,7 +83,7 @@ void Parser::instruction(const Token&, int) {
     }
     const QByteArray group = takeGroup();
     m_state.field = m_builder.field(fieldOf(group));
-    m_state.ownsField = true;
+    m_state.ownsField = m_state.isField && m_fieldStart == m_document.text.size();
     m_fieldHasText = false;
 }
 

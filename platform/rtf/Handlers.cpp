@@ -101,7 +101,8 @@ void Parser::fontNumber(const Token& token, int) {
         return;
     }
     m_state.chars.font = m_builder.fontByNumber(token.number);
-    const auto page = m_fontPages.find(token.number);
+    auto page = m_fontPages.find(token.number);
+    page = page == m_fontPages.end() ? m_fontPages.find(m_defaultNumber) : page;
     m_state.codePage = page == m_fontPages.end() ? 0 : page->second;
 }
 
@@ -210,7 +211,7 @@ void Parser::paragraphEnd(const Token&, int) {
         startRow();
         row = m_rowIndex;
     }
-    m_builder.endParagraph(m_builder.parFormat(m_state.pars), format(), row, m_cell);
+    m_builder.endParagraph(paragraphFormat(), format(), row, m_cell);
 }
 
 void Parser::pageBreak(const Token&, int) {

@@ -27,6 +27,7 @@ public:
 
 private:
     void special(char16_t c, bool bytes1252, bool symbols);
+    void number(char16_t c);
     void hex(unsigned char byte);
 
     QByteArray m_bytes;

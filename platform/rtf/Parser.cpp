@@ -19,14 +19,10 @@ bool isAscii(QByteArrayView bytes) {
 }
 
 /// Characters that have a meaning of their own in the model are not text.
-QString cleaned(QString text) {
-    for (QChar& c : text) {
-        if (c == QChar(kInlineMark) || c == QChar::ParagraphSeparator || c.isNull() ||
-            (c.unicode() >= 0xFDD0 && c.unicode() <= 0xFDEF)) {
-            c = QChar::ReplacementCharacter;
-        }
-    }
-    return text;
+char16_t cleaned(char16_t c) {
+    const bool reserved = c == kInlineMark || c == QChar::ParagraphSeparator || c == 0 ||
+                          (c >= 0xFDD0 && c <= 0xFDEF);
+    return reserved ? char16_t(QChar::ReplacementCharacter) : c;
 }
 
 /// Halves of surrogate pairs that stand alone are no characters.
@@ -47,6 +43,8 @@ Parser::Parser(QByteArrayView input, Document& document)
     : m_tokens(input), m_document(document), m_builder(document) {}
 
 void Parser::run() {
+    constexpr qsizetype kMostReserved = 4 * 1024 * 1024;
+    m_document.text.reserve(std::min(m_tokens.input().size(), kMostReserved));
     for (Token token = m_tokens.next(); !m_done; token = m_tokens.next()) {
         switch (token.kind) {
         case TokenKind::GroupStart:
@@ -88,7 +86,7 @@ void Parser::finish() {
     }
     if (m_document.paragraphs.empty() || !m_builder.paragraphIsEmpty() ||
         m_document.paragraphs.back().row >= 0) {
-        m_builder.endParagraph(m_builder.parFormat(m_state.pars), format());
+        m_builder.endParagraph(paragraphFormat(), format());
     }
     if (m_surrogates) {
         replaceLoneSurrogates(m_document.text);
@@ -112,6 +110,7 @@ void Parser::openGroup(const Token& token) {
     m_state.begin = token.begin;
     m_state.starred = false;
     m_state.fresh = true;
+    m_state.isField = false;
     m_state.ownsField = false;
 }
 
@@ -143,6 +142,9 @@ void Parser::closeDestination() {
     const Destination parent = m_stack.empty() ? Destination::Body : m_stack.back().destination;
     if (m_state.destination == Destination::FontTable) {
         closeFont();
+        if (parent != Destination::FontTable) {
+            ensureDefaultFont();
+        }
     } else if (m_state.destination == Destination::Pn && parent != Destination::Pn) {
         ParFormat& pars = m_stack.back().pars;
         pars.list = m_pn.list;
@@ -227,9 +229,13 @@ void Parser::bytes(const Token& token) {
     if (token.kind == TokenKind::Text) {
         append(token.text);
     } else if (token.hasNumber && token.number != '\r' && token.number != '\n' &&
-               token.number != 0) {
+               (token.number != 0 || !inBody())) {
         const char byte = static_cast<char>(token.number);
-        append(QByteArrayView(&byte, 1));
+        if (m_pending.isEmpty() && page() == 1252 && inBody()) {
+            appendCharacter(characterOf1252(static_cast<unsigned char>(byte)));
+        } else {
+            append(QByteArrayView(&byte, 1));
+        }
     }
 }
 
@@ -252,7 +258,7 @@ void Parser::append(QByteArrayView bytes) {
 
 void Parser::appendCharacter(char16_t character) {
     flush();
-    deliver(QString(QChar(character)));
+    deliver(QStringView(&character, 1));
 }
 
 void Parser::flush() {
@@ -269,11 +275,14 @@ void Parser::flush() {
     deliver(decode(codePage, bytes));
 }
 
-void Parser::deliver(const QString& text) {
+void Parser::deliver(QStringView text) {
     switch (m_state.destination) {
     case Destination::Body:
-        m_surrogates = m_surrogates || text.front().isSurrogate();
-        m_builder.text(cleaned(text), format(), m_state.field);
+        for (const QChar c : text) {
+            const char16_t character = cleaned(c.unicode());
+            m_surrogates = m_surrogates || c.isSurrogate();
+            m_builder.text(QStringView(&character, 1), format(), m_state.field);
+        }
         m_fieldHasText = true;
         break;
     case Destination::FontTable:
@@ -313,25 +322,42 @@ void Parser::closeFont() {
     m_builder.addFont(m_font);
     m_fontPages.emplace(m_font.number, m_fontPage);
     if (m_font.number == m_defaultNumber) {
-        m_document.defaultFont = m_builder.fontByNumber(m_defaultNumber);
-        m_state.chars.font = m_document.defaultFont;
-        m_state.codePage = m_fontPage;
-        for (State& state : m_stack) {
-            state.chars.font = m_document.defaultFont;
-            state.codePage = m_fontPage;
-        }
+        useDefaultFont(m_fontPage);
+    }
+}
+
+void Parser::useDefaultFont(int codePage) {
+    m_document.defaultFont = m_builder.fontByNumber(m_defaultNumber);
+    m_state.chars.font = m_document.defaultFont;
+    m_state.codePage = codePage;
+    for (State& state : m_stack) {
+        state.chars.font = m_document.defaultFont;
+        state.codePage = codePage;
+    }
+}
+
+void Parser::ensureDefaultFont() {
+    if (!m_builder.hasFont(m_defaultNumber)) {
+        m_builder.addFont(Font{.number = m_defaultNumber, .name = QStringLiteral("Arial")});
+        useDefaultFont(0);
     }
 }
 
 int Parser::format() {
     if (m_lastFormat < 0 || !(m_lastChars == m_state.chars)) {
-        if (m_document.fonts.empty()) {
-            m_builder.addFont(Font{.number = m_defaultNumber, .name = QStringLiteral("Arial")});
-        }
+        ensureDefaultFont();
         m_lastChars = m_state.chars;
         m_lastFormat = m_builder.charFormat(m_state.chars);
     }
     return m_lastFormat;
+}
+
+int Parser::paragraphFormat() {
+    if (m_lastPar < 0 || !(m_lastPars == m_state.pars)) {
+        m_lastPars = m_state.pars;
+        m_lastPar = m_builder.parFormat(m_state.pars);
+    }
+    return m_lastPar;
 }
 
 QByteArray Parser::takeGroup() {

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -37,9 +38,10 @@ struct State {
     int listLevel = 0;  ///< \ilvl
     Destination destination = Destination::Body;
     bool inTable = false;
-    bool starred = false; ///< the group began with \*
-    bool fresh = false;   ///< nothing was read in the group yet
-    bool ownsField = false;
+    bool starred = false;   ///< the group began with \*
+    bool fresh = false;     ///< nothing was read in the group yet
+    bool isField = false;   ///< a \field group
+    bool ownsField = false; ///< its instruction was read before any text
 };
 
 /// A level of a list of the list table.
@@ -96,18 +98,21 @@ private:
     void appendCharacter(char16_t character);
     void flush();
     bool skipped(const Token& token);
-    void deliver(const QString& text);
+    void deliver(QStringView text);
     void applyList();
     void endCell();
     void startRow();
     void endRow();
     void closeFont();
+    void useDefaultFont(int codePage);
+    void ensureDefaultFont();
     void skipHere();
     [[nodiscard]] int colourAt(int index) const;
     /// Moves behind the present group and leaves it; the group is what comes back.
     QByteArray takeGroup();
     void addInline(InlineKind kind, const QByteArray& raw);
     int format();
+    int paragraphFormat();
     [[nodiscard]] int page() const;
     [[nodiscard]] bool inBody() const { return m_state.destination == Destination::Body; }
 
@@ -121,9 +126,12 @@ private:
     int m_skip = 0;           ///< items to skip after \u
     bool m_done = false;
     bool m_fieldHasText = false;
+    qsizetype m_fieldStart = 0; ///< where the text of the last field begins
     bool m_surrogates = false;
     bool m_pictureTaken = false; ///< the better of two renderings was there
     CharFormat m_lastChars;
+    ParFormat m_lastPars;
+    int m_lastPar = -1;
     int m_lastFormat = -1;
 
     int m_defaultNumber = 0;
@@ -149,7 +157,7 @@ private:
 
 /// The table's entry for a control word; a null handler when the word is unknown.
 struct WordEntry {
-    const char* name = nullptr;
+    std::string_view name = {};
     Parser::Handler handler = nullptr;
     int value = 0;
 };

@@ -56,7 +56,7 @@ void Parser::startRow() {
 
 void Parser::endCell() {
     startRow();
-    m_builder.endParagraph(m_builder.parFormat(m_state.pars), format(), m_rowIndex, m_cell);
+    m_builder.endParagraph(paragraphFormat(), format(), m_rowIndex, m_cell);
     ++m_cell;
 }
 

@@ -167,9 +167,8 @@ const std::vector<WordEntry>& words() {
                                  "bkmkstart", "bkmkend", "shpinst", "shp", "do", "private"}) {
             table.push_back({name, &P::keepHere, 0});
         }
-        std::sort(table.begin(), table.end(), [](const WordEntry& a, const WordEntry& b) {
-            return std::string_view(a.name) < std::string_view(b.name);
-        });
+        std::sort(table.begin(), table.end(),
+                  [](const WordEntry& a, const WordEntry& b) { return a.name < b.name; });
         return table;
     }();
     return sorted;
@@ -204,9 +203,9 @@ WordEntry findWord(QByteArrayView name) {
     const auto end = table.begin() + static_cast<std::ptrdiff_t>(letters()[letter + 1]);
     const auto found =
         std::lower_bound(begin, end, key, [](const WordEntry& entry, std::string_view wanted) {
-            return std::string_view(entry.name) < wanted;
+            return entry.name < wanted;
         });
-    return found != end && std::string_view(found->name) == key ? *found : WordEntry{};
+    return found != end && found->name == key ? *found : WordEntry{};
 }
 
 } // namespace yrw::rtf

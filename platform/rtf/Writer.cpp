@@ -29,6 +29,7 @@ public:
 
 private:
     void header();
+    void leaveSymbolFont();
     void fontTable();
     void colourTable();
     void paragraph(int index);
@@ -69,9 +70,23 @@ QByteArray Writer::run() {
     for (int i = 0; i < count; ++i) {
         paragraph(i);
     }
+    leaveSymbolFont();
     m_out.closeWord();
     m_out.raw(kTail);
     return m_out.take();
+}
+
+/// Text put in the tail's place is read in the last font, which must be one of letters.
+void Writer::leaveSymbolFont() {
+    if (at(m_document.fonts, m_chars.font).charset != kSymbolCharset) {
+        return;
+    }
+    const auto letters =
+        std::find_if(m_document.fonts.begin(), m_document.fonts.end(),
+                     [](const Font& font) { return font.charset != kSymbolCharset; });
+    if (letters != m_document.fonts.end()) {
+        m_out.word("f", letters->number);
+    }
 }
 
 void Writer::header() {
@@ -272,11 +287,14 @@ void Writer::listDefinition(const ParFormat& format) {
 void Writer::content(const Paragraph& paragraph) {
     for (int r = 0; r < paragraph.runCount; ++r) {
         const Run& run = at(m_document.runs, paragraph.firstRun + r);
+        const CharFormat& format = at(m_document.charFormats, run.format);
+        if (!m_charsKnown) {
+            characterFormat(format); // in full, and not only inside a field
+        }
         if (run.field != m_field) {
             closeField();
             openField(run.field);
         }
-        const CharFormat& format = at(m_document.charFormats, run.format);
         characterFormat(format);
         if (run.object >= 0) {
             m_out.raw(at(m_document.inlines, run.object).raw);

@@ -93,8 +93,12 @@ void Toolbar::refresh() {
 }
 
 void Toolbar::popup(const QString& bandKey) {
+    popupAt(bandKey, QCursor::pos());
+}
+
+void Toolbar::popupAt(const QString& bandKey, const QPoint& globalPosition) {
     if (m_private->find(bandKey) != nullptr) {
-        m_private->popup(bandKey, QCursor::pos());
+        m_private->popup(bandKey, globalPosition);
     }
 }
 

@@ -41,6 +41,8 @@ public:
     void refresh() override;
     void popup(const QString& bandKey) override;
     void activate(const QString& toolKey) override;
+    /// As `popup`, at a place on the screen: for a menu that the keyboard asks for.
+    void popupAt(const QString& bandKey, const QPoint& globalPosition);
 
     [[nodiscard]] int heightForWidth(int width) const override;
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }

@@ -1,5 +1,11 @@
 #include "platform/controls/ListView.h"
 
+#include "platform/controls/Colours.h"
+#include "platform/controls/StatusBar.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QLabel>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -12,13 +18,183 @@ ListItem item(const QString& key, const QStringList& texts, bool bold = false) {
     return {key, texts, bold, std::nullopt};
 }
 
-} // namespace
+class ListViewTest : public testing::Test {
+protected:
+    ListViewTest() {
+        list.addColumn("Date", "date", 2250);
+        list.addColumn("Subject", "subject", 3000);
+        list.addColumn("Status", "status", 900);
+        list.addItems({item("xn1", {"02/01/2026", "beta", "Active"}),
+                       item("xn2", {"01/02/2026", "Alpha", "Active"}),
+                       item("xn3", {"01/01/2027", "alpha", "Done"}),
+                       item("xn4", {"03/01/2026", "Gamma", "Active"})});
+        list.resize(500, 200);
+        list.show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&list));
+        QObject::connect(&list, &ListView::itemClick, &list,
+                         [this](const QString& key) { events.append("click " + key); });
+        QObject::connect(&list, &ListView::itemDblClick, &list,
+                         [this](const QString& key) { events.append("double " + key); });
+        QObject::connect(&list, &ListView::columnClick, &list, [this](int column) {
+            events.append("column " + QString::number(column));
+        });
+        QObject::connect(&list, &ListView::rightClick, &list, [this] { events.append("right"); });
+    }
+    [[nodiscard]] QStringList keys() const {
+        QStringList all;
+        for (int row = 0; row < list.itemCount(); ++row) {
+            all.append(list.keyAt(row));
+        }
+        return all;
+    }
+    [[nodiscard]] QPoint placeOf(const QString& key) const {
+        return list.visualRect(list.model()->index(list.rowOf(key), 1)).center();
+    }
+    QStringList taken() { return std::exchange(events, {}); }
 
-TEST(ListViewTest, sortsByShownText) {
     ListView list;
-    list.addColumn("Date", "", 1500);
-    list.addItems({item("xn1", {"b"}), item("xn2", {"a"})});
+    QStringList events;
+};
+
+TEST_F(ListViewTest, sortsStablyByTheTextsShown) {
+    struct {
+        int column;
+        Qt::SortOrder order;
+        QStringList keys;
+    } const cases[] = {
+        {0, Qt::AscendingOrder, {"xn3", "xn2", "xn1", "xn4"}}, // day first, as text
+        {0, Qt::DescendingOrder, {"xn4", "xn1", "xn2", "xn3"}},
+        {1, Qt::AscendingOrder, {"xn2", "xn3", "xn1", "xn4"}},
+        {2, Qt::AscendingOrder, {"xn2", "xn1", "xn4", "xn3"}}, // equal ones as they were
+        {2, Qt::DescendingOrder, {"xn3", "xn2", "xn1", "xn4"}},
+    };
+    EXPECT_EQ(keys(), QStringList({"xn1", "xn2", "xn3", "xn4"}));
     list.setSorted(true);
-    list.show();
-    EXPECT_EQ(list.keyAt(0), "xn2");
+    for (const auto& [column, order, wanted] : cases) {
+        list.setSortOrder(order);
+        list.setSortKey(column);
+        EXPECT_EQ(keys(), wanted) << column << int(order);
+    }
 }
+
+TEST_F(ListViewTest, newItemGoesToItsSortedPlaceAndSelectionStays) {
+    list.setSortKey(1);
+    list.setSorted(true);
+    list.selectKey("xn1");
+    EXPECT_EQ(list.addItem(item("xn5", {"", "alpine", ""})), 2);
+    list.setSortOrder(Qt::DescendingOrder);
+    EXPECT_EQ(list.addItem(item("xn6", {"", "beta", ""})), 2);
+    EXPECT_EQ(keys(), QStringList({"xn4", "xn1", "xn6", "xn5", "xn3", "xn2"}));
+    EXPECT_EQ(list.selectedKey(), "xn1");
+    EXPECT_EQ(list.rowOf("xn6"), 2);
+    EXPECT_TRUE(taken().isEmpty());
+}
+
+TEST_F(ListViewTest, userSelectsWithEventsAndCodeWithout) {
+    list.selectKey("xn2");
+    EXPECT_TRUE(taken().isEmpty());
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, placeOf("xn3"));
+    EXPECT_EQ(taken(), QStringList("click xn3"));
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_EQ(taken(), QStringList("click xn4"));
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_TRUE(taken().isEmpty());
+    QTest::keyClick(&list, Qt::Key_Home);
+    EXPECT_EQ(taken(), QStringList("click xn1"));
+    QTest::keyClick(&list, Qt::Key_B);
+    QTest::keyClick(&list, Qt::Key_G);
+    EXPECT_TRUE(taken().isEmpty()); // no row begins with "bg"
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(100, 190));
+    EXPECT_TRUE(taken().isEmpty());
+    list.selectKey("none");
+    EXPECT_EQ(list.selectedKey(), "");
+}
+
+TEST_F(ListViewTest, typingFindsRowsInAnyColumn) {
+    QTest::keyClick(&list, Qt::Key_A);
+    EXPECT_EQ(list.selectedKey(), "xn2");
+    QTest::keyClick(&list, Qt::Key_A);
+    EXPECT_EQ(list.selectedKey(), "xn3");
+    EXPECT_EQ(taken(), QStringList({"click xn2", "click xn3"}));
+}
+
+TEST_F(ListViewTest, doubleClickEnterMenuKeyAndHeaderRaiseTheirEvents) {
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, placeOf("xn2"));
+    EXPECT_EQ(taken().last(), "double xn2");
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, QPoint(100, 190));
+    EXPECT_FALSE(taken().join(' ').contains("double"));
+    list.selectKey("xn3");
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(taken(), QStringList("double xn3"));
+    QTest::mouseClick(list.viewport(), Qt::RightButton, {}, placeOf("xn1"));
+    EXPECT_EQ(taken(), QStringList({"click xn1", "right"}));
+    QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QApplication::sendEvent(&list, &menuKey);
+    EXPECT_EQ(taken(), QStringList("right"));
+    const QPoint header(list.header()->sectionViewportPosition(1) + 20, 5);
+    QTest::mouseClick(list.header()->viewport(), Qt::LeftButton, {}, header);
+    EXPECT_EQ(taken(), QStringList("column 1"));
+}
+
+TEST_F(ListViewTest, columnsComeAndGoByKey) {
+    list.addColumn("User", "usercode", 900);
+    EXPECT_EQ(list.columnOf("usercode"), 3);
+    EXPECT_EQ(list.columnWidth(3), 60);
+    list.setItemText("xn1", 3, "ANNA");
+    list.setSortKey(3);
+    list.setSorted(true);
+    list.removeColumn("usercode");
+    list.removeColumn("usercode");
+    EXPECT_EQ(list.columns(), 3);
+    EXPECT_EQ(list.sortKey(), 0);
+    list.addColumn("User", "usercode", 900);
+    EXPECT_EQ(list.text("xn1", 3), "");
+    EXPECT_EQ(list.text("xn1", 1), "beta");
+}
+
+TEST_F(ListViewTest, rowsAreChangedAndRemovedByKey) {
+    list.setItemStyle("xn2", true, QColor(0, 128, 0));
+    EXPECT_TRUE(list.isBold("xn2"));
+    EXPECT_EQ(list.foreColour("xn2"), QColor(0, 128, 0));
+    list.removeItem("xn1");
+    list.removeItem("xn1");
+    EXPECT_EQ(list.rowOf("xn2"), 0);
+    EXPECT_TRUE(list.isBold("xn2"));
+    list.clearItems();
+    EXPECT_EQ(list.itemCount(), 0);
+    EXPECT_EQ(list.rowOf("xn2"), -1);
+    EXPECT_FALSE(list.isBold("xn2"));
+}
+
+TEST_F(ListViewTest, coloursCanBeReadOnDark) {
+    list.setItemStyle("xn2", true, QColor(0, 128, 0));
+    const QModelIndex index = list.model()->index(1, 0);
+    EXPECT_EQ(index.data(Qt::ForegroundRole).value<QColor>(), QColor(0, 128, 0));
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
+    list.setPalette(dark);
+    const auto shown = index.data(Qt::ForegroundRole).value<QColor>();
+    EXPECT_GT(contrast(shown, QColor(0x1E, 0x1E, 0x1E)), 3.8);
+    EXPECT_GT(shown.green(), shown.red());
+    EXPECT_EQ(list.foreColour("xn2"), QColor(0, 128, 0));
+}
+
+TEST(StatusBarTest, textStaysAndDoubleClickIsRaised) {
+    StatusBar bar;
+    bar.resize(300, 24);
+    bar.show();
+    bar.setText("2 Note(s) Found...!!");
+    bar.showMessage("passing");
+    bar.clearMessage();
+    EXPECT_EQ(bar.text(), "2 Note(s) Found...!!");
+    int raised = 0;
+    const Connection connection = bar.DblClick.connect([&] { ++raised; });
+    QTest::mouseDClick(bar.findChild<QLabel*>("statusText"), Qt::LeftButton);
+    EXPECT_EQ(raised, 1);
+    QTest::mouseDClick(bar.findChild<QLabel*>("statusText"), Qt::RightButton);
+    EXPECT_EQ(raised, 1);
+    bar.setText(QString(5000, u'x'));
+    EXPECT_LT(bar.minimumSizeHint().width(), 300);
+}
+
+} // namespace

@@ -172,7 +172,7 @@ TEST_F(DeskCore, DeletingACustomerTakesItsOrdersAlong) {
     const auto desk = open();
     const auto customer = desk->Customers()->Item(2);
     const qint64 others = count(desk->Orders(nullptr)) - count(desk->Orders(customer));
-    desk->DeleteRecord("cu", 2);
+    desk->deleteRecord("cu", 2);
     EXPECT_EQ(count(desk->Customers()), 29);
     EXPECT_EQ(count(desk->Orders(nullptr)), others);
     EXPECT_THROW(static_cast<void>(desk->Customers()->Item(2)), AutomationError);
@@ -183,13 +183,13 @@ TEST_F(DeskCore, CompletesWhatTheUserLeftEmpty) {
     qint64 id = 0;
     static_cast<void>(
         desk->Orders(nullptr)->Add({{"Item", "Coat stand"}, {"OrderNo", "X1"}}, nullptr, id, true));
-    EXPECT_TRUE(desk->CompleteRecord("or", id, 5));
+    EXPECT_TRUE(desk->completeRecord("or", id, 5));
     const auto order = desk->Orders(nullptr)->Item(id);
     EXPECT_EQ(order->value("CustomerID"), QVariant(5));
     EXPECT_EQ(order->value("OrderDate").toDateTime().date(), m_clock.now().date());
     EXPECT_EQ(text(order, "OrderNo"), "X1");
     EXPECT_EQ(text(order, "State"), "Open");
-    EXPECT_FALSE(desk->CompleteRecord("or", id, 6));
+    EXPECT_FALSE(desk->completeRecord("or", id, 6));
 }
 
 TEST_F(DeskCore, ClosesWhenTheLastHolderLetsGo) {

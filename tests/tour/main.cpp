@@ -193,7 +193,7 @@ void addFindingNote(Script& script) {
 }
 
 int runPart(int part, const QString& out, int firstNumber) {
-    WidgetPrompt prompt;
+    WidgetPrompt prompt(Clock::instance());
     Prompt::setInstance(&prompt);
     FileSystem files;
     SettingsStore settings;

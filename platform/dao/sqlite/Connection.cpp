@@ -170,15 +170,26 @@ void Connection::rollback() {
     }
 }
 
+bool Connection::isInLoop() const {
+    return QCoreApplication::instance() != nullptr && QThread::currentThread()->loopLevel() > 0;
+}
+
+void Connection::endAbandonedRead() noexcept {
+    if (m_reading && !isInLoop()) {
+        endRead();
+    }
+}
+
 bool Connection::beginRead() {
-    if (m_reading || m_depth > 0) {
+    if (m_depth > 0) {
         return true;
     }
-    const bool inLoop = QCoreApplication::instance() != nullptr &&
-                        QThread::currentThread()->loopLevel() > 0 &&
-                        m_turn->thread() == QThread::currentThread();
-    if (!inLoop) {
+    if (!isInLoop()) {
+        endAbandonedRead();
         return false;
+    }
+    if (m_reading) {
+        return true;
     }
     runKept(m_beginRead, "BEGIN");
     m_reading = true;

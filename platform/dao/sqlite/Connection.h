@@ -59,6 +59,8 @@ public:
     /// Call before a statement reads. True when an active statement may be kept after the call.
     bool beginRead();
     void endRead() noexcept;
+    /// Ends a read transaction whose event loop was left before it could end it.
+    void endAbandonedRead() noexcept;
     void addHolder(ReadHolder* holder);
     void removeHolder(ReadHolder* holder) noexcept;
 
@@ -66,6 +68,7 @@ private:
     struct Closer {
         void operator()(sqlite3* connection) const noexcept;
     };
+    [[nodiscard]] bool isInLoop() const;
     void releaseHolders() noexcept;
     void runKept(Statement& statement, const char* sql);
 

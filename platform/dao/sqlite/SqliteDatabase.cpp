@@ -195,13 +195,20 @@ void SqliteDatabase::setSchemaVersion(int version) {
 }
 
 QStringList SqliteDatabase::CheckIntegrity() {
-    Statement statement(connection().handle(), QStringLiteral("PRAGMA integrity_check"));
     QStringList problems;
-    while (statement.step()) {
-        const QString line = statement.text(0);
-        if (line != u"ok") {
-            problems += line;
+    try {
+        Statement statement(connection().handle(), QStringLiteral("PRAGMA integrity_check"));
+        while (statement.step()) {
+            const QString line = statement.text(0);
+            if (line != u"ok") {
+                problems += line;
+            }
         }
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorNotADatabase) {
+            throw;
+        }
+        problems += error.description(); // too damaged to be checked to the end
     }
     return problems;
 }
@@ -211,6 +218,7 @@ qint64 SqliteDatabase::DataVersion() {
     if (m_dataVersion.isEmpty()) {
         m_dataVersion = Statement(open.handle(), QStringLiteral("PRAGMA data_version"));
     }
+    open.endAbandonedRead();
     m_dataVersion.step();
     const qint64 version = m_dataVersion.integer(0);
     m_dataVersion.reset();

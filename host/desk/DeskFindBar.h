@@ -9,12 +9,12 @@ namespace yrw {
 
 /// The bar in which the user types what to find: `txtFind`, hidden until it is wanted.
 /// Lifetime: owned by the window. Thread: the user-interface thread.
-class FindBar final : public QWidget {
+class DeskFindBar final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit FindBar(QWidget* parent);
-    ~FindBar() override;
+    explicit DeskFindBar(QWidget* parent);
+    ~DeskFindBar() override;
 
     /// Shows the bar and puts the keyboard into it.
     void open();

@@ -1,4 +1,4 @@
-#include "host/desk/FindBar.h"
+#include "host/desk/DeskFindBar.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -8,7 +8,7 @@
 
 namespace yrw {
 
-FindBar::FindBar(QWidget* parent)
+DeskFindBar::DeskFindBar(QWidget* parent)
     : QWidget(parent), m_text(new QLineEdit(this)), m_result(new QLabel(this)) {
     setObjectName(QStringLiteral("fraFind"));
     m_text->setObjectName(QStringLiteral("txtFind"));
@@ -29,30 +29,30 @@ FindBar::FindBar(QWidget* parent)
     row->addWidget(m_result);
     row->addStretch(1);
     row->addWidget(done);
-    connect(m_text, &QLineEdit::returnPressed, this, &FindBar::findWanted);
+    connect(m_text, &QLineEdit::returnPressed, this, &DeskFindBar::findWanted);
     connect(m_text, &QLineEdit::textChanged, m_result, &QLabel::clear);
-    connect(next, &QPushButton::clicked, this, &FindBar::findWanted);
-    connect(done, &QPushButton::clicked, this, &FindBar::close);
+    connect(next, &QPushButton::clicked, this, &DeskFindBar::findWanted);
+    connect(done, &QPushButton::clicked, this, &DeskFindBar::close);
     hide();
 }
 
-FindBar::~FindBar() = default;
+DeskFindBar::~DeskFindBar() = default;
 
-void FindBar::open() {
+void DeskFindBar::open() {
     show();
     m_text->setFocus(Qt::ShortcutFocusReason);
     m_text->selectAll();
 }
 
-QString FindBar::text() const {
+QString DeskFindBar::text() const {
     return m_text->text();
 }
 
-void FindBar::showResult(bool found) {
+void DeskFindBar::showResult(bool found) {
     m_result->setText(found ? QString() : QStringLiteral("Not found"));
 }
 
-void FindBar::keyPressEvent(QKeyEvent* event) {
+void DeskFindBar::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) {
         close();
     } else {
@@ -60,7 +60,7 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void FindBar::close() {
+void DeskFindBar::close() {
     hide();
     Q_EMIT closed();
 }

@@ -1,0 +1,109 @@
+#include "platform/richtext/RichTextBox.h"
+#include "platform/rtf/Reader.h"
+#include "platform/rtf/Writer.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTextDocument>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+
+// Reader and writer against a converter's run on the same file, and loading the editor against
+// loading the same content as HTML. Each line ends in the ratio and its target.
+
+namespace {
+
+constexpr int kRounds = 7;
+
+/// Milliseconds of the fastest of several runs.
+double fastest(const std::function<void()>& work, int rounds = kRounds) {
+    double best = 1e9;
+    for (int i = 0; i < rounds; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        const std::chrono::duration<double, std::milli> passed =
+            std::chrono::steady_clock::now() - start;
+        best = std::min(best, passed.count());
+    }
+    return best;
+}
+
+/// Stamped lines like a long log's, with bold, colours, lists and accents.
+QByteArray sample(qsizetype size) {
+    QByteArray rtf =
+        "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1033{\\fonttbl{\\f0\\fnil\\fcharset0 "
+        "Comic Sans MS;}{\\f1\\fnil\\fcharset2 Symbol;}}\r\n{\\colortbl "
+        ";\\red255\\green0\\blue0;}\r\n\\viewkind4\\uc1\\pard\\cf0\\fs20 ";
+    for (int i = 0; rtf.size() < size; ++i) {
+        rtf += "\\cf1\\b [24/11/26 14:05 Anna Berg] - \\cf0\\b0 Line " + QByteArray::number(i) +
+               ": the bay is shut, caf\\'e9 na\\u239?ve \\i use\\i0  the side gate.\\par\r\n";
+        if (i % 20 == 0) {
+            rtf +=
+                "\\pard{\\pntext\\f1\\'B7\\tab}{\\*\\pn\\pnlvlblt\\pnf1\\pnindent0{\\pntxtb\\'B7}}"
+                "\\fi-360\\li720 two keys\\par\r\n{\\pntext\\f1\\'B7\\tab}the blue "
+                "folder\\par\r\n\\pard ";
+        }
+    }
+    return rtf + "}\r\n";
+}
+
+void againstConverter(const QByteArray& rtf) {
+    yrw::rtf::Document model;
+    QByteArray written;
+    const double reading = fastest([&] { model = yrw::rtf::read(QByteArrayView(rtf)); });
+    const double writing = fastest([&] { written = yrw::rtf::write(model); });
+    std::printf("read %.1f MB in %.2f ms, write in %.2f ms\n", rtf.size() / 1e6, reading, writing);
+    const QString unrtf = QStandardPaths::findExecutable(QStringLiteral("unrtf"));
+    if (unrtf.isEmpty()) {
+        std::printf("unrtf is not installed: no ratio\n");
+        return;
+    }
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("sample.rtf")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(rtf) != rtf.size()) {
+        std::printf("the sample could not be written\n");
+        return;
+    }
+    file.close();
+    const double run = fastest(
+        [&] {
+            QProcess process;
+            process.start(unrtf, {QStringLiteral("--html"), file.fileName()});
+            process.waitForFinished(-1);
+        },
+        3);
+    std::printf("unrtf %.1f ms: %.1f x (target >= 50 x)\n", run, run / (reading + writing));
+}
+
+void againstHtml(const QByteArray& rtf) {
+    yrw::RichTextBox box;
+    const QString text = QString::fromLatin1(rtf);
+    box.setTextRTF(text);
+    const QString html = box.document()->toHtml();
+    const double ours = fastest([&] { box.setTextRTF(text); });
+    QTextEdit plain;
+    const double theirs = fastest([&] { plain.setHtml(html); });
+    std::printf("editor from RTF %.1f ms, from HTML %.1f ms: %.2f x (target <= 0.3 x)\n", ours,
+                theirs, ours / theirs);
+    const double saving = fastest([&] { (void)box.TextRTF(); });
+    std::printf("editor to RTF %.1f ms\n", saving);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
+    const QByteArray rtf = sample(1000 * 1000);
+    againstConverter(rtf);
+    againstHtml(rtf);
+    return 0;
+}

@@ -1,0 +1,234 @@
+// add, done, reopen and delete.
+#include "cli/CommandContext.h"
+#include "platform/clock/Clock.h"
+#include "platform/component/AutomationError.h"
+#include "platform/rtf/Reader.h"
+#include "platform/rtf/Writer.h"
+#include "store/Operations.h"
+
+namespace yrw {
+
+namespace {
+
+const QString kRemind = QStringLiteral("remind");
+const QString kAt = QStringLiteral("at");
+const QString kUsersPrefix = QStringLiteral("users:");
+
+[[noreturn]] void raiseNotFound(const QString& text) {
+    throw AutomationError(kErrorRecordNotFound, QStringLiteral("yrwnotes"), text);
+}
+
+/// Everything that "add" writes, read from the command line before anything is written.
+struct NewNote {
+    NoteChoices choices;
+    NoteOwner owner;
+    std::optional<rtf::Document> body;
+    QList<qint64> recipients;
+};
+
+QString checkedSubject(const CommandLine& line) {
+    const QString subject = line.value(QStringLiteral("subject"));
+    if (subject.isEmpty()) {
+        throw UsageError(QStringLiteral("Give the note a --subject."));
+    }
+    if (subject.size() > schema::kMaxText) {
+        throw UsageError(QStringLiteral("The subject has %1 characters; the most are %2.")
+                             .arg(subject.size())
+                             .arg(schema::kMaxText));
+    }
+    return subject;
+}
+
+ReminderKind reminderKind(const CommandLine& line) {
+    if (line.isSet(kRemind) != line.isSet(kAt)) {
+        throw UsageError(QStringLiteral("--remind and --at go together."));
+    }
+    const QString who = line.value(kRemind);
+    if (!line.isSet(kRemind)) {
+        return ReminderKind::None;
+    }
+    if (who.startsWith(kUsersPrefix) && who.size() > kUsersPrefix.size()) {
+        return ReminderKind::SelectedUsers;
+    }
+    if (who == u"everyone") {
+        return ReminderKind::Everyone;
+    }
+    if (who == u"me") {
+        return ReminderKind::Me;
+    }
+    if (who == u"group") {
+        return ReminderKind::MyGroup;
+    }
+    throw UsageError(
+        QStringLiteral("--remind takes me, group, everyone or users:CODE,CODE, not '%1'.")
+            .arg(who));
+}
+
+/// Keys of the users that one field of the host's users tells to be meant.
+QList<qint64> usersWith(const CommandContext& context, const QString& field,
+                        const QVariant& value) {
+    QList<qint64> ids;
+    const Ref<dao::Recordset> users = context.store->hostApplication()->Users()->Recordset({});
+    for (; !users->AtEof(); users->MoveNext()) {
+        if (field.isEmpty() || users->value(field) == value) {
+            ids += users->value(QStringLiteral("RecordID")).toLongLong();
+        }
+    }
+    users->Close();
+    return ids;
+}
+
+QList<qint64> usersByCode(const CommandContext& context, const QStringList& codes) {
+    QHash<QString, qint64> known;
+    for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+        known.insert(user.UserCode.toUpper(), user.UserID);
+    }
+    QList<qint64> ids;
+    for (const QString& code : codes) {
+        const auto found = known.constFind(code.trimmed().toUpper());
+        if (found == known.constEnd()) {
+            raiseNotFound(QStringLiteral("There is no user '%1'.").arg(code));
+        }
+        if (!ids.contains(*found)) {
+            ids += *found;
+        }
+    }
+    return ids;
+}
+
+QList<qint64> recipientsOf(const CommandContext& context, ReminderKind kind) {
+    const QString group = QStringLiteral("GroupID");
+    switch (kind) {
+    case ReminderKind::Everyone:
+        return usersWith(context, {}, {});
+    case ReminderKind::Me:
+        return {context.store->dataHelper().CurrentUserID()};
+    case ReminderKind::MyGroup: {
+        const QVariant mine = context.store->currentUser()->value(group);
+        if (mine.isNull() || mine.toLongLong() == 0) {
+            raiseNotFound(QStringLiteral("The user belongs to no group."));
+        }
+        return usersWith(context, group, mine);
+    }
+    case ReminderKind::SelectedUsers:
+        return usersByCode(
+            context,
+            context.line.value(kRemind).mid(kUsersPrefix.size()).split(u',', Qt::SkipEmptyParts));
+    case ReminderKind::None:
+        break;
+    }
+    return {};
+}
+
+NoteOwner ownerFor(const CommandContext& context) {
+    const std::optional<OwnerArgument> wanted = context.line.owner();
+    if (!wanted) {
+        return {};
+    }
+    CommandStore& store = *context.store;
+    const Ref<IObjectDefinition> kind =
+        store.hostApplication()->ObjectDefinition(wanted->objectKey);
+    if (!kind) {
+        raiseNotFound(
+            QStringLiteral("The host has no kind of record '%1'.").arg(wanted->objectKey));
+    }
+    if (store.hasHostDatabase()) {
+        return ownerOf(kind->Collection()->Item(QVariant(wanted->recordID)), store);
+    }
+    return {store.hostProgID(), kind->ProgID(), kind->ObjectKey(), wanted->recordID};
+}
+
+std::optional<rtf::Document> bodyFor(const CommandContext& context) {
+    const QString text = QStringLiteral("text");
+    const QString file = QStringLiteral("rtf");
+    if (context.line.isSet(text) && context.line.isSet(file)) {
+        throw UsageError(QStringLiteral("--text and --rtf exclude each other."));
+    }
+    if (context.line.isSet(text)) {
+        return rtf::fromPlainText(context.line.value(text));
+    }
+    if (context.line.isSet(file)) {
+        return rtf::read(context.readFile(context.line.value(file)));
+    }
+    return std::nullopt;
+}
+
+NewNote newNoteOf(const CommandContext& context) {
+    const CommandLine& line = context.line;
+    NewNote note;
+    note.choices.Subject = checkedSubject(line);
+    note.choices.Kind = reminderKind(line);
+    note.choices.Date = line.date(QStringLiteral("date")).value_or(context.clock.now());
+    note.choices.ReminderDate = line.date(kAt).value_or(QDateTime());
+    note.choices.AutomaticallyShow = line.isSet(QStringLiteral("auto-show"));
+    note.choices.Type =
+        line.isSet(QStringLiteral("private")) ? NoteType::Private : NoteType::Public;
+    note.owner = ownerFor(context);
+    note.body = bodyFor(context);
+    note.recipients = recipientsOf(context, note.choices.Kind);
+    return note;
+}
+
+void writeBody(Note& note, const rtf::Document& body, const QDateTime& now) {
+    note.BeginMultipleFieldUpdate();
+    dao::ValueList& values = note.MultipleUpdateFieldValues();
+    values.set(QStringLiteral("RTFNote"), QString::fromLatin1(rtf::write(body)));
+    values.set(QStringLiteral("PlainNote"), body.plainText());
+    values.set(QStringLiteral("ChangeDate"), now);
+    note.EndMultipleFieldUpdate();
+}
+
+Ref<Note> noteOf(const CommandContext& context) {
+    return query<Note>(context.application().Notes()->Item(QVariant(context.line.recordID())));
+}
+
+ExitStatus setDone(const CommandContext& context, bool done) {
+    const Ref<Note> note = noteOf(context);
+    if (note->Done() == done) {
+        context.complain(QStringLiteral("Note %1 is %2 already.")
+                             .arg(context.line.recordID())
+                             .arg(done ? QStringLiteral("done") : QStringLiteral("active")));
+        return kExitNothing;
+    }
+    note->setDone(done);
+    return kExitDone;
+}
+
+} // namespace
+
+ExitStatus addNote(const CommandContext& context) {
+    const NewNote wanted = newNoteOf(context);
+    CommandStore& store = *context.store;
+    dao::Transaction transaction(*store.database());
+    const Ref<Note> note = createNote(store.application(), store, wanted.owner, wanted.choices);
+    if (wanted.body) {
+        writeBody(*note, *wanted.body, context.clock.now());
+    }
+    for (const qint64 userID : wanted.recipients) {
+        addReminder(store.application(), context.clock, *note, wanted.choices.ReminderDate, userID);
+    }
+    transaction.commit();
+    const qint64 id = note->value(QStringLiteral("RecordID")).toLongLong();
+    if (context.line.isSet(QStringLiteral("json"))) {
+        context.print(QStringLiteral("{\"RecordID\": %1}\n").arg(id));
+    } else {
+        context.print(QStringLiteral("%1\n").arg(id));
+    }
+    return kExitDone;
+}
+
+ExitStatus finishNote(const CommandContext& context) {
+    return setDone(context, true);
+}
+
+ExitStatus reopenNote(const CommandContext& context) {
+    return setDone(context, false);
+}
+
+ExitStatus removeNote(const CommandContext& context) {
+    (void)noteOf(context); // one that is not there is an error
+    deleteNote(context.application(), context.line.recordID());
+    return kExitDone;
+}
+
+} // namespace yrw

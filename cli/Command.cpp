@@ -1,0 +1,126 @@
+#include "cli/Command.h"
+
+#include "cli/CommandContext.h"
+#include "platform/component/AutomationError.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <optional>
+
+namespace yrw {
+
+namespace {
+
+struct Handler {
+    const char* name;
+    ExitStatus (*run)(const CommandContext& context);
+    bool needsStore;
+};
+
+constexpr Handler kHandlers[] = {
+    {"list", listNotes, true},
+    {"show", showNote, true},
+    {"add", addNote, true},
+    {"done", finishNote, true},
+    {"reopen", reopenNote, true},
+    {"delete", removeNote, true},
+    {"reminders", listReminders, true},
+    {"check", checkDatabase, true},
+    {"export", exportNotes, true},
+    {"rtf", convertRtf, false},
+};
+
+const Handler& handlerOf(const QString& command) {
+    for (const Handler& handler : kHandlers) {
+        if (command == QLatin1String(handler.name)) {
+            return handler;
+        }
+    }
+    throw UsageError(QStringLiteral("There is no command '%1'.").arg(command));
+}
+
+/// The reason of a failure as one line that names the notes database where the failing part
+/// named no file.
+QString oneLine(const AutomationError& error, const QString& dataFolder) {
+    const QString text = error.description().simplified();
+    const QString path = FileSystem::join(dataFolder, kNotesDatabaseName);
+    if (error.number() == kErrorRecordNotFound || dataFolder.isEmpty() || text.contains(u".mdb") ||
+        text.contains(dataFolder)) {
+        return text;
+    }
+    return error.number() == kErrorReadOnly ? QStringLiteral("%1 is read-only.").arg(path)
+                                            : QStringLiteral("%1: %2").arg(path, text);
+}
+
+ExitStatus run(const CommandLine& line, const CommandStreams& streams,
+               const dao::EngineServices& engine) {
+    const Handler& handler = handlerOf(line.command());
+    const QString data = line.value(QStringLiteral("data"));
+    std::optional<CommandStore> store;
+    if (handler.needsStore) {
+        if (data.isEmpty()) {
+            throw UsageError(QStringLiteral("Say with --data where the notes are."));
+        }
+        store.emplace(engine, data, line.value(QStringLiteral("user")));
+    }
+    const CommandContext context{line, streams, engine.clock, store ? &*store : nullptr};
+    return handler.run(context);
+}
+
+} // namespace
+
+void CommandContext::print(const QString& text) const {
+    print(text.toUtf8());
+}
+
+void CommandContext::print(const QByteArray& bytes) const {
+    if (streams.out.write(bytes) != bytes.size()) {
+        throw AutomationError(
+            kErrorDiskFull, QStringLiteral("yrwnotes"),
+            QStringLiteral("The output could not be written: %1").arg(streams.out.errorString()));
+    }
+}
+
+void CommandContext::complain(const QString& text) const {
+    streams.err.write(QString(QStringLiteral("yrwnotes: ") + text + u'\n').toUtf8());
+}
+
+QByteArray CommandContext::readFile(const QString& path) const {
+    if (path == u"-") {
+        return streams.in.readAll();
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw AutomationError(
+            kErrorCannotOpenDatabase, QStringLiteral("yrwnotes"),
+            QStringLiteral("%1 could not be read: %2").arg(path, file.errorString()));
+    }
+    return file.readAll();
+}
+
+ExitStatus runCommand(const QStringList& arguments, const CommandStreams& streams,
+                      const dao::EngineServices& engine) {
+    const auto complain = [&](const QString& text) {
+        streams.err.write(QString(QStringLiteral("yrwnotes: ") + text + u'\n').toUtf8());
+    };
+    QString data;
+    try {
+        const CommandLine line(arguments);
+        if (!line.answer().isEmpty()) {
+            streams.out.write(line.answer().toUtf8());
+            return kExitDone;
+        }
+        data = line.value(QStringLiteral("data"));
+        return run(line, streams, engine);
+    } catch (const UsageError& error) {
+        complain(QString::fromUtf8(error.what()));
+        return kExitUsage;
+    } catch (...) {
+        const AutomationError error = currentError();
+        complain(oneLine(error, data));
+        return error.number() == kErrorRecordNotFound ? kExitNothing : kExitFailed;
+    }
+}
+
+} // namespace yrw

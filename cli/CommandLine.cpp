@@ -1,0 +1,255 @@
+#include "cli/CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <vector>
+
+namespace yrw {
+
+namespace {
+
+struct OptionRow {
+    const char* name;
+    const char* valueName; ///< nothing: a switch
+    const char* meaning;
+};
+
+struct CommandRow {
+    const char* name;
+    const char* argument; ///< nothing: it takes none
+    const char* meaning;
+    std::vector<OptionRow> options;
+};
+
+constexpr OptionRow kDataOption{"data", "DIR", "Folder of the host's data, with the notes"};
+constexpr OptionRow kUserOption{"user", "CODE", "Code of the user who works; else the first"};
+constexpr OptionRow kJsonOption{"json", nullptr, "Print JSON"};
+
+const std::vector<CommandRow>& commandTable() {
+    static const std::vector<CommandRow> table{
+        {"list",
+         nullptr,
+         "List notes",
+         {{"owner", "KEY:ID", "Only those of this record"},
+          {"system", nullptr, "Only those kept on no record"},
+          {"status", "active|done|all", "Only those in this state (all)"},
+          {"mine", nullptr, "Only those that the user wrote"},
+          {"find", "TEXT", "Only those with this text in subject or body"},
+          {"from", "DATE", "Only those dated then or later"},
+          {"to", "DATE", "Only those dated then or earlier"}}},
+        {"show",
+         "ID",
+         "Show a note",
+         {{"text", nullptr, "Its plain text alone"}, {"rtf", nullptr, "Its rich text alone"}}},
+        {"add",
+         nullptr,
+         "Add a note and print its id",
+         {{"subject", "S", "Subject line, at most 255 characters"},
+          {"text", "T", "Body as plain text"},
+          {"rtf", "FILE", "Body as rich text; - is standard input"},
+          {"owner", "KEY:ID", "Record that the note belongs to"},
+          {"date", "DATE", "Date of the note; else now"},
+          {"private", nullptr, "A private note"},
+          {"auto-show", nullptr, "Shows by itself when its record is reached"},
+          {"remind", "me|group|everyone|users:CODE,CODE", "Who is reminded"},
+          {"at", "DATE", "When"}}},
+        {"done", "ID", "Finish a note", {}},
+        {"reopen", "ID", "Make a finished note active again", {}},
+        {"delete", "ID", "Delete a note with its reminders", {}},
+        {"reminders",
+         nullptr,
+         "List reminders",
+         {{"due", nullptr, "Only the user's own that are due now"},
+          {"note", "ID", "Only those of this note"}}},
+        {"check",
+         nullptr,
+         "Check the database",
+         {{"fix", nullptr, "Repair what can be repaired, after a copy"}}},
+        {"export",
+         nullptr,
+         "Export all notes",
+         {{"format", "json|csv|html|ics", "What to write"},
+          {"output", "FILE", "Where to; else standard output"}}},
+        {"rtf",
+         "FILE",
+         "Convert rich text; - is standard input",
+         {{"to", "text|html|rtf", "What to write (text)"}}},
+    };
+    return table;
+}
+
+QStringList commandNames() {
+    QStringList names;
+    for (const CommandRow& row : commandTable()) {
+        names += QLatin1String(row.name);
+    }
+    return names;
+}
+
+void addOption(QCommandLineParser& parser, const OptionRow& row) {
+    QCommandLineOption option(QLatin1String(row.name), QString::fromLatin1(row.meaning));
+    if (row.valueName != nullptr) {
+        option.setValueName(QString::fromLatin1(row.valueName));
+    }
+    parser.addOption(option);
+}
+
+/// A parser of the options that go with every command, and help and version.
+void addCommonOptions(QCommandLineParser& parser) {
+    for (const OptionRow& row : {kDataOption, kUserOption, kJsonOption}) {
+        addOption(parser, row);
+    }
+    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this")});
+    parser.addOption(
+        {{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version")});
+}
+
+/// Position of the command's name among the arguments, 0 when there is none.
+qsizetype commandPosition(const QStringList& arguments) {
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString& argument = arguments.at(i);
+        if (!argument.startsWith(u'-')) {
+            return i;
+        }
+        if (argument == u"--data" || argument == u"--user") {
+            ++i; // its value
+        }
+    }
+    return 0;
+}
+
+QString helpText(const QCommandLineParser& parser, const CommandRow* command) {
+    QString text = parser.helpText();
+    if (command == nullptr) {
+        text += QStringLiteral("\nCommands:\n");
+        for (const CommandRow& row : commandTable()) {
+            text += QStringLiteral("  %1 %2\n")
+                        .arg(QLatin1String(row.name), -10)
+                        .arg(QLatin1String(row.meaning));
+        }
+        text += QStringLiteral("\n\"yrwnotes COMMAND --help\" shows the options of a command.\n");
+    }
+    return text;
+}
+
+QString versionText() {
+    return QStringLiteral("yrwnotes %1.%2.%3\n")
+        .arg(YRW_VERSION_MAJOR)
+        .arg(YRW_VERSION_MINOR)
+        .arg(YRW_VERSION_REVISION);
+}
+
+} // namespace
+
+CommandLine::CommandLine(const QStringList& arguments) {
+    parse(arguments);
+}
+
+void CommandLine::parse(const QStringList& arguments) {
+    const qsizetype position = commandPosition(arguments);
+    const QString name = position > 0 ? arguments.at(position) : QString();
+    const auto& table = commandTable();
+    const auto row = std::find_if(table.begin(), table.end(), [&](const CommandRow& candidate) {
+        return name == QLatin1String(candidate.name);
+    });
+    const CommandRow* command = row == table.end() ? nullptr : &*row;
+    if (command == nullptr && !name.isEmpty()) {
+        throw UsageError(QStringLiteral("There is no command '%1'. The commands are %2.")
+                             .arg(name, commandNames().join(QStringLiteral(", "))));
+    }
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Notes and reminders from a shell."));
+    addCommonOptions(parser);
+    parser.addPositionalArgument(QStringLiteral("command"),
+                                 command != nullptr ? QString::fromLatin1(command->meaning)
+                                                    : QStringLiteral("What to do"),
+                                 command != nullptr ? name : QStringLiteral("COMMAND"));
+    if (command != nullptr) {
+        if (command->argument != nullptr) {
+            parser.addPositionalArgument(QString::fromLatin1(command->argument), QString());
+        }
+        for (const OptionRow& option : command->options) {
+            addOption(parser, option);
+        }
+    }
+    if (!parser.parse(arguments)) {
+        throw UsageError(parser.errorText());
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        m_answer = helpText(parser, command);
+        return;
+    }
+    if (parser.isSet(QStringLiteral("version"))) {
+        m_answer = versionText();
+        return;
+    }
+    if (command == nullptr) {
+        throw UsageError(QStringLiteral("No command was given. The commands are %1.")
+                             .arg(commandNames().join(QStringLiteral(", "))));
+    }
+    m_command = name;
+    const QStringList given = parser.positionalArguments().mid(1);
+    const qsizetype wanted = command->argument != nullptr ? 1 : 0;
+    if (given.size() != wanted) {
+        throw UsageError(
+            wanted == 0 ? QStringLiteral("'%1' takes no argument '%2'.").arg(name, given.first())
+                        : QStringLiteral("'%1' takes one argument, %2.")
+                              .arg(name, QLatin1String(command->argument)));
+    }
+    m_argument = given.value(0);
+    for (const QString& option : parser.optionNames()) {
+        m_options.insert(option, parser.value(option));
+    }
+}
+
+qint64 CommandLine::recordID() const {
+    bool isNumber = false;
+    const qint64 id = m_argument.toLongLong(&isNumber);
+    if (!isNumber || id <= 0) {
+        throw UsageError(QStringLiteral("'%1' is not the id of a note.").arg(m_argument));
+    }
+    return id;
+}
+
+std::optional<QDateTime> CommandLine::date(const QString& option) const {
+    if (!isSet(option)) {
+        return std::nullopt;
+    }
+    const QString text = value(option).trimmed().replace(u'T', u' ');
+    for (const char* format : {"yyyy-MM-dd HH:mm", "yyyy-MM-dd HH:mm:ss", "yyyy-MM-dd"}) {
+        const QDateTime date = QDateTime::fromString(text, QString::fromLatin1(format));
+        if (date.isValid()) {
+            return date;
+        }
+    }
+    throw UsageError(QStringLiteral("--%1 takes a date like \"2026-03-10 09:30\", not '%2'.")
+                         .arg(option, value(option)));
+}
+
+std::optional<OwnerArgument> CommandLine::owner() const {
+    const QString option = QStringLiteral("owner");
+    if (!isSet(option)) {
+        return std::nullopt;
+    }
+    static const QRegularExpression pattern(QStringLiteral("^([A-Za-z0-9_]+):([0-9]{1,18})$"));
+    const QRegularExpressionMatch match = pattern.match(value(option));
+    if (!match.hasMatch()) {
+        throw UsageError(
+            QStringLiteral("--owner takes KEY:ID like cu:12, not '%1'.").arg(value(option)));
+    }
+    return OwnerArgument{match.captured(1), match.captured(2).toLongLong()};
+}
+
+QString CommandLine::word(const QString& option, const QStringList& words,
+                          const QString& defaultWord) const {
+    const QString given = isSet(option) ? value(option) : defaultWord;
+    if (!words.contains(given)) {
+        throw UsageError(QStringLiteral("--%1 takes one of %2, not '%3'.")
+                             .arg(option, words.join(QStringLiteral(", ")), given));
+    }
+    return given;
+}
+
+} // namespace yrw

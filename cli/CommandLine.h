@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDateTime>
+#include <QHash>
+#include <QStringList>
+
+#include <optional>
+#include <stdexcept>
+
+namespace yrw {
+
+/// Wrong use of the command; the text is for the user.
+class UsageError final : public std::runtime_error {
+public:
+    explicit UsageError(const QString& text) : std::runtime_error(text.toStdString()) {}
+};
+
+/// The record of the host that a note belongs to, as written: "KEY:ID".
+struct OwnerArgument {
+    QString objectKey;
+    qint64 recordID = 0;
+};
+
+/// What the user asked for, checked against what the command takes.
+class CommandLine {
+public:
+    /// Raises `UsageError`.
+    explicit CommandLine(const QStringList& arguments);
+
+    /// Name of the command; empty when only help or the version was asked for.
+    [[nodiscard]] const QString& command() const noexcept { return m_command; }
+    /// Text of the help or the version, when it was asked for.
+    [[nodiscard]] const QString& answer() const noexcept { return m_answer; }
+    [[nodiscard]] bool isSet(const QString& option) const { return m_options.contains(option); }
+    /// Value of an option; empty when it was not given.
+    [[nodiscard]] QString value(const QString& option) const { return m_options.value(option); }
+    /// The one argument of the command that is no option.
+    [[nodiscard]] const QString& argument() const noexcept { return m_argument; }
+
+    // The same as values. All raise `UsageError` naming the option for what is none.
+
+    /// The argument as a record's key.
+    [[nodiscard]] qint64 recordID() const;
+    /// A date with or without a time, local; nothing when the option was not given.
+    [[nodiscard]] std::optional<QDateTime> date(const QString& option) const;
+    [[nodiscard]] std::optional<OwnerArgument> owner() const;
+    /// The value of an option that must be one of the given words.
+    [[nodiscard]] QString word(const QString& option, const QStringList& words,
+                               const QString& defaultWord) const;
+
+private:
+    void parse(const QStringList& arguments);
+
+    QString m_command;
+    QString m_answer;
+    QString m_argument;
+    QHash<QString, QString> m_options;
+};
+
+} // namespace yrw

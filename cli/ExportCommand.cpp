@@ -1,0 +1,155 @@
+// export: all notes in a format for others.
+#include "cli/CommandContext.h"
+#include "cli/NoteWriters.h"
+#include "cli/ProgressLine.h"
+#include "framework/ErrorGuards.h"
+#include "platform/component/AutomationError.h"
+
+#include <QSaveFile>
+
+namespace yrw {
+
+namespace {
+
+const QString kNoteID = QStringLiteral("NoteID");
+
+using RemindersByNote = QHash<qint64, std::vector<dao::ValueList>>;
+using Sink = std::function<void(const QByteArray&)>;
+
+dao::ValueList rowValues(const dao::Recordset& rows, const QStringList& without) {
+    dao::ValueList values;
+    for (int column = 0; column < rows.FieldCount(); ++column) {
+        if (!without.contains(rows.FieldName(column))) {
+            values.set(rows.FieldName(column), rows.value(column));
+        }
+    }
+    return values;
+}
+
+Ref<dao::Recordset> openRows(const CommandContext& context, const QString& query,
+                             const QString& order) {
+    return context.store->database()->OpenRecordset(
+        QStringLiteral("SELECT %1.* FROM %1 ORDER BY %2").arg(query, order),
+        dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
+}
+
+RemindersByNote readReminders(const CommandContext& context) {
+    RemindersByNote reminders;
+    const Ref<dao::Recordset> rows =
+        openRows(context, schema::kQryReminders, QStringLiteral("[NextDate], [RecordID]"));
+    const QStringList ofTheNote{QStringLiteral("Subject"), QStringLiteral("PlainNote")};
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        reminders[rows->value(kNoteID).toLongLong()].push_back(rowValues(*rows, ofTheNote));
+    }
+    return reminders;
+}
+
+/// Names records for a reader; remembers the last one, for notes come ordered by record.
+class OwnerTitles {
+public:
+    explicit OwnerTitles(CommandStore& store) : m_store(store) {}
+
+    QString titleOf(const dao::ValueList& note) {
+        const QString key = note.value(u"OwnerObjectKey").toString();
+        const qint64 id = note.value(u"OwnerRecordID").toLongLong();
+        if (m_title.isEmpty() || key != m_key || id != m_id) {
+            m_key = key;
+            m_id = id;
+            m_title = key.isEmpty() ? QStringLiteral("System notes") : lookUp();
+        }
+        return m_title;
+    }
+
+private:
+    [[nodiscard]] QString lookUp() const {
+        QString title = QStringLiteral("%1 %2").arg(m_key).arg(m_id);
+        // A record that is gone keeps its notes, under its key.
+        ignoreErrors([&] {
+            const Ref<IObjectDefinition> kind = m_store.hostApplication()->ObjectDefinition(m_key);
+            if (kind) {
+                title = QStringLiteral("%1 %2").arg(kind->UseName()).arg(m_id);
+                const Ref<IRecord> record = kind->Collection()->Item(QVariant(m_id));
+                title = QStringLiteral("%1 %2").arg(
+                    kind->UseName(), record->ShortDisplayValue()->Value().toString());
+            }
+        });
+        return title;
+    }
+
+    CommandStore& m_store;
+    QString m_key;
+    qint64 m_id = 0;
+    QString m_title;
+};
+
+std::unique_ptr<NoteWriter> writerFor(const CommandContext& context, const QString& format) {
+    if (format == u"csv") {
+        return makeCsvWriter();
+    }
+    if (format == u"html") {
+        return makeHtmlWriter();
+    }
+    if (format == u"ics") {
+        QHash<qint64, QString> names;
+        for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+            names.insert(user.UserID, user.UseName);
+        }
+        return makeCalendarWriter(context.clock.now(), names);
+    }
+    return makeJsonWriter();
+}
+
+void writeNotes(const CommandContext& context, NoteWriter& writer, const Sink& write) {
+    const RemindersByNote reminders = readReminders(context);
+    OwnerTitles titles(*context.store);
+    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("notes exported"));
+    write(writer.begin());
+    const Ref<dao::Recordset> notes =
+        openRows(context, schema::kQryNotes,
+                 QStringLiteral("[OwnerObjectKey], [OwnerRecordID], [RecordID]"));
+    for (; !notes->AtEof(); notes->MoveNext()) {
+        progress.step();
+        ExportedNote note{rowValues(*notes, {kNoteID}), {}, {}};
+        note.reminders = reminders.value(notes->value(kNoteID).toLongLong());
+        note.ownerTitle = titles.titleOf(note.fields);
+        write(writer.note(note));
+    }
+    write(writer.end());
+}
+
+} // namespace
+
+ExitStatus exportNotes(const CommandContext& context) {
+    const QString option = QStringLiteral("format");
+    const QString format = context.line.word(
+        option,
+        {QStringLiteral("json"), QStringLiteral("csv"), QStringLiteral("html"),
+         QStringLiteral("ics")},
+        context.line.isSet(QStringLiteral("json")) ? QStringLiteral("json") : QString());
+    const std::unique_ptr<NoteWriter> writer = writerFor(context, format);
+    const QString path = context.line.value(QStringLiteral("output"));
+    if (path.isEmpty() || path == u"-") {
+        writeNotes(context, *writer, [&](const QByteArray& bytes) { context.print(bytes); });
+        return kExitDone;
+    }
+    QSaveFile file(path);
+    const auto fail = [&] {
+        throw AutomationError(
+            kErrorDiskFull, QStringLiteral("yrwnotes"),
+            QStringLiteral("%1 could not be written: %2").arg(path, file.errorString()));
+    };
+    if (!file.open(QIODevice::WriteOnly)) {
+        fail();
+    }
+    writeNotes(context, *writer, [&](const QByteArray& bytes) {
+        if (file.write(bytes) != bytes.size()) {
+            fail();
+        }
+    });
+    if (!file.commit()) {
+        fail();
+    }
+    return kExitDone;
+}
+
+} // namespace yrw

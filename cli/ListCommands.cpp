@@ -1,0 +1,240 @@
+// list, show and reminders.
+#include "cli/CommandContext.h"
+#include "cli/ProgressLine.h"
+#include "cli/Rows.h"
+#include "platform/component/AutomationError.h"
+
+namespace yrw {
+
+namespace {
+
+const QString kSubject = QStringLiteral("Subject");
+const QString kPlainNote = QStringLiteral("PlainNote");
+const QString kRTFNote = QStringLiteral("RTFNote");
+const QString kRecordID = QStringLiteral("RecordID");
+const QString kStatus = QStringLiteral("Status");
+const QString kDate = QStringLiteral("Date");
+const QString kJson = QStringLiteral("json");
+
+/// A streamed reading of a query with conditions.
+Ref<dao::Recordset> openRows(const CommandContext& context, const QString& query,
+                             const QStringList& conditions, const QString& sort) {
+    QString sql = QStringLiteral("SELECT %1.* FROM %1").arg(query);
+    for (const QString& condition : conditions) {
+        sql = HostDataHelper::AddCondition(sql, condition);
+    }
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::ForwardOnly;
+    request.RecordsetOptions = dao::kReadOnlyOption;
+    request.Sort = sort;
+    return context.store->dataHelper().OpenRecordset(sql, request);
+}
+
+QStringList ownerConditions(const CommandContext& context) {
+    const std::optional<OwnerArgument> owner = context.line.owner();
+    if (owner && context.line.isSet(QStringLiteral("system"))) {
+        throw UsageError(QStringLiteral("--owner and --system exclude each other."));
+    }
+    if (owner) {
+        return {HostDataHelper::EqualCondition(QStringLiteral("OwnerObjectKey"), owner->objectKey),
+                HostDataHelper::EqualCondition(QStringLiteral("OwnerRecordID"), owner->recordID)};
+    }
+    if (context.line.isSet(QStringLiteral("system"))) {
+        return {QStringLiteral("[OwnerObjectKey] Is Null")};
+    }
+    return {};
+}
+
+QStringList listConditions(const CommandContext& context) {
+    const CommandLine& line = context.line;
+    QStringList conditions = ownerConditions(context);
+    if (line.isSet(QStringLiteral("mine"))) {
+        conditions += HostDataHelper::EqualCondition(QStringLiteral("RecordUserID"),
+                                                     context.store->dataHelper().CurrentUserID());
+    }
+    const QStringList words{QStringLiteral("active"), QStringLiteral("done"),
+                            QStringLiteral("all")};
+    const QString status = line.word(QStringLiteral("status"), words, words.last());
+    if (status != words.last()) {
+        conditions += HostDataHelper::EqualCondition(kStatus, words.indexOf(status) + 1);
+    }
+    const QString format = QStringLiteral("'#'yyyy-MM-dd HH:mm:ss'#'");
+    if (const std::optional<QDateTime> from = line.date(QStringLiteral("from"))) {
+        conditions += u"[Date]>=" + from->toString(format);
+    }
+    if (const std::optional<QDateTime> to = line.date(QStringLiteral("to"))) {
+        // A day without a time means the whole day.
+        const bool isDay = line.value(QStringLiteral("to")).trimmed().size() <= 10;
+        conditions += u"[Date]<" + to->addSecs(isDay ? 86400 : 60).toString(format);
+    }
+    return conditions;
+}
+
+bool isFound(const dao::Recordset& note, const QString& text) {
+    return note.value(kSubject).toString().contains(text, Qt::CaseInsensitive) ||
+           note.value(kPlainNote).toString().contains(text, Qt::CaseInsensitive);
+}
+
+QString noteLine(const dao::Recordset& note) {
+    return QStringLiteral("%1  %2  %3 %4 %5 %6\n")
+        .arg(note.value(kRecordID).toString(), 6)
+        .arg(shownDate(note.value(kDate)), -16)
+        .arg(shownStatus(note.value(kStatus)), -6)
+        .arg(shownOwner(note), -10)
+        .arg(onOneLine(note.value(QStringLiteral("RecordUserCode")).toString()), -8)
+        .arg(onOneLine(note.value(kSubject).toString()));
+}
+
+/// The note with the command's id, as a record.
+Ref<Note> noteOf(const CommandContext& context) {
+    return query<Note>(context.application().Notes()->Item(QVariant(context.line.recordID())));
+}
+
+QString noteText(IRecord& note) {
+    const auto text = [&](const char16_t* field) {
+        return onOneLine(note.value(QString::fromUtf16(field)).toString());
+    };
+    QString owner = QStringLiteral("none");
+    if (!note.value(QStringLiteral("OwnerObjectKey")).isNull()) {
+        owner = text(u"OwnerObjectKey") + u':' + text(u"OwnerRecordID");
+    }
+    return QStringLiteral("Subject: %1\nDate: %2\nAuthor: %3\nStatus: %4\nRecord: %5\n\n%6")
+        .arg(text(u"Subject"), shownDate(note.value(kDate)), text(u"UseName"),
+             shownStatus(note.value(kStatus)), owner, shellText(note.value(kPlainNote).toString()));
+}
+
+QJsonObject noteJson(IRecord& note) {
+    QJsonObject object;
+    for (const QString& name : note.Fields()->names()) {
+        object.insert(name, jsonValue(note.value(name)));
+    }
+    return object;
+}
+
+Ref<dao::Recordset> openReminders(const CommandContext& context) {
+    CommandStore& store = *context.store;
+    const QString noteOption = QStringLiteral("note");
+    const bool dueOnly = context.line.isSet(QStringLiteral("due"));
+    QStringList conditions;
+    if (context.line.isSet(noteOption)) {
+        bool isNumber = false;
+        const qint64 id = context.line.value(noteOption).toLongLong(&isNumber);
+        if (!isNumber || dueOnly) {
+            throw UsageError(dueOnly ? QStringLiteral("--due and --note exclude each other.")
+                                     : QStringLiteral("--note takes the id of a note."));
+        }
+        (void)context.application().Notes()->Item(
+            QVariant(id)); // one that is not there is an error
+        conditions += HostDataHelper::EqualCondition(QStringLiteral("NoteID"), id);
+    }
+    if (dueOnly) {
+        return store.dataHelper().OpenQuery(
+            schema::kQryActiveReminders,
+            {{QStringLiteral("ProgID"), store.hostProgID()},
+             {QStringLiteral("NumberOfMinutes"), 1},
+             {QStringLiteral("UserID"), store.dataHelper().CurrentUserID()}});
+    }
+    return openRows(context, schema::kQryReminders, conditions,
+                    QStringLiteral("[NextDate], [RecordID]"));
+}
+
+QString shownReminderStatus(const QVariant& status) {
+    switch (status.toInt()) {
+    case static_cast<int>(ReminderStatus::ClosedUnanswered):
+        return QStringLiteral("closed");
+    case static_cast<int>(ReminderStatus::ToldLater):
+        return QStringLiteral("later");
+    case static_cast<int>(ReminderStatus::Dismissed):
+        return QStringLiteral("dismissed");
+    default:
+        return QStringLiteral("waiting");
+    }
+}
+
+/// Codes of the host's users by their key.
+QHash<qint64, QString> userCodes(const CommandContext& context) {
+    QHash<qint64, QString> codes;
+    for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+        codes.insert(user.UserID, user.UserCode);
+    }
+    return codes;
+}
+
+} // namespace
+
+ExitStatus listNotes(const CommandContext& context) {
+    const QStringList conditions = listConditions(context);
+    const QString find = context.line.value(QStringLiteral("find"));
+    const bool asJson = context.line.isSet(kJson);
+    const Ref<dao::Recordset> notes =
+        openRows(context, schema::kQryNotes, conditions, QStringLiteral("[RecordID]"));
+    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("notes"));
+    QJsonArray array;
+    qint64 count = 0;
+    for (; !notes->AtEof(); notes->MoveNext()) {
+        progress.step();
+        if (!find.isEmpty() && !isFound(*notes, find)) {
+            continue;
+        }
+        ++count;
+        if (asJson) {
+            array.append(jsonRow(*notes, {kRTFNote, kPlainNote}));
+        } else {
+            context.print(noteLine(*notes));
+        }
+    }
+    if (asJson) {
+        context.print(jsonText(array));
+    }
+    return count == 0 && !find.isEmpty() ? kExitNothing : kExitDone;
+}
+
+ExitStatus showNote(const CommandContext& context) {
+    const CommandLine& line = context.line;
+    const bool asText = line.isSet(QStringLiteral("text"));
+    const bool asRtf = line.isSet(QStringLiteral("rtf"));
+    const bool asJson = line.isSet(kJson);
+    if (int(asText) + int(asRtf) + int(asJson) > 1) {
+        throw UsageError(QStringLiteral("--text, --rtf and --json exclude each other."));
+    }
+    const Ref<Note> note = noteOf(context);
+    if (asText) {
+        context.print(shellText(note->value(kPlainNote).toString()));
+    } else if (asRtf) {
+        context.print(note->value(kRTFNote).toString());
+    } else if (asJson) {
+        context.print(jsonText(noteJson(*note)));
+    } else {
+        context.print(noteText(*note));
+    }
+    return kExitDone;
+}
+
+ExitStatus listReminders(const CommandContext& context) {
+    const Ref<dao::Recordset> reminders = openReminders(context);
+    const QHash<qint64, QString> codes = userCodes(context);
+    const bool asJson = context.line.isSet(kJson);
+    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("reminders"));
+    QJsonArray array;
+    for (; !reminders->AtEof(); reminders->MoveNext()) {
+        progress.step();
+        if (asJson) {
+            array.append(jsonRow(*reminders, {kPlainNote}));
+            continue;
+        }
+        const QVariant userID = reminders->value(QStringLiteral("UserID"));
+        context.print(QStringLiteral("%1  %2  %3 %4 note %5  %6\n")
+                          .arg(reminders->value(kRecordID).toString(), 6)
+                          .arg(shownDate(reminders->value(QStringLiteral("NextDate"))), -16)
+                          .arg(codes.value(userID.toLongLong(), userID.toString()), -8)
+                          .arg(shownReminderStatus(reminders->value(kStatus)), -9)
+                          .arg(reminders->value(QStringLiteral("NoteID")).toString())
+                          .arg(onOneLine(reminders->value(kSubject).toString())));
+    }
+    if (asJson) {
+        context.print(jsonText(array));
+    }
+    return kExitDone;
+}
+
+} // namespace yrw

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/clock/Clock.h"
+
+#include <QString>
+
+class QIODevice;
+
+namespace yrw {
+
+/// One line on standard error that says how far a long command is; silent during its first second
+/// and wiped at its end.
+class ProgressLine {
+public:
+    /// `what` is what is counted, e.g. "notes". Clock and device outlive the line.
+    ProgressLine(QIODevice& err, const Clock& clock, QString what);
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+    ~ProgressLine();
+
+    /// One more is done.
+    void step();
+
+private:
+    QIODevice& m_err;
+    const Clock& m_clock;
+    QString m_what;
+    qint64 m_count = 0;
+    qint64 m_nextMs;
+    qsizetype m_shown = 0; ///< characters that stand on the line
+};
+
+} // namespace yrw

@@ -1,0 +1,88 @@
+#include "cli/Rows.h"
+
+#include "store/Schema.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+
+namespace yrw {
+
+QJsonValue jsonValue(const QVariant& value) {
+    if (value.isNull()) {
+        return QJsonValue::Null;
+    }
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+        return value.toLongLong();
+    case QMetaType::Double:
+        return value.toDouble();
+    case QMetaType::QDateTime:
+        return value.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    default:
+        return value.toString();
+    }
+}
+
+QJsonObject jsonRow(const dao::Recordset& rows, const QStringList& without) {
+    QJsonObject object;
+    for (int column = 0; column < rows.FieldCount(); ++column) {
+        const QString name = rows.FieldName(column);
+        if (!without.contains(name)) {
+            object.insert(name, jsonValue(rows.value(column)));
+        }
+    }
+    return object;
+}
+
+QByteArray jsonText(const QJsonArray& array) {
+    return QJsonDocument(array).toJson();
+}
+
+QByteArray jsonText(const QJsonObject& object) {
+    return QJsonDocument(object).toJson();
+}
+
+QString onOneLine(const QString& text) {
+    QString line = text;
+    for (QChar& c : line) {
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator) {
+            c = u' ';
+        }
+    }
+    return line;
+}
+
+QString shellText(QString text) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    return text + u'\n';
+}
+
+QString shownDate(const QVariant& date) {
+    return date.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+}
+
+QString shownOwner(const dao::Recordset& note) {
+    const QVariant key = note.value(QStringLiteral("OwnerObjectKey"));
+    if (key.isNull()) {
+        return QStringLiteral("-");
+    }
+    return onOneLine(key.toString()) + u':' +
+           note.value(QStringLiteral("OwnerRecordID")).toString();
+}
+
+QString shownStatus(const QVariant& status) {
+    switch (status.toInt()) {
+    case static_cast<int>(NoteStatus::Active):
+        return QStringLiteral("Active");
+    case static_cast<int>(NoteStatus::Done):
+        return QStringLiteral("Done");
+    default:
+        return status.toString();
+    }
+}
+
+} // namespace yrw

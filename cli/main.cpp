@@ -1,0 +1,29 @@
+#include "cli/Command.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <csignal>
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    // A reader that has gone shows as a failed write.
+    std::signal(SIGPIPE, SIG_IGN);
+    QFile in;
+    QFile out;
+    QFile err;
+    const bool isOpen = in.open(stdin, QIODevice::ReadOnly) &&
+                        out.open(stdout, QIODevice::WriteOnly) &&
+                        err.open(stderr, QIODevice::WriteOnly | QIODevice::Unbuffered);
+    if (!isOpen) {
+        return yrw::kExitFailed;
+    }
+    yrw::FileSystem files;
+    const yrw::ExitStatus status = yrw::runCommand(QCoreApplication::arguments(), {in, out, err},
+                                                   {yrw::Clock::instance(), files});
+    if (!out.flush() && status == yrw::kExitDone) {
+        err.write("yrwnotes: The output could not be written.\n");
+        return yrw::kExitFailed;
+    }
+    return status;
+}

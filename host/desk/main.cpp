@@ -1,0 +1,132 @@
+#include "host/desk/DeskWindow.h"
+
+#include "platform/clock/Clock.h"
+#include "platform/files/FileSystem.h"
+#include "platform/forms/WidgetPrompt.h"
+#include "platform/settings/SettingsStore.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QLocale>
+#include <QProgressDialog>
+#include <QStandardPaths>
+#include <QTextStream>
+
+#include <memory>
+#include <optional>
+
+using namespace yrw;
+
+namespace {
+
+enum ExitStatus { kWrongUse = 2, kFailed = 3 };
+
+/// Below this many customers the making is over before anybody could read about it.
+constexpr qint64 kWorthProgress = 5000;
+
+int fail(ExitStatus status, const QString& text) {
+    QTextStream(stderr) << "yrwhost: " << text << '\n';
+    return status;
+}
+
+QString defaultDataFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/yarrowen-desk");
+}
+
+/// Shows how far the making of a large database is.
+class MakingProgress {
+public:
+    void show(qint64 done, qint64 all) {
+        if (all < kWorthProgress) {
+            return;
+        }
+        if (!m_dialog) {
+            m_dialog = std::make_unique<QProgressDialog>(
+                QStringLiteral("Making %1 customers…").arg(QLocale(QLocale::English).toString(all)),
+                QString(), 0, int(all));
+            m_dialog->setWindowTitle(QStringLiteral("Yarrowen Desk"));
+            m_dialog->setMinimumDuration(0);
+        }
+        m_dialog->setValue(int(done));
+        QApplication::processEvents();
+    }
+
+private:
+    std::unique_ptr<QProgressDialog> m_dialog;
+};
+
+/// The options, or what is wrong with them.
+std::optional<DeskOptions> readOptions(const QApplication& application, QString& problem) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("A small business program: customers, orders and their notes."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption data(QStringLiteral("data"),
+                                  QStringLiteral("Folder of the database Desk.mdb."),
+                                  QStringLiteral("DIR"), defaultDataFolder());
+    const QCommandLineOption user(QStringLiteral("user"),
+                                  QStringLiteral("Code of the user who works, e.g. ANNA."),
+                                  QStringLiteral("CODE"));
+    const QCommandLineOption records(
+        QStringLiteral("records"),
+        QStringLiteral("Customers that a new database gets (1 to %1).").arg(kMostCustomers),
+        QStringLiteral("N"), QString::number(kDefaultCustomers));
+    parser.addOptions({data, user, records});
+    parser.process(application);
+
+    bool isNumber = false;
+    DeskOptions options;
+    options.start.folder = parser.value(data);
+    options.start.userCode = parser.value(user);
+    options.start.customers = parser.value(records).toLongLong(&isNumber);
+    if (!isNumber || options.start.customers < 1 || options.start.customers > kMostCustomers) {
+        problem = QStringLiteral("--records takes a number from 1 to %1, not '%2'.")
+                      .arg(kMostCustomers)
+                      .arg(parser.value(records));
+        return std::nullopt;
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        problem = QStringLiteral("'%1' is not an option.").arg(parser.positionalArguments().at(0));
+        return std::nullopt;
+    }
+    return options;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("yrwhost"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Yarrowen Desk"));
+    QApplication::setApplicationVersion(QStringLiteral("%1.%2.%3")
+                                            .arg(YRW_VERSION_MAJOR)
+                                            .arg(YRW_VERSION_MINOR)
+                                            .arg(YRW_VERSION_REVISION));
+    QString problem;
+    std::optional<DeskOptions> options = readOptions(application, problem);
+    if (!options) {
+        return fail(kWrongUse, problem);
+    }
+    WidgetPrompt prompt(Clock::instance());
+    Prompt::setInstance(&prompt);
+    FileSystem files;
+    SettingsStore settings;
+    HostUtility utility(prompt);
+    const Services services{Clock::instance(), settings, files, utility};
+
+    auto progress = std::make_unique<MakingProgress>();
+    options->start.progress = [&progress](qint64 done, qint64 all) { progress->show(done, all); };
+    DeskWindow window(services, *options);
+    try {
+        window.open();
+    } catch (const AutomationError& error) {
+        return fail(error.number() == kErrorRecordNotFound ? kWrongUse : kFailed,
+                    error.description());
+    }
+    progress.reset();
+    // Whatever window an add-in may have left open, the desk's end is the program's.
+    QObject::connect(&window, &DeskWindow::closed, &application, &QApplication::quit);
+    return QApplication::exec();
+}

@@ -1,0 +1,122 @@
+#include "platform/richtext/Formats.h"
+#include "platform/richtext/RichTextBox.h"
+
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QToolTip>
+
+#include <utility>
+
+// Keys, links and objects under the mouse.
+
+namespace yrw {
+
+namespace {
+
+/// Only these open: a link in a note must not start a program or reveal a file.
+bool isSafe(const QUrl& url) {
+    static const QStringList schemes = {QStringLiteral("http"), QStringLiteral("https"),
+                                        QStringLiteral("mailto"), QStringLiteral("ftp")};
+    return url.isValid() && schemes.contains(url.scheme().toLower());
+}
+
+} // namespace
+
+void RichTextBox::setPrompt(Prompt* prompt) {
+    m_prompt = prompt;
+}
+
+void RichTextBox::setUrlOpener(UrlOpener opener) {
+    m_openUrl = std::move(opener);
+}
+
+void RichTextBox::leaveLink() {
+    const QTextCursor cursor = textCursor();
+    const QTextCharFormat format = cursor.charFormat();
+    if (cursor.hasSelection() || !format.hasProperty(richtext::kField)) {
+        return;
+    }
+    QTextCursor next = cursor;
+    next.movePosition(QTextCursor::NextCharacter);
+    const bool inside = !cursor.atBlockEnd() && next.charFormat().property(richtext::kField) ==
+                                                    format.property(richtext::kField);
+    if (!inside) {
+        // What is typed behind a link does not belong to it.
+        QTextCharFormat plain = format;
+        plain.clearProperty(richtext::kField);
+        plain.clearProperty(QTextFormat::IsAnchor);
+        plain.clearProperty(QTextFormat::AnchorHref);
+        setCurrentCharFormat(plain);
+    }
+}
+
+bool RichTextBox::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* const help = static_cast<QHelpEvent*>(event);
+        const QString target = anchorAt(help->pos());
+        if (target.isEmpty()) {
+            QToolTip::hideText();
+        } else {
+            QToolTip::showText(help->globalPos(),
+                               target.toHtmlEscaped() + QStringLiteral("<br>Ctrl+click to open"),
+                               viewport());
+        }
+        return true;
+    }
+    return QTextEdit::viewportEvent(event);
+}
+
+void RichTextBox::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_V &&
+        event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
+        pastePlain();
+        event->accept();
+        return;
+    }
+    QTextEdit::keyPressEvent(event);
+}
+
+void RichTextBox::mouseReleaseEvent(QMouseEvent* event) {
+    QTextEdit::mouseReleaseEvent(event);
+    const bool wanted =
+        event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier;
+    const QString target = wanted ? anchorAt(event->position().toPoint()) : QString();
+    if (!target.isEmpty() && !textCursor().hasSelection()) {
+        openLink(target);
+    }
+}
+
+void RichTextBox::openLink(const QString& target) {
+    const QUrl url = QUrl::fromUserInput(target);
+    if (!isSafe(url)) {
+        if (m_prompt != nullptr) {
+            m_prompt->message(
+                QStringLiteral("This link is not opened, for it leads to no web page or mail "
+                               "address:\r") +
+                    target,
+                QStringLiteral("Open Link"), PromptIcon::Exclamation);
+        }
+        return;
+    }
+    const bool open =
+        m_prompt == nullptr ||
+        m_prompt->question(QStringLiteral("Open this address?\r") + url.toDisplayString(),
+                           QStringLiteral("Open Link"), PromptButtons::YesNo, PromptIcon::Question,
+                           PromptAnswer::Yes) == PromptAnswer::Yes;
+    if (open && m_openUrl) {
+        m_openUrl(url);
+    }
+}
+
+void RichTextBox::mouseDoubleClickEvent(QMouseEvent* event) {
+    const int index = objectAt(event->position().toPoint());
+    if (index >= 0) {
+        event->accept();
+        Q_EMIT objectActivated(index);
+        return;
+    }
+    QTextEdit::mouseDoubleClickEvent(event);
+}
+
+} // namespace yrw

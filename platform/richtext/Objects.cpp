@@ -1,0 +1,184 @@
+#include "platform/richtext/Formats.h"
+#include "platform/richtext/Pictures.h"
+#include "platform/richtext/RichTextBox.h"
+
+#include "platform/component/AutomationError.h"
+#include "platform/rtf/EmbeddedObject.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QFile>
+#include <QFileInfo>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextDocument>
+
+// Pictures and embedded objects.
+
+namespace yrw {
+
+namespace {
+
+[[noreturn]] void cannotEmbed(const QString& reason) {
+    throw AutomationError(kErrorCannotCreateObject, QStringLiteral("RichTextBox"), reason);
+}
+
+QByteArray contentOf(const QString& path, qint64 largest) {
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists()) {
+        cannotEmbed(QStringLiteral("The file \"%1\" does not exist.").arg(path));
+    }
+    if (!info.isFile()) {
+        cannotEmbed(QStringLiteral("\"%1\" is not a file.").arg(path));
+    }
+    if (info.size() > largest) {
+        cannotEmbed(QStringLiteral("The file \"%1\" has %2 MB; at most %3 MB can be embedded.")
+                        .arg(path)
+                        .arg(info.size() / (1024 * 1024))
+                        .arg(largest / (1024 * 1024)));
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        cannotEmbed(
+            QStringLiteral("The file \"%1\" cannot be read: %2").arg(path, file.errorString()));
+    }
+    const QByteArray content = file.read(largest + 1);
+    if (file.error() != QFileDevice::NoError || content.size() > largest) {
+        cannotEmbed(QStringLiteral("The file \"%1\" could not be read whole.").arg(path));
+    }
+    return content;
+}
+
+/// The name that data of a known class gets as a file.
+QString nameOfClass(const QByteArray& className, const QByteArray& native) {
+    if (native.startsWith("BM")) {
+        return QStringLiteral("picture.bmp");
+    }
+    if (className.startsWith("Word")) {
+        return QStringLiteral("document.doc");
+    }
+    if (className.startsWith("Excel")) {
+        return QStringLiteral("sheet.xls");
+    }
+    return QStringLiteral("object.bin");
+}
+
+} // namespace
+
+std::vector<int> RichTextBox::objectPositions() const {
+    std::vector<int> positions;
+    QTextCursor cursor = document()->find(QString(QChar(rtf::kInlineMark)));
+    for (; !cursor.isNull(); cursor = document()->find(QString(QChar(rtf::kInlineMark)), cursor)) {
+        const QTextCharFormat format = cursor.charFormat();
+        const auto id = static_cast<std::size_t>(format.intProperty(richtext::kInlineId));
+        if (format.objectType() == richtext::kInlineObject && id < m_inlines.size() &&
+            m_inlines[id].kind == rtf::InlineKind::Object) {
+            positions.push_back(cursor.selectionStart());
+        }
+    }
+    return positions;
+}
+
+const rtf::Inline* RichTextBox::objectGroup(int index) const {
+    const std::vector<int> positions = objectPositions();
+    if (index < 0 || index >= static_cast<int>(positions.size())) {
+        return nullptr;
+    }
+    QTextCursor cursor(document());
+    cursor.setPosition(positions[static_cast<std::size_t>(index)] + 1);
+    return &m_inlines[static_cast<std::size_t>(
+        cursor.charFormat().intProperty(richtext::kInlineId))];
+}
+
+int RichTextBox::ObjectCount() const {
+    return static_cast<int>(objectPositions().size());
+}
+
+QString RichTextBox::objectName(int index) const {
+    const rtf::Inline* const object = objectGroup(index);
+    if (object == nullptr) {
+        return {};
+    }
+    const rtf::ObjectGroup group = rtf::objectOf(object->raw);
+    return richtext::objectCaption(group, rtf::readObject(group.data));
+}
+
+std::optional<rtf::PackagedFile> RichTextBox::objectFile(int index) const {
+    const rtf::Inline* const group = objectGroup(index);
+    const auto object =
+        group == nullptr ? std::nullopt : rtf::readObject(rtf::objectOf(group->raw).data);
+    if (!object || object->linked) {
+        return std::nullopt;
+    }
+    if (object->className == rtf::kPackageClass) {
+        return rtf::readPackage(object->native);
+    }
+    return rtf::PackagedFile{nameOfClass(object->className, object->native), {}, object->native};
+}
+
+int RichTextBox::objectAt(const QPoint& point) const {
+    const QPointF at(point.x() + horizontalScrollBar()->value(),
+                     point.y() + verticalScrollBar()->value());
+    const int hit = document()->documentLayout()->hitTest(at, Qt::ExactHit);
+    if (hit < 0) {
+        return -1;
+    }
+    QTextCursor cursor(document());
+    cursor.setPosition(hit);
+    const int position = cursorRect(cursor).left() <= point.x() ? hit : hit - 1;
+    const std::vector<int> positions = objectPositions();
+    const auto found = std::find(positions.begin(), positions.end(), position);
+    return found == positions.end() ? -1 : static_cast<int>(found - positions.begin());
+}
+
+void RichTextBox::setLargestFile(qint64 bytes) {
+    m_largestFile = bytes;
+}
+
+qint64 RichTextBox::largestFile() const {
+    return m_largestFile;
+}
+
+void RichTextBox::insertFile(const QString& path, ObjectDisplay display) {
+    const QByteArray content = contentOf(path, m_largestFile);
+    const QFileInfo info(path);
+    QImage preview;
+    if (display == ObjectDisplay::Content) {
+        preview = richtext::contentPreview(path, content);
+    }
+    if (preview.isNull()) {
+        preview = richtext::iconPreview(path);
+    }
+    const QByteArray result = richtext::pictureGroup(preview);
+    const rtf::Picture size = rtf::pictureOf(result);
+    const QByteArray native =
+        rtf::writePackage({rtf::baseName(info.fileName()), info.absoluteFilePath(), content});
+    insertInline(rtf::InlineKind::Object,
+                 rtf::objectGroup(
+                     {.className = rtf::kPackageClass,
+                      .width = size.width,
+                      .height = size.height,
+                      .data = rtf::writeObject({.className = rtf::kPackageClass, .native = native}),
+                      .result = result}));
+}
+
+void RichTextBox::insertPicture(const QImage& picture) {
+    if (!picture.isNull()) {
+        insertInline(rtf::InlineKind::Picture, richtext::pictureGroup(picture));
+    }
+}
+
+void RichTextBox::insertInline(rtf::InlineKind kind, const QByteArray& raw) {
+    QTextCursor cursor = textCursor();
+    const QTextCharFormat around = cursor.charFormat();
+    QTextCharFormat format = around;
+    m_inlines.push_back(rtf::Inline{kind, raw});
+    format.setObjectType(richtext::kInlineObject);
+    format.setProperty(richtext::kInlineId, static_cast<int>(m_inlines.size()) - 1);
+    cursor.beginEditBlock();
+    cursor.insertText(QString(QChar(rtf::kInlineMark)), format);
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+    setCurrentCharFormat(around);
+}
+
+} // namespace yrw

@@ -1,0 +1,130 @@
+// Opening the notes database, and making one.
+#include "tests/addin/AddInFixture.h"
+
+using namespace yrw;
+using namespace yrw::test;
+
+namespace {
+
+const QString kQuestion = QStringLiteral(
+    "New Notes Database: There is not a Notes database in the current database directory.\r\r"
+    "Would you like to create a new Notes database now?");
+
+class Opening : public AddInFixture {};
+
+TEST_F(Opening, RefusingToMakeADatabaseLeavesEverythingAsItWas) {
+    create();
+    prompt.answer(PromptAnswer::No);
+    EXPECT_FALSE(addIn->Activate());
+    EXPECT_EQ(prompt.asked, QStringList{kQuestion});
+    EXPECT_EQ(prompt.lastIcon, PromptIcon::Question);
+    EXPECT_FALSE(QFile::exists(world.notesPath()));
+    EXPECT_EQ(showNotesTool(), nullptr);
+    EXPECT_EQ(addIn->UpperTimerForm(), nullptr);
+    EXPECT_EQ(prompt.pointer, MousePointer::Default);
+    EXPECT_EQ(window().status, QString());
+}
+
+TEST_F(Opening, AgreeingCopiesDatabaseAndLayoutAndOpensAtOnce) {
+    QFile stale(world.notesPath() + QStringLiteral("-wal"));
+    ASSERT_TRUE(stale.open(QIODevice::WriteOnly) && stale.write("old") == 3);
+    stale.close();
+    create();
+    prompt.answer(PromptAnswer::Yes);
+    EXPECT_TRUE(addIn->Activate());
+    EXPECT_TRUE(QFile::exists(world.folder() + QStringLiteral("/Support/Notes/Menus.tb")));
+    EXPECT_TRUE(QFile::exists(stale.fileName() + QStringLiteral(".old")));
+    EXPECT_EQ(addIn->DatabaseDirectory(), world.folder());
+    EXPECT_GT(addNote(QStringLiteral("cu"), 1), 0);
+}
+
+struct Broken {
+    const char* name;
+    bool answersYes;     ///< to the question that comes when the file is missing
+    const char* content; ///< of Notes.mdb; nullptr: missing
+    const char* inReason;
+};
+
+class BrokenOpening : public Opening, public testing::WithParamInterface<Broken> {};
+
+TEST_P(BrokenOpening, ReportsOnceNamingTheFileAndLeavesTheHostUsable) {
+    const Broken& broken = GetParam();
+    if (broken.content != nullptr) {
+        QFile file(world.notesPath());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(broken.content).repeated(400));
+    } else {
+        Module1::instance().setTemplateFolder(QStringLiteral("/nowhere/DB/YRWNOTES"));
+        prompt.answer(PromptAnswer::Yes);
+    }
+    create();
+    prompt.expectReport();
+    EXPECT_FALSE(addIn->Activate());
+    ASSERT_EQ(prompt.reports.size(), 1);
+    EXPECT_EQ(prompt.reports[0].source, QStringLiteral("YRWNOTES.AddIn.OpenDatabase"));
+    EXPECT_EQ(prompt.reports[0].message, QStringLiteral("Could Not Notes Open Database"));
+    EXPECT_EQ(prompt.reports[0].title, QStringLiteral("Database Problem"));
+    EXPECT_TRUE(prompt.reports[0].description.contains(QLatin1String(broken.inReason)))
+        << prompt.reports[0].description.toStdString();
+    EXPECT_EQ(prompt.pointer, MousePointer::Default);
+
+    window().showRecords();
+    window().grab(); // paints; no mark, no error
+    clickGridNotes();
+    EXPECT_FALSE(gridBand().findTool(kNotesToolKey)->isEnabled());
+    addIn->ShowNotes(nullptr, 0);
+
+    // A good database in its place: everything works, the tool again too.
+    Module1::instance().setTemplateFolder(shippedTemplateFolder());
+    makeNotesDatabase();
+    EXPECT_TRUE(addIn->Activate());
+    EXPECT_TRUE(gridBand().findTool(kNotesToolKey)->isEnabled());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, BrokenOpening,
+    testing::Values(Broken{"MissingTemplate", true, nullptr, "/nowhere/DB/YRWNOTES/Notes.mdb"},
+                    Broken{"NoDatabase", false, "no database at all ", "Notes.mdb"}),
+    [](const auto& broken) { return broken.param.name; });
+
+TEST_F(Opening, WithoutAComponentItReportsAndStaysClosed) {
+    addIn = make<AddIn>();
+    prompt.expectReport();
+    EXPECT_FALSE(addIn->Activate());
+}
+
+TEST_F(Opening, TakesTheHostsUserAndTheNamesOfAll) {
+    world.host->actAs(3);
+    activate();
+    Module1& module = Module1::instance();
+    EXPECT_EQ(module.dataHelper().CurrentUserID(), 3);
+    EXPECT_EQ(module.application()->CurrentIUser()->value(QStringLiteral("Code")).toString(),
+              QStringLiteral("CARA"));
+    const qint64 note = addNote(QStringLiteral("cu"), 1);
+    const Ref<IRecord> read = module.application()->Notes()->Item(QVariant(note));
+    EXPECT_EQ(read->value(QStringLiteral("UseName")).toString(), QStringLiteral("Cara Cedar"));
+}
+
+TEST_F(Opening, ADatabaseDeletedMeanwhileIsNotWorkedOnAnyLonger) {
+    activate();
+    ASSERT_TRUE(QFile::remove(world.notesPath()));
+    prompt.answer(PromptAnswer::No);
+    EXPECT_FALSE(addIn->Activate());
+    EXPECT_FALSE(Module1::instance().isDatabaseOpen());
+    EXPECT_EQ(showNotesTool(), nullptr);
+    EXPECT_EQ(addIn->UpperTimerForm(), nullptr);
+}
+
+TEST_F(Opening, AnUnreadableSettingsFileCostsOneWarningAndDefaults) {
+    // A folder in the file's place.
+    QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/Yarrowen.ini"));
+    prompt.expectMessage();
+    create();
+    for (const NotesSwitch which :
+         {NotesSwitch::CheckAutoNotes, NotesSwitch::CheckForReminders, NotesSwitch::FlagNotesRow,
+          NotesSwitch::HighlightNotesRow, NotesSwitch::ShowPopupWindow}) {
+        EXPECT_TRUE(addIn->switchOn(which));
+    }
+}
+
+} // namespace

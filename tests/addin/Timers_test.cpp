@@ -1,0 +1,83 @@
+// The two timers.
+#include "tests/addin/AddInFixture.h"
+
+#include "framework/Settings.h"
+
+#include <limits>
+
+using namespace yrw;
+using namespace yrw::test;
+
+namespace {
+
+class Timers : public AddInFixture {
+protected:
+    [[nodiscard]] frmTimer& form() { return *addIn->UpperTimerForm(); }
+    static void tick(QTimer& timer) { QMetaObject::invokeMethod(&timer, "timeout"); }
+};
+
+TEST_F(Timers, StartAsTheSettingsSayAndTheMinuteAlways) {
+    makeNotesDatabase();
+    SettingsStore store;
+    NotesSettings settings(store);
+    for (const bool focus : {true, false}) {
+        settings.setBoolean(QStringLiteral("CheckAutoNotes"), focus);
+        settings.setBoolean(QStringLiteral("CheckForReminders"), false);
+        create();
+        ASSERT_TRUE(addIn->Activate());
+        EXPECT_EQ(form().AutoNoteTimer().isActive(), focus);
+        EXPECT_TRUE(form().ReminderTimer().isActive());
+        EXPECT_EQ(form().ReminderTimer().interval(), 60000);
+        EXPECT_EQ(form().AutoNoteTimer().interval(), 500);
+        EXPECT_FALSE(form().isVisible());
+        EXPECT_FALSE(addIn->CheckingForReminders());
+        EXPECT_EQ(addIn->LowerTimerForm(), nullptr);
+        addIn.reset();
+    }
+}
+
+TEST_F(Timers, MinutesAreCountedWhileCheckingIsOff) {
+    activate();
+    addIn->setSwitch(NotesSwitch::CheckForReminders, false);
+    tick(form().ReminderTimer());
+    tick(form().ReminderTimer());
+    EXPECT_EQ(form().minuteCounter(), 2);
+    window().upper->isBusy = true; // no check: the counter stays
+    addIn->setSwitch(NotesSwitch::CheckForReminders, true);
+    tick(form().ReminderTimer());
+    EXPECT_EQ(form().minuteCounter(), 2);
+    window().upper->isBusy = false;
+    tick(form().ReminderTimer());
+    EXPECT_EQ(form().minuteCounter(), 0);
+    EXPECT_THROW((void)frmTimer::nextMinute(std::numeric_limits<int>::max()), AutomationError);
+}
+
+TEST_F(Timers, TheFocusTickEndsThePopupOrItself) {
+    activate();
+    QTimer& focus = form().AutoNoteTimer();
+    tick(focus); // no popup
+    EXPECT_FALSE(focus.isActive());
+
+    Form popup(AutoNotes::kFormName);
+    popup.load();
+    addIn->setAutoNoteTimerEnabled(true);
+    tick(focus); // the user is in the host's window
+    EXPECT_TRUE(focus.isActive());
+    EXPECT_EQ(addIn->GetPopupFormCount(), 1);
+    window().isActiveWindowOfUser = false;
+    tick(focus);
+    EXPECT_FALSE(focus.isActive());
+    EXPECT_EQ(addIn->GetPopupFormCount(), 0);
+}
+
+TEST_F(Timers, TheWindowEndsWithTheAddInAlsoWithinItsOwnTick) {
+    activate();
+    const QPointer<frmTimer> timers(&form());
+    QObject::connect(timers, &frmTimer::CheckReminders, timers, [this] { addIn.reset(); });
+    tick(timers->ReminderTimer());
+    EXPECT_EQ(Module1::instance().addInCount(), 0);
+    settle();
+    EXPECT_TRUE(timers.isNull());
+}
+
+} // namespace

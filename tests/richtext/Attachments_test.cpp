@@ -1,0 +1,98 @@
+#include "platform/richtext/RichTextBox.h"
+
+#include "platform/component/AutomationError.h"
+#include "platform/rtf/EmbeddedObject.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QImage>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace yrw {
+namespace {
+
+class Attachments : public testing::Test {
+protected:
+    QString file(const QString& name, const QByteArray& content) {
+        QFile out(m_folder.filePath(name));
+        EXPECT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(content);
+        return out.fileName();
+    }
+    QTemporaryDir m_folder;
+};
+
+TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
+    QByteArray content;
+    for (int i = 0; i < 5000; ++i) {
+        content += static_cast<char>(i * 31);
+    }
+    for (const ObjectDisplay display : {ObjectDisplay::Content, ObjectDisplay::Icon}) {
+        RichTextBox box;
+        box.setText("before after");
+        box.setSelStart(7);
+        box.insertFile(file(QString::fromUtf8("żółw.dat"), content), display);
+        EXPECT_EQ(box.SelStart(), 8);
+        QTest::keyClicks(&box, "typed ");
+        EXPECT_EQ(box.Text(), "before  typed after");
+        const QString written = box.TextRTF();
+        for (int i = 0; i < 10; ++i) {
+            box.setTextRTF(box.TextRTF());
+        }
+        EXPECT_EQ(box.TextRTF(), written);
+        ASSERT_EQ(box.ObjectCount(), 1);
+        EXPECT_EQ(box.objectName(0), QString::fromUtf8("żółw.dat"));
+        const auto embedded = box.objectFile(0);
+        ASSERT_TRUE(embedded);
+        EXPECT_EQ(embedded->data, content);
+        EXPECT_EQ(embedded->label, QString::fromUtf8("żółw.dat"));
+    }
+}
+
+TEST_F(Attachments, AFileThatCannotBeEmbeddedLeavesTheTextAlone) {
+    RichTextBox box;
+    box.setText("text");
+    const QString before = box.TextRTF();
+    box.setLargestFile(10);
+    for (const QString& path : {QString(), m_folder.filePath("none.txt"), m_folder.path(),
+                                file("large.txt", QByteArray(11, 'x'))}) {
+        EXPECT_THROW(box.insertFile(path, ObjectDisplay::Icon), AutomationError)
+            << path.toStdString();
+    }
+    EXPECT_EQ(box.TextRTF(), before);
+    box.insertFile(file("fits.txt", QByteArray(10, 'x')), ObjectDisplay::Icon);
+    box.undo();
+    EXPECT_EQ(box.TextRTF(), before);
+}
+
+TEST_F(Attachments, ADoubleClickNamesTheObject) {
+    RichTextBox box;
+    box.resize(400, 300);
+    box.setText("ab");
+    box.setSelStart(1);
+    box.insertFile(file("a.txt", "hello"), ObjectDisplay::Icon);
+    box.show();
+    const QSignalSpy activated(&box, &RichTextBox::objectActivated);
+    box.setSelStart(1);
+    const QPoint start = box.cursorRect().center();
+    QTest::mouseDClick(box.viewport(), Qt::LeftButton, {}, start + QPoint(20, 0));
+    ASSERT_EQ(activated.count(), 1);
+    EXPECT_EQ(activated.at(0).at(0).toInt(), 0);
+    EXPECT_EQ(box.objectAt(start - QPoint(4, 0)), -1);
+}
+
+TEST_F(Attachments, PicturesAreStoredAsPngAndFitThePage) {
+    RichTextBox box;
+    QImage picture(1200, 300, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    box.insertPicture(picture);
+    EXPECT_EQ(box.ObjectCount(), 0);
+    EXPECT_FALSE(box.isEmpty());
+    EXPECT_TRUE(box.TextRTF().contains("{\\pict\\pngblip\\picwgoal9000\\pichgoal2250"));
+}
+
+} // namespace
+} // namespace yrw

@@ -1,0 +1,88 @@
+#include "platform/richtext/RichTextBox.h"
+
+#include "platform/rtf/EmbeddedObject.h"
+#include "platform/rtf/Reader.h"
+
+#include <gtest/gtest.h>
+
+namespace yrw {
+namespace {
+
+/// Bodies that the editor must show and give back without losing anything.
+const char* const kBodies[] = {
+    "a{\\*\\bkmkstart m}b{\\footnote note \\'e9}c{\\pict\\wmetafile8 0102}d\\page e{\\v x}\\par",
+    "{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 01}{\\result r}}",
+    "{\\field{\\*\\fldinst{HYPERLINK \"http://a.example/\"}}{\\fldrslt\\ul link}} after\\par",
+    "x{\\field{\\*\\fldinst DATE}{\\fldrslt 1 May}}y\\par",
+    "\\pard{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart1{\\pntxta )}}\\fi-360\\li720 a\\par b\\par\\pard c",
+    "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 "
+    "a\\par\\pard\\fi-100\\li500\\sb20\\tx90 b",
+    "a\\super b\\nosupersub\\sub c\\nosupersub\\highlight1 d\\highlight0\\strike e",
+    "t\\par\\trowd\\trgaph70\\clbrdrt\\brdrs\\cellx1005\\cellx3000\\pard\\intbl a\\cell b\\par "
+    "c\\cell\\row\\intbl\\b d\\b0\\cell\\cell\\row\\pard\\par after\\par",
+    "\\trowd\\cellx1005\\pard\\intbl first\\cell\\row\\pard\\par\\trowd\\cellx2010\\pard\\intbl "
+    "z\\cell\\row\\pard x",
+    "one\\par\\par\\par two\\line three\\tab x\\par\\par",
+};
+
+QString around(const char* body) {
+    return QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Arial;}}"
+                          "{\\colortbl ;\\red255\\green255\\blue0;}{\\*\\themedata 00}{\\info{"
+                          "\\author A}}\\uc1\\pard\\fs20 ") +
+           QString::fromLatin1(body) + u'}';
+}
+
+TEST(Content, GoesThroughTheEditorWithoutLoss) {
+    for (const char* body : kBodies) {
+        RichTextBox box;
+        const QString stored = around(body);
+        box.setTextRTF(stored);
+        const QString written = box.TextRTF();
+        const rtf::Document before = rtf::read(QStringView(stored));
+        const rtf::Document after = rtf::read(QStringView(written));
+        EXPECT_EQ(before.plainText().toStdString(), after.plainText().toStdString()) << body;
+        EXPECT_EQ(before.kept, after.kept);
+        EXPECT_EQ(before.fields, after.fields) << body;
+        if (!QByteArrayView(body).contains("\\v x")) { // hidden text becomes a kept group
+            EXPECT_TRUE(before == after) << body << "\n" << written.toStdString();
+        }
+        box.setTextRTF(written);
+        EXPECT_EQ(box.TextRTF(), written) << body;
+    }
+}
+
+TEST(Content, AnObjectAloneIsNoTextButContent) {
+    RichTextBox box;
+    box.setTextRTF(around(kBodies[1]));
+    EXPECT_EQ(box.Text(), "");
+    EXPECT_FALSE(box.isEmpty());
+    EXPECT_EQ(box.ObjectCount(), 1);
+    EXPECT_EQ(box.objectName(0), "Odd");
+    EXPECT_FALSE(box.objectFile(0));
+}
+
+TEST(Content, ATruncatedNoteIsReportedAndItsTextShown) {
+    RichTextBox box;
+    box.setTextRTF("{\\rtf1 kept{\\pict\\pngblip 89");
+    EXPECT_TRUE(box.isIncomplete());
+    EXPECT_EQ(box.Text(), "kept ");
+    box.setTextRTF(around("whole"));
+    EXPECT_FALSE(box.isIncomplete());
+}
+
+TEST(Content, HugeTablesAndDeepGroupsAreShownInTime) {
+    RichTextBox box;
+    QString wide = QStringLiteral("{\\rtf1 ");
+    for (int i = 0; i < 300; ++i) {
+        wide += QStringLiteral("\\trowd\\intbl a\\cell\\row\\trowd\\intbl ") +
+                QStringLiteral("b\\cell ").repeated(60) +
+                QStringLiteral("\\row\\trowd\\intbl c\\cell\\row");
+    }
+    box.setTextRTF(wide + u'}');
+    EXPECT_EQ(box.Text().count(u'b'), 300 * 60);
+    box.setTextRTF(QStringLiteral("{\\rtf1 ") + QStringLiteral("{").repeated(100000) + u'x');
+    EXPECT_EQ(box.Text(), "x");
+}
+
+} // namespace
+} // namespace yrw
