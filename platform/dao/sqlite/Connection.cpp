@@ -58,8 +58,8 @@ void Connection::Closer::operator()(sqlite3* connection) const noexcept {
 Connection::Connection(const QString& path, Access access, Clock& clock)
     : m_clock(clock), m_turn(std::make_unique<QObject>()) {
     sqlite3* handle = nullptr;
-    const int code =
-        sqlite3_open_v2(openName(path, access).constData(), &handle, openFlags(access), nullptr);
+    const int code = sqlite3_open_v2(openName(path, access).constData(), &handle,
+                                     openFlags(access) | SQLITE_OPEN_NOMUTEX, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK) {
         raiseEngineError(handle, code);

@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <utility>
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 namespace yrw::dao {
 
@@ -33,6 +35,19 @@ Parameters matchParameters(const StoredQuery& query, const Parameters& given) {
         matched.set(name, given.value(name));
     }
     return matched;
+}
+
+/// Puts a complete copy on the disk and gives it its name.
+void finishCopy(const QString& unfinished, const QString& path) {
+    const int file = ::open(QFile::encodeName(unfinished).constData(), O_RDONLY | O_CLOEXEC);
+    const bool stored = file >= 0 && ::fsync(file) == 0;
+    if (file >= 0) {
+        ::close(file);
+    }
+    if (!stored || !QFile::rename(unfinished, path)) {
+        throw AutomationError(kErrorDiskFull, kSource,
+                              QStringLiteral("%1 could not be written.").arg(path));
+    }
 }
 
 } // namespace
@@ -259,13 +274,16 @@ void SqliteDatabase::CopyTo(const QString& path) {
         throw AutomationError(kErrorCannotOpenDatabase, kSource,
                               QStringLiteral("%1 is there already.").arg(path));
     }
-    Statement statement(connection().handle(), QStringLiteral("VACUUM INTO ?1"));
-    statement.bind(1, QVariant(path));
+    const QString unfinished = path + u".new";
+    QFile::remove(unfinished);
     connection().endRead();
     try {
+        Statement statement(connection().handle(), QStringLiteral("VACUUM INTO ?1"));
+        statement.bind(1, QVariant(unfinished));
         statement.run();
+        finishCopy(unfinished, path);
     } catch (...) {
-        QFile::remove(path);
+        QFile::remove(unfinished);
         throw;
     }
 }
