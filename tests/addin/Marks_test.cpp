@@ -169,9 +169,12 @@ TEST_F(Marks, TheFlagColumnIsTheLinkedOneElseTheVisibleRecordIdElseNone) {
     EXPECT_TRUE(flags(*window().upper, 2).isEmpty());
     EXPECT_TRUE(isMarked(*window().upper, 2));
 
-    // Written to meanwhile: the set-up is run again after a cell was changed.
-    define(QStringLiteral("No \"such\" layout"), QStringLiteral("CustomerName"));
+    // The set-up is run again after a cell was changed, not before.
+    window().showRecords();
+    define(QStringLiteral("Customers"), QStringLiteral("CustomerName"));
+    EXPECT_EQ(flags(*window().upper, 2), QList<int>{0});
     window().upper->grid->AfterColUpdate.raise(1);
+    EXPECT_EQ(flags(*window().upper, 2), QList<int>{1});
 }
 
 TEST_F(Marks, TheFlagColumnDoesNotBecomeTheCurrentOne) {

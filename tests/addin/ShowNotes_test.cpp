@@ -106,6 +106,20 @@ TEST_F(ShowNotesTest, ANestedWindowGivesTheOuterOneBack) {
     EXPECT_FALSE(cancelled);
 }
 
+TEST_F(ShowNotesTest, DeActivatingUnloadsNestedWindowsToo) {
+    activate();
+    whenShown(QStringLiteral("frmMain"), [&](Form&) {
+        QTimer::singleShot(20, qApp, [&] {
+            EXPECT_EQ(formsNamed(QStringLiteral("frmMain")).size(), 2);
+            addIn->DeActivate();
+            EXPECT_TRUE(formsNamed(QStringLiteral("frmMain")).isEmpty());
+        });
+        addIn->ShowNotes(nullptr, 0);
+    });
+    addIn->ShowNotes(nullptr, 0);
+    EXPECT_FALSE(Module1::instance().isDatabaseOpen());
+}
+
 TEST_F(ShowNotesTest, ANewNoteMarksItsRowAtOnce) {
     activate();
     window().show();
