@@ -10,6 +10,22 @@ bool isMark(const QChar c) {
     return c.category() == QChar::Mark_NonSpacing || c.category() == QChar::Mark_Enclosing;
 }
 
+/// The letter below a stroke, which is no mark of its own in Unicode.
+QChar withoutStroke(const QChar c) {
+    switch (c.unicode()) {
+    case u'ø':
+        return u'o';
+    case u'ł':
+        return u'l';
+    case u'đ':
+        return u'd';
+    case u'ħ':
+        return u'h';
+    default:
+        return c;
+    }
+}
+
 /// Folds one code point; ASCII takes the short way, since most text is.
 void foldOne(QStringView point, QString& out) {
     const char16_t first = point.front().unicode();
@@ -17,10 +33,12 @@ void foldOne(QStringView point, QString& out) {
         out += QChar(first >= u'A' && first <= u'Z' ? char16_t(first + 32) : first);
         return;
     }
-    const QString parts = point.toString().normalized(QString::NormalizationForm_KD).toCaseFolded();
+    // By way of the upper case, which alone turns one letter into two ("ß" into "SS").
+    const QString parts =
+        point.toString().normalized(QString::NormalizationForm_KD).toUpper().toCaseFolded();
     for (const QChar c : parts) {
         if (!isMark(c)) {
-            out += c;
+            out += withoutStroke(c);
         }
     }
 }

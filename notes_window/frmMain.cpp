@@ -177,7 +177,6 @@ void frmMain::arrange() {
     m_picHSplit->setGeometry(0, split, width, kSplitHeight);
     const int editorTop = split + kSplitHeight;
     m_rtxMain->setGeometry(0, editorTop, width, std::max(0, m_stbMain->y() - editorTop));
-    fitSubject();
 }
 
 int frmMain::clampedSplit(int top) const {

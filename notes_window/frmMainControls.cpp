@@ -94,6 +94,9 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     if (m_rtxMain == nullptr) {
         return Form::eventFilter(watched, event);
     }
+    if (watched == m_lsvMain->viewport() && event->type() == QEvent::Resize) {
+        fitSubject();
+    }
     if (watched == m_rtxMain->viewport() && event->type() == QEvent::MouseButtonPress &&
         static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         rtxMain_MouseDown();

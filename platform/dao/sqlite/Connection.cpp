@@ -58,14 +58,16 @@ void Connection::Closer::operator()(sqlite3* connection) const noexcept {
 Connection::Connection(const QString& path, Access access, Clock& clock)
     : m_clock(clock), m_turn(std::make_unique<QObject>()) {
     sqlite3* handle = nullptr;
-    const int code =
-        sqlite3_open_v2(openName(path, access).constData(), &handle, openFlags(access), nullptr);
+    const int code = sqlite3_open_v2(openName(path, access).constData(), &handle,
+                                     openFlags(access) | SQLITE_OPEN_NOMUTEX, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK) {
         raiseEngineError(handle, code);
     }
     m_wait.clock = &clock;
     sqlite3_extended_result_codes(handle, 1);
+    // Pages for some thousand notes; taken only as they are read.
+    sqlite3_exec(handle, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
     sqlite3_busy_handler(handle, &Connection::waitForLock, &m_wait);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
@@ -96,6 +98,22 @@ int Connection::waitForLock(void* argument, int tries) noexcept {
 
 void Connection::execute(const QString& sql) {
     Statement(handle(), sql).run();
+}
+
+Statement& Connection::kept(const QString& sql) {
+    constexpr size_t kMost = 32;
+    const auto found = std::find_if(m_kept.begin(), m_kept.end(),
+                                    [&sql](const auto& entry) { return entry.first == sql; });
+    if (found != m_kept.end()) {
+        m_kept.splice(m_kept.begin(), m_kept, found);
+    } else {
+        m_kept.emplace_front(sql, Statement(handle(), sql));
+    }
+    if (m_kept.size() > kMost) {
+        m_kept.pop_back();
+    }
+    m_kept.front().second.reset();
+    return m_kept.front().second;
 }
 
 QVariant Connection::scalar(const QString& sql) {

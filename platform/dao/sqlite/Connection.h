@@ -5,7 +5,9 @@
 
 #include <QObject>
 
+#include <list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 struct sqlite3;
@@ -40,6 +42,9 @@ public:
 
     /// Runs one statement that returns nothing.
     void execute(const QString& sql);
+    /// A statement kept prepared from one use to the next; for work that steps it to its end at
+    /// once. The reference holds until the next call.
+    [[nodiscard]] Statement& kept(const QString& sql);
     /// First column of the first row; Null when there is none.
     [[nodiscard]] QVariant scalar(const QString& sql);
     [[nodiscard]] qint64 changes() const noexcept;
@@ -76,6 +81,7 @@ private:
     std::unique_ptr<sqlite3, Closer> m_handle;
     std::unique_ptr<QObject> m_turn; ///< receives the call at the end of a turn
     std::vector<ReadHolder*> m_holders;
+    std::list<std::pair<QString, Statement>> m_kept; ///< used last comes first
     Statement m_beginRead;
     Statement m_beginWrite;
     Statement m_commit;

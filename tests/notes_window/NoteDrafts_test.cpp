@@ -1,0 +1,80 @@
+// Drafts on the user's disk.
+#include "notes_window/NoteDrafts.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace yrw {
+
+class NoteDraftsTest : public testing::Test {
+protected:
+    [[nodiscard]] QString folder() const { return m_folder.filePath("state/drafts"); }
+    [[nodiscard]] QString onlyFile() const {
+        const QDir top(folder());
+        const QDir inner(top.filePath(top.entryList(QDir::Dirs | QDir::NoDotAndDotDot).value(0)));
+        return inner.filePath(inner.entryList(QDir::Files).value(0));
+    }
+    NoteDraft draft{17, QDateTime(QDate(2026, 3, 10), QTime(14, 32)), "{\\rtf1 \"typed\"\r\n}"};
+
+private:
+    QTemporaryDir m_folder;
+};
+
+TEST_F(NoteDraftsTest, AreFoundUntilRemovedAndOnlyForTheirDatabase) {
+    NoteDrafts drafts(folder(), "/a/Notes.mdb");
+    EXPECT_FALSE(drafts.find(17));
+    ASSERT_TRUE(drafts.write(draft));
+    draft.rtf = "later";
+    ASSERT_TRUE(drafts.write(draft));
+    const std::optional<NoteDraft> found = drafts.find(17);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->rtf, "later");
+    EXPECT_EQ(found->written, draft.written);
+    EXPECT_EQ(drafts.noteIDs(), QList<qint64>{17});
+    EXPECT_FALSE(NoteDrafts(folder(), "/b/Notes.mdb").find(17));
+    drafts.remove(17);
+    EXPECT_FALSE(drafts.find(17));
+    EXPECT_TRUE(drafts.noteIDs().isEmpty());
+}
+
+TEST_F(NoteDraftsTest, OnlyTheUserCanReadThem) {
+    NoteDrafts drafts(folder(), "/a/Notes.mdb");
+    ASSERT_TRUE(drafts.write(draft));
+    const QFileDevice::Permissions others =
+        QFileDevice::ReadGroup | QFileDevice::ReadOther | QFileDevice::WriteOther;
+    EXPECT_FALSE(QFile::permissions(onlyFile()) & others);
+}
+
+TEST_F(NoteDraftsTest, OfAWindowOpenInAnotherProcessAreLeftAlone) {
+    NoteDrafts drafts(folder(), "/a/Notes.mdb");
+    ASSERT_TRUE(drafts.write(draft));
+    QProcess other;
+    other.start("sleep", {"30"});
+    ASSERT_TRUE(other.waitForStarted());
+    QFile file(onlyFile());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray content = file.readAll();
+    content.replace(QByteArray::number(QCoreApplication::applicationPid()),
+                    QByteArray::number(other.processId()));
+    file.resize(0);
+    file.write(content);
+    file.close();
+    EXPECT_FALSE(drafts.find(17));
+    other.kill();
+    other.waitForFinished();
+    EXPECT_TRUE(drafts.find(17)); // its writer has died
+}
+
+TEST_F(NoteDraftsTest, DamagedOnesAreIgnored) {
+    NoteDrafts drafts(folder(), "/a/Notes.mdb");
+    ASSERT_TRUE(drafts.write(draft));
+    QFile file(onlyFile());
+    ASSERT_TRUE(file.resize(file.size() / 2));
+    EXPECT_FALSE(drafts.find(17));
+}
+
+} // namespace yrw

@@ -1,0 +1,281 @@
+// The text: what is saved when, conflicts, drafts, formats and what is appended.
+#include "tests/notes_window/WindowFixture.h"
+
+#include <QStandardPaths>
+
+namespace yrw::test {
+
+class NoteEditor : public WindowFixture {
+protected:
+    void SetUp() override {
+        WindowFixture::SetUp();
+        note = store.addNote("First", customer);
+        second = store.addNote("Second", customer);
+    }
+    [[nodiscard]] QString text(const Ref<Note>& of) {
+        return stored(idOf(of), "PlainNote").toString();
+    }
+    /// Another user changes the text of the first note behind the window's back.
+    void changeElsewhere(const QString& plain) {
+        store.actAs(2);
+        store.manualClock().advance(60);
+        const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
+        other->BeginMultipleFieldUpdate();
+        other->Field("PlainNote")->setValue(plain);
+        other->Field("RTFNote")->setValue(QString("{\\rtf1 " + plain + "\\par}"));
+        other->Field("ChangeDate")->setValue(store.clock().now());
+        other->EndMultipleFieldUpdate();
+        store.actAs(1);
+    }
+    Ref<Note> note;
+    Ref<Note> second;
+};
+
+TEST_F(NoteEditor, BoldTextComesBackFromTheDatabase) {
+    open(customer);
+    type("Call ");
+    press(Qt::Key_B, Qt::ControlModifier);
+    type("today");
+    store.manualClock().advance(30);
+    restart();
+    EXPECT_EQ(editor().Text(), "Call today");
+    editor().setSelStart(1);
+    EXPECT_EQ(editor().SelBold(), false);
+    editor().setSelStart(7);
+    EXPECT_EQ(editor().SelBold(), true);
+    EXPECT_TRUE(tool("tooBold").isChecked());
+    EXPECT_EQ(text(note), "Call today");
+    EXPECT_EQ(stored(idOf(note), "ChangeDate").toDateTime(), store.clock().now());
+}
+
+TEST_F(NoteEditor, LoadingIsNoEditAndTypingIs) {
+    open(customer);
+    EXPECT_FALSE(tool("tooSave").isEnabled());
+    type("a");
+    EXPECT_TRUE(tool("tooSave").isEnabled());
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(tool("tooSave").isEnabled());
+    EXPECT_EQ(text(note), "a");
+    type("b");
+    editor().undo(); // back over the save
+    editor().undo();
+    EXPECT_EQ(editor().Text(), QString());
+}
+
+TEST_F(NoteEditor, NothingTypedIsLost) {
+    const QList<std::function<void()>> ways{
+        [this] { clickRow(keyOf(second)); },
+        [this] { click("tooShowAll"); },
+        [this] { click("tooShowMyNotes"); },
+        [this] { press(Qt::Key_Escape); },
+        [this] { window->close(); },
+        [this] {
+            whenDialogOpens([](QWidget& dialog) {
+                dialog.findChild<QLineEdit*>("txtSubject")->setText("New");
+                clickIn(dialog, "cmdForm(0)");
+            });
+            press(Qt::Key_Insert);
+        },
+    };
+    QString expected;
+    for (int i = 0; i < ways.size(); ++i) {
+        SCOPED_TRACE(i);
+        open(customer, idOf(note));
+        editor().setFocus();
+        editor().moveCursor(QTextCursor::End);
+        type(QString::number(i));
+        expected += QString::number(i);
+        ways[i]();
+        EXPECT_EQ(text(note), expected);
+    }
+}
+
+TEST_F(NoteEditor, EmptyTextIsStoredAsNull) {
+    open(customer);
+    type("x");
+    press(Qt::Key_S, Qt::ControlModifier);
+    press(Qt::Key_Backspace);
+    click("tooSave");
+    EXPECT_TRUE(stored(idOf(note), "PlainNote").isNull());
+    EXPECT_TRUE(stored(idOf(note), "RTFNote").isNull());
+}
+
+TEST_F(NoteEditor, FormatKeysAndTools) {
+    struct Case {
+        Qt::Key key;
+        const char* tool;
+        std::function<bool()> isOn;
+    };
+    const QList<Case> cases{
+        {Qt::Key_B, "tooBold", [this] { return *editor().SelBold(); }},
+        {Qt::Key_I, "tooItalic", [this] { return *editor().SelItalic(); }},
+        {Qt::Key_U, "tooUnderline", [this] { return *editor().SelUnderline(); }},
+        {Qt::Key_unknown, "tooBullets", [this] { return *editor().SelBullet(); }},
+        {Qt::Key_unknown, "tooRight",
+         [this] { return editor().SelAlignment() == TextAlignment::Right; }},
+        {Qt::Key_unknown, "tooCenter",
+         [this] { return editor().SelAlignment() == TextAlignment::Center; }},
+    };
+    open(customer);
+    type("word");
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.tool);
+        if (each.key != Qt::Key_unknown) {
+            press(each.key, Qt::ControlModifier);
+            EXPECT_TRUE(each.isOn());
+            EXPECT_TRUE(tool(each.tool).isChecked());
+            press(each.key, Qt::ControlModifier);
+            EXPECT_FALSE(each.isOn());
+        }
+        click(each.tool);
+        EXPECT_TRUE(each.isOn());
+        EXPECT_TRUE(tool(each.tool).isChecked());
+    }
+    EXPECT_FALSE(tool("tooRight").isChecked());
+    click("tooIndent");
+    EXPECT_EQ(editor().SelIndent(), 20);
+    click("tooOutdent");
+    click("tooOutdent");
+    EXPECT_EQ(editor().SelIndent(), 0);
+    EXPECT_EQ(editor().Text(), "word"); // no key has typed anything
+}
+
+TEST_F(NoteEditor, AppendsDatesTimesAndStamps) {
+    struct Case {
+        Qt::Key key;
+        const char* before;
+        const char* after;
+        bool bold;
+    };
+    const QList<Case> cases{
+        {Qt::Key_D, "Due ", "Due 10/03/2026 ", false},
+        {Qt::Key_T, "At ", "At 09:00 ", false},
+        {Qt::Key_M, "", "[10/03/26 09:00 Anna Ash] -  ", true},
+        {Qt::Key_M, "Before", "Before\r\n[10/03/26 09:00 Anna Ash] -  ", true},
+    };
+    open(customer);
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.after);
+        editor().setText(each.before);
+        press(each.key, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(editor().Text(), each.after);
+        EXPECT_EQ(editor().SelBold(), false);
+        EXPECT_EQ(editor().SelStart(), editor().document()->toPlainText().size());
+        editor().setSelStart(editor().SelStart() - 4);
+        EXPECT_EQ(editor().SelBold(), each.bold);
+    }
+}
+
+TEST_F(NoteEditor, DefaultFont) {
+    open(customer);
+    EXPECT_EQ(editor().SelFontName(), "Comic Sans MS");
+    EXPECT_EQ(editor().SelFontSize(), 10);
+    script.chooseFont(
+        std::optional(FontChoice{"DejaVu Serif", 14, true, false, false, false, 0xff0000}));
+    click("tooDefaultFont");
+    EXPECT_EQ(addIn->settings().text("DefaultFontName"), "DejaVu Serif");
+    EXPECT_EQ(addIn->settings().text("DefaultFontBold"), "True");
+    open(customer);
+    type("x");
+    EXPECT_EQ(editor().SelFontName(), "DejaVu Serif");
+    EXPECT_EQ(editor().SelFontSize(), 14);
+    EXPECT_EQ(editor().SelBold(), true);
+    EXPECT_EQ(editor().SelColor(), 0xff0000);
+}
+
+TEST_F(NoteEditor, ChoosesFontAndColourOfTheSelection) {
+    open(customer);
+    type("word");
+    editor().selectAll();
+    script.chooseFont(
+        std::optional(FontChoice{"DejaVu Serif", 14, false, true, false, false, 255}));
+    click("tooChooseFont");
+    EXPECT_EQ(editor().SelFontName(), "DejaVu Serif");
+    EXPECT_EQ(editor().SelItalic(), true);
+    EXPECT_EQ(editor().SelColor(), 255);
+    script.chooseColour(std::optional(0x00ff00));
+    click("tooColour");
+    EXPECT_EQ(editor().SelColor(), 0x00ff00);
+    script.chooseColour(std::nullopt);
+    click("tooColour");
+    EXPECT_EQ(editor().SelColor(), 0x00ff00);
+}
+
+TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {
+    struct Case {
+        PromptAnswer answer;
+        const char* stored;
+    };
+    const QList<Case> cases{
+        {PromptAnswer::Yes, "mine"},
+        {PromptAnswer::No, "theirs"},
+        {PromptAnswer::Cancel, "mine\r\n[10/03/26 09:03 Ben Birch] -  \r\ntheirs"}};
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.stored);
+        note->Refresh();
+        changeElsewhere("start");
+        open(customer);
+        editor().selectAll();
+        type("mine");
+        changeElsewhere("theirs");
+        script.answer(each.answer);
+        press(Qt::Key_Escape);
+        EXPECT_TRUE(window->isUnloaded());
+        if (each.answer == PromptAnswer::Cancel) {
+            EXPECT_TRUE(text(note).startsWith("mine\r\n[")) << text(note).toStdString();
+            EXPECT_TRUE(text(note).endsWith("theirs"));
+        } else {
+            EXPECT_EQ(text(note), each.stored);
+        }
+    }
+    EXPECT_TRUE(script.asked.first().contains("Ben Birch"));
+}
+
+TEST_F(NoteEditor, NoQuestionWhenOnlyTheSubjectWasChangedElsewhere) {
+    open(customer);
+    type("mine");
+    const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
+    other->Field("Subject")->setValue("Changed");
+    other->Field("ChangeDate")->setValue(store.clock().now().addSecs(5));
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(text(note), "mine");
+    EXPECT_EQ(stored(idOf(note), "Subject"), "Changed");
+}
+
+TEST_F(NoteEditor, AfterACrashTheTypedTextIsOffered) {
+    open(customer, idOf(second));
+    type("half a sent");
+    QTest::qWait(2300);
+    crash();
+    script.answer(PromptAnswer::Yes);
+    open(customer); // goes to the note with the draft by itself
+    EXPECT_TRUE(script.asked.last().contains("Unsaved text of 09:00 was found."));
+    EXPECT_EQ(list().selectedKey(), keyOf(second));
+    EXPECT_EQ(editor().Text(), "half a sent");
+    EXPECT_TRUE(tool("tooSave").isEnabled());
+    open(customer); // closing has saved it: nothing is offered any more
+    EXPECT_EQ(text(second), "half a sent");
+}
+
+TEST_F(NoteEditor, AFailedSaveIsReportedAndKeepsTheText) {
+    open(customer);
+    type("kept");
+    store.database()->RunScript(
+        "CREATE TRIGGER refuse BEFORE UPDATE ON tblNotes BEGIN SELECT RAISE(ABORT, 'full'); END");
+    script.expectReport(1);
+    press(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_EQ(script.reports.size(), 1);
+    EXPECT_EQ(script.reports[0].source, "YRWNOTES.frmMain.SaveNote");
+    EXPECT_EQ(script.reports[0].title, "Notes Problem");
+    EXPECT_FALSE(tool("tooSave").isEnabled());
+    EXPECT_EQ(editor().Text(), "kept");
+    store.database()->RunScript("DROP TRIGGER refuse");
+    clickRow(keyOf(second));
+    script.answer(PromptAnswer::No);
+    clickRow(keyOf(note));
+    EXPECT_EQ(editor().Text(), QString());
+    clickRow(keyOf(second));
+    clickRow(keyOf(note)); // refused once, it is not offered again
+}
+
+} // namespace yrw::test
