@@ -3,7 +3,6 @@
 #include <QCommandLineParser>
 #include <QRegularExpression>
 
-#include <algorithm>
 #include <vector>
 
 namespace yrw {
@@ -141,39 +140,61 @@ QString versionText() {
         .arg(YRW_VERSION_REVISION);
 }
 
+/// The command that the arguments name; nothing when they name none. Raises for an unknown one.
+const CommandRow* commandIn(const QStringList& arguments) {
+    const qsizetype position = commandPosition(arguments);
+    if (position == 0) {
+        return nullptr;
+    }
+    const QString name = arguments.at(position);
+    for (const CommandRow& row : commandTable()) {
+        if (name == QLatin1String(row.name)) {
+            return &row;
+        }
+    }
+    throw UsageError(QStringLiteral("There is no command '%1'. The commands are %2.")
+                         .arg(name, commandNames().join(QStringLiteral(", "))));
+}
+
+/// Tells the parser what a command takes; nothing: what goes with every command.
+void describe(QCommandLineParser& parser, const CommandRow* command) {
+    parser.setApplicationDescription(QStringLiteral("Notes and reminders from a shell."));
+    addCommonOptions(parser);
+    if (command == nullptr) {
+        parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do"),
+                                     QStringLiteral("COMMAND"));
+        return;
+    }
+    const QString name = QString::fromLatin1(command->name);
+    parser.addPositionalArgument(name, QString::fromLatin1(command->meaning), name);
+    if (command->argument != nullptr) {
+        parser.addPositionalArgument(QString::fromLatin1(command->argument), QString());
+    }
+    for (const OptionRow& option : command->options) {
+        addOption(parser, option);
+    }
+}
+
+/// The argument of the command beside its options; empty when it takes none.
+QString argumentOf(const QCommandLineParser& parser, const CommandRow& command) {
+    const QString name = QString::fromLatin1(command.name);
+    const QStringList given = parser.positionalArguments().mid(1);
+    if (command.argument == nullptr && !given.isEmpty()) {
+        throw UsageError(QStringLiteral("'%1' takes no argument '%2'.").arg(name, given.first()));
+    }
+    if (command.argument != nullptr && given.size() != 1) {
+        throw UsageError(QStringLiteral("'%1' takes one argument, %2.")
+                             .arg(name, QLatin1String(command.argument)));
+    }
+    return given.value(0);
+}
+
 } // namespace
 
 CommandLine::CommandLine(const QStringList& arguments) {
-    parse(arguments);
-}
-
-void CommandLine::parse(const QStringList& arguments) {
-    const qsizetype position = commandPosition(arguments);
-    const QString name = position > 0 ? arguments.at(position) : QString();
-    const auto& table = commandTable();
-    const auto row = std::find_if(table.begin(), table.end(), [&](const CommandRow& candidate) {
-        return name == QLatin1String(candidate.name);
-    });
-    const CommandRow* command = row == table.end() ? nullptr : &*row;
-    if (command == nullptr && !name.isEmpty()) {
-        throw UsageError(QStringLiteral("There is no command '%1'. The commands are %2.")
-                             .arg(name, commandNames().join(QStringLiteral(", "))));
-    }
+    const CommandRow* command = commandIn(arguments);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Notes and reminders from a shell."));
-    addCommonOptions(parser);
-    parser.addPositionalArgument(QStringLiteral("command"),
-                                 command != nullptr ? QString::fromLatin1(command->meaning)
-                                                    : QStringLiteral("What to do"),
-                                 command != nullptr ? name : QStringLiteral("COMMAND"));
-    if (command != nullptr) {
-        if (command->argument != nullptr) {
-            parser.addPositionalArgument(QString::fromLatin1(command->argument), QString());
-        }
-        for (const OptionRow& option : command->options) {
-            addOption(parser, option);
-        }
-    }
+    describe(parser, command);
     if (!parser.parse(arguments)) {
         throw UsageError(parser.errorText());
     }
@@ -189,17 +210,10 @@ void CommandLine::parse(const QStringList& arguments) {
         throw UsageError(QStringLiteral("No command was given. The commands are %1.")
                              .arg(commandNames().join(QStringLiteral(", "))));
     }
-    m_command = name;
-    const QStringList given = parser.positionalArguments().mid(1);
-    const qsizetype wanted = command->argument != nullptr ? 1 : 0;
-    if (given.size() != wanted) {
-        throw UsageError(
-            wanted == 0 ? QStringLiteral("'%1' takes no argument '%2'.").arg(name, given.first())
-                        : QStringLiteral("'%1' takes one argument, %2.")
-                              .arg(name, QLatin1String(command->argument)));
-    }
-    m_argument = given.value(0);
-    for (const QString& option : parser.optionNames()) {
+    m_command = QString::fromLatin1(command->name);
+    m_argument = argumentOf(parser, *command);
+    const QStringList names = parser.optionNames();
+    for (const QString& option : names) {
         m_options.insert(option, parser.value(option));
     }
 }

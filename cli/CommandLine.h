@@ -49,8 +49,6 @@ public:
                                const QString& defaultWord) const;
 
 private:
-    void parse(const QStringList& arguments);
-
     QString m_command;
     QString m_answer;
     QString m_argument;

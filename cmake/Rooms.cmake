@@ -9,13 +9,12 @@ target_compile_definitions(yrw_options INTERFACE
     YRW_VERSION_REVISION=${PROJECT_VERSION_PATCH})
 target_compile_options(yrw_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-    -Wnull-dereference -Wimplicit-fallthrough -Werror)
+    -Wimplicit-fallthrough -Werror)
 target_link_options(yrw_options INTERFACE -fuse-ld=mold)
 if(YRW_SANITIZE)
-    # Null dereference warnings are unreliable in instrumented code.
+    # This warning is unreliable in instrumented code.
     target_compile_options(yrw_options INTERFACE -fsanitize=address,undefined
-        -fno-sanitize-recover=all -fno-omit-frame-pointer -O1 -Wno-null-dereference
-        -Wno-maybe-uninitialized)
+        -fno-sanitize-recover=all -fno-omit-frame-pointer -O1 -Wno-maybe-uninitialized)
     target_link_options(yrw_options INTERFACE -fsanitize=address,undefined)
 endif()
 

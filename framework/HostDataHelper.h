@@ -72,7 +72,8 @@ public:
     bool UpdateRecord(IRecord& record, const dao::ValueList& values);
 
 private:
-    void writeRow(IRecord& record, const dao::ValueList& values);
+    /// Writes one row; the written fields as they stand in the database now.
+    dao::ValueList writeRow(IRecord& record, const dao::ValueList& values);
 
     Ref<dao::Database> m_database;
     qint64 m_currentUserID = 0;

@@ -59,7 +59,7 @@ Ref<dao::Recordset> RecordBase::Recordset() const {
 
 void RecordBase::setRecordset(const Ref<dao::Recordset>& recordset) {
     m_recordset = recordset;
-    if (recordset && recordset->Bookmarkable()) {
+    if (recordset && recordset->Bookmarkable() && !recordset->AtBof() && !recordset->AtEof()) {
         m_bookmark = recordset->Bookmark();
     }
 }

@@ -101,9 +101,9 @@ Ref<IRecord> HostDataHelper::MakeRecord(const FieldDictionaryPtr& fields,
 
 bool HostDataHelper::UpdateRecord(IRecord& record, const dao::ValueList& values) {
     record.BeforeRecordUpdate();
-    writeRow(record, values);
+    const dao::ValueList stored = writeRow(record, values);
     auto* base = dynamic_cast<RecordBase*>(&record);
-    for (const dao::ValueList::Entry& entry : values) {
+    for (const dao::ValueList::Entry& entry : stored) {
         if (base != nullptr) {
             base->noteWritten(entry.name, entry.value);
         } else {
@@ -114,24 +114,30 @@ bool HostDataHelper::UpdateRecord(IRecord& record, const dao::ValueList& values)
     return true;
 }
 
-void HostDataHelper::writeRow(IRecord& record, const dao::ValueList& values) {
+dao::ValueList HostDataHelper::writeRow(IRecord& record, const dao::ValueList& values) {
+    dao::ValueList written = values;
     // One transaction around reading and writing: what is compared is what is overwritten.
     dao::Transaction transaction(Database());
     const Ref<dao::Recordset> row = openRow(Database(), record);
     if (const auto* base = dynamic_cast<const RecordBase*>(&record)) {
         checkConflicts(*row, base->valuesAsRead(), values);
     }
-    row->Edit();
-    for (const dao::ValueList::Entry& entry : values) {
-        row->setValue(entry.name, entry.value);
-    }
     if (!m_currentUserCode.isEmpty() && row->FieldIndex(kChangeUserCode) >= 0 &&
         !values.contains(kChangeUserCode)) {
-        row->setValue(kChangeUserCode, m_currentUserCode);
+        written.set(kChangeUserCode, m_currentUserCode);
+    }
+    row->Edit();
+    for (const dao::ValueList::Entry& entry : written) {
+        row->setValue(entry.name, entry.value);
     }
     row->Update();
+    // As the database keeps them: a date without its milliseconds, a number given as text.
+    for (int i = 0; i < written.count(); ++i) {
+        written.setAt(i, row->value(written.at(i).name));
+    }
     row->Close();
     transaction.commit();
+    return written;
 }
 
 } // namespace yrw

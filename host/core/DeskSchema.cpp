@@ -85,6 +85,7 @@ CREATE UNIQUE INDEX UserCode ON Users (Code);
 CREATE INDEX CustomerNo ON Customers (CustomerNo);
 CREATE INDEX CustomerName ON Customers (Name);
 CREATE INDEX CustomerTown ON Customers (Town);
+CREATE INDEX OrderNo ON Orders (OrderNo);
 CREATE INDEX OrderCustomer ON Orders (CustomerID);
 )sql");
 }

@@ -11,7 +11,8 @@ namespace yrw {
 
 namespace {
 
-enum class Kind { Plain, Checked, Unchecked };
+/// `GridKey`: the grid itself acts on the key, which is only shown.
+enum class Kind { Plain, Checked, Unchecked, GridKey };
 
 struct CommandEntry {
     DeskCommand command;
@@ -19,42 +20,41 @@ struct CommandEntry {
     const char16_t* key;
     const char16_t* caption;
     const char16_t* shortcut = u"";
-    const char16_t* icon = u"";
     bool beginsGroup = false;
     Kind kind = Kind::Plain;
 };
 
 constexpr CommandEntry kCommands[] = {
-    {DeskCommand::NewRecord, u"&Record", u"tooNew", u"&New Record", u"Ctrl+N", u"document-new"},
-    {DeskCommand::EditRecord, u"&Record", u"tooEdit", u"&Edit", u"", u"document-edit"},
-    {DeskCommand::DeleteRecord, u"&Record", u"tooDelete", u"&Delete…", u"Ctrl+Del", u"edit-delete"},
+    {DeskCommand::NewRecord, u"&Record", u"tooNew", u"&New Record", u"Ctrl+N"},
+    {DeskCommand::EditRecord, u"&Record", u"tooEdit", u"&Edit", u"F2", false, Kind::GridKey},
+    {DeskCommand::DeleteRecord, u"&Record", u"tooDelete", u"&Delete…", u"Ctrl+Del"},
     {DeskCommand::GoToCustomer, u"&Record", u"tooGoToCustomer", u"&Go to Customer", u"Ctrl+G",
-     u"go-jump", true},
-    {DeskCommand::Quit, u"&Record", u"tooQuit", u"&Quit", u"Ctrl+Q", u"application-exit", true},
+     true},
+    {DeskCommand::Quit, u"&Record", u"tooQuit", u"&Quit", u"Ctrl+Q", true},
 
-    {DeskCommand::Find, u"&View", u"tooFind", u"&Find…", u"Ctrl+F", u"edit-find"},
+    {DeskCommand::Find, u"&View", u"tooFind", u"&Find…", u"Ctrl+F"},
     {DeskCommand::FindNext, u"&View", u"tooFindNext", u"Find &Next", u"F3"},
     {DeskCommand::Filter, u"&View", u"tooFilter", u"Fi&lter", u"Ctrl+L"},
-    {DeskCommand::Refresh, u"&View", u"tooRefresh", u"&Refresh", u"F5", u"view-refresh", true},
-    {DeskCommand::Split, u"&View", u"tooSplit", u"&Split Grid in Two", u"Ctrl+T",
-     u"view-split-left-right", false, Kind::Unchecked},
-    {DeskCommand::OtherGrid, u"&View", u"tooOtherGrid", u"&Other Grid", u"F6", u"", true},
-
-    {DeskCommand::BandMain, u"&Developer", u"tooBandMain", u"Band \"bnd&Main\"", u"", u"", false,
-     Kind::Checked},
-    {DeskCommand::BandPlain, u"&Developer", u"tooBandPlain", u"Band \"M&ain\"", u"", u"", false,
+    {DeskCommand::Refresh, u"&View", u"tooRefresh", u"&Refresh", u"F5", true},
+    {DeskCommand::Split, u"&View", u"tooSplit", u"&Split Grid in Two", u"Ctrl+T", false,
      Kind::Unchecked},
-    {DeskCommand::BandAddins, u"&Developer", u"tooBandAddins", u"Band \"A&ddins\"", u"", u"", false,
+    {DeskCommand::OtherGrid, u"&View", u"tooOtherGrid", u"&Other Grid", u"F6", true},
+
+    {DeskCommand::BandMain, u"&Developer", u"tooBandMain", u"Band \"bnd&Main\"", u"", false,
+     Kind::Checked},
+    {DeskCommand::BandPlain, u"&Developer", u"tooBandPlain", u"Band \"M&ain\"", u"", false,
+     Kind::Unchecked},
+    {DeskCommand::BandAddins, u"&Developer", u"tooBandAddins", u"Band \"A&ddins\"", u"", false,
      Kind::Checked},
     {DeskCommand::NotesChecking, u"&Developer", u"tooNotesChecking", u"&Notes May Be Checked", u"",
-     u"", true, Kind::Checked},
-    {DeskCommand::LoadAddIn, u"&Developer", u"tooLoadAddIn", u"&Load Add-in", u"", u"", true},
+     true, Kind::Checked},
+    {DeskCommand::LoadAddIn, u"&Developer", u"tooLoadAddIn", u"&Load Add-in", u"", true},
     {DeskCommand::ActivateAddIn, u"&Developer", u"tooActivateAddIn", u"A&ctivate Add-in"},
     {DeskCommand::DeactivateAddIn, u"&Developer", u"tooDeactivateAddIn", u"D&eactivate Add-in"},
     {DeskCommand::ReleaseAddIn, u"&Developer", u"tooReleaseAddIn", u"&Release Add-in"},
 
-    {DeskCommand::Contents, u"&Help", u"tooContents", u"&Keys and Mouse", u"F1", u"help-contents"},
-    {DeskCommand::About, u"&Help", u"tooAbout", u"&About Yarrowen Desk…", u"", u"help-about"},
+    {DeskCommand::Contents, u"&Help", u"tooContents", u"&Keys and Mouse", u"F1"},
+    {DeskCommand::About, u"&Help", u"tooAbout", u"&About Yarrowen Desk…", u""},
 };
 
 const CommandEntry& entryOf(DeskCommand command) {
@@ -95,8 +95,13 @@ DeskCommands::DeskCommands(QMenuBar& menus, Run run) : m_run(std::move(run)) {
         }
         QAction* action = menu.addAction(QString::fromUtf16(entry.caption));
         action->setObjectName(QString::fromUtf16(entry.key));
-        action->setShortcut(QKeySequence(QString::fromUtf16(entry.shortcut)));
-        action->setCheckable(entry.kind != Kind::Plain);
+        const QString shortcut = QString::fromUtf16(entry.shortcut);
+        if (entry.kind == Kind::GridKey) {
+            action->setText(action->text() + u'\t' + shortcut);
+        } else {
+            action->setShortcut(QKeySequence(shortcut));
+        }
+        action->setCheckable(entry.kind == Kind::Checked || entry.kind == Kind::Unchecked);
         action->setChecked(entry.kind == Kind::Checked);
         QObject::connect(action, &QAction::triggered, &menus,
                          [this, command = entry.command] { m_run(command); });
@@ -151,6 +156,10 @@ bool DeskCommands::runTool(int id) const {
 
 bool DeskCommands::isChecked(DeskCommand command) const {
     return m_actions.at(command)->isChecked();
+}
+
+void DeskCommands::setEnabled(DeskCommand command, bool enabled) {
+    m_actions.at(command)->setEnabled(enabled);
 }
 
 void DeskCommands::setChecked(DeskCommand command, bool checked) {

@@ -58,6 +58,7 @@ public:
 
     [[nodiscard]] bool isChecked(DeskCommand command) const;
     void setChecked(DeskCommand command, bool checked);
+    void setEnabled(DeskCommand command, bool enabled);
 
 private:
     Run m_run;

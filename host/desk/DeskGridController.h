@@ -40,6 +40,8 @@ public:
 
     [[nodiscard]] RecordGrid& grid() const noexcept { return m_grid; }
     [[nodiscard]] QStringList layoutNames() const;
+    /// True when the layout shows every record, whatever the other grid stands on.
+    [[nodiscard]] bool showsEveryRecord() const { return layout().everyRecord; }
     /// Shows another layout and reads its rows. An unknown name loads the first layout.
     void loadLayout(const QString& name);
     /// Reads the rows anew, keeping the cursor on its record where that is still there.

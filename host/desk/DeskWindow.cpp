@@ -102,6 +102,7 @@ void DeskWindow::connectEvents() {
     connect(&m_ordersDelay, &QTimer::timeout, this, &DeskWindow::customerChanged);
     connect(&upper(), &DeskGridController::recordChanged, &m_ordersDelay,
             qOverload<>(&QTimer::start));
+    connect(&lower(), &DeskGridController::rowsRead, this, &DeskWindow::showOrdersTitle);
     connect(m_findBar, &DeskFindBar::findWanted, this, &DeskWindow::findNext);
     connect(m_findBar, &DeskFindBar::closed, this, [this] { currentPanel().grid().setFocus(); });
     connectPanel(*m_upper);
@@ -143,6 +144,7 @@ void DeskWindow::open() {
     m_upper->grid().setFocus();
     makeCurrent(*m_upper);
     loadAddIn();
+    updateCommands();
 }
 
 void DeskWindow::loadAddIn() {
@@ -250,18 +252,28 @@ void DeskWindow::makeCurrent(GridPanel& panel) {
 }
 
 void DeskWindow::customerChanged() {
-    if (!m_open) {
+    if (!m_open || lower().showsEveryRecord()) {
         return;
     }
     reportErrors(m_services.utility, QStringLiteral("YRWDesk.DeskWindow.CustomerChanged"),
-                 QStringLiteral("The orders could not be shown."), kTitle, [this] {
-                     const Ref<IRecord> customer = upper().CurrentRecord();
-                     m_lower->setTitle(
-                         customer ? QString(u"Orders of " +
-                                            customer->value(QStringLiteral("Name")).toString())
-                                  : QStringLiteral("Orders"));
-                     lower().rebind();
-                 });
+                 QStringLiteral("The orders could not be shown."), kTitle,
+                 [this] { lower().rebind(); });
+}
+
+void DeskWindow::showOrdersTitle() {
+    const Ref<IRecord> customer =
+        m_open && !lower().showsEveryRecord() ? upper().CurrentRecord() : Ref<IRecord>();
+    m_lower->setTitle(
+        customer ? QString(u"Orders of " + customer->value(QStringLiteral("Name")).toString())
+                 : QStringLiteral("Orders"));
+}
+
+void DeskWindow::updateCommands() {
+    const bool loaded = m_addIns.isLoaded();
+    m_commands->setEnabled(DeskCommand::LoadAddIn, !loaded && !m_options.addInProgID.isEmpty());
+    m_commands->setEnabled(DeskCommand::ActivateAddIn, loaded);
+    m_commands->setEnabled(DeskCommand::DeactivateAddIn, loaded);
+    m_commands->setEnabled(DeskCommand::ReleaseAddIn, loaded);
 }
 
 void DeskWindow::run(DeskCommand command) {
@@ -295,6 +307,7 @@ void DeskWindow::run(DeskCommand command) {
     reportErrors(m_services.utility, QStringLiteral("YRWDesk.DeskWindow.Run"),
                  QStringLiteral("This could not be done."), kTitle,
                  [&] { (this->*operation->second)(); });
+    updateCommands();
 }
 
 void DeskWindow::quit() {

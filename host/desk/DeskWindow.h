@@ -99,6 +99,8 @@ private:
     void focusMoved(QWidget* focused);
     void makeCurrent(GridPanel& panel);
     void customerChanged();
+    void showOrdersTitle();
+    void updateCommands();
     void recordAdded(GridPanel& panel);
     void reloadLayouts();
     bool showHelp(int topic);

@@ -48,15 +48,17 @@ QList<GridLayout> orderLayouts() {
     const GridColumn amount = column(u"Amount", u"Amount", 1350);
     const GridColumn state = column(u"State", u"State", 1350);
     const GridColumn customer = column(u"CustomerID", u"Customer ID", 1500);
-    const GridColumn customerName = column(u"CustomerName", u"Customer", 4200, false);
+    const GridColumn customerName = column(u"CustomerName", u"Customer", 3600, false);
+    GridColumn shortItem = item;
+    shortItem.widthTwips = 3300;
     return {
         {QStringLiteral("Orders of the customer"),
          {number, date, item, quantity, amount, state, customer, hiddenKey()},
          QStringLiteral("OrderNo")},
         {QStringLiteral("Short"), {number, item, state, hiddenKey()}, QStringLiteral("OrderNo")},
         {QStringLiteral("All orders"),
-         {number, customer, customerName, date, item, amount, state, hiddenKey()},
-         QStringLiteral("RecordID"),
+         {number, customer, customerName, date, shortItem, amount, state, hiddenKey()},
+         QStringLiteral("OrderNo"),
          true},
     };
 }

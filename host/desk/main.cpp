@@ -74,7 +74,11 @@ std::optional<DeskOptions> readOptions(const QApplication& application, QString&
         QStringLiteral("Customers that a new database gets (1 to %1).").arg(kMostCustomers),
         QStringLiteral("N"), QString::number(kDefaultCustomers));
     parser.addOptions({data, user, records});
-    parser.process(application);
+    if (!parser.parse(QApplication::arguments())) {
+        problem = parser.errorText();
+        return std::nullopt;
+    }
+    parser.process(application); // answers the questions for help and version
 
     bool isNumber = false;
     DeskOptions options;
@@ -99,7 +103,6 @@ std::optional<DeskOptions> readOptions(const QApplication& application, QString&
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("yrwhost"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Yarrowen Desk"));
     QApplication::setApplicationVersion(QStringLiteral("%1.%2.%3")
                                             .arg(YRW_VERSION_MAJOR)
                                             .arg(YRW_VERSION_MINOR)

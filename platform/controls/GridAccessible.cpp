@@ -3,7 +3,6 @@
 #include "platform/controls/GridBody.h"
 
 #include <QAccessibleWidget>
-#include <QPointer>
 
 #include <mutex>
 
@@ -14,14 +13,13 @@ namespace {
 /// One row in view: its texts with their headers.
 class RowItem final : public QAccessibleInterface {
 public:
-    RowItem(GridBody& body, qint64 row) : m_body(&body), m_row(row) {}
+    /// The pane's own item, which holds this one, ends with the pane.
+    RowItem(GridBody& body, qint64 row) : m_body(body), m_row(row) {}
 
-    [[nodiscard]] bool isValid() const override {
-        return !m_body.isNull() && !m_body->rowRect(m_row).isEmpty();
-    }
+    [[nodiscard]] bool isValid() const override { return !m_body.rowRect(m_row).isEmpty(); }
     [[nodiscard]] QObject* object() const override { return nullptr; }
     [[nodiscard]] QAccessibleInterface* parent() const override {
-        return QAccessible::queryAccessibleInterface(m_body.data());
+        return QAccessible::queryAccessibleInterface(&m_body);
     }
     [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
     [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
@@ -29,17 +27,17 @@ public:
     [[nodiscard]] int indexOfChild(const QAccessibleInterface*) const override { return -1; }
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::ListItem; }
     [[nodiscard]] QRect rect() const override {
-        const QRect line = m_body->rowRect(m_row);
-        return {m_body->mapToGlobal(line.topLeft()), line.size()};
+        const QRect line = m_body.rowRect(m_row);
+        return {m_body.mapToGlobal(line.topLeft()), line.size()};
     }
     void setText(QAccessible::Text, const QString&) override {}
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
         switch (kind) {
         case QAccessible::Name:
-            return m_body->rowText(m_row);
+            return m_body.rowText(m_row);
         case QAccessible::Value:
-            return m_body->cursorText(m_row);
+            return m_body.cursorText(m_row);
         default:
             return {};
         }
@@ -49,43 +47,43 @@ public:
         QAccessible::State state;
         state.selectable = true;
         state.focusable = true;
-        state.selected = m_body->isCursorRow(m_row);
-        state.focused = state.selected && m_body->hasFocus();
+        state.selected = m_body.isCursorRow(m_row);
+        state.focused = state.selected && m_body.hasFocus();
         return state;
     }
 
 private:
-    QPointer<GridBody> m_body;
+    GridBody& m_body;
     qint64 m_row;
 };
 
 /// The rows of one pane as a list of those in view.
 class BodyList final : public QAccessibleWidget {
 public:
-    explicit BodyList(GridBody& body) : QAccessibleWidget(&body, QAccessible::List) {}
+    explicit BodyList(GridBody& body) : QAccessibleWidget(&body, QAccessible::List), m_body(body) {}
     BodyList(const BodyList&) = delete;
     BodyList& operator=(const BodyList&) = delete;
     ~BodyList() override { forgetItems(); }
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Name ? body().gridName() : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name ? m_body.gridName() : QAccessibleWidget::text(kind);
     }
-    [[nodiscard]] int childCount() const override { return body().rowsInView(); }
+    [[nodiscard]] int childCount() const override { return m_body.rowsInView(); }
     [[nodiscard]] QAccessibleInterface* child(int index) const override {
-        return index < 0 || index >= childCount() ? nullptr : item(body().firstRow() + index);
+        return index < 0 || index >= childCount() ? nullptr : item(m_body.firstRow() + index);
     }
     [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override {
-        const qint64 row = body().rowAt(body().mapFromGlobal(QPoint(x, y)).y());
+        const qint64 row = m_body.rowAt(m_body.mapFromGlobal(QPoint(x, y)).y());
         return row < 0 ? nullptr : item(row);
     }
     [[nodiscard]] QAccessibleInterface* focusChild() const override {
-        const qint64 row = body().cursorRow();
+        const qint64 row = m_body.cursorRow();
         return row < 0 ? nullptr : item(row);
     }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface* wanted) const override {
         for (auto it = m_items.constBegin(); it != m_items.constEnd(); ++it) {
             if (QAccessible::accessibleInterface(it.value()) == wanted) {
-                return static_cast<int>(it.key() - body().firstRow());
+                return static_cast<int>(it.key() - m_body.firstRow());
             }
         }
         return -1;
@@ -94,16 +92,14 @@ public:
 private:
     static constexpr int kMostItems = 500;
 
-    [[nodiscard]] GridBody& body() const { return *static_cast<GridBody*>(object()); }
-
     QAccessibleInterface* item(qint64 row) const {
-        if (const auto known = m_items.constFind(row); known != m_items.constEnd()) {
-            return QAccessible::accessibleInterface(*known);
+        if (m_items.contains(row)) {
+            return QAccessible::accessibleInterface(m_items.value(row));
         }
         if (m_items.size() >= kMostItems) {
             forgetItems();
         }
-        auto* const made = new RowItem(body(), row);
+        auto* const made = new RowItem(m_body, row);
         m_items.insert(row, QAccessible::registerAccessibleInterface(made));
         return made;
     }
@@ -114,6 +110,7 @@ private:
         m_items.clear();
     }
 
+    GridBody& m_body;
     mutable QHash<qint64, QAccessible::Id> m_items;
 };
 

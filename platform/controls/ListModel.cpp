@@ -12,9 +12,15 @@ namespace yrw {
 
 namespace {
 
-int compareTexts(const QString& a, const QString& b) {
-    const int folded = QString::compare(a, b, Qt::CaseInsensitive);
-    return folded != 0 ? folded : QString::compare(a, b, Qt::CaseSensitive);
+constexpr QChar kSeparator(u'\x1F');
+
+int compareTexts(QStringView a, QStringView b) {
+    const int folded = a.compare(b, Qt::CaseInsensitive);
+    return folded != 0 ? folded : a.compare(b, Qt::CaseSensitive);
+}
+
+QString withoutSeparators(QString text) {
+    return text.contains(kSeparator) ? text.replace(kSeparator, u' ') : text;
 }
 
 QFont boldFont() {
@@ -24,6 +30,38 @@ QFont boldFont() {
 }
 
 } // namespace
+
+ListModel::Row ListModel::packed(const ListItem& item) {
+    qsizetype length = item.key.size() + item.texts.size();
+    for (const QString& text : item.texts) {
+        length += text.size();
+    }
+    Row row;
+    row.parts.reserve(length);
+    row.parts += withoutSeparators(item.key);
+    for (const QString& text : item.texts) {
+        row.parts += kSeparator;
+        row.parts += withoutSeparators(text);
+    }
+    row.bold = item.bold;
+    row.hasColour = item.foreColour.has_value();
+    row.colour = row.hasColour ? item.foreColour->rgb() : 0;
+    return row;
+}
+
+QStringView ListModel::part(const Row& row, int index) {
+    const QStringView all(row.parts);
+    qsizetype start = 0;
+    for (; index > 0; --index) {
+        const qsizetype end = all.indexOf(kSeparator, start);
+        if (end < 0) {
+            return {};
+        }
+        start = end + 1;
+    }
+    const qsizetype end = all.indexOf(kSeparator, start);
+    return all.mid(start, end < 0 ? -1 : end - start);
+}
 
 void ListModel::addColumn(const QString& header, const QString& key) {
     const int column = static_cast<int>(m_columns.size());
@@ -35,9 +73,11 @@ void ListModel::addColumn(const QString& header, const QString& key) {
 void ListModel::removeColumn(int column) {
     beginRemoveColumns({}, column, column);
     m_columns.removeAt(column);
-    for (ListItem& item : m_items) {
-        if (column < item.texts.size()) {
-            item.texts.removeAt(column);
+    for (Row& row : m_rows) {
+        QStringList parts = row.parts.split(kSeparator);
+        if (column + 1 < parts.size()) {
+            parts.removeAt(column + 1);
+            row.parts = parts.join(kSeparator);
         }
     }
     endRemoveColumns();
@@ -54,119 +94,141 @@ int ListModel::columnOf(const QString& key) const {
 
 void ListModel::clear() {
     beginResetModel();
-    m_items.clear();
-    m_rows.clear();
-    m_rowsValid = true;
+    m_rows = {};
+    m_placesValid = false;
     endResetModel();
 }
 
-void ListModel::append(QList<ListItem> items) {
+void ListModel::append(const QList<ListItem>& items) {
     if (items.isEmpty()) {
         return;
     }
-    const int first = static_cast<int>(m_items.size());
+    const int first = rowCount();
     beginInsertRows({}, first, first + static_cast<int>(items.size()) - 1);
-    if (m_items.isEmpty()) {
-        m_items = std::move(items);
-    } else {
-        m_items.append(std::move(items));
+    m_rows.reserve(m_rows.size() + size_t(items.size()));
+    for (const ListItem& item : items) {
+        m_rows.push_back(packed(item));
     }
-    m_rowsValid = false;
+    m_placesValid = false;
     endInsertRows();
 }
 
-void ListModel::insert(int row, ListItem item) {
+void ListModel::insert(int row, const ListItem& item) {
     beginInsertRows({}, row, row);
-    m_items.insert(row, std::move(item));
-    m_rowsValid = false;
+    m_rows.insert(m_rows.begin() + row, packed(item));
+    m_placesValid = false;
     endInsertRows();
 }
 
 void ListModel::remove(int row) {
     beginRemoveRows({}, row, row);
-    m_items.removeAt(row);
-    m_rowsValid = false;
+    m_rows.erase(m_rows.begin() + row);
+    m_placesValid = false;
     endRemoveRows();
 }
 
 void ListModel::setText(int row, int column, const QString& text) {
-    QStringList& texts = m_items[row].texts;
-    while (texts.size() <= column) {
-        texts.append(QString());
+    QString& own = m_rows[size_t(row)].parts;
+    QStringList parts = own.split(kSeparator);
+    while (parts.size() <= column + 1) {
+        parts.append(QString());
     }
-    texts[column] = text;
+    parts[column + 1] = withoutSeparators(text);
+    own = parts.join(kSeparator);
     Q_EMIT dataChanged(index(row, column), index(row, column));
 }
 
 void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreColour) {
-    m_items[row].bold = bold;
-    m_items[row].foreColour = foreColour;
+    Row& own = m_rows[size_t(row)];
+    own.bold = bold;
+    own.hasColour = foreColour.has_value();
+    own.colour = own.hasColour ? foreColour->rgb() : 0;
     Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 
-int ListModel::rowOf(const QString& key) const {
-    if (!m_rowsValid) {
-        m_rows.clear();
-        m_rows.reserve(m_items.size());
-        for (int i = 0; i < m_items.size(); ++i) {
-            m_rows.insert(m_items.at(i).key, i);
-        }
-        m_rowsValid = true;
+std::optional<QColor> ListModel::foreColour(int row) const {
+    const Row& own = m_rows[size_t(row)];
+    return own.hasColour ? std::optional<QColor>(QColor::fromRgb(own.colour)) : std::nullopt;
+}
+
+void ListModel::indexKeys() const {
+    m_places.clear();
+    m_places.reserve(m_rows.size());
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        m_places.emplace_back(qHash(part(m_rows[row], 0)), static_cast<int>(row));
     }
-    return m_rows.value(key, -1);
+    std::sort(m_places.begin(), m_places.end());
+    m_placesValid = true;
+}
+
+int ListModel::rowOf(const QString& key) const {
+    if (!m_placesValid) {
+        indexKeys();
+    }
+    const size_t hash = qHash(QStringView(key));
+    auto place = std::lower_bound(m_places.begin(), m_places.end(), std::make_pair(hash, 0));
+    for (; place != m_places.end() && place->first == hash; ++place) {
+        if (part(m_rows[size_t(place->second)], 0) == key) {
+            return place->second;
+        }
+    }
+    return -1;
 }
 
 void ListModel::sortRows(int column, Qt::SortOrder order) {
-    QList<int> rows(m_items.size());
+    std::vector<int> rows(m_rows.size());
     std::iota(rows.begin(), rows.end(), 0);
-    const auto before = [this, column](int a, int b) {
-        return compareTexts(textAt(a, column), textAt(b, column)) < 0;
+    std::vector<QStringView> texts;
+    texts.reserve(m_rows.size());
+    for (const Row& row : m_rows) {
+        texts.push_back(part(row, column + 1));
+    }
+    const auto compared = [&texts](int a, int b) {
+        return compareTexts(texts[size_t(a)], texts[size_t(b)]);
     };
-    if (order == Qt::AscendingOrder) {
-        std::stable_sort(rows.begin(), rows.end(), before);
-    } else {
-        std::stable_sort(rows.begin(), rows.end(), [&](int a, int b) { return before(b, a); });
-    }
+    const bool ascending = order == Qt::AscendingOrder;
+    std::stable_sort(rows.begin(), rows.end(), [&](int a, int b) {
+        return ascending ? compared(a, b) < 0 : compared(b, a) < 0;
+    });
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-    QList<ListItem> sorted;
-    sorted.reserve(m_items.size());
-    for (const int row : std::as_const(rows)) {
-        sorted.append(std::move(m_items[row]));
+    std::vector<Row> sorted;
+    sorted.reserve(m_rows.size());
+    for (const int row : rows) {
+        sorted.push_back(std::move(m_rows[size_t(row)]));
     }
-    m_items = std::move(sorted);
-    m_rowsValid = false;
+    m_rows = std::move(sorted);
+    m_placesValid = false;
     moveSelections(rows);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-void ListModel::moveSelections(const QList<int>& order) {
+void ListModel::moveSelections(const std::vector<int>& order) {
     const QModelIndexList before = persistentIndexList();
     if (before.isEmpty()) {
         return;
     }
-    QList<int> place(order.size());
-    for (int i = 0; i < order.size(); ++i) {
-        place[order.at(i)] = i;
+    std::vector<int> place(order.size());
+    for (size_t i = 0; i < order.size(); ++i) {
+        place[size_t(order[i])] = static_cast<int>(i);
     }
     QModelIndexList after;
     for (const QModelIndex& old : before) {
-        after.append(index(place.at(old.row()), old.column()));
+        after.append(index(place[size_t(old.row())], old.column()));
     }
     changePersistentIndexList(before, after);
 }
 
-int ListModel::sortedPlace(const QString& text, int column, Qt::SortOrder order) const {
-    const auto first =
-        std::upper_bound(m_items.begin(), m_items.end(), text,
-                         [column, order](const QString& wanted, const ListItem& item) {
-                             const int compared = compareTexts(wanted, item.texts.value(column));
-                             return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
-                         });
-    return static_cast<int>(first - m_items.begin());
+int ListModel::sortedPlace(QStringView text, int column, Qt::SortOrder order) const {
+    const auto first = std::upper_bound(
+        m_rows.begin(), m_rows.end(), text, [column, order](QStringView wanted, const Row& row) {
+            const int compared = compareTexts(wanted, part(row, column + 1));
+            return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
+        });
+    return static_cast<int>(first - m_rows.begin());
 }
 
 int ListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(m_items.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
 
 int ListModel::columnCount(const QModelIndex& parent) const {
@@ -174,14 +236,15 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
-    const ListItem& item = m_items.at(index.row());
+    const Row& row = m_rows[size_t(index.row())];
     switch (role) {
     case Qt::DisplayRole:
-        return item.texts.value(index.column());
+        return part(row, index.column() + 1).toString();
     case Qt::FontRole:
-        return item.bold ? QVariant(boldFont()) : QVariant();
+        return row.bold ? QVariant(boldFont()) : QVariant();
     case Qt::ForegroundRole:
-        return item.foreColour ? QVariant(readableOn(m_background, *item.foreColour)) : QVariant();
+        return row.hasColour ? QVariant(readableOn(m_background, QColor::fromRgb(row.colour)))
+                             : QVariant();
     default:
         return {};
     }

@@ -3,12 +3,16 @@
 #include "platform/controls/ListView.h"
 
 #include <QAbstractTableModel>
-#include <QHash>
+
+#include <utility>
+#include <vector>
 
 namespace yrw {
 
 /// Rows and columns of a `ListView`, kept in the order shown.
 ///
+/// A row is one text that holds the key and the texts, since most of the memory of a long list
+/// would otherwise be what surrounds many short texts.
 /// Thread: the user-interface thread.
 class ListModel final : public QAbstractTableModel {
     Q_OBJECT
@@ -22,23 +26,26 @@ public:
     [[nodiscard]] int columnOf(const QString& key) const;
 
     void clear();
-    void append(QList<ListItem> items);
-    void insert(int row, ListItem item);
+    void append(const QList<ListItem>& items);
+    void insert(int row, const ListItem& item);
     void remove(int row);
     void setText(int row, int column, const QString& text);
     void setStyle(int row, bool bold, const std::optional<QColor>& foreColour);
 
-    [[nodiscard]] const ListItem& item(int row) const { return m_items.at(row); }
+    [[nodiscard]] QString keyAt(int row) const { return part(m_rows[size_t(row)], 0).toString(); }
+    [[nodiscard]] bool isBold(int row) const { return m_rows[size_t(row)].bold; }
+    [[nodiscard]] std::optional<QColor> foreColour(int row) const;
     /// Row of a key, -1 when absent.
     [[nodiscard]] int rowOf(const QString& key) const;
-    [[nodiscard]] QString textAt(int row, int column) const {
-        return m_items.at(row).texts.value(column);
+    /// Valid until the row is changed.
+    [[nodiscard]] QStringView textAt(int row, int column) const {
+        return part(m_rows[size_t(row)], column + 1);
     }
 
     /// Sorts by a column, keeping the order of rows with equal texts.
     void sortRows(int column, Qt::SortOrder order);
     /// Row at which a text belongs among sorted rows: behind those with the same text.
-    [[nodiscard]] int sortedPlace(const QString& text, int column, Qt::SortOrder order) const;
+    [[nodiscard]] int sortedPlace(QStringView text, int column, Qt::SortOrder order) const;
     /// Colours are painted so that they can be read on this background.
     void setBackground(const QColor& colour) { m_background = colour; }
 
@@ -54,13 +61,24 @@ private:
         QString key;
     };
 
-    void moveSelections(const QList<int>& order);
+    struct Row {
+        QString parts; ///< key and texts, each but the last followed by a separator
+        QRgb colour = 0;
+        bool hasColour = false;
+        bool bold = false;
+    };
+    using Places = std::vector<std::pair<size_t, int>>; ///< hash of a key and its row, sorted
+
+    [[nodiscard]] static Row packed(const ListItem& item);
+    [[nodiscard]] static QStringView part(const Row& row, int index);
+    void moveSelections(const std::vector<int>& order);
+    void indexKeys() const;
 
     QList<Column> m_columns;
-    QList<ListItem> m_items;
+    std::vector<Row> m_rows;
     QColor m_background = Qt::white;
-    mutable QHash<QString, int> m_rows; ///< made anew when rows moved
-    mutable bool m_rowsValid = true;
+    mutable Places m_places; ///< made anew when rows moved
+    mutable bool m_placesValid = true;
 };
 
 } // namespace yrw

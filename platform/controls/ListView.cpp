@@ -113,16 +113,16 @@ void ListView::clearItems() {
     m_private->model.clear();
 }
 
-void ListView::addItems(QList<ListItem> items) {
-    m_private->model.append(std::move(items));
+void ListView::addItems(const QList<ListItem>& items) {
+    m_private->model.append(items);
     m_private->sortAll();
 }
 
-int ListView::addItem(ListItem item) {
+int ListView::addItem(const ListItem& item) {
     const int row = isSorted() ? m_private->model.sortedPlace(item.texts.value(sortKey()),
                                                               sortKey(), sortOrder())
                                : itemCount();
-    m_private->model.insert(row, std::move(item));
+    m_private->model.insert(row, item);
     return row;
 }
 
@@ -141,12 +141,12 @@ int ListView::rowOf(const QString& key) const {
 }
 
 QString ListView::keyAt(int row) const {
-    return row >= 0 && row < itemCount() ? m_private->model.item(row).key : QString();
+    return row >= 0 && row < itemCount() ? m_private->model.keyAt(row) : QString();
 }
 
 QString ListView::text(const QString& key, int column) const {
     const int row = rowOf(key);
-    return row < 0 ? QString() : m_private->model.textAt(row, column);
+    return row < 0 ? QString() : m_private->model.textAt(row, column).toString();
 }
 
 void ListView::setItemText(const QString& key, int column, const QString& text) {
@@ -164,12 +164,12 @@ void ListView::setItemStyle(const QString& key, bool bold,
 
 bool ListView::isBold(const QString& key) const {
     const int row = rowOf(key);
-    return row >= 0 && m_private->model.item(row).bold;
+    return row >= 0 && m_private->model.isBold(row);
 }
 
 std::optional<QColor> ListView::foreColour(const QString& key) const {
     const int row = rowOf(key);
-    return row < 0 ? std::nullopt : m_private->model.item(row).foreColour;
+    return row < 0 ? std::nullopt : m_private->model.foreColour(row);
 }
 
 QString ListView::selectedKey() const {

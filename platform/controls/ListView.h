@@ -42,9 +42,9 @@ public:
 
     void clearItems();
     /// Adds many rows in one go.
-    void addItems(QList<ListItem> items);
+    void addItems(const QList<ListItem>& items);
     /// Adds one row at its sorted place (at the end while sorting is off); its row.
-    int addItem(ListItem item);
+    int addItem(const ListItem& item);
     void removeItem(const QString& key);
     [[nodiscard]] int itemCount() const;
     /// Row of a key, -1 when absent.

@@ -26,10 +26,27 @@ private:
 
 /// An open database.
 ///
-/// Lifetime: counted; closed by `Close`, by its workspace, or with its last reference. Closing
-/// closes its recordsets. Calls other than `Close`, `Name` and `isOpen` raise
-/// `kErrorObjectClosed` afterwards.
-/// Thread: the user-interface thread.
+/// Stored queries are the file's views, and the rows of its table `tblQueries`: `Name`, `Kind`
+/// ("view", "select" or "action"), `BaseTable`, `SQL` in the engine's language with parameters
+/// written `:Name`, and `Parameters`, a list "Name Type, Name Type" in order. `Now()` in such a
+/// text is the clock's local time. Rows of a query can be changed when `BaseTable` names a table
+/// whose key is among the query's columns; a view that should be changeable has a row of kind
+/// "view". A file without `tblQueries` simply has no more than its views.
+///
+/// Reading: in a running event loop the reads of one turn see one state of the database and share
+/// one read transaction, which ends when control returns to the loop. Outside a loop every read
+/// stands alone, but a forward-only recordset holds its read transaction until its end, its
+/// closing, or the next write.
+///
+/// Several programs: a write that finds the database locked waits up to 5 seconds and then raises
+/// `kErrorLocked`, whose description names the file and, where the system tells, the process. Any
+/// call that reaches the file may raise that, `kErrorDiskFull`, `kErrorNotADatabase` (damage) or
+/// `kErrorDatabaseEngine`; nothing stays open behind an error.
+///
+/// Lifetime: counted; closed by `Close`, by its workspace, or with the last reference to it and to
+/// its recordsets, which keep it. It keeps its workspace. Closing closes its recordsets. Calls
+/// other than `Close`, `Name` and `isOpen` raise `kErrorObjectClosed` afterwards. Thread: the
+/// user-interface thread.
 class Database : public virtual Counted {
 public:
     ~Database() override;
@@ -56,12 +73,15 @@ public:
                                                    RecordsetType type = RecordsetType::Default,
                                                    int options = kNoOptions) = 0;
     /// Runs a stored action query in one immediate transaction; returns the number of rows.
+    /// Raises `kErrorNotInCollection` for an unknown name or parameter and for a query that is no
+    /// action.
     virtual qint64 ExecuteQuery(const QString& name, const Parameters& parameters) = 0;
     /// Deletes the rows of a table whose field equals a value; returns the number of rows.
+    /// Raises `kErrorNotInCollection` for an unknown table or field.
     virtual qint64 DeleteRows(const QString& table, const QString& field,
                               const QVariant& value) = 0;
     /// Runs a creation or upgrade script: statements of the engine's own language, separated by
-    /// ';', in one transaction. For the tools that make databases.
+    /// ';', in one transaction: it is done whole or not at all. For the tools that make databases.
     virtual void RunScript(const QString& script) = 0;
 
     [[nodiscard]] virtual QStringList TableNames() const = 0;
@@ -71,19 +91,24 @@ public:
     /// Number of the schema that the file carries; 0 when none was set.
     [[nodiscard]] virtual int SchemaVersion() const = 0;
     virtual void setSchemaVersion(int version) = 0;
-    /// Runs the engine's integrity check; the problems found, none when all is well.
+    /// Runs the engine's integrity check; the problems found, one a line, none when all is well.
     [[nodiscard]] virtual QStringList CheckIntegrity() = 0;
-    /// A number that changes whenever another connection has written.
+    /// A number that changes whenever another connection has written; seen from one turn of the
+    /// event loop to the next.
     [[nodiscard]] virtual qint64 DataVersion() = 0;
-    /// Copies the whole database, as it stands committed, into a new file.
+    /// Copies the whole database, as it stands committed, into a new file. The file appears when it
+    /// is complete and on the disk. Raises `kErrorCannotOpenDatabase` when the name is taken,
+    /// `kErrorDatabaseEngine` inside a transaction.
     virtual void CopyTo(const QString& path) = 0;
 
     /// Ends the read transaction that painting opened, if any. The data layer calls it by itself
     /// when control returns to the event loop.
     virtual void EndReadTransaction() = 0;
 
-    // Transactions. Writes outside one are each their own immediate transaction. Nested calls
-    // count; only the outermost commits. Use `Transaction` instead of calling these.
+    // Transactions. Writes outside one are each their own immediate transaction. Nested ones may
+    // be rolled back by themselves; what they did is stored when the outermost commits. A commit
+    // that fails leaves the transaction open for `Rollback`. `CommitTrans` and `Rollback` without a
+    // transaction raise `kErrorInvalidOperation`. Use `Transaction` instead of calling these.
     virtual void BeginTrans() = 0;
     virtual void CommitTrans() = 0;
     virtual void Rollback() = 0;
@@ -109,8 +134,8 @@ private:
 
 /// How a database is opened.
 struct OpenOptions {
-    bool exclusive = false;
-    bool readOnly = false; ///< a file or folder that cannot be written opens read-only by itself
+    bool exclusive = false; ///< nobody else can open it; raises `kErrorLocked` when somebody has
+    bool readOnly = false;  ///< a file or folder that cannot be written opens read-only by itself
 };
 
 /// Opens databases and closes all that was opened through it.
@@ -124,7 +149,9 @@ public:
     [[nodiscard]] virtual bool isOpen() const = 0;
     /// Opens a database file. Raises `kErrorCannotOpenDatabase` when it is missing or cannot be
     /// opened, `kErrorNotADatabase` when it is none or damaged, `kErrorLocked` when it stayed
-    /// locked; the description names the file.
+    /// locked; the description names the file. A file on a local disk is turned to the write-ahead
+    /// journal; one that was ever opened over a network mount keeps the rollback journal for
+    /// everybody, and `kErrorLocked` is raised while others keep it from being turned.
     [[nodiscard]] virtual Ref<Database> OpenDatabase(const QString& path,
                                                      const OpenOptions& options = {}) = 0;
     /// Makes an empty database file; raises `kErrorCannotOpenDatabase` when the file is there.

@@ -65,8 +65,9 @@ public:
     /// To the first row; in an empty recordset it stays, `AtBof` and `AtEof` both true.
     virtual void MoveFirst() = 0;
     virtual void MoveLast() = 0;
-    /// One row on; from the last row `AtEof` becomes true. At `AtEof` already: raises
-    /// `kErrorNoCurrentRecord`. A pending edit is dropped, as by every move.
+    /// One row on, passing over rows that were deleted; from the last row `AtEof` becomes true. At
+    /// `AtEof` already: raises `kErrorNoCurrentRecord`. A pending edit is dropped, as by every
+    /// move.
     virtual void MoveNext() = 0;
     /// One row back; from the first row `AtBof` becomes true. At `AtBof` already: raises
     /// `kErrorNoCurrentRecord`.
@@ -88,7 +89,8 @@ public:
     /// Raises `kErrorNoCurrentRecord` at either end.
     [[nodiscard]] virtual yrw::dao::Bookmark Bookmark() const = 0;
     /// Goes to a place. Raises `kErrorNotBookmarkable` for a null or foreign one; a row deleted
-    /// meanwhile raises `kErrorNoCurrentRecord` when it is read.
+    /// meanwhile raises `kErrorNoCurrentRecord` when it is read. In a table type the place is the
+    /// row's key.
     virtual void setBookmark(yrw::dao::Bookmark bookmark) = 0;
     /// The place of the row that `Update` wrote last, for going to a row just added.
     [[nodiscard]] virtual yrw::dao::Bookmark LastModified() const = 0;
@@ -122,7 +124,10 @@ public:
     /// Writes the edit buffer in one immediate transaction and leaves the cursor on the row it was
     /// on (a new row is at `LastModified`). Only columns that were set are written. A column that
     /// this update writes and that someone else changed since the row was read raises
-    /// `kErrorConflict` as a `ConflictError`; the buffer stays.
+    /// `kErrorConflict` as a `ConflictError`; nothing is written and the buffer stays. Updating
+    /// again then writes, unless the field was changed once more. The stamps of the last change,
+    /// `ChangeDate` and `ChangeUserCode`, never conflict. A row deleted meanwhile raises
+    /// `kErrorNoCurrentRecord`; every other failure leaves the buffer as well.
     virtual void Update() = 0;
     /// Drops the edit buffer; no error when there is none.
     virtual void CancelUpdate() = 0;

@@ -106,7 +106,8 @@ void RichTextBox::insertFromMimeData(const QMimeData* source) {
         insertModel(rtf::read(QByteArrayView(source->data(kOwnType))), true);
         return;
     }
-    if (areLocalFiles(source->urls()) && insertFiles(source->urls())) {
+    if (areLocalFiles(source->urls())) {
+        insertFiles(source->urls());
         return;
     }
     const QByteArray rtf = rtfOf(*source);
@@ -151,7 +152,7 @@ void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
     setTextCursor(cursor);
 }
 
-bool RichTextBox::insertFiles(const QList<QUrl>& urls) {
+void RichTextBox::insertFiles(const QList<QUrl>& urls) {
     for (const QUrl& url : urls) {
         const QString path = url.toLocalFile();
         try {
@@ -167,7 +168,6 @@ bool RichTextBox::insertFiles(const QList<QUrl>& urls) {
             Q_EMIT insertionFailed(error.description());
         }
     }
-    return true;
 }
 
 void RichTextBox::pastePlain() {

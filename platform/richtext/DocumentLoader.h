@@ -6,6 +6,9 @@
 
 #include <vector>
 
+class QTextList;
+class QTextTable;
+
 namespace yrw::richtext {
 
 /// Puts a document model into a text document at a cursor.
@@ -31,7 +34,7 @@ private:
     /// Inserts the table that begins at paragraph `first`; returns the paragraph behind it.
     int table(QTextCursor& cursor, int first);
     int rowsOfTable(int first, int& columns) const;
-    int fillRow(class QTextTable* table, int row, int paragraph);
+    int fillRow(QTextTable* table, int row, int paragraph);
     [[nodiscard]] const rtf::Paragraph& at(int paragraph) const;
 
     const rtf::Document& m_source;
@@ -39,7 +42,7 @@ private:
     double m_dotsPerInch;
     std::vector<QTextCharFormat> m_chars;
     std::vector<QTextBlockFormat> m_blocks;
-    class QTextList* m_list = nullptr;
+    QTextList* m_list = nullptr;
     rtf::ParFormat m_listOf;
 };
 

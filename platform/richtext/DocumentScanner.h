@@ -9,6 +9,9 @@
 #include <unordered_map>
 #include <vector>
 
+class QTextFragment;
+class QTextTable;
+
 namespace yrw::richtext {
 
 /// Reads a text document, or a part of it, into a document model.
@@ -27,9 +30,9 @@ public:
 
 private:
     void frame(QTextFrame::iterator it, const QTextFrame::iterator& end);
-    void table(const class QTextTable& table);
+    void table(const QTextTable& table);
     void block(const QTextBlock& block);
-    void fragment(const class QTextFragment& fragment);
+    void fragment(const QTextFragment& fragment);
     void image(const QTextImageFormat& format, int index, int field);
     int charFormat(const QTextCharFormat& format);
     int fieldOf(const QTextCharFormat& format);

@@ -4,6 +4,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTextBlock>
 #include <QToolTip>
 
 #include <utility>
@@ -74,7 +75,23 @@ void RichTextBox::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
+    if (leavesList(*event)) {
+        setSelBullet(false);
+        event->accept();
+        return;
+    }
     QTextEdit::keyPressEvent(event);
+}
+
+/// Enter in an empty item and Backspace before an item's text end the list there.
+bool RichTextBox::leavesList(const QKeyEvent& event) const {
+    const QTextCursor cursor = textCursor();
+    if (isReadOnly() || cursor.currentList() == nullptr || cursor.hasSelection()) {
+        return false;
+    }
+    const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    return (enter && event.modifiers() == Qt::NoModifier && cursor.block().length() == 1) ||
+           (event.key() == Qt::Key_Backspace && cursor.atBlockStart());
 }
 
 void RichTextBox::mouseReleaseEvent(QMouseEvent* event) {

@@ -89,7 +89,7 @@ const rtf::Inline* RichTextBox::objectGroup(int index) const {
         cursor.charFormat().intProperty(richtext::kInlineId))];
 }
 
-int RichTextBox::ObjectCount() const {
+int RichTextBox::objectCount() const {
     return static_cast<int>(objectPositions().size());
 }
 

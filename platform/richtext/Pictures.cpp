@@ -39,8 +39,8 @@ QImage textPreview(const QString& text) {
     painter.drawRect(image.rect().adjusted(0, 0, -1, -1));
     painter.setPen(Qt::black);
     const QStringList lines = text.split(u'\n').mid(0, kPreviewLines);
-    painter.drawText(image.rect().adjusted(6, 6, -6, -6), Qt::AlignLeft | Qt::TextExpandTabs,
-                     lines.join(u'\n'));
+    painter.drawText(image.rect().adjusted(6, 6, -6, -6),
+                     Qt::AlignLeft | Qt::TextExpandTabs | Qt::TextWordWrap, lines.join(u'\n'));
     return image;
 }
 

@@ -49,6 +49,8 @@ void RichTextBox::load(const rtf::Document& source) {
         m_header.runs.clear();
         m_header.paragraphs.clear();
         m_header.rows.clear();
+        m_header.charFormats.clear();
+        m_header.parFormats.clear();
         m_header.inlines.clear();
         m_header.fields.clear();
         QTextCursor cursor(document());
@@ -117,9 +119,13 @@ FontChoice RichTextBox::defaultFontChoice() const {
 
 void RichTextBox::applyDefaultToEmpty() {
     const QSignalBlocker quiet(this);
+    const QTextCharFormat format = richtext::toScreen(m_default);
+    if (document()->isUndoAvailable()) {
+        setCurrentCharFormat(format); // what the user deleted can still be brought back
+        return;
+    }
     document()->setUndoRedoEnabled(false);
     QTextCursor cursor = textCursor();
-    const QTextCharFormat format = richtext::toScreen(m_default);
     cursor.setBlockCharFormat(format);
     cursor.setCharFormat(format);
     setTextCursor(cursor);

@@ -87,7 +87,7 @@ public:
     [[nodiscard]] FontChoice defaultFontChoice() const;
 
     /// The number of embedded objects; an index counts them from 0 in the order of the text.
-    [[nodiscard]] int ObjectCount() const;
+    [[nodiscard]] int objectCount() const;
     /// Embeds a file at the insertion point as one undo step. Raises `kErrorCannotCreateObject`
     /// when the file is missing, no file, unreadable or larger than `largestFile`; the text is
     /// unchanged then.
@@ -147,11 +147,12 @@ private:
     void changeParagraph(const QTextBlock& block, const ParagraphChange& change);
     [[nodiscard]] rtf::ParFormat paragraphOf(const QTextBlock& block) const;
     void leaveLink();
+    [[nodiscard]] bool leavesList(const QKeyEvent& event) const;
     void openLink(const QString& target);
     void insertModel(rtf::Document model, bool keepLook);
     void insertInline(rtf::InlineKind kind, const QByteArray& raw);
     void insertForeignHtml(const QString& html);
-    bool insertFiles(const QList<QUrl>& urls);
+    void insertFiles(const QList<QUrl>& urls);
     [[nodiscard]] std::vector<int> objectPositions() const;
     [[nodiscard]] const rtf::Inline* objectGroup(int index) const;
     template <typename T, typename Get>

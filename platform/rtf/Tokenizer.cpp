@@ -31,6 +31,17 @@ constexpr bool endsText(char c) {
     return c == '{' || c == '}' || c == '\\' || c == '\r' || c == '\n' || c == '\0';
 }
 
+/// Appends bytes of a group in 7 bits: others as their number, NUL not at all.
+void keepBytes(QByteArray& kept, QByteArrayView bytes) {
+    for (const char c : bytes) {
+        if (c > 0) {
+            kept += c;
+        } else if (c < 0) {
+            kept += "\\'" + QByteArray::number(static_cast<unsigned char>(c), 16);
+        }
+    }
+}
+
 constexpr qint64 kLargest = std::numeric_limits<int>::max();
 constexpr qint64 kSmallest = std::numeric_limits<int>::min();
 
@@ -156,7 +167,8 @@ bool Tokenizer::skipGroup() {
 
 QByteArray keepGroup(QByteArrayView input, qsizetype begin, qsizetype end, bool closed) {
     const QByteArrayView group = input.sliced(begin, end - begin);
-    if (closed && group.indexOf("\\bin") < 0) {
+    const bool ascii = std::all_of(group.begin(), group.end(), [](char c) { return c > 0; });
+    if (closed && ascii && group.indexOf("\\bin") < 0) {
         return group.toByteArray();
     }
     QByteArray kept;
@@ -167,7 +179,7 @@ QByteArray keepGroup(QByteArrayView input, qsizetype begin, qsizetype end, bool 
         depth += token.kind == TokenKind::GroupStart ? 1 : 0;
         depth -= token.kind == TokenKind::GroupEnd ? 1 : 0;
         if (token.kind == TokenKind::Binary) {
-            kept += group.sliced(copied, token.begin - copied);
+            keepBytes(kept, group.sliced(copied, token.begin - copied));
             kept += ' ' + token.text.toByteArray().toHex();
             copied = token.end;
         }
@@ -177,7 +189,7 @@ QByteArray keepGroup(QByteArrayView input, qsizetype begin, qsizetype end, bool 
     while (!closed && rest > copied && group[rest - 1] == '\\') {
         --rest;
     }
-    kept += group.sliced(copied, rest - copied);
+    keepBytes(kept, group.sliced(copied, rest - copied));
     kept.append(std::max<qsizetype>(depth, 0), '}');
     return kept;
 }

@@ -57,8 +57,8 @@ private:
     bool m_overran = false;
 };
 
-/// The group at [begin, end) of the input as it can be written back: braces balanced and binary
-/// runs as hex. `closed` tells whether its last brace was there.
+/// The group at [begin, end) of the input as it can be written back: in 7 bits, braces balanced
+/// and binary runs as hex. `closed` tells whether its last brace was there.
 [[nodiscard]] QByteArray keepGroup(QByteArrayView input, qsizetype begin, qsizetype end,
                                    bool closed);
 

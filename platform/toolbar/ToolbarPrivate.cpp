@@ -157,11 +157,13 @@ void Toolbar::Private::rebuild() {
 }
 
 Toolbar::Private::Rows Toolbar::Private::rows() const {
-    Rows all;
+    int count = 0;
+    for (const BandBar* const bar : m_bars) {
+        count = qMax(count, bar->band().row() + 1);
+    }
+    Rows all(static_cast<size_t>(count));
     for (BandBar* const bar : m_bars) {
-        const auto row = size_t(bar->band().row());
-        all.resize(std::max(all.size(), row + 1));
-        all[row].push_back(bar);
+        all[size_t(bar->band().row())].push_back(bar);
     }
     return all;
 }
@@ -200,27 +202,31 @@ int Toolbar::Private::preferredWidth() const {
     return widest;
 }
 
+void Toolbar::Private::arrangeRow(const std::vector<BandBar*>& row, int y, int height) const {
+    int over = -m_toolbar.width();
+    std::vector<int> widths(row.size());
+    for (size_t i = 0; i < row.size(); ++i) {
+        widths[i] = row[i]->preferredWidth();
+        over += widths[i];
+    }
+    // The last bands give way first.
+    for (size_t i = row.size(); i-- > 0;) {
+        const int less = std::clamp(over, 0, widths[i] - row[i]->leastWidth());
+        over -= less;
+        widths[i] -= less;
+    }
+    int x = 0;
+    for (size_t i = 0; i < row.size(); ++i) {
+        row[i]->setGeometry(x, y, widths[i], height);
+        x += widths[i];
+    }
+}
+
 void Toolbar::Private::arrange() {
     const int height = rowHeight();
     int y = 0;
     for (const std::vector<BandBar*>& row : rows()) {
-        int over = -m_toolbar.width();
-        for (const BandBar* const bar : row) {
-            over += bar->preferredWidth();
-        }
-        std::vector<int> widths;
-        // The last bands give way first.
-        for (auto bar = row.rbegin(); bar != row.rend(); ++bar) {
-            const int spare = (*bar)->preferredWidth() - (*bar)->leastWidth();
-            const int less = std::clamp(over, 0, spare);
-            over -= less;
-            widths.insert(widths.begin(), (*bar)->preferredWidth() - less);
-        }
-        int x = 0;
-        for (size_t i = 0; i < row.size(); ++i) {
-            row[i]->setGeometry(x, y, widths[i], height);
-            x += widths[i];
-        }
+        arrangeRow(row, y, height);
         y += height;
     }
 }

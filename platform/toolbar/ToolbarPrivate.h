@@ -42,6 +42,7 @@ private:
     [[nodiscard]] BandBar* barOf(const ToolBand& band) const;
     [[nodiscard]] Rows rows() const;
     void numberRows();
+    void arrangeRow(const std::vector<BandBar*>& row, int y, int height) const;
     [[nodiscard]] int rowHeight() const;
     void setTabStop(QWidget* control);
     [[nodiscard]] QList<QWidget*> focusable() const;

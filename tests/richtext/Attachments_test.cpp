@@ -5,11 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QClipboard>
 #include <QFile>
 #include <QImage>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 namespace yrw {
 namespace {
@@ -43,7 +47,7 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
             box.setTextRTF(box.TextRTF());
         }
         EXPECT_EQ(box.TextRTF(), written);
-        ASSERT_EQ(box.ObjectCount(), 1);
+        ASSERT_EQ(box.objectCount(), 1);
         EXPECT_EQ(box.objectName(0), QString::fromUtf8("żółw.dat"));
         const auto embedded = box.objectFile(0);
         ASSERT_TRUE(embedded);
@@ -84,12 +88,30 @@ TEST_F(Attachments, ADoubleClickNamesTheObject) {
     EXPECT_EQ(box.objectAt(start - QPoint(4, 0)), -1);
 }
 
+TEST_F(Attachments, DroppedFilesAreEmbeddedAndPicturesShown) {
+    RichTextBox box;
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    const QString image = m_folder.filePath("p.png");
+    ASSERT_TRUE(picture.save(image));
+    const QSignalSpy failed(&box, &RichTextBox::insertionFailed);
+    auto* const mime = new QMimeData; // the clipboard owns it
+    mime->setUrls({QUrl::fromLocalFile(file("a.txt", "hello")), QUrl::fromLocalFile(image),
+                   QUrl::fromLocalFile(m_folder.filePath("none"))});
+    QApplication::clipboard()->setMimeData(mime);
+    box.paste();
+    EXPECT_EQ(box.objectCount(), 1);
+    EXPECT_EQ(box.objectName(0), "a.txt");
+    EXPECT_EQ(box.TextRTF().count("\\pngblip"), 2); // the picture, and the icon of the file
+    EXPECT_EQ(failed.count(), 1);
+}
+
 TEST_F(Attachments, PicturesAreStoredAsPngAndFitThePage) {
     RichTextBox box;
     QImage picture(1200, 300, QImage::Format_RGB32);
     picture.fill(Qt::red);
     box.insertPicture(picture);
-    EXPECT_EQ(box.ObjectCount(), 0);
+    EXPECT_EQ(box.objectCount(), 0);
     EXPECT_FALSE(box.isEmpty());
     EXPECT_TRUE(box.TextRTF().contains("{\\pict\\pngblip\\picwgoal9000\\pichgoal2250"));
 }

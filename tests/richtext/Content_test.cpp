@@ -56,7 +56,7 @@ TEST(Content, AnObjectAloneIsNoTextButContent) {
     box.setTextRTF(around(kBodies[1]));
     EXPECT_EQ(box.Text(), "");
     EXPECT_FALSE(box.isEmpty());
-    EXPECT_EQ(box.ObjectCount(), 1);
+    EXPECT_EQ(box.objectCount(), 1);
     EXPECT_EQ(box.objectName(0), "Odd");
     EXPECT_FALSE(box.objectFile(0));
 }

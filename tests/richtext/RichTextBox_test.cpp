@@ -146,6 +146,26 @@ TEST(RichTextBox, EachSelectionPropertyIsStoredAndIsOneUndoStep) {
     }
 }
 
+TEST(RichTextBox, EnterAndBackspaceLeaveAList) {
+    RichTextBox box;
+    box.setSelBullet(true);
+    QTest::keyClicks(&box, "one");
+    QTest::keyClick(&box, Qt::Key_Return);
+    QTest::keyClicks(&box, "two");
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(box.SelBullet(), true);
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(box.SelBullet(), false);
+    EXPECT_EQ(box.SelIndent(), 0);
+    QTest::keyClicks(&box, "plain");
+    EXPECT_EQ(box.Text(), "one\r\ntwo\r\nplain");
+    box.setSelStart(4);
+    EXPECT_EQ(box.SelBullet(), true);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    EXPECT_EQ(box.SelBullet(), false);
+    EXPECT_EQ(box.Text(), "one\r\ntwo\r\nplain");
+}
+
 TEST(RichTextBox, IndentHasAFloor) {
     RichTextBox box;
     box.setText("one");

@@ -1,4 +1,5 @@
 #include "platform/rtf/EmbeddedObject.h"
+#include "platform/rtf/Metafile.h"
 #include "platform/rtf/Picture.h"
 
 #include <gtest/gtest.h>
@@ -89,6 +90,35 @@ TEST(EmbeddedObject, WrongLengthsGiveNothing) {
             EXPECT_TRUE(!file || file->data.size() <= stream.size());
         }
     }
+}
+
+/// A metafile record: its size in words, its function, its parameters.
+QByteArray record(quint16 function, const QByteArray& parameters) {
+    QByteArray bytes;
+    const auto put = [&bytes](quint32 value, int size) {
+        for (int i = 0; i < size; ++i) {
+            bytes += static_cast<char>(value >> (8 * i));
+        }
+    };
+    put(static_cast<quint32>(parameters.size() + 6) / 2, 4);
+    put(function, 2);
+    return bytes + parameters;
+}
+
+TEST(EmbeddedObject, AMetafileGivesTheBitmapThatItPaints) {
+    const QByteArray bitmap = QByteArray("\x28\0\0\0", 4) + QByteArray(40, 'b');
+    const QByteArray header(18, '\0');
+    const QByteArray placeable = QByteArray("\xD7\xCD\xC6\x9A", 4) + QByteArray(18, '\0');
+    const QByteArray other = record(0x0301, QByteArray(2, 'x'));
+    const QByteArray stretch = record(0x0F43, QByteArray(22, 'p') + bitmap);
+    const QByteArray second = header + other + stretch;
+    const QByteArray first = placeable + header + stretch;
+    const QByteArray none = header + other;
+    EXPECT_EQ(bitmapInMetafile(second), bitmap);
+    EXPECT_EQ(bitmapInMetafile(first), bitmap);
+    EXPECT_TRUE(bitmapInMetafile(none).isEmpty());
+    const QByteArray endless = header + record(0, {}).replace(0, 4, QByteArray(4, '\0'));
+    EXPECT_TRUE(bitmapInMetafile(endless).isEmpty());
 }
 
 TEST(EmbeddedObject, ALabelIsNeverAPath) {

@@ -42,6 +42,7 @@ const char* const kBodies[] = {
     "0105}{\\result{\\pict\\wmetafile8 00}}}b",
     "{\\*\\themedata 1234}{\\info{\\author A}}{\\stylesheet{\\s3 h;}}\\s3 x{\\*\\bkmkstart "
     "m}y\\page z{\\v hidden}\\par",
+    "x{\\footnote \xe9\\bin2 \xff\\}y",
     "{\\header h}\\rtlpar\\f4 \\'b3\\par\\par\\par",
 };
 

@@ -117,6 +117,17 @@ TEST_F(RecordsTest, ChangesOfOtherFieldsDoNotBlock) {
     EXPECT_EQ(read()->value(kStatus), 1);
 }
 
+TEST_F(RecordsTest, WhatTheDatabaseRoundsIsNoConflict) {
+    const QString date = QStringLiteral("Date");
+    const QDateTime now = store.manualClock().now();
+    mine->Field(date)->setValue(now.addMSecs(250));
+    EXPECT_EQ(mine->value(date), now);
+    mine->Field(date)->setValue(now.addSecs(60));
+    mine->Field(kStatus)->setValue(QStringLiteral("2"));
+    mine->Field(kStatus)->setValue(1);
+    EXPECT_EQ(read()->value(date), now.addSecs(60));
+}
+
 TEST_F(RecordsTest, AnUpdateOfADeletedNoteSaysSo) {
     deleteNote(store.application(), mine->value(QStringLiteral("RecordID")).toLongLong());
     try {

@@ -12,6 +12,7 @@
 #include "platform/files/FileSystem.h"
 #include "platform/forms/WidgetPrompt.h"
 #include "platform/richtext/RichTextBox.h"
+#include "platform/settings/SettingsStore.h"
 
 #include <QCommandLineParser>
 #include <QDir>

@@ -58,14 +58,16 @@ void Connection::Closer::operator()(sqlite3* connection) const noexcept {
 Connection::Connection(const QString& path, Access access, Clock& clock)
     : m_clock(clock), m_turn(std::make_unique<QObject>()) {
     sqlite3* handle = nullptr;
-    const int code =
-        sqlite3_open_v2(openName(path, access).constData(), &handle, openFlags(access), nullptr);
+    const int code = sqlite3_open_v2(openName(path, access).constData(), &handle,
+                                     openFlags(access) | SQLITE_OPEN_NOMUTEX, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK) {
         raiseEngineError(handle, code);
     }
     m_wait.clock = &clock;
     sqlite3_extended_result_codes(handle, 1);
+    // Pages for some thousand notes; taken only as they are read.
+    sqlite3_exec(handle, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
     sqlite3_busy_handler(handle, &Connection::waitForLock, &m_wait);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
@@ -94,11 +96,27 @@ int Connection::waitForLock(void* argument, int tries) noexcept {
     return 1;
 }
 
-void Connection::execute(const QString& sql) {
+void Connection::execute(const QString& sql) const {
     Statement(handle(), sql).run();
 }
 
-QVariant Connection::scalar(const QString& sql) {
+Statement& Connection::kept(const QString& sql) {
+    constexpr size_t kMost = 32;
+    const auto found = std::find_if(m_kept.begin(), m_kept.end(),
+                                    [&sql](const auto& entry) { return entry.first == sql; });
+    if (found != m_kept.end()) {
+        m_kept.splice(m_kept.begin(), m_kept, found);
+    } else {
+        m_kept.emplace_front(sql, Statement(handle(), sql));
+    }
+    if (m_kept.size() > kMost) {
+        m_kept.pop_back();
+    }
+    m_kept.front().second.reset();
+    return m_kept.front().second;
+}
+
+QVariant Connection::scalar(const QString& sql) const {
     Statement statement(handle(), sql);
     return statement.step() ? statement.value(0, std::nullopt) : QVariant();
 }
@@ -111,7 +129,7 @@ qint64 Connection::lastKey() const noexcept {
     return sqlite3_last_insert_rowid(handle());
 }
 
-void Connection::runKept(Statement& statement, const char* sql) {
+void Connection::runKept(Statement& statement, const char* sql) const {
     if (statement.isEmpty()) {
         statement = Statement(handle(), QString::fromLatin1(sql));
     }

@@ -5,7 +5,9 @@
 
 #include <QObject>
 
+#include <list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 struct sqlite3;
@@ -39,9 +41,12 @@ public:
     [[nodiscard]] Clock& clock() const noexcept { return m_clock; }
 
     /// Runs one statement that returns nothing.
-    void execute(const QString& sql);
+    void execute(const QString& sql) const;
+    /// A statement kept prepared from one use to the next; for work that steps it to its end at
+    /// once. The reference holds until the next call.
+    [[nodiscard]] Statement& kept(const QString& sql);
     /// First column of the first row; Null when there is none.
-    [[nodiscard]] QVariant scalar(const QString& sql);
+    [[nodiscard]] QVariant scalar(const QString& sql) const;
     [[nodiscard]] qint64 changes() const noexcept;
     /// Key of the row that was inserted last.
     [[nodiscard]] qint64 lastKey() const noexcept;
@@ -70,12 +75,13 @@ private:
     };
     [[nodiscard]] bool isInLoop() const;
     void releaseHolders() noexcept;
-    void runKept(Statement& statement, const char* sql);
+    void runKept(Statement& statement, const char* sql) const;
 
     Clock& m_clock;
     std::unique_ptr<sqlite3, Closer> m_handle;
     std::unique_ptr<QObject> m_turn; ///< receives the call at the end of a turn
     std::vector<ReadHolder*> m_holders;
+    std::list<std::pair<QString, Statement>> m_kept; ///< used last comes first
     Statement m_beginRead;
     Statement m_beginWrite;
     Statement m_commit;

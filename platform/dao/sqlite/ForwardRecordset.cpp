@@ -30,7 +30,8 @@ void ForwardRecordset::start() {
     connection().beginRead();
     if (sortsWholeRows()) {
         m_mode = Mode::Keys;
-        Statement keys = query().keys(connection().handle());
+        Statement& keys = connection().kept(query().keysSql());
+        query().bindTo(keys);
         while (keys.step()) {
             m_keys.push_back(keys.integer(0));
         }

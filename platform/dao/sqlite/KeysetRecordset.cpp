@@ -22,7 +22,8 @@ KeysetRecordset::KeysetRecordset(const KeysetRecordset& other, std::shared_ptr<K
 void KeysetRecordset::fill() {
     std::vector<qint64> keys;
     connection().beginRead();
-    Statement statement = query().keys(connection().handle());
+    Statement& statement = connection().kept(query().keysSql());
+    query().bindTo(statement);
     while (statement.step()) {
         keys.push_back(statement.integer(0));
     }

@@ -133,7 +133,7 @@ void Query::setParameters(const Parameters& parameters) {
 }
 
 QString Query::bound(const QVariant& value) {
-    const QString name = u":yrw" + QString::number(++m_literals);
+    QString name = u":yrw" + QString::number(++m_literals);
     m_bindings.push_back({name, value});
     return name;
 }
@@ -250,10 +250,8 @@ Statement Query::rows(sqlite3* connection) const {
     return statement;
 }
 
-Statement Query::keys(sqlite3* connection) const {
-    Statement statement(connection, u"SELECT " + m_source->key + tail() + m_order);
-    bindTo(statement);
-    return statement;
+QString Query::keysSql() const {
+    return u"SELECT " + m_source->key + tail() + m_order;
 }
 
 Statement Query::rowByKey(sqlite3* connection) const {

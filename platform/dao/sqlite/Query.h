@@ -66,12 +66,14 @@ public:
     void setOrder(const std::vector<OrderTerm>& order);
     void setParameters(const Parameters& parameters);
 
-    /// Statements, bound: the rows; their keys in order; and one row by its key (":yrwkey").
+    /// Statements, bound: the rows, and one row by its key (":yrwkey").
     [[nodiscard]] Statement rows(sqlite3* connection) const;
-    [[nodiscard]] Statement keys(sqlite3* connection) const;
     [[nodiscard]] Statement rowByKey(sqlite3* connection) const;
     /// The text behind `rows`, for asking the engine how it would go about it.
     [[nodiscard]] QString rowsSql() const;
+    /// Text of a statement that gives the keys in order; to be bound by `bindTo`.
+    [[nodiscard]] QString keysSql() const;
+    void bindTo(Statement& statement) const;
 
 private:
     [[nodiscard]] QString itemList() const;
@@ -84,7 +86,6 @@ private:
     [[nodiscard]] QString like(const Expression& expression);
     [[nodiscard]] QString joined(const Expression& expression, QStringView word);
     [[nodiscard]] QString bound(const QVariant& value);
-    void bindTo(Statement& statement) const;
 
     std::shared_ptr<const Source> m_source;
     std::vector<Item> m_items;

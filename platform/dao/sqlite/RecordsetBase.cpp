@@ -377,6 +377,7 @@ void RecordsetBase::Update() {
         changeRow(key);
     }
     transaction.commit();
+    m_database->tableChanged(m_query.source().baseTable);
     leaveRow();
     if (adding) {
         rowAdded(key);
@@ -407,6 +408,7 @@ void RecordsetBase::Delete() {
     remove.bind(1, key);
     remove.run();
     transaction.commit();
+    m_database->tableChanged(m_query.source().baseTable);
     rowDeleted();
 }
 

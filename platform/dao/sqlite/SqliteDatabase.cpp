@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <utility>
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 namespace yrw::dao {
 
@@ -33,6 +35,19 @@ Parameters matchParameters(const StoredQuery& query, const Parameters& given) {
         matched.set(name, given.value(name));
     }
     return matched;
+}
+
+/// Puts a complete copy on the disk and gives it its name.
+void finishCopy(const QString& unfinished, const QString& path) {
+    const int file = ::open(QFile::encodeName(unfinished).constData(), O_RDONLY | O_CLOEXEC);
+    const bool stored = file >= 0 && ::fsync(file) == 0;
+    if (file >= 0) {
+        ::close(file);
+    }
+    if (!stored || !QFile::rename(unfinished, path)) {
+        throw AutomationError(kErrorDiskFull, kSource,
+                              QStringLiteral("%1 could not be written.").arg(path));
+    }
 }
 
 } // namespace
@@ -83,18 +98,47 @@ Ref<Recordset> SqliteDatabase::open(const Query& query, const QString& name, Rec
     return Ref<Recordset>(new KeysetRecordset(*this, query, name, options));
 }
 
+const SqliteDatabase::Known& SqliteDatabase::known(const QString& name) {
+    Statement& version = connection().kept(QStringLiteral("PRAGMA schema_version"));
+    version.step();
+    const std::pair<qint64, qint64> at{version.integer(0), DataVersion()};
+    version.reset();
+    if (at != m_knownAt) {
+        m_known.clear();
+        m_knownAt = at;
+    }
+    const QString key = name.toLower();
+    const auto entry = m_known.find(key);
+    if (entry != m_known.end()) {
+        return entry->second;
+    }
+    Known found;
+    found.source = schema().source(name);
+    if (!found.source->isTable) {
+        found.stored = schema().storedQuery(name);
+    }
+    return m_known[key] = std::move(found);
+}
+
+void SqliteDatabase::tableChanged(const QString& table) {
+    if (table.compare(u"tblQueries", Qt::CaseInsensitive) == 0) {
+        m_known.clear();
+    }
+}
+
 Ref<Recordset> SqliteDatabase::OpenRecordset(const QString& source, RecordsetType type,
                                              int options) {
     if (isSelection(source)) {
         const Selection selection = parseSelection(source);
-        const auto rows = schema().source(selection.source);
+        const auto rows = known(selection.source).source;
         if (type == RecordsetType::Table) {
             throw AutomationError(kErrorInvalidOperation, kSource,
                                   QStringLiteral("Only a table opens as a table."));
         }
         return open(Query(rows, selection), source, type, options);
     }
-    const auto rows = schema().source(source);
+    const Known& found = known(source);
+    const auto rows = found.source;
     if (!rows->isTable && type == RecordsetType::Table) {
         throw AutomationError(kErrorInvalidOperation, kSource,
                               QStringLiteral("'%1' is no table.").arg(source));
@@ -102,8 +146,7 @@ Ref<Recordset> SqliteDatabase::OpenRecordset(const QString& source, RecordsetTyp
     if (rows->isTable && (type == RecordsetType::Table || type == RecordsetType::Default)) {
         return Ref<Recordset>(new TableRecordset(*this, Query(rows), rows->name, options));
     }
-    if (const auto stored = rows->isTable ? std::nullopt : schema().storedQuery(source);
-        stored && stored->kind == StoredQuery::Kind::Select) {
+    if (!rows->isTable && found.stored && found.stored->kind == StoredQuery::Kind::Select) {
         return OpenQuery(source, {}, type, options);
     }
     return open(Query(rows), rows->name, type, options);
@@ -111,12 +154,12 @@ Ref<Recordset> SqliteDatabase::OpenRecordset(const QString& source, RecordsetTyp
 
 Ref<Recordset> SqliteDatabase::OpenQuery(const QString& name, const Parameters& parameters,
                                          RecordsetType type, int options) {
-    const auto rows = schema().source(name);
-    const auto stored = schema().storedQuery(name);
+    const Known& found = known(name);
+    const auto rows = found.source;
+    StoredQuery stored = found.stored.value_or(StoredQuery());
+    stored.name = rows->name;
     Query query(rows);
-    StoredQuery known = stored.value_or(StoredQuery());
-    known.name = rows->name;
-    query.setParameters(matchParameters(known, parameters));
+    query.setParameters(matchParameters(stored, parameters));
     return open(query, rows->name, type, options);
 }
 
@@ -160,6 +203,7 @@ qint64 SqliteDatabase::DeleteRows(const QString& table, const QString& field,
 
 void SqliteDatabase::RunScript(const QString& script) {
     Transaction transaction(*this);
+    m_known.clear();
     const QByteArray text = script.toUtf8();
     if (sqlite3_exec(connection().handle(), text.constData(), nullptr, nullptr, nullptr) !=
         SQLITE_OK) {
@@ -230,13 +274,16 @@ void SqliteDatabase::CopyTo(const QString& path) {
         throw AutomationError(kErrorCannotOpenDatabase, kSource,
                               QStringLiteral("%1 is there already.").arg(path));
     }
-    Statement statement(connection().handle(), QStringLiteral("VACUUM INTO ?1"));
-    statement.bind(1, QVariant(path));
+    const QString unfinished = path + u".new";
+    QFile::remove(unfinished);
     connection().endRead();
     try {
+        Statement statement(connection().handle(), QStringLiteral("VACUUM INTO ?1"));
+        statement.bind(1, QVariant(unfinished));
         statement.run();
+        finishCopy(unfinished, path);
     } catch (...) {
-        QFile::remove(path);
+        QFile::remove(unfinished);
         throw;
     }
 }

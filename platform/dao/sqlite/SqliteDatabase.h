@@ -4,7 +4,10 @@
 #include "platform/dao/sqlite/Connection.h"
 #include "platform/dao/sqlite/Schema.h"
 
+#include <map>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace yrw::dao {
@@ -58,14 +61,26 @@ public:
     [[nodiscard]] Ref<Recordset> open(const Query& query, const QString& name, RecordsetType type,
                                       int options);
 
+    /// Forgets what is known of the file's tables and queries when a change may have altered it.
+    void tableChanged(const QString& table);
+
 private:
+    struct Known {
+        std::shared_ptr<const Source> source;
+        std::optional<StoredQuery> stored;
+    };
+
     [[nodiscard]] Schema schema() const { return Schema(connection()); }
+    /// A source and its stored query, asked of the file once until the file is changed.
+    [[nodiscard]] const Known& known(const QString& name);
 
     Ref<SqliteWorkspace> m_workspace;
     std::unique_ptr<Connection> m_connection;
     QString m_path;
     bool m_readOnly;
     std::vector<RecordsetBase*> m_recordsets;
+    std::map<QString, Known> m_known;    ///< by name in lower case
+    std::pair<qint64, qint64> m_knownAt; ///< versions of schema and data
     Statement m_dataVersion;
 };
 

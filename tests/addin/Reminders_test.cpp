@@ -1,0 +1,223 @@
+// The check for due reminders, and the popup's answers.
+#include "tests/addin/AddInFixture.h"
+
+#include "dialogs/frmReminder.h"
+
+#include <QCheckBox>
+#include <QDateTimeEdit>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+using namespace yrw;
+using namespace yrw::test;
+
+namespace {
+
+class RemindersTest : public AddInFixture {
+protected:
+    void SetUp() override { activate(); }
+
+    /// A reminder that falls due in so many minutes.
+    qint64 remind(qint64 noteID, int minutes, qint64 userID = 1) {
+        Application& application = *Module1::instance().application();
+        const Ref<Note> note = query<Note>(application.Notes()->Item(QVariant(noteID)));
+        return addReminder(application, clock, *note, clock.now().addSecs(60 * minutes), userID);
+    }
+    [[nodiscard]] QStringList tags() const {
+        QStringList found;
+        for (const Form* form : formsNamed(QStringLiteral("frmReminder"))) {
+            found += form->tag();
+        }
+        return found;
+    }
+    static QString tagOf(qint64 reminderID) { return QStringLiteral("NOTE:%1").arg(reminderID); }
+    [[nodiscard]] Form& popup() { return *formsNamed(QStringLiteral("frmReminder")).first(); }
+    template <class Control>
+    [[nodiscard]] Control& control(const char* name) {
+        return *popup().findChild<Control*>(QLatin1String(name));
+    }
+    void click(const char* button) {
+        QTest::mouseClick(&control<QPushButton>(button), Qt::LeftButton);
+    }
+    [[nodiscard]] QVariant stored(qint64 reminderID, const char* field) {
+        return Module1::instance()
+            .application()
+            ->Reminders()
+            ->Item(QVariant(reminderID))
+            ->value(QLatin1String(field));
+    }
+    [[nodiscard]] bool minuteTick() {
+        bool cancel = false;
+        Q_EMIT addIn->UpperTimerForm()->CheckReminders(cancel);
+        return !cancel;
+    }
+};
+
+TEST_F(RemindersTest, WhatIsDueForTheUserIsShownOnce) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    const qint64 done = addNote(QStringLiteral("cu"), 2, NoteStatus::Done);
+    const qint64 late = remind(note, -60);
+    const qint64 now = remind(note, 1); // within the minute that is allowed for
+    remind(note, 2);
+    remind(note, -5, 2);
+    remind(done, -5);
+    const qint64 ownerless = remind(addNote({}, 0, NoteStatus::Active, QString()), 0);
+    EXPECT_TRUE(minuteTick());
+    EXPECT_EQ(tags(), (QStringList{tagOf(late), tagOf(ownerless), tagOf(now)}));
+    EXPECT_TRUE(minuteTick());
+    EXPECT_EQ(tags().size(), 3);
+    clock.advance(60);
+    EXPECT_TRUE(minuteTick());
+    EXPECT_EQ(tags().size(), 4);
+    EXPECT_EQ(window().status, QString());
+    EXPECT_EQ(prompt.pointer, MousePointer::Default);
+    addIn->DeActivate(); // unanswered ones come back, so they are written before closing
+    EXPECT_TRUE(tags().isEmpty());
+    ASSERT_TRUE(addIn->Activate());
+    EXPECT_EQ(stored(late, "Status").toInt(), 2);
+}
+
+TEST_F(RemindersTest, WaitWhileTheHostIsBusyOrANotesWindowIsOpen) {
+    remind(addNote(QStringLiteral("cu"), 2), -1);
+    window().upper->isBusy = true;
+    EXPECT_FALSE(minuteTick());
+    EXPECT_FALSE(addIn->CheckForReminders());
+    window().upper->isBusy = false;
+    whenShown(QStringLiteral("frmMain"), [&](Form& form) {
+        EXPECT_FALSE(minuteTick());
+        EXPECT_FALSE(addIn->CheckForReminders());
+        form.unload();
+    });
+    addIn->ShowNotes(nullptr, 0);
+    EXPECT_TRUE(tags().isEmpty());
+    addIn->setSwitch(NotesSwitch::CheckForReminders, false);
+    EXPECT_TRUE(addIn->CheckForReminders()); // asked for directly, it runs all the same
+    EXPECT_EQ(tags().size(), 1);
+}
+
+TEST_F(RemindersTest, AFailingCheckIsReportedAndCancels) {
+    Module1::instance().database()->RunScript(QStringLiteral("DROP TABLE tblReminders;"));
+    prompt.expectReport();
+    EXPECT_FALSE(minuteTick());
+    ASSERT_EQ(prompt.reports.size(), 1);
+    EXPECT_EQ(prompt.reports[0].source, QStringLiteral("YRWNOTES.AddIn.CheckForReminders"));
+    EXPECT_EQ(prompt.reports[0].message, QStringLiteral("Could Check for Reminders"));
+    EXPECT_EQ(prompt.reports[0].title, QStringLiteral("Problem"));
+}
+
+TEST_F(RemindersTest, ThePopupSaysWhatItIsAbout) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    const Ref<IRecord> record = Module1::instance().application()->Notes()->Item(QVariant(note));
+    record->Field(QStringLiteral("PlainNote"))->setValue(QStringLiteral("About <b>the</b> fence"));
+    struct Case {
+        int kind;
+        const char* caption;
+    };
+    for (const Case& one : {Case{0, ""}, Case{1, "Reminder To Everyone"}, Case{2, "Reminder To Me"},
+                            Case{3, "Reminder To Selected Users"}, Case{4, "Reminder To My Group"},
+                            Case{9, "Remind Everyone"}}) {
+        record->Field(QStringLiteral("ReminderType"))->setValue(one.kind);
+        remind(note, -90);
+        ASSERT_TRUE(minuteTick());
+        EXPECT_EQ(control<QLabel>("lblForm(4)").text(), QLatin1String(one.caption));
+        EXPECT_EQ(control<QLabel>("lblForm(2)").text(), QStringLiteral("Ring back"));
+        EXPECT_EQ(control<QLabel>("lblForm(5)").text(), QStringLiteral("Due: 10/03/2026 07:30"));
+        EXPECT_EQ(control<QPlainTextEdit>("rxtMain").toPlainText(),
+                  QStringLiteral("About <b>the</b> fence"));
+        EXPECT_EQ(control<QDateTimeEdit>("dtpReminder").dateTime(), clock.now().addSecs(30 * 60));
+        EXPECT_EQ(popup().windowTitle(), QStringLiteral("YRW Reminder (Customer: Ferry Lane)"));
+        EXPECT_FALSE(popup().isActiveWindow());
+        click("cmdForm(1)");
+    }
+    remind(addNote({}, 0, NoteStatus::Active, QString()), -1);
+    ASSERT_TRUE(minuteTick());
+    EXPECT_EQ(popup().windowTitle(), QStringLiteral("YRW Reminder"));
+}
+
+TEST_F(RemindersTest, DismissingEndsItAndMayFinishTheNote) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    const qint64 reminder = remind(note, -1);
+    ASSERT_TRUE(minuteTick());
+    control<QCheckBox>("chkFinish").setChecked(true);
+    prompt.expectMessage(2);
+    click("cmdForm(0)"); // later and finished do not go together
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 1);
+    EXPECT_EQ(prompt.asked.last(),
+              QStringLiteral("Cannot Finish Note: You cannot finish a note when you click 'Tell Me "
+                             "Later'."));
+    click("cmdForm(1)");
+    EXPECT_TRUE(tags().isEmpty());
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 4);
+    EXPECT_EQ(stored(reminder, "LastDate").toDateTime(), clock.now());
+    EXPECT_EQ(prompt.asked.last(),
+              QStringLiteral("Finish Note: This note has been finished and will no longer appear "
+                             "in your active notes list."));
+    EXPECT_TRUE(
+        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))->Done());
+}
+
+TEST_F(RemindersTest, ToldLaterOrUnansweredItComesBack) {
+    const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
+    ASSERT_TRUE(minuteTick());
+    control<QDateTimeEdit>("dtpReminder").setDateTime(clock.now().addSecs(3600));
+    click("cmdForm(0)");
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 3);
+    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), clock.now().addSecs(3600));
+    EXPECT_EQ(stored(reminder, "LastDate").toDateTime(), clock.now());
+    ASSERT_TRUE(minuteTick());
+    EXPECT_TRUE(tags().isEmpty());
+
+    clock.advance(3600);
+    ASSERT_TRUE(minuteTick());
+    ASSERT_EQ(tags(), QStringList{tagOf(reminder)});
+    QTest::keyClick(&popup(), Qt::Key_Escape);
+    EXPECT_TRUE(tags().isEmpty());
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 2);
+    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), clock.now().addSecs(15 * 60));
+    clock.advance(15 * 60);
+    ASSERT_TRUE(minuteTick());
+    EXPECT_EQ(tags(), QStringList{tagOf(reminder)});
+}
+
+TEST_F(RemindersTest, ShowNotesOpensTheRecordAndLeavesThePopup) {
+    const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
+    ASSERT_TRUE(minuteTick());
+    QString caption;
+    whenShown(QStringLiteral("frmMain"), [&](Form& form) {
+        caption = form.windowTitle();
+        form.unload();
+    });
+    click("cmdForm(2)");
+    EXPECT_TRUE(caption.contains(QStringLiteral("Ferry Lane")));
+    EXPECT_EQ(tags(), QStringList{tagOf(reminder)});
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 1);
+}
+
+TEST_F(RemindersTest, AnAnswerThatCannotBeSavedIsToldByTheHostsWindowOnly) {
+    remind(addNote(QStringLiteral("cu"), 2), -1);
+    ASSERT_TRUE(minuteTick());
+    Module1::instance().database()->RunScript(QStringLiteral("DROP TABLE tblReminders;"));
+    click("cmdForm(1)");
+    EXPECT_TRUE(tags().isEmpty());
+    EXPECT_TRUE(window().status.contains(QStringLiteral("could not be saved")));
+}
+
+TEST_F(RemindersTest, OneThatCannotBeFilledDoesNotKeepTheOthersBack) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    const qint64 first = remind(note, -3);
+    const qint64 second = remind(note, -2);
+    Ref<AddIn> keep = addIn;
+    // The first popup's making takes the reminder away under the check's feet.
+    Module1::instance().database()->RunScript(
+        QStringLiteral("DROP VIEW qryReminders; CREATE VIEW qryReminders AS SELECT r.*, "
+                       "n.Subject, n.PlainNote FROM tblReminders AS r LEFT JOIN tblNotes AS n ON "
+                       "n.RecordID = r.NoteID WHERE r.RecordID <> %1;")
+            .arg(first));
+    prompt.expectReport();
+    EXPECT_FALSE(addIn->CheckForReminders());
+    EXPECT_EQ(tags(), QStringList{tagOf(second)});
+    EXPECT_EQ(prompt.reports.size(), 1);
+}
+
+} // namespace
