@@ -6,6 +6,7 @@
 #include "framework/ErrorGuards.h"
 #include "platform/settings/SettingsStore.h"
 
+#include <QScopedValueRollback>
 #include <QTimer>
 
 namespace yrw {
@@ -129,6 +130,10 @@ void AddIn::takeHostObjects() noexcept {
     take(atbComponent, [this] { return m_component->Toolbar(); });
     take(atbInterface, [this] { return m_interface ? m_interface->Toolbar() : nullptr; });
     take(stbMain, [this] { return m_component->StatusBar(); });
+    becomeServed();
+}
+
+void AddIn::becomeServed() noexcept {
     if (m_component) {
         m_module.setHost(m_component.get(), m_hostProgID);
     }
@@ -174,10 +179,12 @@ QString AddIn::Name() {
 
 bool AddIn::Activate() {
     const Ref<AddIn> keep(this);
-    m_released = false;
-    if (m_component) {
-        m_module.setHost(m_component.get(), m_hostProgID);
+    if (m_activating) {
+        return false; // the user is being asked already
     }
+    const QScopedValueRollback<bool> activating(m_activating, true);
+    m_released = false;
+    becomeServed();
     ignoreErrors([this] { OpenDatabase(); });
     if (m_released || !m_module.isDatabaseOpen()) {
         const bool released = m_released; // by the host, while the user was asked
@@ -235,17 +242,20 @@ void AddIn::DeActivate() {
 void AddIn::releaseAll() noexcept {
     m_released = true;
     // What is on screen saves when it is unloaded, so that goes first.
-    ignoreErrors([this] {
-        if (mfrmMain) {
-            mfrmMain->unload();
-        }
-    });
+    const QList<QPointer<Form>> windows = m_notesWindows;
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+        ignoreErrors([&] {
+            if (*window) {
+                (*window)->unload();
+            }
+        });
+    }
     ignoreErrors([this] { m_module.reminders().unloadAllOf(this); });
     m_active = false;
     removeTools();
     m_module.letGo(*this); // the last one closes database, workspace and application view
     mfrmTimer.reset();
-    mfrmMain.clear();
+    m_notesWindows.clear();
     m_upper.stop();
     m_lower.stop();
     m_notesSeek.close();

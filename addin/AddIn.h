@@ -84,6 +84,8 @@ public:
     void cleanUpAutoNotes() noexcept;
 
     // For the process-wide state.
+    /// Makes this add-in's host the one that is served.
+    void becomeServed() noexcept;
     void databaseOpened() noexcept;
     void marksSwitchedOn() noexcept;
 
@@ -133,6 +135,7 @@ private:
 
     // Showing notes.
     [[nodiscard]] Ref<IRecord> ownerOfNote(qint64 noteRecordID);
+    [[nodiscard]] bool isNotesWindowOpen() const { return !m_notesWindows.isEmpty(); }
     void showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID);
 
     [[nodiscard]] Prompt& prompt() const { return m_module.services().utility.prompt(); }
@@ -157,7 +160,8 @@ private:
     QString
         m_placedBandKey; ///< band that holds the "Show Notes" tool; empty while it is not placed
     bool m_gridToolPlaced = false;
-    QPointer<Form> mfrmMain; ///< the innermost notes window on screen
+    QList<QPointer<Form>> m_notesWindows; ///< on screen, each nested in the one before
+    bool m_activating = false;
     bool m_checkingReminders = false;
     int m_highlightColour = schema::kDefaultHighlight;
     NotesSeek m_notesSeek;

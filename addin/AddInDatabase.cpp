@@ -58,7 +58,6 @@ void AddIn::openDatabaseOfHost() {
 
 /// Offers to make the notes database from the template; true when it was made.
 bool AddIn::CreateNotesDatabase(const QString& path) {
-    prompt().setMousePointer(MousePointer::Default); // the user is waited for
     const PromptAnswer answer = prompt().question(
         QStringLiteral("There is not a Notes database in the current database directory.\r\r"
                        "Would you like to create a new Notes database now?"),
@@ -67,7 +66,6 @@ bool AddIn::CreateNotesDatabase(const QString& path) {
     if (answer != PromptAnswer::Yes) {
         return false;
     }
-    prompt().setMousePointer(MousePointer::Hourglass);
     createNotesDatabase(services().files, m_module.templateFolder(),
                         HostUtility::FolderOfPath(path));
     return true;

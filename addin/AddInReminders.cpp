@@ -19,7 +19,7 @@ constexpr int kNumberOfMinutes = 1;
 
 void AddIn::mfrmTimer_CheckReminders(bool& cancel) {
     // Reminders wait until the user is done with a window or a box, and with the last check.
-    if (m_checkingReminders || mfrmMain || Form::isModalOpen()) {
+    if (m_checkingReminders || isNotesWindowOpen() || Form::isModalOpen()) {
         cancel = true;
         return;
     }
@@ -37,7 +37,7 @@ bool AddIn::CheckForReminders() {
 }
 
 bool AddIn::checkReminders() {
-    if (mfrmMain || !isDatabaseOpen()) {
+    if (isNotesWindowOpen() || !isDatabaseOpen()) {
         return false;
     }
     IGridController* controller = m_interface ? m_interface->CurrentController() : nullptr;
@@ -68,7 +68,7 @@ std::vector<qint64> AddIn::dueReminders() {
                                {QStringLiteral("NumberOfMinutes"), kNumberOfMinutes},
                                {QStringLiteral("UserID"), QVariant()}};
     if (const Ref<IHostApplication> host = m_component ? m_component->Application() : nullptr) {
-        m_module.setHost(m_component.get(), m_hostProgID);
+        becomeServed();
         m_module.setCurrentUser(host->CurrentUser());
         parameters.set(QStringLiteral("UserID"), dataHelper().CurrentUserID());
     }

@@ -6,8 +6,6 @@
 
 #include <QScopeGuard>
 
-#include <utility>
-
 namespace yrw {
 
 void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
@@ -19,7 +17,7 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
     m_autoNotes.closePopups();
     reportErrors(services().utility, QStringLiteral("YRWNOTES.AddIn.ShowNotes"),
                  QStringLiteral("Could not show Notes"), QStringLiteral("Notes Problem"), [&] {
-                     m_module.setHost(m_component.get(), m_hostProgID);
+                     becomeServed();
                      const bool byNote = !record && noteRecordID != 0;
                      showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
                  });
@@ -50,12 +48,13 @@ Ref<IRecord> AddIn::ownerOfNote(qint64 noteRecordID) {
 
 void AddIn::showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID) {
     const QPointer<frmMain> window(new frmMain(*this, m_module));
-    // This call may be nested in another, whose window is the one to know of again afterwards.
-    const auto end = qScopeGuard([this, window, outer = std::exchange(mfrmMain, window.data())] {
-        if (window) {
-            window->deleteLater();
+    const QPointer<Form> form(window.data());
+    m_notesWindows.append(form);
+    const auto end = qScopeGuard([this, form] {
+        m_notesWindows.removeAll(form);
+        if (form) {
+            form->deleteLater();
         }
-        mfrmMain = outer;
     });
     window->Initialise(Ref<INotesAddIn>(this), record, noteRecordID);
     prompt().setMousePointer(MousePointer::Default); // the user is waited for

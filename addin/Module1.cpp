@@ -117,6 +117,11 @@ void Module1::dropHost(const IHostComponent* component) noexcept {
     if (!m_component || m_component.get() == component) {
         m_component.reset();
         m_hostProgID.clear();
+        for (AddIn* addIn : m_active) {
+            if (addIn->Component() != component) {
+                addIn->becomeServed();
+            }
+        }
     }
 }
 

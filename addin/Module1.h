@@ -49,7 +49,7 @@ public:
 
     /// Makes a host the one that is served.
     void setHost(IHostComponent* component, const QString& progID);
-    /// Forgets a host when it is the one that is served.
+    /// Forgets a host when it is the one that is served; that of another active add-in takes over.
     void dropHost(const IHostComponent* component) noexcept;
 
     /// Opens the notes database through a workspace, closing one that was open; add-ins that are

@@ -3,10 +3,10 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "platform/clock/Clock.h"
+#include "platform/forms/DatePicker.h"
 #include "store/Schema.h"
 
 #include <QCheckBox>
-#include <QDateTimeEdit>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -63,7 +63,7 @@ void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRec
     m_application = application;
     lblForm[2]->setText(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
     rxtMain->setPlainText(HostUtility::NullToText(reminder->value(QStringLiteral("PlainNote"))));
-    dtpReminder->setDateTime(m_addIn.services().clock.now().addSecs(60 * kLaterMinutes));
+    dtpReminder->setValue(m_addIn.services().clock.now().addSecs(60 * kLaterMinutes));
     m_note = application->Notes()->Item(reminder->value(QStringLiteral("NoteID")));
     findOwner();
     setWindowTitle(captionText());
@@ -172,7 +172,7 @@ QString frmReminder::captionText() {
 
 void frmReminder::tellLater() {
     mbTellMeLater = true;
-    save({{QStringLiteral("NextDate"), dtpReminder->dateTime()},
+    save({{QStringLiteral("NextDate"), dtpReminder->value()},
           {QStringLiteral("LastDate"), m_addIn.services().clock.now()},
           {QStringLiteral("Status"), static_cast<int>(ReminderStatus::ToldLater)}});
 }
@@ -237,11 +237,8 @@ void frmReminder::createControls() {
     rxtMain->setObjectName(QStringLiteral("rxtMain"));
     rxtMain->setAccessibleName(QStringLiteral("Note text"));
     rxtMain->setReadOnly(true);
-    dtpReminder = new QDateTimeEdit(this);
-    dtpReminder->setObjectName(QStringLiteral("dtpReminder"));
-    dtpReminder->setAccessibleName(QStringLiteral("Tell me later at"));
-    dtpReminder->setDisplayFormat(kDateFormat);
-    dtpReminder->setCalendarPopup(true);
+    dtpReminder =
+        new DatePicker(QStringLiteral("dtpReminder"), QStringLiteral("Tell me later at"), this);
     chkFinish = new QCheckBox(QStringLiteral("&Finish Note"), this);
     chkFinish->setObjectName(QStringLiteral("chkFinish"));
     chkFinish->setAccessibleName(QStringLiteral("Finish Note"));

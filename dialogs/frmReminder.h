@@ -7,12 +7,13 @@
 #include <array>
 
 class QCheckBox;
-class QDateTimeEdit;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 
 namespace yrw {
+
+class DatePicker;
 
 /// Tells the user that a reminder is due and writes the answer back: dismissed, to be told later,
 /// or, when the popup is closed without an answer, to come back in 15 minutes. Its tag is "NOTE:"
@@ -74,7 +75,7 @@ private:
 
     std::array<QLabel*, 6> lblForm{}; ///< 3 is not used
     QPlainTextEdit* rxtMain = nullptr;
-    QDateTimeEdit* dtpReminder = nullptr;
+    DatePicker* dtpReminder = nullptr;
     QCheckBox* chkFinish = nullptr;
     std::array<QPushButton*, 3> cmdForm{};
 };
