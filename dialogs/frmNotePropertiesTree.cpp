@@ -3,6 +3,7 @@
 
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"
+#include "platform/controls/Colours.h"
 #include "platform/forms/DatePicker.h"
 
 #include <QSet>
@@ -20,6 +21,7 @@ namespace {
 constexpr int kKeyRole = Qt::UserRole;
 const QString kGroupPrefix = QStringLiteral("gp");
 const QString kUserPrefix = QStringLiteral("us");
+constexpr QColor kGroupColour(0x00, 0x00, 0xff);
 
 /// One row of the host's users.
 struct UserRow {
@@ -69,7 +71,7 @@ QTreeWidgetItem* addGroup(QTreeWidget& tree, const UserRow& row, bool ticked) {
     QFont font = tree.font();
     font.setBold(true);
     node->setFont(0, font);
-    node->setForeground(0, QColor(0, 0, 255));
+    node->setForeground(0, readableOn(tree.palette().color(QPalette::Base), kGroupColour));
     node->setExpanded(true);
     return node;
 }

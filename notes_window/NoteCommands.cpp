@@ -183,6 +183,13 @@ void frmMain::Form_KeyDown(FormKey& key) {
         }
         return;
     }
+    if (key.is(Qt::Key_F6)) {
+        // The tabulator belongs to the text: this is the way out of it.
+        key.consumed = true;
+        QWidget& other = m_lsvMain->hasFocus() ? static_cast<QWidget&>(*m_rtxMain) : *m_lsvMain;
+        other.setFocus();
+        return;
+    }
     for (const Shortcut& shortcut : shortcuts()) {
         if (key.is(shortcut.key, shortcut.shift)) {
             key.consumed = true;
@@ -213,7 +220,8 @@ void frmMain::showHelp() {
         prompt().message(
             QStringLiteral("Insert or Ctrl+A: add a note\rEnter or F2: edit the note's properties\r"
                            "Delete or Ctrl+D: delete the note\rCtrl+F: find\rCtrl+S: save\r"
-                           "Ctrl+P: print\rCtrl+B, Ctrl+I, Ctrl+U: bold, italic, underline\r"
+                           "Ctrl+P: print\rF6: between list and text\rCtrl+B, Ctrl+I, Ctrl+U: "
+                           "bold, italic, underline\r"
                            "Ctrl+Shift+D, Ctrl+Shift+T: insert the date, the time\r"
                            "Ctrl+Shift+M: insert date, time and your name\rEscape: save and close"),
             QStringLiteral("Keys of the Notes Window"), PromptIcon::Information);

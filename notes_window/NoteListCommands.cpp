@@ -89,9 +89,13 @@ void frmMain::mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTi
 }
 
 void frmMain::lsvMain_DblClick() {
-    if (m_note) {
-        openProperties(m_note);
-    }
+    reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.EditNote"),
+                 QStringLiteral("Could not Run the Command"), QStringLiteral("Notes Problem"),
+                 [this] {
+                     if (m_note) {
+                         openProperties(m_note);
+                     }
+                 });
 }
 
 void frmMain::lsvMain_KeyDown(FormKey& key) {

@@ -53,6 +53,7 @@ void frmMain::Form_Load() {
     restoreSize();
     restoreColumns();
     UpdateToolStates();
+    m_lsvMain->setFocus();
     m_waitingTimer.start(kReminderCountMs);
 }
 

@@ -76,6 +76,12 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// What a search looks through, and what the last one found. Row i belongs to `m_items[i]`.
+    struct FindTexts {
+        std::vector<QString> rows; ///< subject and text, folded
+        QString typed;             ///< what was looked for last, folded
+        std::vector<int> found;    ///< rows that have it
+    };
     struct Command;
     struct OptionTool;
     struct Shortcut;
@@ -134,6 +140,7 @@ private:
     void countWaitingReminders();
     void applyFind();
     void showFoundItems();
+    int narrowFound(const QString& typedText);
     void readFindTexts();
     void markHits();
     void openFind();
@@ -198,7 +205,7 @@ private:
     QTimer m_waitingTimer;
     QList<ListItem> m_items; ///< everything that was read; the find bar narrows what is shown
     QHash<QString, QString> m_userNames;
-    std::optional<QHash<QString, QString>> m_findTexts; ///< folded, by item key; read when needed
+    std::optional<FindTexts> m_findTexts; ///< read when something is looked for
     int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
     bool m_subjectFits = true; ///< the subject column takes the width that the others leave
     bool m_fitting = false;    ///< columns are resized in code, not by the user

@@ -9,7 +9,10 @@
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
+#include <QHash>
 #include <QTextCursor>
+
+#include <numeric>
 
 namespace yrw {
 
@@ -35,6 +38,17 @@ void frmMain::closeFind() {
 
 void frmMain::applyFind() {
     const QString before = m_lsvMain->selectedKey();
+    const int shownBefore = m_lsvMain->itemCount();
+    if (!m_findBar->text().isEmpty()) {
+        readFindTexts();
+        // Most keys narrow what is shown already; where nothing drops out, nothing is rebuilt.
+        const int candidates = narrowFound(m_findBar->text());
+        if (candidates == shownBefore && int(m_findTexts->found.size()) == shownBefore) {
+            m_findBar->showCount(shownBefore, m_items.size());
+            markHits();
+            return;
+        }
+    }
     m_lsvMain->clearItems();
     showFoundItems();
     if (m_lsvMain->rowOf(before) >= 0) {
@@ -47,17 +61,16 @@ void frmMain::applyFind() {
 }
 
 void frmMain::showFoundItems() {
-    const QStringList words = foldedWords(m_findBar->text());
-    if (words.isEmpty()) {
+    if (m_findBar->text().isEmpty()) {
         m_findBar->showCount(0, 0);
+        m_findTexts.reset();
         m_lsvMain->addItems(m_items);
     } else {
         readFindTexts();
+        narrowFound(m_findBar->text());
         QList<ListItem> found;
-        for (const ListItem& item : std::as_const(m_items)) {
-            if (containsWords(m_findTexts->value(item.key), words)) {
-                found.append(item);
-            }
+        for (const int row : m_findTexts->found) {
+            found.append(m_items.at(row));
         }
         m_findBar->showCount(found.size(), m_items.size());
         m_lsvMain->addItems(std::move(found));
@@ -65,26 +78,52 @@ void frmMain::showFoundItems() {
     showEmptyText();
 }
 
+/// Looks for what was typed, among the rows found before where it goes on from there; how many rows
+/// were looked through.
+int frmMain::narrowFound(const QString& typedText) {
+    FindTexts& texts = *m_findTexts;
+    const QString typed = foldText(typedText);
+    const QStringList words = foldedWords(typedText);
+    if (!typed.startsWith(texts.typed)) {
+        texts.found.resize(texts.rows.size());
+        std::iota(texts.found.begin(), texts.found.end(), 0);
+    }
+    const auto candidates = static_cast<int>(texts.found.size());
+    std::erase_if(texts.found,
+                  [&](int row) { return !containsWords(texts.rows[size_t(row)], words); });
+    texts.typed = typed;
+    return candidates;
+}
+
 void frmMain::readFindTexts() {
     if (m_findTexts) {
         return;
     }
     const Hourglass hourglass(prompt());
-    m_findTexts.emplace();
-    ignoreErrors([this] {
+    FindTexts& texts = m_findTexts.emplace();
+    texts.rows.resize(size_t(m_items.size()));
+    texts.found.resize(texts.rows.size());
+    std::iota(texts.found.begin(), texts.found.end(), 0);
+    QHash<QString, int> rowOf;
+    for (int row = 0; row < m_items.size(); ++row) {
+        rowOf.insert(m_items.at(row).key, row);
+    }
+    ignoreErrors([&] {
         RecordsetRequest request;
         request.CursorType = dao::RecordsetType::ForwardOnly;
         request.RecordsetOptions = dao::kReadOnlyOption;
-        const Ref<dao::Recordset> rows = m_notes->Recordset(request);
-        const int id = rows->FieldIndex(u"RecordID");
-        const int subject = rows->FieldIndex(u"Subject");
-        const int text = rows->FieldIndex(u"PlainNote");
-        for (; !rows->AtEof(); rows->MoveNext()) {
-            m_findTexts->insert(noteItemKey(rows->value(id).toLongLong()),
-                                foldText(QString(rows->value(subject).toString() + u'\n' +
-                                                 rows->value(text).toString())));
+        const Ref<dao::Recordset> notes = m_notes->Recordset(request);
+        const int id = notes->FieldIndex(u"RecordID");
+        const int subject = notes->FieldIndex(u"Subject");
+        const int text = notes->FieldIndex(u"PlainNote");
+        for (; !notes->AtEof(); notes->MoveNext()) {
+            const int row = rowOf.value(noteItemKey(notes->value(id).toLongLong()), -1);
+            if (row >= 0) {
+                texts.rows[size_t(row)] = foldText(QString(notes->value(subject).toString() +
+                                                           u'\n' + notes->value(text).toString()));
+            }
         }
-        rows->Close();
+        notes->Close();
     });
 }
 

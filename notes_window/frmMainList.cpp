@@ -342,6 +342,7 @@ void frmMain::leaveItem(const QString& item) {
     const int row = m_lsvMain->rowOf(item);
     m_lsvMain->removeItem(item);
     m_items.removeIf([&](const ListItem& each) { return each.key == item; });
+    m_findTexts.reset();
     const int next = row < m_lsvMain->itemCount() ? row : m_lsvMain->itemCount() - 1;
     const QString key = m_lsvMain->keyAt(next);
     m_lsvMain->selectKey(key);

@@ -123,8 +123,10 @@ void frmMain::writeDraft() {
     if (!m_note || !m_dirty) {
         return;
     }
-    m_drafts.write({m_note->value(QStringLiteral("RecordID")).toLongLong(), services().clock.now(),
-                    m_rtxMain->TextRTF()});
+    ignoreErrors([this] {
+        m_drafts.write({m_note->value(QStringLiteral("RecordID")).toLongLong(),
+                        services().clock.now(), m_rtxMain->TextRTF()});
+    });
 }
 
 void frmMain::offerDraft(qint64 noteID) {

@@ -121,7 +121,8 @@ QDateTime DeskSampleData::workingTime(QDate day) {
 
 SampleCustomer DeskSampleData::nextCustomer() {
     SampleCustomer customer;
-    customer.number = QStringLiteral("C%1").arg(++m_customerNumber, 6, 10, QLatin1Char('0'));
+    customer.number = QStringLiteral("C%1").arg(++m_customerNumber, m_customers > 999'999 ? 7 : 6,
+                                                10, QLatin1Char('0'));
     customer.name = businessName();
     customer.contact = pick(kFirstNames) + u' ' + pick(kSurnames);
     customer.street = QString::number(1 + below(180)) + u' ' + pick(kStreets);

@@ -119,24 +119,33 @@ void DeskGridController::showHeaders() {
 RecordsetRequest DeskGridController::request() const {
     RecordsetRequest wanted;
     wanted.CursorType = dao::RecordsetType::Dynaset;
-    wanted.Filter = filterCondition();
+    wanted.Filter = m_filterText.isEmpty() ? QString() : holding(m_filterText);
     if (!m_sortField.isEmpty()) {
         wanted.Sort = u'[' + m_sortField + (m_descending ? u"] DESC" : u"]");
     }
     return wanted;
 }
 
-QString DeskGridController::filterCondition() const {
-    if (m_filterText.isEmpty()) {
-        return {};
-    }
+QString DeskGridController::holding(const QString& text) const {
     QStringList conditions;
     for (const GridColumn& each : layout().columns) {
         if (each.visible) {
-            conditions += u'[' + each.field + u"] Like " + containing(m_filterText);
+            conditions += u'[' + each.field + u"] Like " + containing(text);
         }
     }
     return conditions.join(QStringLiteral(" OR "));
+}
+
+bool DeskGridController::anyRowHolds(const QString& text) const {
+    RecordsetRequest wanted = request();
+    wanted.CursorType = dao::RecordsetType::ForwardOnly;
+    wanted.Filter = wanted.Filter.isEmpty()
+                        ? holding(text)
+                        : QString(u'(' + wanted.Filter + u") AND (" + holding(text) + u')');
+    const Ref<dao::Recordset> rows = m_object->Recordset(wanted);
+    const bool any = !rows->AtEof();
+    rows->Close();
+    return any;
 }
 
 void DeskGridController::rebind() {
@@ -221,7 +230,8 @@ qint64 DeskGridController::scan(qint64 from, qint64 to,
 }
 
 bool DeskGridController::findNext(const QString& text) {
-    if (!m_rows || text.isEmpty()) {
+    // The database knows sooner that there is nothing than a walk through a million rows.
+    if (!m_rows || text.isEmpty() || !anyRowHolds(text)) {
         return false;
     }
     std::vector<int> searched;

@@ -86,7 +86,9 @@ private:
     void noteRecord();
     [[nodiscard]] GridLayout& layout() { return m_layouts[m_layout]; }
     [[nodiscard]] const GridLayout& layout() const { return m_layouts[m_layout]; }
-    [[nodiscard]] QString filterCondition() const;
+    /// Condition that a visible column holds the text.
+    [[nodiscard]] QString holding(const QString& text) const;
+    [[nodiscard]] bool anyRowHolds(const QString& text) const;
     [[nodiscard]] RecordsetRequest request() const;
     /// First row at or after `from`, before `to`, that the test accepts; -1 when none.
     [[nodiscard]] qint64 scan(qint64 from, qint64 to,

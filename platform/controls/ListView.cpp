@@ -8,9 +8,24 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyledItemDelegate>
 #include <QTimer>
 
 namespace yrw {
+
+namespace {
+
+/// Gives the rows some air.
+class RoomyDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 5);
+    }
+};
+
+} // namespace
 
 class ListView::Private {
 public:
@@ -60,6 +75,7 @@ public:
 ListView::ListView(QWidget* parent)
     : QTreeView(parent), m_private(std::make_unique<Private>(this)) {
     setModel(&m_private->model);
+    setItemDelegate(new RoomyDelegate(this));
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
@@ -308,7 +324,9 @@ void ListView::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
     if (itemCount() == 0 && !m_private->emptyText.isEmpty()) {
         QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::PlaceholderText));
+        QColor pale = palette().color(QPalette::Text);
+        pale.setAlphaF(0.65F);
+        painter.setPen(pale);
         painter.drawText(viewport()->rect().adjusted(12, 4, -12, -4),
                          Qt::AlignCenter | Qt::TextWordWrap, m_private->emptyText);
     }

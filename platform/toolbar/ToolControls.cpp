@@ -72,13 +72,24 @@ ToolCombo::ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidge
     : QComboBox(parent), m_events(events), m_band(band), m_toolKey(std::move(toolKey)) {
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    // A text outside the entries is a value like any other, not a hint.
-    QPalette colours = palette();
-    colours.setBrush(QPalette::Active, QPalette::PlaceholderText,
-                     colours.brush(QPalette::Active, QPalette::ButtonText));
-    colours.setBrush(QPalette::Inactive, QPalette::PlaceholderText,
-                     colours.brush(QPalette::Inactive, QPalette::ButtonText));
-    setPalette(colours);
+    colourPlaceholder();
+}
+
+void ToolCombo::colourPlaceholder() {
+    // A text outside the list is as good as one of it, and looks the same.
+    const QColor text = palette().color(QPalette::ButtonText);
+    if (palette().color(QPalette::PlaceholderText) != text) {
+        QPalette own;
+        own.setColor(QPalette::PlaceholderText, text);
+        setPalette(own);
+    }
+}
+
+void ToolCombo::changeEvent(QEvent* event) {
+    QComboBox::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        colourPlaceholder();
+    }
 }
 
 void ToolCombo::show(const QStringList& entries, const QString& text) {

@@ -35,10 +35,13 @@ public:
     void showPopup() override;
 
 protected:
+    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    void colourPlaceholder();
+
     BandEvents& m_events;
     ToolBand& m_band;
     QString m_toolKey;

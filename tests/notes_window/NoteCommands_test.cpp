@@ -1,7 +1,8 @@
 // The commands: every option, key and list command, driven by keys and clicks.
 #include "tests/notes_window/WindowFixture.h"
 
-#include <QCheckBox>
+#include <QComboBox>
+#include <QFontDatabase>
 #include <QPrinter>
 #include <QTemporaryDir>
 
@@ -215,6 +216,58 @@ TEST_F(NoteCommands, KeysThatOpenTheDialogOpenItOnce) {
     press(Qt::Key_F2); // no note is selected: nothing opens
     press(Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(editor().Text(), QString()); // off without a note
+}
+
+TEST_F(NoteCommands, CombosActOnWhatTheUserPicks) {
+    addThree();
+    notes[1]->setDone(true);
+    open(customer);
+    auto* const type = toolbar().findChild<QComboBox*>("tooListType");
+    ASSERT_NE(type, nullptr);
+    QTest::keyClick(type, Qt::Key_Down);
+    EXPECT_EQ(keys(), QStringList(keyOf(notes[1])));
+    EXPECT_TRUE(tool("tooShowDone").isChecked());
+
+    auto* const fonts = toolbar().findChild<QComboBox*>("tooFont");
+    ASSERT_NE(fonts, nullptr);
+    this->type("word");
+    editor().selectAll();
+    fonts->showPopup();
+    fonts->hidePopup();
+    EXPECT_EQ(tool("tooFont").list(), QFontDatabase::families());
+    Q_EMIT fonts->activated(fonts->findText("DejaVu Serif"));
+    EXPECT_EQ(editor().SelFontName(), "DejaVu Serif");
+}
+
+TEST_F(NoteCommands, InsertWithShiftOrControlStaysTheClipboards) {
+    addThree();
+    open(customer);
+    type("copied");
+    editor().selectAll();
+    press(Qt::Key_Insert, Qt::ControlModifier);
+    press(Qt::Key_End);
+    press(Qt::Key_Insert, Qt::ShiftModifier);
+    EXPECT_EQ(editor().Text(), "copiedcopied");
+    EXPECT_EQ(dialogs, 0);
+    editor().selectAll();
+    click("tooClear");
+    EXPECT_EQ(editor().Text(), QString());
+    click("tooPaste");
+    EXPECT_EQ(editor().Text(), "copied");
+    click("tooUndo");
+    EXPECT_EQ(editor().Text(), QString());
+}
+
+TEST_F(NoteCommands, TheKeyboardBeginsInTheListAndGoesToTheTextAndBack) {
+    addThree();
+    open(customer);
+    EXPECT_EQ(window->focusWidget(), &list());
+    press(Qt::Key_F6);
+    EXPECT_EQ(window->focusWidget(), &editor());
+    press(Qt::Key_Tab); // is text there
+    EXPECT_EQ(editor().Text(), "\t");
+    press(Qt::Key_F6);
+    EXPECT_EQ(window->focusWidget(), &list());
 }
 
 TEST_F(NoteCommands, HelpAsksTheHost) {

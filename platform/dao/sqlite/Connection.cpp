@@ -96,7 +96,7 @@ int Connection::waitForLock(void* argument, int tries) noexcept {
     return 1;
 }
 
-void Connection::execute(const QString& sql) {
+void Connection::execute(const QString& sql) const {
     Statement(handle(), sql).run();
 }
 
@@ -116,7 +116,7 @@ Statement& Connection::kept(const QString& sql) {
     return m_kept.front().second;
 }
 
-QVariant Connection::scalar(const QString& sql) {
+QVariant Connection::scalar(const QString& sql) const {
     Statement statement(handle(), sql);
     return statement.step() ? statement.value(0, std::nullopt) : QVariant();
 }
@@ -129,7 +129,7 @@ qint64 Connection::lastKey() const noexcept {
     return sqlite3_last_insert_rowid(handle());
 }
 
-void Connection::runKept(Statement& statement, const char* sql) {
+void Connection::runKept(Statement& statement, const char* sql) const {
     if (statement.isEmpty()) {
         statement = Statement(handle(), QString::fromLatin1(sql));
     }

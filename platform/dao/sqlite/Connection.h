@@ -41,12 +41,12 @@ public:
     [[nodiscard]] Clock& clock() const noexcept { return m_clock; }
 
     /// Runs one statement that returns nothing.
-    void execute(const QString& sql);
+    void execute(const QString& sql) const;
     /// A statement kept prepared from one use to the next; for work that steps it to its end at
     /// once. The reference holds until the next call.
     [[nodiscard]] Statement& kept(const QString& sql);
     /// First column of the first row; Null when there is none.
-    [[nodiscard]] QVariant scalar(const QString& sql);
+    [[nodiscard]] QVariant scalar(const QString& sql) const;
     [[nodiscard]] qint64 changes() const noexcept;
     /// Key of the row that was inserted last.
     [[nodiscard]] qint64 lastKey() const noexcept;
@@ -75,7 +75,7 @@ private:
     };
     [[nodiscard]] bool isInLoop() const;
     void releaseHolders() noexcept;
-    void runKept(Statement& statement, const char* sql);
+    void runKept(Statement& statement, const char* sql) const;
 
     Clock& m_clock;
     std::unique_ptr<sqlite3, Closer> m_handle;

@@ -133,7 +133,7 @@ void Query::setParameters(const Parameters& parameters) {
 }
 
 QString Query::bound(const QVariant& value) {
-    const QString name = u":yrw" + QString::number(++m_literals);
+    QString name = u":yrw" + QString::number(++m_literals);
     m_bindings.push_back({name, value});
     return name;
 }

@@ -246,7 +246,7 @@ QString TableRecordset::seekSql(const Order& order, Comparison comparison, size_
     const QString by =
         order.columns.isEmpty() ? QString() : u" INDEXED BY " + quotedName(order.name);
     const bool back = comparison == Comparison::Less || comparison == Comparison::LessEqual;
-    const QString sign = signs[size_t(comparison)];
+    const QString& sign = signs[size_t(comparison)];
     QString where;
     if (comparison == Comparison::Equal) {
         for (const QString& name : names) {
