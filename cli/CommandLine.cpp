@@ -146,7 +146,7 @@ const CommandRow* commandIn(const QStringList& arguments) {
     if (position == 0) {
         return nullptr;
     }
-    const QString name = arguments.at(position);
+    const QString& name = arguments.at(position);
     for (const CommandRow& row : commandTable()) {
         if (name == QLatin1String(row.name)) {
             return &row;

@@ -23,7 +23,7 @@ const QString kDateFormat = QStringLiteral("dd/MM/yyyy HH:mm");
 const QString kNotSaved =
     QStringLiteral("The answer to a reminder could not be saved; the reminder will come back.");
 /// Minutes from now that the date picker offers at first.
-constexpr int kLaterMinutes = 30;
+constexpr qint64 kLaterMinutes = 30;
 
 /// Caption of a reminder kind; nothing for a number that is none.
 std::optional<QString> kindText(int kind) {

@@ -31,7 +31,7 @@ public:
     /// The buttons of `cmdForm`, by their numbers.
     enum class FormButton : int { TellMeLater = 0, Dismiss = 1, ShowNotes = 2 };
     /// Minutes after which a reminder that was closed without an answer comes back.
-    static constexpr int kUnansweredMinutes = 15;
+    static constexpr qint64 kUnansweredMinutes = 15;
     /// What a tag begins with.
     static const QString kTagPrefix;
 
