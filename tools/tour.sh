@@ -16,7 +16,9 @@ done
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 export XDG_DATA_HOME=$home/data XDG_CONFIG_HOME=$home/config XDG_STATE_HOME=$home/state
+export XDG_RUNTIME_DIR=$home/runtime
 mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_STATE_HOME"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
 
 "$bin/yrwregister" "$bin/libyrwnotes.so"
 rm -f "$out"/[0-9]*.png
