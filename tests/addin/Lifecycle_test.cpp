@@ -66,6 +66,20 @@ TEST_F(Lifecycle, AHostThatGoesFirstTakesItsObjectsWithIt) {
     EXPECT_FALSE(Module1::instance().isDatabaseOpen());
 }
 
+TEST_F(Lifecycle, AnEventRaisedWhileItEndsDoesNotEndItTwice) {
+    activate();
+    Form popup(AutoNotes::kFormName);
+    popup.load();
+    int raised = 0;
+    QObject::connect(&popup, &Form::unloaded, &popup, [&] {
+        ++raised;
+        window().upper->grid->Scroll.raise();
+    });
+    addIn.reset();
+    EXPECT_EQ(raised, 1);
+    EXPECT_EQ(Module1::instance().addInCount(), 0);
+}
+
 /// A door behind which somebody always agrees.
 class CalmPrompt final : public Prompt {
 public:

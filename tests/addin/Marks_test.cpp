@@ -114,14 +114,17 @@ TEST_F(Marks, RowsWithoutARecordIdAreNeverMarked) {
     activate();
     addNote(QStringLiteral("cu"), 1);
     const dao::Bookmark place = window().upper->placeOf(1);
+    const auto isPlaceMarked = [&] {
+        RowStyle style;
+        window().upper->grid->FetchRowStyle.raise(0, place, style);
+        return style.hasBackColor();
+    };
+    ASSERT_TRUE(isPlaceMarked());
+    window().upper->setRecordset(nullptr);
+    EXPECT_FALSE(isPlaceMarked());
     window().upper->setRecordset(world.host->DAODatabase()->OpenRecordset(
         QStringLiteral("SELECT CustomerName FROM tblCustomers"), dao::RecordsetType::Dynaset));
-    RowStyle style;
-    window().upper->grid->FetchRowStyle.raise(0, place, style);
-    EXPECT_FALSE(style.hasBackColor());
-    window().upper->setRecordset(nullptr);
-    window().upper->grid->FetchRowStyle.raise(0, place, style);
-    EXPECT_FALSE(style.hasBackColor());
+    EXPECT_FALSE(isPlaceMarked());
 }
 
 TEST_F(Marks, EachSwitchActsAtTheNextPaintAlsoWhenBothWereOff) {

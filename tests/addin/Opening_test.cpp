@@ -1,6 +1,8 @@
 // Opening the notes database, and making one.
 #include "tests/addin/AddInFixture.h"
 
+#include <ostream>
+
 using namespace yrw;
 using namespace yrw::test;
 
@@ -44,6 +46,10 @@ struct Broken {
     const char* content; ///< of Notes.mdb; nullptr: missing
     const char* inReason;
 };
+
+void PrintTo(const Broken& broken, std::ostream* out) {
+    *out << broken.name;
+}
 
 class BrokenOpening : public Opening, public testing::WithParamInterface<Broken> {};
 
