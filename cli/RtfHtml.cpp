@@ -149,7 +149,7 @@ private:
         m_html += u'<' + tag + styleOf(format) +
                   (format.rightToLeft ? QStringLiteral(" dir=\"rtl\">") : QStringLiteral(">"));
         for (int i = 0; i < paragraph.runCount; ++i) {
-            addRun(m_document.runs.at(std::size_t(paragraph.firstRun + i)));
+            addRun(m_document.runs.at(std::size_t(paragraph.firstRun) + std::size_t(i)));
         }
         m_html += (paragraph.runCount == 0 ? u"<br></" : u"</") + tag + u">\n";
     }

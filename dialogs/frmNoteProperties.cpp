@@ -20,7 +20,7 @@ namespace yrw {
 namespace {
 
 constexpr int kHelpTopic = 110001;
-constexpr int kFirstReminderMinutes = 60;
+constexpr qint64 kFirstReminderMinutes = 60;
 constexpr int kReminderStepMinutes = 30;
 
 /// Which option stands for a stored kind. A group's reminder opens as chosen users, so that later
