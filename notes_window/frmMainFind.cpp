@@ -73,7 +73,7 @@ void frmMain::showFoundItems() {
             found.append(m_items.at(row));
         }
         m_findBar->showCount(found.size(), m_items.size());
-        m_lsvMain->addItems(std::move(found));
+        m_lsvMain->addItems(found);
     }
     showEmptyText();
 }

@@ -31,7 +31,7 @@ constexpr int kOrdersDelayMs = 60;
 /// The help topic of the note properties dialog.
 constexpr int kHelpNoteProperties = 110001;
 
-CreateObject registryUnless(CreateObject given) {
+CreateObject registryUnless(const CreateObject& given) {
     return given ? given
                  : [](const QString& programId) { return ClassRegistry().createObject(programId); };
 }

@@ -94,7 +94,9 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
 
 void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) {
     for (int r = 0; r < paragraph.runCount; ++r) {
-        run(cursor, m_source.runs[static_cast<std::size_t>(paragraph.firstRun + r)]);
+        run(cursor,
+            m_source
+                .runs[static_cast<std::size_t>(paragraph.firstRun) + static_cast<std::size_t>(r)]);
     }
 }
 
