@@ -62,11 +62,12 @@ void DocumentLoader::insert(QTextCursor& cursor) {
 void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph,
                                bool newBlock) {
     const QTextBlockFormat& block = m_blocks[static_cast<std::size_t>(paragraph.format)];
-    const int mark =
-        paragraph.runCount == 0
-            ? paragraph.mark
-            : m_source.runs[static_cast<std::size_t>(paragraph.firstRun + paragraph.runCount - 1)]
-                  .format;
+    const int mark = paragraph.runCount == 0
+                         ? paragraph.mark
+                         : m_source
+                               .runs[static_cast<std::size_t>(paragraph.firstRun) +
+                                     static_cast<std::size_t>(paragraph.runCount) - 1]
+                               .format;
     const QTextCharFormat& chars = m_chars[static_cast<std::size_t>(mark)];
     if (newBlock) {
         cursor.insertBlock(block, chars);

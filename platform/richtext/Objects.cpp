@@ -33,8 +33,8 @@ QByteArray contentOf(const QString& path, qint64 largest) {
     if (info.size() > largest) {
         cannotEmbed(QStringLiteral("The file \"%1\" has %2 MB; at most %3 MB can be embedded.")
                         .arg(path)
-                        .arg(info.size() / (1024 * 1024))
-                        .arg(largest / (1024 * 1024)));
+                        .arg(info.size() / (1024LL * 1024))
+                        .arg(largest / (1024LL * 1024)));
     }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {

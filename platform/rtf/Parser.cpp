@@ -43,7 +43,7 @@ Parser::Parser(QByteArrayView input, Document& document)
     : m_tokens(input), m_document(document), m_builder(document) {}
 
 void Parser::run() {
-    constexpr qsizetype kMostReserved = 4 * 1024 * 1024;
+    constexpr qsizetype kMostReserved = 4LL * 1024 * 1024;
     m_document.text.reserve(std::min(m_tokens.input().size(), kMostReserved));
     for (Token token = m_tokens.next(); !m_done; token = m_tokens.next()) {
         switch (token.kind) {
