@@ -7,6 +7,7 @@
 #include "platform/component/NamedCalls.h"
 #include "platform/forms/Twips.h"
 
+#include <QCoreApplication>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
@@ -158,8 +159,11 @@ frmAutoNotes& AutoNotes::popup() {
 
 void AutoNotes::connectPopup(frmAutoNotes& form) {
     QObject::connect(&form, &frmAutoNotes::ShowNote, &form, [this](qint64 noteID) {
-        const Ref<AddIn> keep(&m_addIn);
-        ignoreErrors([&] { m_addIn.ShowNotes(nullptr, noteID); });
+        // Not from within the click: the popup that got it ends before the notes window does.
+        const auto show = [keep = Ref<AddIn>(&m_addIn), noteID] {
+            ignoreErrors([&] { keep->ShowNotes(nullptr, noteID); });
+        };
+        QMetaObject::invokeMethod(qApp, show, Qt::QueuedConnection);
     });
     QObject::connect(&form, &frmAutoNotes::CancelFocusCheck, &form,
                      [this] { m_addIn.setAutoNoteTimerEnabled(false); });
