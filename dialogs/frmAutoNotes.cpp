@@ -27,7 +27,7 @@ constexpr QRgb kHeadingColour = qRgb(0xFF, 0xC0, 0x80);
 constexpr QRgb kSubjectColour = qRgb(0xFF, 0xFF, 0x80);
 
 constexpr int kHeadingPoints = 12;
-constexpr int kFormPoints = 10;
+constexpr int kFormPoints = 11;
 constexpr QSize kDesignedSize(360, 280);
 constexpr QSize kLeastSize(160, 100);
 constexpr int kSettleMs = 150;
@@ -37,16 +37,25 @@ constexpr int kCellMargin = 4;
 /// What is longer is cut: the list has to be there at once. The notes window shows the whole.
 constexpr qsizetype kLongestText = 10'000;
 
-QTextOption wrapping() {
+/// Breaks a paragraph into lines of a width, one below the other at a distance; the lines' number.
+int breakLines(QTextLayout& paragraph, double width, double distance) {
     QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    return option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // long words too
+    paragraph.setTextOption(option);
+    paragraph.beginLayout();
+    int lines = 0;
+    for (QTextLine line = paragraph.createLine(); line.isValid(); line = paragraph.createLine()) {
+        line.setLineWidth(qMax(1.0, width));
+        line.setPosition(QPointF(0, distance * lines++));
+    }
+    paragraph.endLayout();
+    return qMax(1, lines);
 }
 
-/// Paints a cell's text wrapped just as it is measured: long words are broken, not cut.
+/// Paints a cell's text just as its height is measured.
 class CellPainter final : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    CellPainter(const Form& form, QObject* parent) : QStyledItemDelegate(parent), m_form(form) {}
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
@@ -56,15 +65,29 @@ public:
         const bool coloured = cell.backgroundBrush.style() != Qt::NoBrush;
         const QPalette::ColorRole text = selected ? QPalette::HighlightedText : QPalette::Text;
         painter->save();
+        painter->setClipRect(cell.rect);
         painter->fillRect(cell.rect, selected   ? cell.palette.highlight()
                                      : coloured ? cell.backgroundBrush
                                                 : cell.palette.base());
-        painter->setFont(cell.font);
         painter->setPen(coloured && !selected ? QColor(Qt::black) : cell.palette.color(text));
-        painter->drawText(QRectF(cell.rect).adjusted(kCellMargin, kRowGap / 2, -kCellMargin, 0),
-                          cell.text, wrapping());
+        paintText(*painter, cell);
         painter->restore();
     }
+
+private:
+    void paintText(QPainter& painter, const QStyleOptionViewItem& cell) const {
+        const QRectF room = QRectF(cell.rect).adjusted(kCellMargin, kRowGap / 2, -kCellMargin, 0);
+        const int distance = m_form.fontMetrics().height();
+        double y = room.top();
+        for (const QString& text : cell.text.split(QChar::LineSeparator)) {
+            QTextLayout paragraph(text, cell.font);
+            const int lines = breakLines(paragraph, room.width(), distance);
+            paragraph.draw(&painter, QPointF(room.left(), y));
+            y += lines * distance;
+        }
+    }
+
+    const Form& m_form;
 };
 
 QScreen* screenOf(const QPoint& place, const QWidget* host) {
@@ -314,15 +337,9 @@ void frmAutoNotes::refitRows() {
 int frmAutoNotes::wrappedLines(const QString& text, const QFont& font) const {
     const double width = flxThis->columnWidth(0) - 2 * kCellMargin;
     int lines = 0;
-    for (const QString& paragraph : text.split(u'\n')) {
-        QTextLayout layout(paragraph, font);
-        layout.setTextOption(wrapping());
-        layout.beginLayout();
-        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-            line.setLineWidth(qMax(1.0, width));
-        }
-        layout.endLayout();
-        lines += qMax(1, layout.lineCount());
+    for (const QString& each : text.split(u'\n')) {
+        QTextLayout paragraph(each, font);
+        lines += breakLines(paragraph, width, 0);
     }
     return lines;
 }
@@ -375,11 +392,12 @@ void frmAutoNotes::createControls() {
     flxThis->setObjectName(QStringLiteral("flxThis"));
     flxThis->setAccessibleName(QStringLiteral("Automatic notes"));
     flxThis->setFont(font());
-    flxThis->setItemDelegate(new CellPainter(flxThis));
+    flxThis->setItemDelegate(new CellPainter(*this, flxThis));
     flxThis->horizontalHeader()->hide();
     flxThis->verticalHeader()->hide();
     flxThis->verticalHeader()->setMinimumSectionSize(1);
     flxThis->setShowGrid(false);
+    flxThis->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // the column leaves its place
     flxThis->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     flxThis->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     flxThis->setSelectionMode(QAbstractItemView::SingleSelection);
