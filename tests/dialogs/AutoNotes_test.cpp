@@ -160,6 +160,27 @@ TEST_F(AutoNotesPopup, StandsInTheUpperRightOfTheHostWhateverTheHostsTop) {
     }
 }
 
+TEST_F(AutoNotesPopup, StandsOnTheScreenOfTheHostAndWithinIt) {
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    ASSERT_EQ(screens.size(), 2);
+    const int caption = systemMetric(SystemMetric::CaptionHeight);
+    struct Case {
+        QPoint host;
+        int screen;
+    };
+    for (const Case& one : {Case{{900, 400}, 1}, Case{{100, 300}, 0}, Case{{1800, 400}, 1}}) {
+        open(frmAutoNotes::Placement::OwnWindow);
+        host.move(one.host);
+        fill(2);
+        present();
+        const QRect frame = popup->frameGeometry();
+        const QRect screen = screens.at(one.screen)->geometry();
+        EXPECT_EQ(frame.top(), screen.top() + caption) << one.host.x();
+        EXPECT_GE(frame.left(), screen.left()) << one.host.x();
+        EXPECT_LE(frame.right(), screen.right()) << one.host.x();
+    }
+}
+
 TEST_F(AutoNotesPopup, KeepsItsSizeAsAFractionOfTheHosts) {
     fill(2);
     present();
