@@ -177,14 +177,22 @@ void GridEvents::AfterColUpdate() {
 }
 
 void GridEvents::FetchRowStyle(dao::Bookmark bookmark, RowStyle& style) {
-    if (marks(NotesSwitch::HighlightNotesRow) && hasActiveNote(bookmark)) {
+    if (!marks(NotesSwitch::HighlightNotesRow)) {
+        return;
+    }
+    const bool hasNote = hasActiveNote(bookmark);
+    style.finding.keep(this, hasNote);
+    if (hasNote) {
         style.setBackColor(m_addIn.highlightColour());
     }
 }
 
 void GridEvents::FetchCellStyle(dao::Bookmark bookmark, int column, CellStyle& style) {
-    if (m_flagColumn < 0 || column != m_flagColumn || !marks(NotesSwitch::FlagNotesRow) ||
-        !hasActiveNote(bookmark)) {
+    if (m_flagColumn < 0 || column != m_flagColumn || !marks(NotesSwitch::FlagNotesRow)) {
+        return;
+    }
+    const std::optional<bool> found = style.finding.of(this); // while its row was painted
+    if (!(found ? *found : hasActiveNote(bookmark))) {
         return;
     }
     style.setBorderKind(kFlagBorderKind);

@@ -149,11 +149,13 @@ void GridBody::announceCursor() {
 }
 
 QColor GridBody::rowColour(qint64 row, bool readable) {
+    m_finding = RowFinding();
     if (fetchesRowStyle && readable) {
         RowStyle style;
         raiseQuietly([&] {
             m_source.grid().FetchRowStyle.raise(m_split, m_source.rows().bookmark(), style);
         });
+        m_finding = style.finding;
         if (style.hasBackColor()) {
             return colourOfBgr(style.backColor());
         }
@@ -165,7 +167,7 @@ QColor GridBody::rowColour(qint64 row, bool readable) {
 }
 
 CellStyle GridBody::cellStyle(int column) {
-    CellStyle style;
+    CellStyle style(m_finding);
     raiseQuietly([&] {
         m_source.grid().FetchCellStyle.raise(0, m_split, m_source.rows().bookmark(), column, style);
     });

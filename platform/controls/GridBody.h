@@ -107,6 +107,7 @@ private:
     int m_split;
     QHeaderView& m_header;
     QHash<qint64, QColor> m_painted;
+    RowFinding m_finding; ///< of the row that is being painted
 };
 
 } // namespace yrw

@@ -80,6 +80,10 @@ TEST_F(LandingOnTheDesk, EveryLayoutFlagsARowsNumberWhereTheSwitchIsOn) {
             addIn->setSwitch(NotesSwitch::FlagNotesRow, false);
             EXPECT_EQ(framedField(controller->grid(), row), QString()) << qPrintable(layout);
             addIn->setSwitch(NotesSwitch::FlagNotesRow, true);
+            addIn->setSwitch(NotesSwitch::HighlightNotesRow, false);
+            EXPECT_EQ(framedField(controller->grid(), row), inView ? number : QString())
+                << qPrintable(layout);
+            addIn->setSwitch(NotesSwitch::HighlightNotesRow, true);
         }
     }
 }

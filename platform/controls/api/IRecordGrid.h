@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 class QObject;
 
 namespace yrw {
@@ -17,9 +19,30 @@ enum class AddNewMode : int {
     AddNewPending = 2, ///< a new record is being typed
 };
 
+/// What a handler found out about a row while its style was fetched, for the styles of the row's
+/// cells in the same paint. Each handler has its own; only the last one's is kept.
+class RowFinding {
+public:
+    void keep(const void* handler, bool finding) noexcept {
+        m_handler = handler;
+        m_finding = finding;
+    }
+    /// What that handler kept; nothing when it kept none for this row.
+    [[nodiscard]] std::optional<bool> of(const void* handler) const noexcept {
+        return handler == m_handler && handler != nullptr ? std::optional<bool>(m_finding)
+                                                          : std::nullopt;
+    }
+
+private:
+    const void* m_handler = nullptr;
+    bool m_finding = false;
+};
+
 /// What a handler of `FetchRowStyle` may set.
 class RowStyle {
 public:
+    RowFinding finding; ///< handed on to the styles of the row's cells
+
     /// Background as &H00BBGGRR.
     void setBackColor(int colour) noexcept {
         m_backColor = colour;
@@ -36,6 +59,10 @@ private:
 /// What a handler of `FetchCellStyle` may set: a frame inside the cell.
 class CellStyle {
 public:
+    CellStyle() = default;
+    explicit CellStyle(const RowFinding& rowFinding) : finding(rowFinding) {}
+
+    RowFinding finding;                                                  ///< of the row's style
     void setBorderKind(short kind) noexcept { m_borderKind = kind; }     ///< 0 none, 6 a frame
     void setBorderColor(int colour) noexcept { m_borderColor = colour; } ///< &H00BBGGRR
     void setBorderWidth(int pixels) noexcept { m_borderWidth = pixels; } ///< device-independent
