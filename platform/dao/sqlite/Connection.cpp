@@ -68,6 +68,9 @@ Connection::Connection(const QString& path, Access access, Clock& clock)
     sqlite3_extended_result_codes(handle, 1);
     // Pages for some thousand notes; taken only as they are read.
     sqlite3_exec(handle, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
+    // Moving the journal's pages home costs three syncs; the journal grows to 16 MB before it is
+    // due.
+    sqlite3_wal_autocheckpoint(handle, 4000);
     sqlite3_busy_handler(handle, &Connection::waitForLock, &m_wait);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
@@ -142,7 +145,7 @@ void Connection::begin() {
         runKept(m_beginWrite, "BEGIN IMMEDIATE");
     } else {
         requireLiveTransaction();
-        execute(QStringLiteral("SAVEPOINT yrw%1").arg(m_depth));
+        kept(QStringLiteral("SAVEPOINT yrw%1").arg(m_depth)).run();
     }
     ++m_depth;
 }
@@ -165,7 +168,7 @@ void Connection::commit() {
         releaseHolders();
         runKept(m_commit, "COMMIT");
     } else {
-        execute(QStringLiteral("RELEASE yrw%1").arg(m_depth - 1));
+        kept(QStringLiteral("RELEASE yrw%1").arg(m_depth - 1)).run();
     }
     --m_depth;
 }

@@ -119,6 +119,10 @@ void Statement::reset() noexcept {
     m_hasRow = false;
 }
 
+void Statement::forgetValues() noexcept {
+    sqlite3_clear_bindings(m_handle.get());
+}
+
 int Statement::columnCount() const noexcept {
     return sqlite3_column_count(m_handle.get());
 }
