@@ -324,6 +324,11 @@ void AddIn::repaintGrids() {
     m_lower.refresh();
 }
 
+void AddIn::checkAutoNotes(const GuardedPtr<IGridController>& controller) noexcept {
+    m_autoNotes.forgetCurrentRecord(); // else every row would show the notes of the first
+    m_autoNotes.check(controller, true, false);
+}
+
 void AddIn::cleanUpAutoNotes() noexcept {
     m_autoNotes.cleanUp(stbMain);
     setAutoNoteTimerEnabled(false);

@@ -80,6 +80,10 @@ public:
     void openNotesSeek() { m_notesSeek.open(m_module.database()); }
     /// Background of marked rows, &H00BBGGRR.
     [[nodiscard]] int highlightColour() const noexcept { return m_highlightColour; }
+    /// The host's status bar; nothing when it has none.
+    [[nodiscard]] IStatusBar* statusBar() const noexcept { return stbMain.get(); }
+    /// Shows the automatic notes of the record that the user stays on.
+    void checkAutoNotes(const GuardedPtr<IGridController>& controller) noexcept;
     /// Clears the popup and the status-bar message away and stops the half-second timer.
     void cleanUpAutoNotes() noexcept;
 
@@ -167,7 +171,7 @@ private:
     NotesSeek m_notesSeek;
     GridEvents m_upper{*this};
     GridEvents m_lower{*this};
-    AutoNotes m_autoNotes;
+    AutoNotes m_autoNotes{*this};
 };
 
 } // namespace yrw

@@ -32,7 +32,7 @@ QList<GridLayout> customerLayouts() {
          {number, name, contact, town, phone, hiddenKey()},
          QStringLiteral("CustomerNo")},
         {QStringLiteral("Address book"),
-         {name, street, postcode, town, mail, hiddenKey()},
+         {number, name, street, postcode, town, mail, hiddenKey()},
          QStringLiteral("Name")},
         {QStringLiteral("All fields"),
          {key, number, name, contact, street, town, postcode, phone, mail, since},
