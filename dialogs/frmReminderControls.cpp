@@ -134,10 +134,12 @@ void frmReminder::connectEvents() {
 void frmReminder::moveToPlace(int place, const QWidget* host) {
     const QRect area = (host != nullptr ? host->screen() : screen())->availableGeometry();
     const QRect around = host != nullptr ? host->frameGeometry() : area;
-    const int offset = kPlaceStep * (kPlaces / 2 - place);
-    const QPoint wanted = around.center() - rect().center() + QPoint(offset, offset);
-    move(qMax(area.left(), qMin(wanted.x(), area.right() - width())),
-         qMax(area.top(), qMin(wanted.y(), area.bottom() - height() - kPlaceStep)));
+    // The whole cascade is to lie on the screen, place 0 in the middle of the host if it can.
+    const int reach = kPlaceStep * (kPlaces - 1);
+    const QPoint middle = around.center() - rect().center() + QPoint(reach, reach) / 2;
+    const int x = qMin(qMax(middle.x(), area.left() + reach), area.right() - width());
+    const int y = qMin(qMax(middle.y(), area.top() + reach), area.bottom() - height() - kPlaceStep);
+    move(qMax(area.left(), x - kPlaceStep * place), qMax(area.top(), y - kPlaceStep * place));
 }
 
 } // namespace yrw
