@@ -17,6 +17,7 @@
 
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace yrw {
 
@@ -201,6 +202,9 @@ bool frmReminder::eventFilter(QObject* watched, QEvent* event) {
 bool frmReminder::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate) {
         m_hasKeys = false;
+    } else if (event->type() == QEvent::WindowActivate) {
+        // The window system grants it some time after `takeKeys` has asked.
+        m_hasKeys = std::exchange(m_wantsKeys, false) || m_hasKeys;
     }
     return Form::event(event);
 }
@@ -233,6 +237,7 @@ void frmReminder::callUser(int waiting) {
 
 void frmReminder::takeKeys() {
     m_hasKeys = true;
+    m_wantsKeys = !isActiveWindow();
     bringToFront();
     activateWindow();
     rxtMain->setFocus();

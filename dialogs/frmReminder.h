@@ -118,6 +118,7 @@ private:
     bool mbTellMeLater = false;
     bool mbDismissed = false;
     bool m_hasKeys = false;            ///< the user has turned to this popup
+    bool m_wantsKeys = false;          ///< and the window system is still to follow
     qint64 m_cameMs = 0;               ///< when it came, by the clock that never runs backwards
     static const frmReminder* s_front; ///< the one brought to the front last; for comparison only
     static qint64 s_movedMs;           ///< when a popup went or rose last

@@ -47,9 +47,13 @@ TEST_F(ReminderPopups, NoKeyReachesOneBeforeAClickOrTheOneShortcut) {
         for (const int key : {Qt::Key_D, Qt::Key_L}) {
             QTest::keyClick(&popup(), Qt::Key(key), Qt::AltModifier);
         }
+        for (const QPushButton* button : popup().findChildren<QPushButton*>()) {
+            EXPECT_FALSE(button->isDown()); // as it would be for a moment
+        }
     };
+    settle();
     popup().activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&popup()));
+    ASSERT_TRUE(QTest::qWaitFor([] { return popup().isActiveWindow(); }));
     typeAnswers();
     EXPECT_EQ(tags().size(), 2);
 
@@ -57,13 +61,14 @@ TEST_F(ReminderPopups, NoKeyReachesOneBeforeAClickOrTheOneShortcut) {
     ASSERT_NE(reach, nullptr);
     EXPECT_EQ(reach->key(), QKeySequence(QStringLiteral("Ctrl+Alt+R")));
     QTest::keyClick(&popup(), Qt::Key_R, Qt::ControlModifier | Qt::AltModifier);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&popup()));
-    EXPECT_TRUE(control<QPlainTextEdit>("rxtMain").hasFocus()); // Return and Space answer nothing
+    auto& text = control<QPlainTextEdit>("rxtMain");
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return text.hasFocus(); })); // Return and Space answer nothing
     QTest::keyClick(&popup(), Qt::Key_Return);
     EXPECT_EQ(stored(reminder, "Status").toInt(), 1);
     QTest::keyClick(&popup(), Qt::Key_D, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([] { return tags().size() == 1; }));
     EXPECT_EQ(stored(reminder, "Status").toInt(), 4);
-    ASSERT_EQ(tags().size(), 1);
     typeAnswers(); // were meant for the first
     ASSERT_EQ(tags().size(), 1);
     clock.advance(1);
