@@ -34,27 +34,30 @@ private:
     bool m_wasSet;
 };
 
-/// A clock in the process's zone, moved by hand: its hands follow the zone's changes.
-class ZoneClock final : public Clock {
+/// Moves a clock so that its hands follow the process's zone and the zone's changes.
+class ZoneClock {
 public:
-    explicit ZoneClock(const QDateTime& start) : m_seconds(start.toSecsSinceEpoch()) {}
-
-    [[nodiscard]] QDateTime now() const override {
-        return QDateTime::fromSecsSinceEpoch(m_seconds);
+    ZoneClock(ManualClock& clock, const QDateTime& start)
+        : m_clock(clock), m_seconds(start.toSecsSinceEpoch()) {
+        set(0);
     }
-    [[nodiscard]] qint64 monotonicMs() const override { return m_monotonicMs; }
 
+    [[nodiscard]] QDateTime now() const { return m_clock.now(); }
     /// Lets time pass.
     void pass(qint64 seconds) {
-        m_seconds += seconds;
-        m_monotonicMs += seconds * 1000;
+        m_clock.advance(seconds);
+        set(seconds);
     }
-    /// Sets the clock, forward or back, as a user does; or the machine slept.
-    void set(qint64 seconds) { m_seconds += seconds; }
+    /// Sets the clock, forward or back, as a user does; or the machine slept. Also called with 0
+    /// after a change of the zone.
+    void set(qint64 seconds) {
+        m_seconds += seconds;
+        m_clock.setNow(QDateTime::fromSecsSinceEpoch(m_seconds));
+    }
 
 private:
+    ManualClock& m_clock;
     qint64 m_seconds;
-    qint64 m_monotonicMs = 0;
 };
 
 } // namespace yrw::test
