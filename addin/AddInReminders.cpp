@@ -153,7 +153,11 @@ void AddIn::showWaitingReminders() {
     }
     frmReminder* const front = m_module.reminders().front();
     if (shown > 0 && front != nullptr) {
-        front->bringToFront();
+        if (m_round.waiting.empty()) {
+            m_module.reminders().putInOrder();
+        } else {
+            front->bringToFront();
+        }
         placeReachKey();
     }
     if (shown > 0 && front != nullptr && !m_round.hasCalled) {

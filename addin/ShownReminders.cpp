@@ -46,6 +46,26 @@ frmReminder* ShownReminders::front() const {
     return oldest;
 }
 
+void ShownReminders::putInOrder() const {
+    std::vector<frmReminder*> popups;
+    for (const auto& [id, shown] : m_shown) {
+        if (shown.popup && !shown.popup->isUnloaded()) {
+            popups.push_back(shown.popup);
+        }
+    }
+    const auto isOlder = [](const frmReminder* a, const frmReminder* b) {
+        return a->due() < b->due();
+    };
+    std::stable_sort(popups.begin(), popups.end(), isOlder);
+    popups.resize(std::min(popups.size(), m_places.size()));
+    for (auto popup = popups.rbegin(); popup != popups.rend(); ++popup) {
+        (*popup)->raise();
+    }
+    if (frmReminder* const first = front()) {
+        first->bringToFront();
+    }
+}
+
 std::map<qint64, QPointer<frmReminder>> ShownReminders::popupsOf(const void* owner) const {
     std::map<qint64, QPointer<frmReminder>> popups;
     for (const auto& [id, shown] : m_shown) {

@@ -25,6 +25,9 @@ public:
     /// The popup that belongs in front: the one that the user works in, else the oldest promise.
     /// Nothing when none is open.
     [[nodiscard]] frmReminder* front() const;
+    /// Puts the popups that one sees at a time into their order: the older the promise, the nearer
+    /// to the front; `front` above all.
+    void putInOrder() const;
     [[nodiscard]] int count() const noexcept { return static_cast<int>(m_shown.size()); }
     /// The popups of one owner by their ids.
     [[nodiscard]] std::map<qint64, QPointer<frmReminder>> popupsOf(const void* owner) const;

@@ -205,6 +205,9 @@ bool frmReminder::event(QEvent* event) {
     } else if (event->type() == QEvent::WindowActivate) {
         // The window system grants it some time after `takeKeys` has asked.
         m_hasKeys = std::exchange(m_wantsKeys, false) || m_hasKeys;
+    } else if (event->type() == QEvent::Paint) {
+        m_isPainted = true;
+        askForAttention();
     }
     return Form::event(event);
 }
@@ -232,7 +235,15 @@ void frmReminder::callUser(int waiting) {
     setAccessibleDescription(words.join(QStringLiteral(". ")));
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
-    QApplication::alert(this);
+    m_calls = true;
+    askForAttention();
+}
+
+/// A window manager heeds only windows that it has placed already: those that were painted.
+void frmReminder::askForAttention() {
+    if (m_isPainted && std::exchange(m_calls, false)) {
+        QApplication::alert(this);
+    }
 }
 
 void frmReminder::takeKeys() {

@@ -98,6 +98,7 @@ private:
     Saved save(const dao::ValueList& values);
     void tellFailure(const AutomationError& error, const QString& words);
     void showStatus(const QString& text);
+    void askForAttention();
     [[nodiscard]] bool isStray() const;
     [[nodiscard]] QDateTime now() const;
 
@@ -117,7 +118,9 @@ private:
     QDateTime m_due;
     bool mbTellMeLater = false;
     bool mbDismissed = false;
-    bool m_hasKeys = false;            ///< the user has turned to this popup
+    bool m_hasKeys = false; ///< the user has turned to this popup
+    bool m_isPainted = false;
+    bool m_calls = false;              ///< the user is to be called once it is painted
     bool m_wantsKeys = false;          ///< and the window system is still to follow
     qint64 m_cameMs = 0;               ///< when it came, by the clock that never runs backwards
     static const frmReminder* s_front; ///< the one brought to the front last; for comparison only
