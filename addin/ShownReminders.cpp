@@ -1,5 +1,7 @@
 #include "addin/ShownReminders.h"
 
+#include <QApplication>
+
 #include <algorithm>
 #include <iterator>
 
@@ -30,13 +32,14 @@ int ShownReminders::freePlace() const {
 }
 
 frmReminder* ShownReminders::front() const {
+    const QWidget* const active = QApplication::activeWindow();
     frmReminder* oldest = nullptr;
     for (const auto& [id, shown] : m_shown) {
         frmReminder* const popup = shown.popup;
         if (popup == nullptr || popup->isUnloaded()) {
             continue;
         }
-        if (popup->isActiveWindow()) {
+        if (popup == active) {
             return popup;
         }
         if (oldest == nullptr || popup->due() < oldest->due()) {

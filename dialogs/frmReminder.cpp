@@ -15,7 +15,6 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -78,8 +77,9 @@ void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRec
     m_note = application->Notes()->Item(reminder->value(QStringLiteral("NoteID")));
     findOwner();
     setWindowTitle(captionText());
-    m_due = reminder->value(kNextDate).toDateTime();
-    lblForm[5]->setText(QStringLiteral("Due: ") + m_due.toString(kDateFormat));
+    const QDateTime due = reminder->value(kNextDate).toDateTime();
+    lblForm[5]->setText(QStringLiteral("Due: ") + due.toString(kDateFormat));
+    m_due = QDateTime(due.date(), due.time(), Qt::UTC).toSecsSinceEpoch();
     const int kind = m_note->value(QStringLiteral("ReminderType")).toInt();
     if (const std::optional<QString> text = kindText(kind)) {
         lblForm[4]->setText(*text);

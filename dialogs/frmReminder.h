@@ -7,6 +7,7 @@
 #include <QKeySequence>
 
 #include <array>
+#include <limits>
 
 class QCheckBox;
 class QLabel;
@@ -67,8 +68,9 @@ public:
     /// Gives the popup the keyboard.
     void takeKeys();
 
-    /// When the reminder was due; invalid before `Initialise`.
-    [[nodiscard]] const QDateTime& due() const noexcept { return m_due; }
+    /// When the reminder was due, in seconds by the hands of the clock, for comparison: the older
+    /// the promise, the smaller. The largest number before `Initialise`.
+    [[nodiscard]] qint64 due() const noexcept { return m_due; }
     /// The note that it is about; 0 before `Initialise`.
     [[nodiscard]] qint64 noteID() const;
     /// True while the reminder's row, in the form of the query of reminders, still is what the
@@ -115,7 +117,7 @@ private:
     Ref<IRecord> m_note;
     Ref<IObjectDefinition> m_definition;
     Ref<IRecord> m_owner;
-    QDateTime m_due;
+    qint64 m_due = std::numeric_limits<qint64>::max();
     bool mbTellMeLater = false;
     bool mbDismissed = false;
     bool m_hasKeys = false; ///< the user has turned to this popup

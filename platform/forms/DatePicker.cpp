@@ -3,6 +3,7 @@
 #include "platform/clock/WallTime.h"
 
 #include <QCalendarWidget>
+#include <QMouseEvent>
 #include <QWheelEvent>
 
 namespace yrw {
@@ -25,7 +26,6 @@ DatePicker::DatePicker(const QString& name, const QString& accessibleName, QWidg
     setDisplayFormat(QStringLiteral("dd/MM/yyyy HH:mm"));
     setMinimumDateTime(QDateTime(QDate(1900, 1, 1), QTime(0, 0), Qt::UTC));
     setCalendarPopup(true);
-    calendarWidget()->setFirstDayOfWeek(QLocale::system().firstDayOfWeek());
     setFocusPolicy(Qt::StrongFocus);
 }
 
@@ -54,6 +54,14 @@ QString DatePicker::clockChange() const {
         break;
     }
     return {};
+}
+
+void DatePicker::mousePressEvent(QMouseEvent* event) {
+    if (!m_hasCalendar) { // making one takes longer than all the rest of the field
+        m_hasCalendar = true;
+        calendarWidget()->setFirstDayOfWeek(QLocale::system().firstDayOfWeek());
+    }
+    QDateTimeEdit::mousePressEvent(event);
 }
 
 void DatePicker::wheelEvent(QWheelEvent* event) {

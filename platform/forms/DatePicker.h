@@ -31,7 +31,11 @@ public:
     [[nodiscard]] QString clockChange() const;
 
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+
+private:
+    bool m_hasCalendar = false;
 };
 
 } // namespace yrw
