@@ -2,12 +2,11 @@
 
 #include "platform/clock/Clock.h"
 #include "platform/forms/FileFilter.h"
+#include "platform/prompt/ErrorLog.h"
 
 #include <QApplication>
 #include <QColorDialog>
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QMessageBox>
@@ -27,10 +26,6 @@ const QString kBoxName = QStringLiteral("promptBox");
 QString withLineBreaks(QString text) {
     return text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
-}
-
-QString onOneLine(const QString& text) {
-    return withLineBreaks(text).simplified();
 }
 
 QMessageBox::Icon iconOf(PromptIcon icon) {
@@ -191,7 +186,7 @@ PromptAnswer WidgetPrompt::question(const QString& text, const QString& title,
 }
 
 void WidgetPrompt::errorReport(const ErrorReport& report) {
-    log(report);
+    appendToErrorLog(m_clock.now(), report);
     if (m_reporting) {
         return;
     }
@@ -205,28 +200,6 @@ void WidgetPrompt::errorReport(const ErrorReport& report) {
     box->setDetailedText(detailsOf(report));
     nameButtons(*box);
     OpenBox(*this).exec(*box);
-}
-
-QString WidgetPrompt::logFile() {
-    QString state = qEnvironmentVariable("XDG_STATE_HOME");
-    if (state.isEmpty()) {
-        state = QDir::homePath() + u"/.local/state";
-    }
-    return state + u"/yarrowen/log.txt";
-}
-
-void WidgetPrompt::log(const ErrorReport& report) const {
-    const QString path = logFile();
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::Append)) {
-        return;
-    }
-    const QStringList parts{
-        m_clock.now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), report.source,
-        QString::number(report.number),
-        onOneLine(report.message + u' ' + report.text + u' ' + report.description)};
-    file.write(parts.join(u'\t').toUtf8() + '\n');
 }
 
 QStringList WidgetPrompt::openFiles(const FileRequest& request) {

@@ -7,6 +7,8 @@
 #include "framework/HostApplicationBase.h"
 #include "platform/component/AutomationError.h"
 
+#include <QFile>
+
 #include <functional>
 #include <utility>
 
@@ -124,11 +126,17 @@ private:
 /// The fake host's application object.
 class FakeHostApplication final : public HostApplicationBase {
 public:
-    /// Makes the host's database "Host.mdb" in the folder. `engine` outlives the application.
+    /// Makes the host's database "Host.mdb" in the folder, or opens the one that is there.
+    /// `engine` outlives the application.
     FakeHostApplication(const dao::EngineServices& engine, const QString& folder)
         : m_engine(engine), m_workspace(dao::createWorkspace(engine)) {
-        m_database = m_workspace->CreateDatabase(folder + QStringLiteral("/Host.mdb"));
-        m_database->RunScript(QString::fromLatin1(kFakeHostScript));
+        const QString path = folder + QStringLiteral("/Host.mdb");
+        if (QFile::exists(path)) {
+            m_database = m_workspace->OpenDatabase(path);
+        } else {
+            m_database = m_workspace->CreateDatabase(path);
+            m_database->RunScript(QString::fromLatin1(kFakeHostScript));
+        }
         m_helper.setDatabase(m_database);
     }
 
