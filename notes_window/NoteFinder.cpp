@@ -93,7 +93,7 @@ void NoteFinder::search() {
                           m_hits.insert(found.begin(), found.end());
                           m_inOrder.insert(m_inOrder.end(), found.begin(), found.end());
                       });
-    if (!went || m_search->AtEnd()) {
+    if (!went || m_search->atEnd()) {
         m_search.reset();
         m_failed = !went;
         m_reusable = went;

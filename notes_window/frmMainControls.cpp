@@ -23,7 +23,7 @@ namespace yrw {
 namespace {
 
 constexpr QSize kDesignedSize(860, 620);
-constexpr int kDraftMs = 2000;
+constexpr int kDraftMs = 1800; ///< with the writing less than the two seconds promised
 constexpr int kSubjectColumn = 1;
 constexpr int kMinSubjectWidth = 120; ///< pixels
 const QString kColumnWidths = QStringLiteral("ColumnWidths");

@@ -25,7 +25,7 @@ public:
     virtual ~TextSearch();
     /// Goes on for about so long (at least one step); the keys found meanwhile, each once.
     [[nodiscard]] virtual std::vector<qint64> next(int milliseconds) = 0;
-    [[nodiscard]] virtual bool AtEnd() const = 0;
+    [[nodiscard]] virtual bool atEnd() const = 0;
 };
 
 /// An index in the database file that finds the rows whose texts contain given words, in any case

@@ -44,7 +44,7 @@ protected:
         }
         const auto search = index->search(foldedWords(QString::fromUtf8(typed)), std::move(keys));
         std::vector<qint64> all;
-        while (!search->AtEnd()) {
+        while (!search->atEnd()) {
             const std::vector<qint64> some = search->next(0);
             all.insert(all.end(), some.begin(), some.end());
         }

@@ -48,7 +48,7 @@ public:
                      std::vector<qint64> keys, bool& damaged);
 
     [[nodiscard]] std::vector<qint64> next(int milliseconds) override;
-    [[nodiscard]] bool AtEnd() const override { return m_stage == Stage::End; }
+    [[nodiscard]] bool atEnd() const override { return m_stage == Stage::End; }
 
 private:
     /// Either every row by itself, or first those that wait and then the index's answer.
