@@ -21,6 +21,7 @@ class QLabel;
 namespace yrw {
 
 class FindBar;
+class NoteFinder;
 class SplitBar;
 class StatusBar;
 class Toolbar;
@@ -76,12 +77,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    /// What a search looks through, and what the last one found. Row i belongs to `m_items[i]`.
-    struct FindTexts {
-        std::vector<QString> rows; ///< subject and text, folded
-        QString typed;             ///< what was looked for last, folded
-        std::vector<int> found;    ///< rows that have it
-    };
+    /// Whose text a note keeps that two users have changed.
+    enum class TextChoice { Mine, Theirs, Both };
     struct Command;
     struct OptionTool;
     struct Shortcut;
@@ -139,9 +136,9 @@ private:
     void showEmptyText();
     void countWaitingReminders();
     void applyFind();
-    void showFoundItems();
-    int narrowFound(const QString& typedText);
-    void readFindTexts();
+    void narrowList();
+    void selectFound(const QString& before);
+    void showFindState();
     void markHits();
     void openFind();
     void closeFind();
@@ -150,6 +147,7 @@ private:
     void writeText();
     void writeTextInto(Note& note);
     void settleConflict();
+    [[nodiscard]] TextChoice askWhoseText(Note& theirs);
     void appendOther(Note& theirs);
     void setDirty(bool dirty);
     void rememberLoaded(Note& note);
@@ -203,9 +201,7 @@ private:
     NoteDrafts m_drafts;
     QTimer m_draftTimer;
     QTimer m_waitingTimer;
-    QList<ListItem> m_items; ///< everything that was read; the find bar narrows what is shown
     QHash<QString, QString> m_userNames;
-    std::optional<FindTexts> m_findTexts; ///< read when something is looked for
     int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
     bool m_subjectFits = true; ///< the subject column takes the width that the others leave
     bool m_fitting = false;    ///< columns are resized in code, not by the user
@@ -213,6 +209,7 @@ private:
 
     Toolbar* m_atbMain = nullptr;
     FindBar* m_findBar = nullptr;
+    NoteFinder* m_finder = nullptr;
     ListView* m_lsvMain = nullptr;
     SplitBar* m_picHSplit = nullptr;
     RichTextBox* m_rtxMain = nullptr;

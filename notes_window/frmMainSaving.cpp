@@ -5,6 +5,7 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/MultipleFieldUpdate.h"
+#include "notes_window/NoteFinder.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/RichTextBox.h"
@@ -12,6 +13,8 @@
 #include <QScopedValueRollback>
 #include <QTextCursor>
 #include <QTextDocumentFragment>
+
+#include <array>
 
 namespace yrw {
 
@@ -39,7 +42,7 @@ bool frmMain::SaveNote() {
                              [this] { writeText(); });
         if (saved) {
             m_drafts.remove(m_note->value(QStringLiteral("RecordID")).toLongLong());
-            m_findTexts.reset();
+            m_finder->forget();
         } else {
             writeDraft();
         }
@@ -76,31 +79,39 @@ void frmMain::writeTextInto(Note& note) {
 void frmMain::settleConflict() {
     const Ref<Note> theirs = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
     if (theirs->value(kRtfNote) != m_loadedText) {
-        const QString code =
-            HostUtility::NullToText(theirs->value(QStringLiteral("ChangeUserCode")));
-        const QString name = code.isEmpty() ? QStringLiteral("someone else") : userName(code);
-        const QString when = noteDateText(theirs->value(kChangeDate).toDateTime());
-        const PromptAnswer answer = prompt().question(
-            QStringLiteral(
-                "While you were changing this note, its text was changed by %1 at %2.\r\r"
-                "Yes: keep your text.\r"
-                "No: keep the text of %1.\r"
-                "Cancel: keep both, one after the other.")
-                .arg(name, when),
-            QStringLiteral("Note Changed"), PromptButtons::YesNoCancel, PromptIcon::Question,
-            PromptAnswer::Cancel);
-        if (answer == PromptAnswer::No) {
+        switch (askWhoseText(*theirs)) {
+        case TextChoice::Theirs:
             m_note = theirs;
             putIntoEditor(*theirs);
             return;
-        }
-        if (answer == PromptAnswer::Cancel) {
+        case TextChoice::Both:
             appendOther(*theirs);
+            break;
+        case TextChoice::Mine:
+            break;
         }
     }
     // Their other fields stay as they are; only the text is written again.
     writeTextInto(*theirs);
     m_note = theirs;
+}
+
+frmMain::TextChoice frmMain::askWhoseText(Note& theirs) {
+    const QString code = HostUtility::NullToText(theirs.value(QStringLiteral("ChangeUserCode")));
+    const QString name = code.isEmpty() ? QStringLiteral("someone else") : userName(code);
+    const QString day = noteDayText(theirs.value(kChangeDate).toDateTime());
+    const QString when = noteTimeText(theirs.value(kChangeDate).toDateTime());
+    const QString now = noteTimeText(services().clock.now());
+    ChoiceRequest request;
+    request.title = QStringLiteral("Note Changed");
+    request.text = QStringLiteral("While you were changing this note, %1 saved another text of it "
+                                  "on %2 at %3.\r\rWhich text is to be kept?")
+                       .arg(name, day, when);
+    request.buttons = {QStringLiteral("Keep &both, one after the other"),
+                       QStringLiteral("Keep &mine (%1, %2)").arg(currentUserName(), now),
+                       QStringLiteral("Keep &theirs (%1, %2)").arg(name, when)};
+    constexpr std::array choices{TextChoice::Both, TextChoice::Mine, TextChoice::Theirs};
+    return choices[size_t(prompt().choose(request))];
 }
 
 void frmMain::appendOther(Note& theirs) {

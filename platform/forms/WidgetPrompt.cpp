@@ -185,6 +185,21 @@ PromptAnswer WidgetPrompt::question(const QString& text, const QString& title,
     return answerOf(pressed == 0 ? int(escapeOf(buttons)) : pressed);
 }
 
+int WidgetPrompt::choose(const ChoiceRequest& request) {
+    const auto box = makeBox(request.text, request.title, request.icon);
+    QList<QAbstractButton*> buttons;
+    for (const QString& caption : request.buttons) {
+        // One role for all, so that they stand in the order given.
+        buttons.append(box->addButton(caption, QMessageBox::ActionRole));
+    }
+    box->setDefaultButton(qobject_cast<QPushButton*>(buttons.value(request.defaultButton)));
+    box->setEscapeButton(buttons.value(request.escapeButton));
+    nameButtons(*box);
+    OpenBox(*this).exec(*box);
+    const auto pressed = buttons.indexOf(box->clickedButton());
+    return pressed < 0 ? request.escapeButton : int(pressed);
+}
+
 void WidgetPrompt::errorReport(const ErrorReport& report) {
     appendToErrorLog(m_clock.now(), report);
     if (m_reporting) {

@@ -25,6 +25,7 @@ public:
     void message(const QString& text, const QString& title, PromptIcon icon) override;
     PromptAnswer question(const QString& text, const QString& title, PromptButtons buttons,
                           PromptIcon icon, PromptAnswer defaultAnswer) override;
+    int choose(const ChoiceRequest& request) override;
     void errorReport(const ErrorReport& report) override;
     QStringList openFiles(const FileRequest& request) override;
     QString saveFile(const FileRequest& request) override;

@@ -15,6 +15,10 @@ Prompt*& currentPrompt() {
 
 Prompt::~Prompt() = default;
 
+int Prompt::choose(const ChoiceRequest& request) {
+    return request.escapeButton;
+}
+
 bool Prompt::hasInstance() {
     return currentPrompt() != nullptr;
 }

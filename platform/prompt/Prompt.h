@@ -19,6 +19,16 @@ enum class PromptIcon { None, Information, Question, Exclamation, Critical };
 enum class PromptButtons { Ok, YesNo, YesNoCancel, OkCancel };
 enum class PromptAnswer { Ok, Yes, No, Cancel };
 
+/// A question whose buttons carry words of their own.
+struct ChoiceRequest {
+    QString text;
+    QString title;
+    PromptIcon icon = PromptIcon::Question;
+    QStringList buttons; ///< captions, in the order shown
+    int defaultButton = 0;
+    int escapeButton = 0; ///< what closing the box answers
+};
+
 /// A font as plain data: the door speaks no window toolkit.
 struct FontChoice {
     QString name;
@@ -65,6 +75,8 @@ public:
     virtual void message(const QString& text, const QString& title, PromptIcon icon) = 0;
     virtual PromptAnswer question(const QString& text, const QString& title, PromptButtons buttons,
                                   PromptIcon icon, PromptAnswer defaultAnswer) = 0;
+    /// The index of the button pressed. A door that shows no boxes answers as closing one does.
+    virtual int choose(const ChoiceRequest& request);
     /// Shows one report; a report that comes while another is on screen is logged, not stacked.
     virtual void errorReport(const ErrorReport& report) = 0;
     /// The chosen paths; empty when cancelled.

@@ -340,6 +340,7 @@ TEST_F(JournalTest, AFileInAReadOnlyFolderOpensReadOnly) {
 
 TEST_F(DatabaseTest, UpgradesOnceAfterACopyAndRefusesTheNewer) {
     addNote(u"old"_qs);
+    database->setSchemaVersion(1);
     const UpgradeStep steps[] = {
         {1, u"broken, but long done"_qs},
         {2, u"ALTER TABLE tblSystem ADD COLUMN Extra LONG"_qs},

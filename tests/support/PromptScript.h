@@ -23,6 +23,7 @@ public:
         EXPECT_EQ(m_messages, 0) << "messages that did not come";
         EXPECT_EQ(m_reports, 0) << "error reports that did not come";
         EXPECT_TRUE(m_answers.empty()) << "questions that did not come";
+        EXPECT_TRUE(m_choices.empty()) << "choices that did not come";
         EXPECT_TRUE(m_files.empty()) << "file dialogs that did not come";
         EXPECT_TRUE(m_fonts.empty()) << "font dialogs that did not come";
         EXPECT_TRUE(m_colours.empty()) << "colour dialogs that did not come";
@@ -37,6 +38,8 @@ public:
     void chooseFiles(const QStringList& paths) { m_files.push_back(paths); }
     void chooseFont(const std::optional<FontChoice>& font) { m_fonts.push_back(font); }
     void chooseColour(std::optional<int> colour) { m_colours.push_back(colour); }
+    /// Presses the button with that caption, its "&" left out; an empty one closes the box.
+    void press(const QString& caption) { m_choices.push_back(caption); }
     /// Prints on the given printer; nothing cancels.
     void choosePrinter(QPrinter* printer) { m_printers.push_back(printer); }
     /// Runs before each message, question, report or dialog is answered: what happens meanwhile.
@@ -66,6 +69,17 @@ public:
         lastButtons = buttons;
         lastDefault = defaultAnswer;
         return take(m_answers, defaultAnswer, "question: " + text);
+    }
+    int choose(const ChoiceRequest& request) override {
+        note(request.title, request.text);
+        lastIcon = request.icon;
+        QStringList captions = request.buttons;
+        captions.replaceInStrings(QStringLiteral("&"), QString());
+        const QString caption =
+            take(m_choices, QString(), "choice: " + request.text + captions.join(u'/'));
+        const auto pressed = captions.indexOf(caption);
+        EXPECT_TRUE(caption.isEmpty() || pressed >= 0) << "no button " << caption.toStdString();
+        return pressed < 0 ? request.escapeButton : int(pressed);
     }
     void errorReport(const ErrorReport& report) override {
         note(report.title, report.message);
@@ -130,6 +144,7 @@ private:
     int m_messages = 0;
     int m_reports = 0;
     std::deque<PromptAnswer> m_answers;
+    std::deque<QString> m_choices;
     std::deque<QStringList> m_files;
     std::deque<std::optional<FontChoice>> m_fonts;
     std::deque<std::optional<int>> m_colours;

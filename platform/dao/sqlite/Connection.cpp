@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QThread>
 #include <QUrl>
 
@@ -148,6 +149,21 @@ void Connection::begin() {
         kept(QStringLiteral("SAVEPOINT yrw%1").arg(m_depth)).run();
     }
     ++m_depth;
+}
+
+bool Connection::tryBegin() {
+    sqlite3_busy_handler(handle(), nullptr, nullptr);
+    const auto waitAgain =
+        qScopeGuard([this] { sqlite3_busy_handler(handle(), &Connection::waitForLock, &m_wait); });
+    try {
+        begin();
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorLocked) {
+            throw;
+        }
+        return false;
+    }
+    return true;
 }
 
 void Connection::requireLiveTransaction() const {

@@ -53,6 +53,8 @@ public:
 
     // Write transactions; nested ones are savepoints.
     void begin();
+    /// The same without waiting for another program; false when one is writing.
+    [[nodiscard]] bool tryBegin();
     void commit();
     void rollback();
     [[nodiscard]] bool inTransaction() const noexcept { return m_depth > 0; }
