@@ -15,6 +15,8 @@ Prompt*& currentPrompt() {
 
 Prompt::~Prompt() = default;
 
+void Prompt::preview(const QString&, const std::function<void(QPrinter&)>&) {}
+
 bool Prompt::hasInstance() {
     return currentPrompt() != nullptr;
 }

@@ -37,7 +37,7 @@ public:
     void chooseFiles(const QStringList& paths) { m_files.push_back(paths); }
     void chooseFont(const std::optional<FontChoice>& font) { m_fonts.push_back(font); }
     void chooseColour(std::optional<int> colour) { m_colours.push_back(colour); }
-    /// Prints on the given printer; nothing cancels.
+    /// Prints, or shows in a preview, on the given printer; nothing cancels.
     void choosePrinter(QPrinter* printer) { m_printers.push_back(printer); }
     /// Runs before each message, question, report or dialog is answered: what happens meanwhile.
     std::function<void()> whileOpen;
@@ -100,6 +100,12 @@ public:
             paint(*printer);
         }
         return printer != nullptr;
+    }
+    void preview(const QString& title, const std::function<void(QPrinter&)>& paint) override {
+        note("preview", title);
+        if (QPrinter* const printer = take(m_printers, nullptr, "preview: " + title)) {
+            paint(*printer);
+        }
     }
     void setMousePointer(MousePointer wanted) override {
         pointer = wanted;
