@@ -23,8 +23,9 @@ constexpr double kGapPoints = 8; ///< around the line below the heading
 /// The pages of one note on one printer.
 class NotePages {
 public:
-    NotePages(QPrinter& printer, const RichTextBox& text, const NoteHeading& heading)
-        : m_printer(printer), m_heading(heading), m_text(text.printable(printer)),
+    NotePages(QPrinter& printer, RichTextBox& text, const NoteHeading& heading)
+        : m_printer(printer), m_heading(heading), m_text(text.printable()),
+          m_scale(printer.resolution() / double(text.logicalDpiY())),
           m_subjectFont(QStringLiteral("Sans")), m_detailFont(QStringLiteral("Sans")) {
         m_subjectFont.setPointSizeF(kSubjectPoints);
         m_subjectFont.setBold(true);
@@ -33,7 +34,7 @@ public:
         m_width = page.width();
         m_bodyTop = lineHeight(m_subjectFont) + lineHeight(m_detailFont) + 2 * gap();
         m_bodyHeight = std::max(page.height() - m_bodyTop, lineHeight(m_subjectFont));
-        m_text->setPageSize(QSizeF(m_width, m_bodyHeight));
+        m_text->setPageSize(QSizeF(m_width, m_bodyHeight) / m_scale);
     }
 
     void paint() {
@@ -82,13 +83,16 @@ private:
     }
 
     void paintBody(QPainter& painter, int page) const {
-        const QRectF view(0, (page - 1) * m_bodyHeight, m_width, m_bodyHeight);
+        const QSizeF size = m_text->pageSize();
+        const QRectF view(QPointF(0, (page - 1) * size.height()), size);
         painter.save();
-        painter.translate(0, m_bodyTop - view.top());
+        painter.translate(0, m_bodyTop);
+        painter.scale(m_scale, m_scale);
+        painter.translate(0, -view.top());
         painter.setClipRect(view);
         QAbstractTextDocumentLayout::PaintContext context;
         // A line of the next page touches this one's edge; it is not to be painted twice.
-        context.clip = view.adjusted(0, 1, 0, -1);
+        context.clip = view.adjusted(0, 0.5, 0, -0.5);
         // Paper is white, whatever the screen's colours are.
         context.palette.setColor(QPalette::Text, Qt::black);
         m_text->documentLayout()->draw(&painter, context);
@@ -98,6 +102,7 @@ private:
     QPrinter& m_printer;
     const NoteHeading& m_heading;
     std::unique_ptr<QTextDocument> m_text;
+    double m_scale; ///< dots of the printer for one of the layout
     QFont m_subjectFont;
     QFont m_detailFont;
     double m_width = 0;
@@ -107,7 +112,7 @@ private:
 
 } // namespace
 
-void printNote(QPrinter& printer, const RichTextBox& text, const NoteHeading& heading) {
+void printNote(QPrinter& printer, RichTextBox& text, const NoteHeading& heading) {
     NotePages(printer, text, heading).paint();
 }
 

@@ -17,6 +17,6 @@ struct NoteHeading {
 /// Paints the text of a box on the pages that the printer was asked for, each with the heading and
 /// "Page x of y". Sizes are points, as on the screen at its own size; paper and margins are the
 /// printer's.
-void printNote(QPrinter& printer, const RichTextBox& text, const NoteHeading& heading);
+void printNote(QPrinter& printer, RichTextBox& text, const NoteHeading& heading);
 
 } // namespace yrw

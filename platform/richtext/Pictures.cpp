@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QFont>
 #include <QFontMetrics>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QImageReader>
 #include <QMimeDatabase>
@@ -45,12 +46,17 @@ void drawFrame(QPainter& painter, QSize size) {
 }
 
 QImage textPreview(const QString& text) {
-    QImage image = canvas(kTextPreview);
+    constexpr int kFlags = Qt::AlignLeft | Qt::TextExpandTabs | Qt::TextWordWrap;
+    const QString lines = text.trimmed().split(u'\n').mid(0, kPreviewLines).join(u'\n');
+    const QRect inside(QPoint(6, 6), kTextPreview - QSize(12, 12));
+    const QFont font = QGuiApplication::font();
+    const int height = QFontMetrics(font).boundingRect(inside, kFlags, lines).height() + 12;
+    const QSize size(kTextPreview.width(), std::clamp(height, 32, kTextPreview.height()));
+    QImage image = canvas(size);
     QPainter painter(&image);
-    drawFrame(painter, kTextPreview);
-    const QStringList lines = text.split(u'\n').mid(0, kPreviewLines);
-    painter.drawText(QRect(QPoint(6, 6), kTextPreview - QSize(12, 12)),
-                     Qt::AlignLeft | Qt::TextExpandTabs | Qt::TextWordWrap, lines.join(u'\n'));
+    painter.setFont(font);
+    drawFrame(painter, size);
+    painter.drawText(inside & QRect(QPoint(6, 6), size - QSize(12, 12)), kFlags, lines);
     return image;
 }
 

@@ -126,11 +126,13 @@ FontChoice RichTextBox::defaultFontChoice() const {
     return m_default;
 }
 
-std::unique_ptr<QTextDocument> RichTextBox::printable(QPaintDevice& device) const {
+std::unique_ptr<QTextDocument> RichTextBox::printable() {
     std::unique_ptr<QTextDocument> copy(document()->clone());
     copy->setDocumentMargin(0);
     QAbstractTextDocumentLayout& layout = *copy->documentLayout();
-    layout.setPaintDevice(&device);
+    // Margins and indents are lengths of the screen, so the copy is laid out for the screen too.
+    layout.setPaintDevice(this);
+    copy->setUseDesignMetrics(true);
     layout.registerHandler(richtext::kInlineObject,
                            new richtext::InlineRenderer(m_inlines, copy.get()));
     return copy;

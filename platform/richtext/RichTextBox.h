@@ -134,9 +134,9 @@ public:
     /// Looks at every word anew, after the checker has learnt one.
     void checkSpellingAgain();
 
-    /// A copy of the content for a page: laid out for the device, with pictures and objects. It
-    /// must end before the box does.
-    [[nodiscard]] std::unique_ptr<QTextDocument> printable(QPaintDevice& device) const;
+    /// A copy of the content to be painted elsewhere, with pictures and objects: laid out at this
+    /// widget's resolution (`logicalDpiY`) with the metrics of paper. It must end before the box.
+    [[nodiscard]] std::unique_ptr<QTextDocument> printable();
 
     /// The door that asks before a link opens; without one, links open unasked. Not owned.
     void setPrompt(Prompt* prompt);
