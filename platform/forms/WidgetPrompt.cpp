@@ -2,6 +2,7 @@
 
 #include "platform/clock/Clock.h"
 #include "platform/forms/FileFilter.h"
+#include "platform/forms/PageMargins.h"
 #include "platform/prompt/ErrorLog.h"
 
 #include <QApplication>
@@ -11,6 +12,7 @@
 #include <QFontDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -238,6 +240,7 @@ QString WidgetPrompt::saveFile(const FileRequest& request) {
     dialog.setNameFilters(nameFilters(request.filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(firstSuffix(request.filter));
+    dialog.selectFile(request.name);
     if (!request.prompt.isEmpty()) {
         dialog.setLabelText(QFileDialog::FileName, request.prompt);
     }
@@ -276,6 +279,7 @@ std::optional<int> WidgetPrompt::chooseColour(int start) {
 bool WidgetPrompt::print(const QString& title, const std::function<void(QPrinter&)>& paint) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(title);
+    printer.setPageMargins(kPageMargins, QPageLayout::Millimeter);
     QPrintDialog dialog(&printer);
     dialog.setWindowTitle(title);
     if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
@@ -283,6 +287,21 @@ bool WidgetPrompt::print(const QString& title, const std::function<void(QPrinter
     }
     paint(printer);
     return true;
+}
+
+void WidgetPrompt::preview(const QString& title, const std::function<void(QPrinter&)>& paint) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(title);
+    printer.setPageMargins(kPageMargins, QPageLayout::Millimeter);
+    QPrintPreviewDialog dialog(&printer);
+    dialog.setWindowTitle(title);
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
+                     [&paint](QPrinter* page) { paint(*page); });
+    const OpenBox box(*this);
+    if (const QWidget* const over = owner()) {
+        dialog.resize(over->size().expandedTo(QSize(700, 600)));
+    }
+    box.exec(dialog);
 }
 
 void WidgetPrompt::setMousePointer(MousePointer pointer) {

@@ -32,6 +32,7 @@ public:
     std::optional<FontChoice> chooseFont(const FontChoice& start) override;
     std::optional<int> chooseColour(int start) override;
     bool print(const QString& title, const std::function<void(QPrinter&)>& paint) override;
+    void preview(const QString& title, const std::function<void(QPrinter&)>& paint) override;
     void setMousePointer(MousePointer pointer) override;
     void setParentWindow(QWidget* window) override { m_parent = window; }
 
