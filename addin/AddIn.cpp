@@ -219,6 +219,8 @@ void AddIn::switchToolsOn() {
 
 void AddIn::startTimer() {
     mfrmTimer.reset(new frmTimer(m_module));
+    m_round = {};
+    m_checkWatch.begin(services().clock);
     frmTimer* const form = mfrmTimer.get();
     QObject::connect(form, &frmTimer::CheckReminders, form, [this](bool& cancel) {
         const Ref<AddIn> keep(this);

@@ -21,6 +21,7 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
                      const bool byNote = !record && noteRecordID != 0;
                      showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
                  });
+    ignoreErrors([this] { closeAnsweredReminders(); });
     repaintGrids();
     if (hadPopup && !m_released) {
         m_autoNotes.check(mobjUpperGridClass, true, true);

@@ -8,7 +8,7 @@
 namespace yrw {
 
 FindBar::FindBar(QWidget* parent)
-    : QWidget(parent), m_txtFind(new QLineEdit), m_lblFound(new QLabel) {
+    : QWidget(parent), m_txtFind(new QLineEdit), m_lblFound(new QLabel), m_lblIndex(new QLabel) {
     auto* label = new QLabel(QStringLiteral("&Find:"));
     label->setBuddy(m_txtFind);
     m_txtFind->setObjectName(QStringLiteral("txtFind"));
@@ -16,6 +16,10 @@ FindBar::FindBar(QWidget* parent)
     m_txtFind->setPlaceholderText(QStringLiteral("Words in the subject or the text"));
     m_txtFind->setClearButtonEnabled(true);
     m_lblFound->setObjectName(QStringLiteral("lblFound"));
+
+    m_lblIndex->setObjectName(QStringLiteral("lblIndex"));
+    m_lblIndex->setToolTip(QStringLiteral("Everything is found meanwhile, only not as fast."));
+    m_lblIndex->hide();
 
     auto* close = new QToolButton;
     close->setObjectName(QStringLiteral("cmdCloseFind"));
@@ -28,6 +32,7 @@ FindBar::FindBar(QWidget* parent)
     layout->setContentsMargins(6, 3, 6, 3);
     layout->addWidget(label);
     layout->addWidget(m_txtFind, 1);
+    layout->addWidget(m_lblIndex);
     layout->addWidget(m_lblFound);
     layout->addWidget(close);
 
@@ -52,8 +57,19 @@ bool FindBar::fieldHasFocus() const {
     return m_txtFind->hasFocus();
 }
 
-void FindBar::showCount(qsizetype found, qsizetype all) {
-    m_lblFound->setText(all == 0 ? QString() : QStringLiteral("%1 of %2").arg(found).arg(all));
+void FindBar::showCount(qsizetype found, qsizetype all, FindState state) {
+    QString text = all == 0 ? QString() : QStringLiteral("%1 of %2").arg(found).arg(all);
+    if (state == FindState::Searching) {
+        text += QStringLiteral(" so far (Esc stops)");
+    } else if (state == FindState::Failed) {
+        text += QStringLiteral(" (the search failed)");
+    }
+    m_lblFound->setText(text);
+}
+
+void FindBar::showIndexed(int percent) {
+    m_lblIndex->setText(QStringLiteral("Preparing the index: %1 %").arg(percent));
+    m_lblIndex->setVisible(percent < 100);
 }
 
 } // namespace yrw

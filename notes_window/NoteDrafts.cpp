@@ -15,10 +15,25 @@ namespace {
 
 const QString kDateFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss");
 
+/// When a process began, as the system counts; empty when there is none with that id. Together
+/// with the id it names a process for good: ids are given again.
+QString startOf(qint64 processID) {
+    QFile file(QStringLiteral("/proc/%1/stat").arg(processID));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    // Behind the name in brackets, which may hold anything, follow single words.
+    const QString stat = QString::fromUtf8(file.readAll());
+    constexpr int startTime = 20;
+    return stat.section(QLatin1Char(')'), -1).section(QLatin1Char(' '), startTime, startTime);
+}
+
 /// True while the process that wrote a draft lives and is not this one.
-bool isWriterAlive(qint64 processID) {
-    return processID != QCoreApplication::applicationPid() &&
-           QFileInfo::exists(QStringLiteral("/proc/%1").arg(processID));
+bool isWriterAlive(const QJsonObject& draft) {
+    const qint64 processID = draft.value(QStringLiteral("process")).toInteger();
+    const QString start = startOf(processID);
+    return processID != QCoreApplication::applicationPid() && !start.isEmpty() &&
+           start == draft.value(QStringLiteral("started")).toString();
 }
 
 } // namespace
@@ -48,6 +63,7 @@ bool NoteDrafts::write(const NoteDraft& draft) {
         {QStringLiteral("note"), draft.noteID},
         {QStringLiteral("written"), draft.written.toString(kDateFormat)},
         {QStringLiteral("process"), QCoreApplication::applicationPid()},
+        {QStringLiteral("started"), startOf(QCoreApplication::applicationPid())},
         {QStringLiteral("rtf"), draft.rtf},
     };
     file.write(QJsonDocument(content).toJson(QJsonDocument::Compact));
@@ -60,8 +76,7 @@ std::optional<NoteDraft> NoteDrafts::find(qint64 noteID) const {
         return std::nullopt;
     }
     const QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
-    if (content.value(QStringLiteral("note")).toInteger() != noteID ||
-        isWriterAlive(content.value(QStringLiteral("process")).toInteger())) {
+    if (content.value(QStringLiteral("note")).toInteger() != noteID || isWriterAlive(content)) {
         return std::nullopt;
     }
     return NoteDraft{

@@ -67,8 +67,8 @@ QString noteItemKey(qint64 noteID) {
     return QStringLiteral("xn") + QString::number(noteID);
 }
 
-qint64 noteIdOf(const QString& itemKey) {
-    return QStringView(itemKey).mid(kKeyPrefixLength).toLongLong();
+qint64 noteIdOf(QStringView itemKey) {
+    return itemKey.mid(kKeyPrefixLength).toLongLong();
 }
 
 } // namespace yrw

@@ -18,6 +18,6 @@ namespace yrw {
 /// Key of a note's list item: "xn" and the note's id.
 [[nodiscard]] QString noteItemKey(qint64 noteID);
 /// The note's id of a list item's key; 0 for none.
-[[nodiscard]] qint64 noteIdOf(const QString& itemKey);
+[[nodiscard]] qint64 noteIdOf(QStringView itemKey);
 
 } // namespace yrw

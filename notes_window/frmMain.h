@@ -10,6 +10,8 @@
 #include "store/Operations.h"
 
 #include <QHash>
+#include <QPointer>
+#include <QTextCursor>
 #include <QTimer>
 
 #include <memory>
@@ -17,10 +19,16 @@
 #include <vector>
 
 class QLabel;
+class QPrinter;
 
 namespace yrw {
 
 class FindBar;
+class NoteFinder;
+class frmInsertAttachment;
+class IBand;
+class NoteAttachments;
+class SpellChecker;
 class SplitBar;
 class StatusBar;
 class Toolbar;
@@ -76,12 +84,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    /// What a search looks through, and what the last one found. Row i belongs to `m_items[i]`.
-    struct FindTexts {
-        std::vector<QString> rows; ///< subject and text, folded
-        QString typed;             ///< what was looked for last, folded
-        std::vector<int> found;    ///< rows that have it
-    };
+    /// Whose text a note keeps that two users have changed.
+    enum class TextChoice { Mine, Theirs, Both };
     struct Command;
     struct OptionTool;
     struct Shortcut;
@@ -91,6 +95,7 @@ private:
     void atbMain_ComboSelChange(ITool& tool);
     void atbMain_ComboDrop(ITool& tool);
     void atbMain_BandMove();
+    void atbMain_BandOpen(IBand& band);
     void lsvMain_ColumnClick(int column);
     void lsvMain_ItemClick(const QString& item);
     void lsvMain_DblClick();
@@ -102,7 +107,9 @@ private:
     void picHSplit_DblClick();
     void rtxMain_Change();
     void rtxMain_SelChange();
-    void rtxMain_MouseDown();
+    void rtxMain_MouseDown(const QPoint& at);
+    void rtxMain_ObjectActivated(int index);
+    void mfrmInsert_Continue(const QString& Filename, ObjectDisplay DisplayType, bool& Cancel);
     void mfrmProperties_AddNote(Ref<IRecord>& note, const NoteChoices& choices);
     void mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices);
     void mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTime& due, qint64 userID);
@@ -138,10 +145,11 @@ private:
     void replaceItem(const ListItem& item);
     void showEmptyText();
     void countWaitingReminders();
+    [[nodiscard]] QString ownerText();
     void applyFind();
-    void showFoundItems();
-    int narrowFound(const QString& typedText);
-    void readFindTexts();
+    void narrowList();
+    void selectFound(const QString& before);
+    void showFindState();
     void markHits();
     void openFind();
     void closeFind();
@@ -150,6 +158,7 @@ private:
     void writeText();
     void writeTextInto(Note& note);
     void settleConflict();
+    [[nodiscard]] TextChoice askWhoseText(Note& theirs);
     void appendOther(Note& theirs);
     void setDirty(bool dirty);
     void rememberLoaded(Note& note);
@@ -160,6 +169,26 @@ private:
     void chooseColour();
     void changeIndent(int twips);
     void align(TextAlignment alignment);
+    [[nodiscard]] bool mayOverwrite();
+
+    // Attachments, spelling and paper (frmMainAttachments.cpp).
+    void setUpEditor();
+    void openInsertAttachment(ObjectDisplay display);
+    bool InsertFile(const QString& Filename, ObjectDisplay DisplayType);
+    [[nodiscard]] bool mayBeLarge(const QString& file);
+    void openPopupObject();
+    void savePopupObject();
+    void prepareObjectTools(IBand& band);
+    void prepareWordTools(IBand& band);
+    void replaceWord(const ITool& tool);
+    void acceptWord();
+    void applySpelling();
+    void toggleSpelling(const ITool& tool);
+    void togglePasteKeepsLook(const ITool& tool);
+    void paintNote(QPrinter& printer);
+    void printNote();
+    void previewNote();
+    void exportPdf();
 
     // Commands (NoteCommands.cpp, NoteListCommands.cpp).
     [[nodiscard]] static const std::vector<Command>& commands();
@@ -171,7 +200,6 @@ private:
     void deleteSelected();
     void finishSelected();
     void cancelSelectedReminders();
-    void printNote();
     void showType(int listIndex);
     void toggleMine(const ITool& tool);
     void toggleOption(const ITool& tool);
@@ -203,16 +231,22 @@ private:
     NoteDrafts m_drafts;
     QTimer m_draftTimer;
     QTimer m_waitingTimer;
-    QList<ListItem> m_items; ///< everything that was read; the find bar narrows what is shown
     QHash<QString, QString> m_userNames;
-    std::optional<FindTexts> m_findTexts; ///< read when something is looked for
     int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
     bool m_subjectFits = true; ///< the subject column takes the width that the others leave
     bool m_fitting = false;    ///< columns are resized in code, not by the user
+    std::unique_ptr<NoteAttachments> m_attachments;
+    std::shared_ptr<SpellChecker> m_spellChecker; ///< nothing without a dictionary
+    QPointer<frmInsertAttachment> m_mfrmInsert;   ///< while it is open
+    QPoint m_popupPoint;                          ///< where the text's menu opens
+    int m_popupObject = -1;                       ///< the object that the menu is about
+    QTextCursor m_misspelt;                       ///< the word that the menu is about
+    qint64 m_overwritable = 0;                    ///< damaged note that the user let be overwritten
     std::vector<Connection> m_connections;
 
     Toolbar* m_atbMain = nullptr;
     FindBar* m_findBar = nullptr;
+    NoteFinder* m_finder = nullptr;
     ListView* m_lsvMain = nullptr;
     SplitBar* m_picHSplit = nullptr;
     RichTextBox* m_rtxMain = nullptr;

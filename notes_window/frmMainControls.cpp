@@ -3,6 +3,7 @@
 
 #include "framework/ErrorGuards.h"
 #include "notes_window/FindBar.h"
+#include "notes_window/NoteFinder.h"
 #include "notes_window/SplitBar.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/forms/Twips.h"
@@ -22,7 +23,7 @@ namespace yrw {
 namespace {
 
 constexpr QSize kDesignedSize(860, 620);
-constexpr int kDraftMs = 2000;
+constexpr int kDraftMs = 1800; ///< with the writing less than the two seconds promised
 constexpr int kSubjectColumn = 1;
 constexpr int kMinSubjectWidth = 120; ///< pixels
 const QString kColumnWidths = QStringLiteral("ColumnWidths");
@@ -42,6 +43,7 @@ void frmMain::createControls() {
     m_atbMain = named(new Toolbar(this), "atbMain", "Notes toolbar");
     m_findBar = named(new FindBar(this), "picFind", "Find");
     m_findBar->hide();
+    m_finder = new NoteFinder(m_context, this);
     m_lsvMain = named(new ListView(this), "lsvMain", "Notes list");
     m_lsvMain->addColumn(QStringLiteral("Date"), QStringLiteral("date"), 1950);
     m_lsvMain->addColumn(QStringLiteral("Subject"), QStringLiteral("subject"), 6600);
@@ -75,6 +77,8 @@ void frmMain::connectEvents() {
     connect(m_rtxMain, &RichTextBox::contentChanged, this, &frmMain::rtxMain_Change);
     connect(m_rtxMain, &RichTextBox::selectionStateChanged, this, &frmMain::rtxMain_SelChange);
     connect(m_findBar, &FindBar::textChanged, this, [this] { applyFind(); });
+    connect(m_finder, &NoteFinder::progressed, this, [this] { narrowList(); });
+    connect(m_finder, &NoteFinder::indexed, m_findBar, &FindBar::showIndexed);
     connect(m_findBar, &FindBar::closeRequested, this, [this] { closeFind(); });
     connect(&m_draftTimer, &QTimer::timeout, this, [this] { writeDraft(); });
     connect(&m_waitingTimer, &QTimer::timeout, this, [this] { countWaitingReminders(); });
@@ -99,14 +103,14 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     }
     if (watched == m_rtxMain->viewport() && event->type() == QEvent::MouseButtonPress &&
         static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
-        rtxMain_MouseDown();
+        rtxMain_MouseDown(static_cast<QMouseEvent*>(event)->position().toPoint());
         return true;
     }
     if ((watched == m_rtxMain || watched == m_rtxMain->viewport()) &&
         event->type() == QEvent::ContextMenu) {
         // The right button has opened the menu already; what comes here comes from the keyboard.
         if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
-            rtxMain_MouseDown();
+            rtxMain_MouseDown(m_rtxMain->cursorRect().center());
         }
         return true;
     }

@@ -1,18 +1,14 @@
 // The find bar: narrows the list that was read, and marks the hits in the text.
 #include "notes_window/frmMain.h"
 
-#include "dialogs/Hourglass.h"
-#include "framework/ErrorGuards.h"
 #include "notes_window/FindBar.h"
-#include "notes_window/Folding.h"
+#include "notes_window/NoteFinder.h"
 #include "notes_window/NoteTexts.h"
+#include "platform/dao/Folding.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
-#include <QHash>
 #include <QTextCursor>
-
-#include <numeric>
 
 namespace yrw {
 
@@ -27,6 +23,7 @@ void frmMain::openFind() {
     m_findBar->show();
     arrange();
     m_findBar->focusField();
+    m_finder->prepare();
 }
 
 void frmMain::closeFind() {
@@ -37,102 +34,66 @@ void frmMain::closeFind() {
 }
 
 void frmMain::applyFind() {
-    const QString before = m_lsvMain->selectedKey();
-    const int shownBefore = m_lsvMain->itemCount();
-    if (!m_findBar->text().isEmpty()) {
-        readFindTexts();
-        // Most keys narrow what is shown already; where nothing drops out, nothing is rebuilt.
-        const int candidates = narrowFound(m_findBar->text());
-        if (candidates == shownBefore && int(m_findTexts->found.size()) == shownBefore) {
-            m_findBar->showCount(shownBefore, m_items.size());
-            markHits();
-            return;
-        }
+    const QString typed = m_findBar->text();
+    if (dao::foldedWords(typed).isEmpty()) {
+        const QString before = m_lsvMain->selectedKey();
+        m_finder->stop();
+        m_lsvMain->showAll();
+        selectFound(before);
+        return;
     }
-    m_lsvMain->clearItems();
-    showFoundItems();
+    std::vector<qint64> ids;
+    ids.reserve(size_t(m_lsvMain->allItems()));
+    m_lsvMain->forEachKey([&ids](QStringView key) { ids.push_back(noteIdOf(key)); });
+    m_finder->start(typed, std::move(ids));
+    showFindState();
+}
+
+/// Shows the notes found so far. The note in the editor stays there as long as it may still be
+/// found.
+void frmMain::narrowList() {
+    const QString before =
+        m_note ? noteItemKey(m_note->value(QStringLiteral("RecordID")).toLongLong()) : QString();
+    // Most keys narrow what is shown already; where nothing drops out, nothing is rebuilt.
+    const bool same = m_finder->isNarrowing() && !m_finder->isSearching() &&
+                      m_finder->hits() == m_lsvMain->itemCount();
+    if (!same || m_lsvMain->itemCount() == 0) {
+        m_lsvMain->showOnly([this](QStringView key) { return m_finder->has(noteIdOf(key)); });
+        selectFound(before);
+    }
+    showFindState();
+    markHits();
+}
+
+void frmMain::selectFound(const QString& before) {
     if (m_lsvMain->rowOf(before) >= 0) {
         m_lsvMain->selectKey(before);
-        markHits();
-    } else {
+    } else if (!m_finder->isSearching()) {
         m_lsvMain->selectKey(m_lsvMain->keyAt(0));
         ShowNote(m_lsvMain->keyAt(0));
     }
+    showFindState();
+    markHits();
 }
 
-void frmMain::showFoundItems() {
-    if (m_findBar->text().isEmpty()) {
-        m_findBar->showCount(0, 0);
-        m_findTexts.reset();
-        m_lsvMain->addItems(m_items);
+void frmMain::showFindState() {
+    if (dao::foldedWords(m_findBar->text()).isEmpty()) {
+        m_findBar->showCount(0, 0, FindState::Done);
     } else {
-        readFindTexts();
-        narrowFound(m_findBar->text());
-        QList<ListItem> found;
-        for (const int row : m_findTexts->found) {
-            found.append(m_items.at(row));
-        }
-        m_findBar->showCount(found.size(), m_items.size());
-        m_lsvMain->addItems(found);
+        m_findBar->showCount(m_finder->hits(), m_lsvMain->allItems(),
+                             m_finder->isSearching() ? FindState::Searching
+                             : m_finder->hasFailed() ? FindState::Failed
+                                                     : FindState::Done);
     }
     showEmptyText();
 }
 
-/// Looks for what was typed, among the rows found before where it goes on from there; how many rows
-/// were looked through.
-int frmMain::narrowFound(const QString& typedText) {
-    FindTexts& texts = *m_findTexts;
-    const QString typed = foldText(typedText);
-    const QStringList words = foldedWords(typedText);
-    if (!typed.startsWith(texts.typed)) {
-        texts.found.resize(texts.rows.size());
-        std::iota(texts.found.begin(), texts.found.end(), 0);
-    }
-    const auto candidates = static_cast<int>(texts.found.size());
-    std::erase_if(texts.found,
-                  [&](int row) { return !containsWords(texts.rows[size_t(row)], words); });
-    texts.typed = typed;
-    return candidates;
-}
-
-void frmMain::readFindTexts() {
-    if (m_findTexts) {
-        return;
-    }
-    const Hourglass hourglass(prompt());
-    FindTexts& texts = m_findTexts.emplace();
-    texts.rows.resize(size_t(m_items.size()));
-    texts.found.resize(texts.rows.size());
-    std::iota(texts.found.begin(), texts.found.end(), 0);
-    QHash<QString, int> rowOf;
-    for (int row = 0; row < m_items.size(); ++row) {
-        rowOf.insert(m_items.at(row).key, row);
-    }
-    ignoreErrors([&] {
-        RecordsetRequest request;
-        request.CursorType = dao::RecordsetType::ForwardOnly;
-        request.RecordsetOptions = dao::kReadOnlyOption;
-        const Ref<dao::Recordset> notes = m_notes->Recordset(request);
-        const int id = notes->FieldIndex(u"RecordID");
-        const int subject = notes->FieldIndex(u"Subject");
-        const int text = notes->FieldIndex(u"PlainNote");
-        for (; !notes->AtEof(); notes->MoveNext()) {
-            const int row = rowOf.value(noteItemKey(notes->value(id).toLongLong()), -1);
-            if (row >= 0) {
-                texts.rows[size_t(row)] = foldText(QString(notes->value(subject).toString() +
-                                                           u'\n' + notes->value(text).toString()));
-            }
-        }
-        notes->Close();
-    });
-}
-
 void frmMain::markHits() {
     QList<QTextEdit::ExtraSelection> marks;
-    const QStringList words = foldedWords(m_findBar->text());
+    const QStringList words = dao::foldedWords(m_findBar->text());
     if (m_note && !words.isEmpty()) {
-        for (const TextRange& range :
-             findWords(m_rtxMain->document()->toPlainText(), words, kMaxMarks)) {
+        for (const dao::TextRange& range :
+             dao::findWords(m_rtxMain->document()->toPlainText(), words, kMaxMarks)) {
             QTextEdit::ExtraSelection mark;
             mark.cursor = QTextCursor(m_rtxMain->document());
             mark.cursor.setPosition(range.start);
@@ -146,8 +107,10 @@ void frmMain::markHits() {
 }
 
 void frmMain::showEmptyText() {
-    if (!m_findBar->text().isEmpty()) {
-        m_lsvMain->setEmptyText(QStringLiteral("No note contains these words."));
+    if (!dao::foldedWords(m_findBar->text()).isEmpty()) {
+        m_lsvMain->setEmptyText(m_finder->isSearching()
+                                    ? QStringLiteral("Searching...")
+                                    : QStringLiteral("No note in this list contains these words."));
         return;
     }
     const ITool* type = m_atbMain->findTool(QStringLiteral("tooListType"));

@@ -4,6 +4,8 @@
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
+#include "notes_window/FindBar.h"
+#include "notes_window/NoteFinder.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/component/NamedCalls.h"
 #include "platform/controls/StatusBar.h"
@@ -132,15 +134,18 @@ void frmMain::fillWindow(qint64 noteID) {
     }
 }
 
-void frmMain::SetOwnerCaption() {
+QString frmMain::ownerText() {
     const Ref<ICollection> collection = m_owner->Collection();
     const QString useName =
         callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
             .toString();
     const QString kind = m_context.hostApplication()->ObjectDisplayName(useName);
     const QString record = HostUtility::NullToText(m_owner->ShortDisplayValue()->Value());
-    setWindowTitle(QStringLiteral("YRW Notes - (") + kind + QStringLiteral(": ") + record +
-                   QStringLiteral(")"));
+    return kind + QStringLiteral(": ") + record;
+}
+
+void frmMain::SetOwnerCaption() {
+    setWindowTitle(QStringLiteral("YRW Notes - (") + ownerText() + QStringLiteral(")"));
 }
 
 void frmMain::BuildNotesList() {
@@ -173,8 +178,7 @@ void frmMain::refillList() {
 void frmMain::prepareRefill() {
     SaveNote();
     m_lsvMain->clearItems();
-    m_items.clear();
-    m_findTexts.reset();
+    m_finder->stop();
     m_userNames.clear();
     emptyEditor();
 }
@@ -211,6 +215,7 @@ void frmMain::readNotes(int code, int listIndex, bool mineOnly) {
     request.CursorType = dao::RecordsetType::ForwardOnly;
     request.RecordsetOptions = dao::kReadOnlyOption;
     request.CustomOptions = code;
+    QList<ListItem> items;
     try {
         const Ref<dao::Recordset> rows = m_notes->Recordset(request);
         const RowReader reader(*rows);
@@ -224,14 +229,14 @@ void frmMain::readNotes(int code, int listIndex, bool mineOnly) {
                 }
             }
             styleForReminders(item, row);
-            m_items.append(std::move(item));
+            items.append(std::move(item));
         }
         rows->Close();
     } catch (...) {
-        showFoundItems();
+        m_lsvMain->addItems(items); // what was read before the failure
         throw;
     }
-    showFoundItems();
+    m_lsvMain->addItems(items);
 }
 
 ListItem frmMain::listItem(const Ref<IRecord>& note) {
@@ -266,6 +271,10 @@ void frmMain::selectAfterRefill(const QString& before) {
     m_lsvMain->selectKey(key);
     if (!m_initialising) {
         ShowNote(key);
+    }
+    showEmptyText();
+    if (!m_findBar->text().isEmpty()) {
+        applyFind();
     }
 }
 
@@ -341,8 +350,7 @@ void frmMain::lsvMain_ItemClick(const QString& item) {
 void frmMain::leaveItem(const QString& item) {
     const int row = m_lsvMain->rowOf(item);
     m_lsvMain->removeItem(item);
-    m_items.removeIf([&](const ListItem& each) { return each.key == item; });
-    m_findTexts.reset();
+    m_finder->forget();
     const int next = row < m_lsvMain->itemCount() ? row : m_lsvMain->itemCount() - 1;
     const QString key = m_lsvMain->keyAt(next);
     m_lsvMain->selectKey(key);
@@ -351,14 +359,7 @@ void frmMain::leaveItem(const QString& item) {
 }
 
 void frmMain::replaceItem(const ListItem& item) {
-    m_findTexts.reset();
-    const auto known = std::find_if(m_items.begin(), m_items.end(),
-                                    [&](const ListItem& each) { return each.key == item.key; });
-    if (known != m_items.end()) {
-        *known = item;
-    } else {
-        m_items.append(item);
-    }
+    m_finder->forget();
     if (m_lsvMain->isSorted() || m_lsvMain->rowOf(item.key) < 0) {
         m_lsvMain->removeItem(item.key);
         m_lsvMain->addItem(item);

@@ -5,13 +5,15 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/MultipleFieldUpdate.h"
+#include "notes_window/NoteFinder.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QScopedValueRollback>
 #include <QTextCursor>
-#include <QTextDocumentFragment>
+
+#include <array>
 
 namespace yrw {
 
@@ -34,12 +36,13 @@ bool frmMain::SaveNote() {
     if (m_note && m_dirty) {
         ShowStatus(QStringLiteral("Saving changes..."));
         const Hourglass hourglass(prompt());
-        saved = reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.SaveNote"),
+        saved = mayOverwrite() &&
+                reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.SaveNote"),
                              QStringLiteral("Could not Save the Note"), kProblem,
                              [this] { writeText(); });
         if (saved) {
             m_drafts.remove(m_note->value(QStringLiteral("RecordID")).toLongLong());
-            m_findTexts.reset();
+            m_finder->forget();
         } else {
             writeDraft();
         }
@@ -48,6 +51,23 @@ bool frmMain::SaveNote() {
     }
     setDirty(false);
     return saved;
+}
+
+/// Asks, once for each note, before a text that could not be read whole is replaced by what is
+/// shown of it.
+bool frmMain::mayOverwrite() {
+    const qint64 id = m_note->value(QStringLiteral("RecordID")).toLongLong();
+    if (!m_rtxMain->isIncomplete() || m_overwritable == id) {
+        return true;
+    }
+    const PromptAnswer answer = prompt().question(
+        QStringLiteral("The stored text of this note is damaged and could not be read whole. "
+                       "Saving replaces it by what is shown; what could not be read is then "
+                       "lost.\r\rDo you want to save?"),
+        QStringLiteral("Damaged Note"), PromptButtons::YesNo, PromptIcon::Exclamation,
+        PromptAnswer::No);
+    m_overwritable = answer == PromptAnswer::Yes ? id : m_overwritable;
+    return answer == PromptAnswer::Yes;
 }
 
 void frmMain::writeText() {
@@ -76,26 +96,16 @@ void frmMain::writeTextInto(Note& note) {
 void frmMain::settleConflict() {
     const Ref<Note> theirs = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
     if (theirs->value(kRtfNote) != m_loadedText) {
-        const QString code =
-            HostUtility::NullToText(theirs->value(QStringLiteral("ChangeUserCode")));
-        const QString name = code.isEmpty() ? QStringLiteral("someone else") : userName(code);
-        const QString when = noteDateText(theirs->value(kChangeDate).toDateTime());
-        const PromptAnswer answer = prompt().question(
-            QStringLiteral(
-                "While you were changing this note, its text was changed by %1 at %2.\r\r"
-                "Yes: keep your text.\r"
-                "No: keep the text of %1.\r"
-                "Cancel: keep both, one after the other.")
-                .arg(name, when),
-            QStringLiteral("Note Changed"), PromptButtons::YesNoCancel, PromptIcon::Question,
-            PromptAnswer::Cancel);
-        if (answer == PromptAnswer::No) {
+        switch (askWhoseText(*theirs)) {
+        case TextChoice::Theirs:
             m_note = theirs;
             putIntoEditor(*theirs);
             return;
-        }
-        if (answer == PromptAnswer::Cancel) {
+        case TextChoice::Both:
             appendOther(*theirs);
+            break;
+        case TextChoice::Mine:
+            break;
         }
     }
     // Their other fields stay as they are; only the text is written again.
@@ -103,16 +113,33 @@ void frmMain::settleConflict() {
     m_note = theirs;
 }
 
+frmMain::TextChoice frmMain::askWhoseText(Note& theirs) {
+    const QString code = HostUtility::NullToText(theirs.value(QStringLiteral("ChangeUserCode")));
+    const QString name = code.isEmpty() ? QStringLiteral("someone else") : userName(code);
+    const QString day = noteDayText(theirs.value(kChangeDate).toDateTime());
+    const QString when = noteTimeText(theirs.value(kChangeDate).toDateTime());
+    const QString now = noteTimeText(services().clock.now());
+    ChoiceRequest request;
+    request.title = QStringLiteral("Note Changed");
+    request.text = QStringLiteral("While you were changing this note, %1 saved another text of it "
+                                  "on %2 at %3.\r\rWhich text is to be kept?")
+                       .arg(name, day, when);
+    request.buttons = {QStringLiteral("Keep &both, one after the other"),
+                       QStringLiteral("Keep &mine (%1, %2)").arg(currentUserName(), now),
+                       QStringLiteral("Keep &theirs (%1, %2)").arg(name, when)};
+    constexpr std::array choices{TextChoice::Both, TextChoice::Mine, TextChoice::Theirs};
+    return choices[size_t(prompt().choose(request))];
+}
+
 void frmMain::appendOther(Note& theirs) {
     const QScopedValueRollback<bool> loading(m_loading, true);
-    RichTextBox other;
-    other.setTextRTF(HostUtility::NullToText(theirs.value(kRtfNote)));
     const QString code = HostUtility::NullToText(theirs.value(QStringLiteral("ChangeUserCode")));
     AppendText(noteStampText(theirs.value(kChangeDate).toDateTime(), userName(code)), true, true);
     QTextCursor cursor(m_rtxMain->document());
     cursor.movePosition(QTextCursor::End);
     cursor.insertBlock();
-    cursor.insertFragment(QTextDocumentFragment(other.document()));
+    m_rtxMain->setTextCursor(cursor);
+    m_rtxMain->setSelRTF(HostUtility::NullToText(theirs.value(kRtfNote)));
 }
 
 void frmMain::rememberLoaded(Note& note) {

@@ -39,7 +39,7 @@ inline const QString kOwnerIndex =
     QStringLiteral("OwnerComponentProgID:OwnerObjectKey:OwnerRecordID:Status");
 
 /// Number of the schema that this version reads and writes.
-inline constexpr int kVersion = 1;
+inline constexpr int kVersion = 2;
 /// Longest text of a key, subject or name field, in characters.
 inline constexpr int kMaxText = 255;
 /// Colour of marked rows when none is stored, &H00BBGGRR: a light blue.

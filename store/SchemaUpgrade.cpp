@@ -1,6 +1,7 @@
 #include "store/SchemaUpgrade.h"
 
 #include "platform/component/AutomationError.h"
+#include "store/NotesTextIndex.h"
 #include "store/Schema.h"
 
 #include <QFileInfo>
@@ -54,8 +55,12 @@ void toVersion1(dao::Database& database) {
     database.RunScript(QString::fromLatin1(kNotesViewOfVersion1));
 }
 
+void toVersion2(dao::Database& database) {
+    notesTextIndex(Ref<dao::Database>(&database))->create();
+}
+
 /// The step at position n leads from version n to n + 1.
-constexpr void (*kSteps[])(dao::Database&) = {toVersion1};
+constexpr void (*kSteps[])(dao::Database&) = {toVersion1, toVersion2};
 static_assert(std::size(kSteps) == schema::kVersion, "every version has the step that leads to it");
 
 QString freeNameFor(const QString& path) {

@@ -45,7 +45,8 @@ QList<GridLayout> orderLayouts() {
     const GridColumn date = column(u"OrderDate", u"Date", 2100);
     const GridColumn item = column(u"Item", u"Item", 4800);
     const GridColumn quantity = column(u"Quantity", u"Quantity", 1200);
-    const GridColumn amount = column(u"Amount", u"Amount", 1350);
+    GridColumn amount = column(u"Amount", u"Amount", 1350);
+    amount.decimals = 2;
     const GridColumn state = column(u"State", u"State", 1350);
     const GridColumn customer = column(u"CustomerID", u"Customer ID", 1500);
     const GridColumn customerName = column(u"CustomerName", u"Customer", 3600, false);

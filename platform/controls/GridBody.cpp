@@ -97,7 +97,8 @@ QString GridBody::cellText(int column) const {
     if (field >= 0) {
         raiseQuietly([&] { value = m_source.rows().value(field); });
     }
-    return m_source.gridColumns().at(column).header + u' ' + gridText(value);
+    const GridColumn& shown = m_source.gridColumns().at(column);
+    return shown.header + u' ' + gridText(value, shown.decimals);
 }
 
 QString GridBody::rowText(qint64 row) const {
@@ -255,8 +256,9 @@ void GridBody::paintCell(QPainter& painter, const QRect& rect, int column, bool 
     QVariant value = QStringLiteral("#Deleted");
     raiseQuietly([&] { value = m_source.rows().value(field); });
     const QRect inner = rect.adjusted(kPadding, 0, -kPadding - 1, -1);
+    const int decimals = m_source.gridColumns().at(column).decimals;
     const QString text =
-        painter.fontMetrics().elidedText(gridText(value), Qt::ElideRight, inner.width());
+        painter.fontMetrics().elidedText(gridText(value, decimals), Qt::ElideRight, inner.width());
     painter.drawText(inner,
                      int(Qt::AlignVCenter | Qt::TextSingleLine) |
                          int(alignsRight(value) ? Qt::AlignRight : Qt::AlignLeft),

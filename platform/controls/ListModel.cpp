@@ -95,6 +95,7 @@ int ListModel::columnOf(const QString& key) const {
 void ListModel::clear() {
     beginResetModel();
     m_rows = {};
+    m_shown.reset();
     m_placesValid = false;
     endResetModel();
 }
@@ -107,28 +108,91 @@ void ListModel::append(const QList<ListItem>& items) {
     beginInsertRows({}, first, first + static_cast<int>(items.size()) - 1);
     m_rows.reserve(m_rows.size() + size_t(items.size()));
     for (const ListItem& item : items) {
+        if (m_shown) {
+            m_shown->push_back(allRows());
+        }
         m_rows.push_back(packed(item));
     }
     m_placesValid = false;
     endInsertRows();
 }
 
-void ListModel::insert(int row, const ListItem& item) {
+int ListModel::insertSorted(const ListItem& item, int column, Qt::SortOrder order) {
+    const auto next =
+        std::upper_bound(m_rows.begin(), m_rows.end(), QStringView(item.texts.value(column)),
+                         [column, order](QStringView wanted, const Row& row) {
+                             const int compared = compareTexts(wanted, part(row, column + 1));
+                             return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
+                         });
+    const int place = static_cast<int>(next - m_rows.begin());
+    const int row = rowOfPlace(place);
     beginInsertRows({}, row, row);
-    m_rows.insert(m_rows.begin() + row, packed(item));
+    m_rows.insert(next, packed(item));
+    if (m_shown) {
+        std::for_each(m_shown->begin() + row, m_shown->end(), [](int& each) { ++each; });
+        m_shown->insert(m_shown->begin() + row, place);
+    }
     m_placesValid = false;
     endInsertRows();
+    return row;
 }
 
-void ListModel::remove(int row) {
-    beginRemoveRows({}, row, row);
-    m_rows.erase(m_rows.begin() + row);
+void ListModel::remove(const QString& key) {
+    const int place = placeOf(key);
+    if (place < 0) {
+        return;
+    }
+    const int row = rowOf(key);
+    if (row >= 0) {
+        beginRemoveRows({}, row, row);
+    }
+    m_rows.erase(m_rows.begin() + place);
     m_placesValid = false;
-    endRemoveRows();
+    if (m_shown) {
+        const int next = rowOfPlace(place);
+        std::for_each(m_shown->begin() + next, m_shown->end(), [](int& each) { --each; });
+        if (row >= 0) {
+            m_shown->erase(m_shown->begin() + row);
+        }
+    }
+    if (row >= 0) {
+        endRemoveRows();
+    }
+}
+
+void ListModel::showOnly(const std::function<bool(QStringView)>& keeps) {
+    beginResetModel();
+    std::vector<int>& shown = m_shown.emplace();
+    for (size_t place = 0; place < m_rows.size(); ++place) {
+        if (keeps(part(m_rows[place], 0))) {
+            shown.push_back(static_cast<int>(place));
+        }
+    }
+    endResetModel();
+}
+
+void ListModel::showAll() {
+    if (m_shown) {
+        beginResetModel();
+        m_shown.reset();
+        endResetModel();
+    }
+}
+
+void ListModel::forEachKey(const std::function<void(QStringView)>& call) const {
+    for (const Row& row : m_rows) {
+        call(part(row, 0));
+    }
+}
+
+int ListModel::rowOfPlace(int place) const {
+    return m_shown ? static_cast<int>(std::lower_bound(m_shown->begin(), m_shown->end(), place) -
+                                      m_shown->begin())
+                   : place;
 }
 
 void ListModel::setText(int row, int column, const QString& text) {
-    QString& own = m_rows[size_t(row)].parts;
+    QString& own = m_rows[place(row)].parts;
     QStringList parts = own.split(kSeparator);
     while (parts.size() <= column + 1) {
         parts.append(QString());
@@ -139,7 +203,7 @@ void ListModel::setText(int row, int column, const QString& text) {
 }
 
 void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreColour) {
-    Row& own = m_rows[size_t(row)];
+    Row& own = m_rows[place(row)];
     own.bold = bold;
     own.hasColour = foreColour.has_value();
     own.colour = own.hasColour ? foreColour->rgb() : 0;
@@ -147,7 +211,7 @@ void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreCo
 }
 
 std::optional<QColor> ListModel::foreColour(int row) const {
-    const Row& own = m_rows[size_t(row)];
+    const Row& own = at(row);
     return own.hasColour ? std::optional<QColor>(QColor::fromRgb(own.colour)) : std::nullopt;
 }
 
@@ -161,7 +225,7 @@ void ListModel::indexKeys() const {
     m_placesValid = true;
 }
 
-int ListModel::rowOf(const QString& key) const {
+int ListModel::placeOf(const QString& key) const {
     if (!m_placesValid) {
         indexKeys();
     }
@@ -175,9 +239,18 @@ int ListModel::rowOf(const QString& key) const {
     return -1;
 }
 
+int ListModel::rowOf(const QString& key) const {
+    const int place = placeOf(key);
+    if (!m_shown || place < 0) {
+        return place;
+    }
+    const int row = rowOfPlace(place);
+    return row < rowCount() && (*m_shown)[size_t(row)] == place ? row : -1;
+}
+
 void ListModel::sortRows(int column, Qt::SortOrder order) {
-    std::vector<int> rows(m_rows.size());
-    std::iota(rows.begin(), rows.end(), 0);
+    std::vector<int> places(m_rows.size());
+    std::iota(places.begin(), places.end(), 0);
     std::vector<QStringView> texts;
     texts.reserve(m_rows.size());
     for (const Row& row : m_rows) {
@@ -187,48 +260,44 @@ void ListModel::sortRows(int column, Qt::SortOrder order) {
         return compareTexts(texts[size_t(a)], texts[size_t(b)]);
     };
     const bool ascending = order == Qt::AscendingOrder;
-    std::stable_sort(rows.begin(), rows.end(), [&](int a, int b) {
+    std::stable_sort(places.begin(), places.end(), [&](int a, int b) {
         return ascending ? compared(a, b) < 0 : compared(b, a) < 0;
     });
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::vector<Row> sorted;
     sorted.reserve(m_rows.size());
-    for (const int row : rows) {
-        sorted.push_back(std::move(m_rows[size_t(row)]));
+    std::vector<int> placeAfter(m_rows.size());
+    for (const int place : places) {
+        placeAfter[size_t(place)] = static_cast<int>(sorted.size());
+        sorted.push_back(std::move(m_rows[size_t(place)]));
     }
     m_rows = std::move(sorted);
     m_placesValid = false;
-    moveSelections(rows);
+    moveSelections(placeAfter);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-void ListModel::moveSelections(const std::vector<int>& order) {
+void ListModel::moveSelections(const std::vector<int>& placeAfter) {
     const QModelIndexList before = persistentIndexList();
-    if (before.isEmpty()) {
-        return;
+    std::vector<int> places;
+    for (const QModelIndex& old : before) {
+        places.push_back(placeAfter[place(old.row())]);
     }
-    std::vector<int> place(order.size());
-    for (size_t i = 0; i < order.size(); ++i) {
-        place[size_t(order[i])] = static_cast<int>(i);
+    if (m_shown) {
+        for (int& shown : *m_shown) {
+            shown = placeAfter[size_t(shown)];
+        }
+        std::sort(m_shown->begin(), m_shown->end());
     }
     QModelIndexList after;
-    for (const QModelIndex& old : before) {
-        after.append(index(place[size_t(old.row())], old.column()));
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        after.append(index(rowOfPlace(places[size_t(i)]), before[i].column()));
     }
     changePersistentIndexList(before, after);
 }
 
-int ListModel::sortedPlace(QStringView text, int column, Qt::SortOrder order) const {
-    const auto first = std::upper_bound(
-        m_rows.begin(), m_rows.end(), text, [column, order](QStringView wanted, const Row& row) {
-            const int compared = compareTexts(wanted, part(row, column + 1));
-            return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
-        });
-    return static_cast<int>(first - m_rows.begin());
-}
-
 int ListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_shown ? m_shown->size() : m_rows.size());
 }
 
 int ListModel::columnCount(const QModelIndex& parent) const {
@@ -236,7 +305,7 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
-    const Row& row = m_rows[size_t(index.row())];
+    const Row& row = at(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return part(row, index.column() + 1).toString();

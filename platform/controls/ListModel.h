@@ -4,6 +4,8 @@
 
 #include <QAbstractTableModel>
 
+#include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -27,25 +29,33 @@ public:
 
     void clear();
     void append(const QList<ListItem>& items);
-    void insert(int row, const ListItem& item);
-    void remove(int row);
+    /// Inserts a row at its place among sorted rows, behind those with the same text; its row.
+    int insertSorted(const ListItem& item, int column, Qt::SortOrder order);
+    /// Removes a row by key, shown or not; no error when it is absent.
+    void remove(const QString& key);
     void setText(int row, int column, const QString& text);
     void setStyle(int row, bool bold, const std::optional<QColor>& foreColour);
 
-    [[nodiscard]] QString keyAt(int row) const { return part(m_rows[size_t(row)], 0).toString(); }
-    [[nodiscard]] bool isBold(int row) const { return m_rows[size_t(row)].bold; }
+    /// Shows only the rows whose keys are kept; the others stay out of sight until `showAll`.
+    void showOnly(const std::function<bool(QStringView)>& keeps);
+    void showAll();
+    [[nodiscard]] bool isNarrowed() const { return m_shown.has_value(); }
+    /// Calls for the key of every row, shown or not, in the order of the rows.
+    void forEachKey(const std::function<void(QStringView)>& call) const;
+    [[nodiscard]] int allRows() const { return static_cast<int>(m_rows.size()); }
+
+    [[nodiscard]] QString keyAt(int row) const { return part(at(row), 0).toString(); }
+    [[nodiscard]] bool isBold(int row) const { return at(row).bold; }
     [[nodiscard]] std::optional<QColor> foreColour(int row) const;
-    /// Row of a key, -1 when absent.
+    /// Row of a key, -1 when it is absent or not shown.
     [[nodiscard]] int rowOf(const QString& key) const;
     /// Valid until the row is changed.
     [[nodiscard]] QStringView textAt(int row, int column) const {
-        return part(m_rows[size_t(row)], column + 1);
+        return part(at(row), column + 1);
     }
 
     /// Sorts by a column, keeping the order of rows with equal texts.
     void sortRows(int column, Qt::SortOrder order);
-    /// Row at which a text belongs among sorted rows: behind those with the same text.
-    [[nodiscard]] int sortedPlace(QStringView text, int column, Qt::SortOrder order) const;
     /// Colours are painted so that they can be read on this background.
     void setBackground(const QColor& colour) { m_background = colour; }
 
@@ -69,13 +79,22 @@ private:
     };
     using Places = std::vector<std::pair<size_t, int>>; ///< hash of a key and its row, sorted
 
+    [[nodiscard]] size_t place(int row) const {
+        return m_shown ? size_t((*m_shown)[size_t(row)]) : size_t(row);
+    }
+    [[nodiscard]] const Row& at(int row) const { return m_rows[place(row)]; }
+    /// Row at which a place is shown, or would be.
+    [[nodiscard]] int rowOfPlace(int place) const;
+    /// Place of a key among all rows, -1 when absent.
+    [[nodiscard]] int placeOf(const QString& key) const;
     [[nodiscard]] static Row packed(const ListItem& item);
     [[nodiscard]] static QStringView part(const Row& row, int index);
-    void moveSelections(const std::vector<int>& order);
+    void moveSelections(const std::vector<int>& placeAfter);
     void indexKeys() const;
 
     QList<Column> m_columns;
-    std::vector<Row> m_rows;
+    std::vector<Row> m_rows;                 ///< all, in order; where each stands is its place
+    std::optional<std::vector<int>> m_shown; ///< places of those shown; nothing shows all
     QColor m_background = Qt::white;
     mutable Places m_places; ///< made anew when rows moved
     mutable bool m_placesValid = true;

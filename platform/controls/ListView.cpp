@@ -135,17 +135,31 @@ void ListView::addItems(const QList<ListItem>& items) {
 }
 
 int ListView::addItem(const ListItem& item) {
-    const int row = isSorted() ? m_private->model.sortedPlace(item.texts.value(sortKey()),
-                                                              sortKey(), sortOrder())
-                               : itemCount();
-    m_private->model.insert(row, item);
-    return row;
+    if (isSorted()) {
+        return m_private->model.insertSorted(item, sortKey(), sortOrder());
+    }
+    m_private->model.append({item});
+    return itemCount() - 1;
 }
 
 void ListView::removeItem(const QString& key) {
-    if (const int row = rowOf(key); row >= 0) {
-        m_private->model.remove(row);
-    }
+    m_private->model.remove(key);
+}
+
+void ListView::showOnly(const std::function<bool(QStringView)>& keeps) {
+    m_private->model.showOnly(keeps);
+}
+
+void ListView::showAll() {
+    m_private->model.showAll();
+}
+
+void ListView::forEachKey(const std::function<void(QStringView)>& call) const {
+    m_private->model.forEachKey(call);
+}
+
+int ListView::allItems() const {
+    return m_private->model.allRows();
 }
 
 int ListView::itemCount() const {

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QTreeView>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -46,8 +47,16 @@ public:
     /// Adds one row at its sorted place (at the end while sorting is off); its row.
     int addItem(const ListItem& item);
     void removeItem(const QString& key);
+    /// Shows only the rows whose keys are kept, in their order; nothing is selected then. The
+    /// others stay in the list, out of sight: rows and counts speak of those shown. Rows added are
+    /// shown.
+    void showOnly(const std::function<bool(QStringView key)>& keeps);
+    void showAll();
+    /// Calls for the key of every row, also of those out of sight.
+    void forEachKey(const std::function<void(QStringView key)>& call) const;
+    [[nodiscard]] int allItems() const; ///< rows with those out of sight
     [[nodiscard]] int itemCount() const;
-    /// Row of a key, -1 when absent.
+    /// Row of a key, -1 when it is absent or out of sight.
     [[nodiscard]] int rowOf(const QString& key) const;
     [[nodiscard]] QString keyAt(int row) const;
     [[nodiscard]] QString text(const QString& key, int column) const;

@@ -16,6 +16,7 @@ struct GridColumn {
     int widthTwips = 1500;
     bool visible = true;
     bool editable = true;
+    int decimals = -1; ///< places behind the point of a fractional number; -1: as many as it has
 };
 
 /// The record grid: shows a dynaset row by row, reading a row when it comes into view, so that a

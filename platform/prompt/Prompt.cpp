@@ -15,6 +15,12 @@ Prompt*& currentPrompt() {
 
 Prompt::~Prompt() = default;
 
+int Prompt::choose(const ChoiceRequest& request) {
+    return request.escapeButton;
+}
+
+void Prompt::preview(const QString&, const std::function<void(QPrinter&)>&) {}
+
 bool Prompt::hasInstance() {
     return currentPrompt() != nullptr;
 }

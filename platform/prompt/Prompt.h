@@ -19,6 +19,16 @@ enum class PromptIcon { None, Information, Question, Exclamation, Critical };
 enum class PromptButtons { Ok, YesNo, YesNoCancel, OkCancel };
 enum class PromptAnswer { Ok, Yes, No, Cancel };
 
+/// A question whose buttons carry words of their own.
+struct ChoiceRequest {
+    QString text;
+    QString title;
+    PromptIcon icon = PromptIcon::Question;
+    QStringList buttons; ///< captions, in the order shown
+    int defaultButton = 0;
+    int escapeButton = 0; ///< what closing the box answers
+};
+
 /// A font as plain data: the door speaks no window toolkit.
 struct FontChoice {
     QString name;
@@ -36,6 +46,7 @@ struct FileRequest {
     QString prompt;       ///< label beside the file name
     QString filter;       ///< "Text|*.txt|All|*.*|": pairs of caption and patterns
     QString folder;       ///< where to begin; empty: where the last one ended
+    QString name;         ///< file name that is offered when saving
     bool several = false; ///< several files may be chosen
 };
 
@@ -65,6 +76,8 @@ public:
     virtual void message(const QString& text, const QString& title, PromptIcon icon) = 0;
     virtual PromptAnswer question(const QString& text, const QString& title, PromptButtons buttons,
                                   PromptIcon icon, PromptAnswer defaultAnswer) = 0;
+    /// The index of the button pressed. A door that shows no boxes answers as closing one does.
+    virtual int choose(const ChoiceRequest& request);
     /// Shows one report; a report that comes while another is on screen is logged, not stacked.
     virtual void errorReport(const ErrorReport& report) = 0;
     /// The chosen paths; empty when cancelled.
@@ -75,6 +88,9 @@ public:
     virtual std::optional<int> chooseColour(int start) = 0;
     /// Asks for a printer and calls `paint` with it; false when cancelled.
     virtual bool print(const QString& title, const std::function<void(QPrinter&)>& paint) = 0;
+    /// Shows on the screen what `paint` paints, as often as the preview needs it; the user may
+    /// print from there. A door without a screen shows nothing.
+    virtual void preview(const QString& title, const std::function<void(QPrinter&)>& paint);
     /// Sets the application's pointer. A value, not a stack: any `Default` restores it.
     virtual void setMousePointer(MousePointer pointer) = 0;
 

@@ -166,6 +166,34 @@ TEST_F(ListViewTest, rowsAreChangedAndRemovedByKey) {
     EXPECT_FALSE(list.isBold("xn2"));
 }
 
+TEST_F(ListViewTest, rowsOutOfSightKeepTheirPlaces) {
+    const auto shown = [this] { return keys().join(QString()); };
+    list.clearItems();
+    list.setSortKey(0);
+    list.setSorted(true);
+    list.addItems({item("d", {"4"}), item("a", {"1"}), item("c", {"3"}), item("b", {"2"}),
+                   item("f", {"6"})});
+    list.showOnly([](QStringView key) { return key == u"b" || key == u"d" || key == u"f"; });
+    EXPECT_EQ(shown(), "bdf");
+    list.selectKey("d");
+    EXPECT_EQ(list.addItem(item("e", {"5"})), 2);
+    EXPECT_EQ(list.rowOf("c"), -1);
+    EXPECT_EQ(shown(), "bdef");
+    list.setSortOrder(Qt::DescendingOrder);
+    EXPECT_EQ(shown(), "fedb");
+    EXPECT_EQ(list.selectedKey(), "d");
+    list.removeItem("c"); // out of sight
+    list.removeItem("e");
+    EXPECT_EQ(shown(), "fdb");
+    EXPECT_EQ(list.text("b", 0), "2");
+    list.setItemText("b", 0, "two");
+    EXPECT_EQ(list.selectedKey(), "d");
+    list.showAll();
+    EXPECT_EQ(shown(), "fdba");
+    EXPECT_EQ(list.text("b", 0), "two");
+    EXPECT_EQ(list.allItems(), 4);
+}
+
 TEST_F(ListViewTest, coloursCanBeReadOnDark) {
     list.setItemStyle("xn2", true, QColor(0, 128, 0));
     const QModelIndex index = list.model()->index(1, 0);

@@ -4,6 +4,7 @@
 #include "platform/forms/DatePicker.h"
 #include "platform/forms/FileFilter.h"
 #include "platform/forms/Form.h"
+#include "platform/prompt/ErrorLog.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -52,7 +53,7 @@ protected:
         box->close();
     }
     static QString logged() {
-        QFile log(WidgetPrompt::logFile());
+        QFile log(errorLogFile());
         return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
     }
 
@@ -100,6 +101,22 @@ TEST_F(WidgetPromptTest, closingAnswersTheButtonThatChangesNothing) {
                       answer);
         }
     }
+}
+
+TEST_F(WidgetPromptTest, choicesCarryTheirOwnWords) {
+    const ChoiceRequest request{
+        "Which?", "Title", PromptIcon::Question, {"Keep &both", "&Mine", "&Theirs"}, 2, 0};
+    const QList<QPair<QString, int>> cases{{"Keep both", 0}, {"Mine", 1}, {"Theirs", 2}};
+    for (const auto& [button, index] : cases) {
+        press(button);
+        EXPECT_EQ(prompt.choose(request), index);
+    }
+    whenOpen([](QWidget* box) { QTest::keyClick(box, Qt::Key_Return); });
+    EXPECT_EQ(prompt.choose(request), 2);
+    whenOpen([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
+    EXPECT_EQ(prompt.choose(request), 0);
+    whenOpen([](QWidget* box) { box->close(); });
+    EXPECT_EQ(prompt.choose(request), 0);
 }
 
 TEST_F(WidgetPromptTest, returnKeyTakesTheDefault) {

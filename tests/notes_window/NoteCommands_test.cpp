@@ -198,7 +198,7 @@ TEST_F(NoteCommands, EditWritesOverWhatAnotherUserChangedAndKeepsTheirText) {
     press(Qt::Key_F2);
     EXPECT_EQ(stored(idOf(notes[0]), "Subject"), "Mine");
     type("mine");
-    script.answer(PromptAnswer::No);
+    script.press("Keep theirs (Anna Ash, 09:00)");
     press(Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(editor().Text(), "theirs");
 }

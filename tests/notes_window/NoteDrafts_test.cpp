@@ -3,6 +3,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -55,14 +57,20 @@ TEST_F(NoteDraftsTest, OfAWindowOpenInAnotherProcessAreLeftAlone) {
     QProcess other;
     other.start("sleep", {"30"});
     ASSERT_TRUE(other.waitForStarted());
-    QFile file(onlyFile());
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    QByteArray content = file.readAll();
-    content.replace(QByteArray::number(QCoreApplication::applicationPid()),
-                    QByteArray::number(other.processId()));
-    file.resize(0);
-    file.write(content);
-    file.close();
+    const auto writtenBy = [&](const QString& started) {
+        QFile file(onlyFile());
+        EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+        QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
+        content["process"] = other.processId();
+        content["started"] = started;
+        file.resize(0);
+        file.write(QJsonDocument(content).toJson());
+    };
+    writtenBy("1");
+    EXPECT_TRUE(drafts.find(17)); // its writer has died, and its number was given again
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(other.processId()));
+    ASSERT_TRUE(stat.open(QIODevice::ReadOnly));
+    writtenBy(QString::fromUtf8(stat.readAll().split(' ').value(21)));
     EXPECT_FALSE(drafts.find(17));
     other.kill();
     other.waitForFinished();

@@ -1,3 +1,5 @@
+#include "tests/notes_window/Crash.h"
+
 #include <QApplication>
 #include <QTemporaryDir>
 
@@ -5,9 +7,12 @@
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    if (yrw::test::isTypingChild()) {
+        return yrw::test::typeUntilKilled();
+    }
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", state.path().toUtf8());
-    const QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,4 +1,7 @@
+#include "store/NotesTextIndex.h"
 #include "tests/support/NotesFixture.h"
+
+#include <sqlite3.h>
 
 namespace yrw::test {
 namespace {
@@ -76,6 +79,36 @@ TEST_F(NotesDatabaseTest, UpgradesAnOlderOneAfterACopyBesideIt) {
     EXPECT_EQ(note->value(QStringLiteral("Subject")), QStringLiteral("kept"));
     EXPECT_EQ(note->value(QStringLiteral("UseName")), QStringLiteral("Anna Ash"));
     EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral(".schema0")));
+}
+
+TEST_F(NotesDatabaseTest, AnUpgradedOneHasTheIndexOfAFreshOneAndItsNotesAreFound) {
+    const auto parts = [this] {
+        sqlite3* file = nullptr;
+        EXPECT_EQ(sqlite3_open(qPrintable(store.notesPath()), &file), SQLITE_OK);
+        QStringList found;
+        const auto collect = [](void* into, int, char** texts, char**) {
+            static_cast<QStringList*>(into)->append(QString::fromUtf8(texts[0]).simplified());
+            return 0;
+        };
+        sqlite3_exec(file,
+                     "SELECT sql FROM sqlite_schema WHERE name LIKE 'tblNotesT%' ORDER BY name",
+                     collect, &found, nullptr);
+        sqlite3_close(file);
+        return found;
+    };
+    const QStringList fresh = parts();
+    EXPECT_EQ(fresh.size(), 10);
+    store.openNotes();
+    store.addNote(QStringLiteral("kept"));
+    store.closeDatabase();
+    change(QStringLiteral("DROP TABLE tblNotesText; DROP TABLE tblNotesToIndex;"
+                          "DROP TRIGGER tblNotesTextAdded; DROP TRIGGER tblNotesTextChanged;"
+                          "DROP TRIGGER tblNotesTextDeleted"),
+           1);
+    store.openNotes();
+    const auto search = notesTextIndex(store.database())->search({QStringLiteral("kept")}, {1});
+    EXPECT_EQ(search->next(1000), std::vector<qint64>{1});
+    EXPECT_EQ(parts(), fresh);
 }
 
 TEST_F(NotesDatabaseTest, AFreshOneIsNotMixedWithLeftOvers) {

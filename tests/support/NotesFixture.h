@@ -58,17 +58,23 @@ inline QString shippedTemplateFolder() {
 /// Works as user ANNA (1). Everything that the test takes from it must end before it.
 class TestStore final : public StoreContext {
 public:
-    TestStore() {
-        createNotesDatabase(m_files, shippedTemplateFolder(), folder());
-        m_host = make<FakeHostApplication>(engine(), folder());
+    TestStore() : TestStore(QString()) {}
+    /// Works on the notes database in a folder of another store, as a second program does.
+    explicit TestStore(const QString& others) : m_others(others) {
+        if (m_others.isEmpty()) {
+            createNotesDatabase(m_files, shippedTemplateFolder(), folder());
+        }
+        m_host = make<FakeHostApplication>(engine(), m_folder.path());
         openNotes();
         actAs(1);
         m_application = make<Application>(*this);
     }
     ~TestStore() override { m_application->Terminate(); }
 
-    [[nodiscard]] QString folder() const { return m_folder.path(); }
-    [[nodiscard]] QString notesPath() const { return m_folder.filePath(kNotesDatabaseName); }
+    [[nodiscard]] QString folder() const { return m_others.isEmpty() ? m_folder.path() : m_others; }
+    [[nodiscard]] QString notesPath() const {
+        return FileSystem::join(folder(), kNotesDatabaseName);
+    }
     [[nodiscard]] dao::EngineServices engine() { return {m_clock, m_files}; }
     [[nodiscard]] ManualClock& manualClock() { return m_clock; }
     [[nodiscard]] FileSystem& files() { return m_files; }
@@ -134,6 +140,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
+    QString m_others;
     ManualClock m_clock{QDateTime(QDate(2026, 3, 10), QTime(9, 0))};
     FileSystem m_files;
     Ref<FakeHostApplication> m_host;

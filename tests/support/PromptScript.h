@@ -23,6 +23,7 @@ public:
         EXPECT_EQ(m_messages, 0) << "messages that did not come";
         EXPECT_EQ(m_reports, 0) << "error reports that did not come";
         EXPECT_TRUE(m_answers.empty()) << "questions that did not come";
+        EXPECT_TRUE(m_choices.empty()) << "choices that did not come";
         EXPECT_TRUE(m_files.empty()) << "file dialogs that did not come";
         EXPECT_TRUE(m_fonts.empty()) << "font dialogs that did not come";
         EXPECT_TRUE(m_colours.empty()) << "colour dialogs that did not come";
@@ -37,7 +38,9 @@ public:
     void chooseFiles(const QStringList& paths) { m_files.push_back(paths); }
     void chooseFont(const std::optional<FontChoice>& font) { m_fonts.push_back(font); }
     void chooseColour(std::optional<int> colour) { m_colours.push_back(colour); }
-    /// Prints on the given printer; nothing cancels.
+    /// Presses the button with that caption, its "&" left out; an empty one closes the box.
+    void press(const QString& caption) { m_choices.push_back(caption); }
+    /// Prints, or shows in a preview, on the given printer; nothing cancels.
     void choosePrinter(QPrinter* printer) { m_printers.push_back(printer); }
     /// Runs before each message, question, report or dialog is answered: what happens meanwhile.
     std::function<void()> whileOpen;
@@ -66,6 +69,17 @@ public:
         lastButtons = buttons;
         lastDefault = defaultAnswer;
         return take(m_answers, defaultAnswer, "question: " + text);
+    }
+    int choose(const ChoiceRequest& request) override {
+        note(request.title, request.text);
+        lastIcon = request.icon;
+        QStringList captions = request.buttons;
+        captions.replaceInStrings(QStringLiteral("&"), QString());
+        const QString caption =
+            take(m_choices, QString(), "choice: " + request.text + captions.join(u'/'));
+        const auto pressed = captions.indexOf(caption);
+        EXPECT_TRUE(caption.isEmpty() || pressed >= 0) << "no button " << caption.toStdString();
+        return pressed < 0 ? request.escapeButton : int(pressed);
     }
     void errorReport(const ErrorReport& report) override {
         note(report.title, report.message);
@@ -101,6 +115,12 @@ public:
         }
         return printer != nullptr;
     }
+    void preview(const QString& title, const std::function<void(QPrinter&)>& paint) override {
+        note("preview", title);
+        if (QPrinter* const printer = take(m_printers, nullptr, "preview: " + title)) {
+            paint(*printer);
+        }
+    }
     void setMousePointer(MousePointer wanted) override {
         pointer = wanted;
         pointers.append(wanted);
@@ -130,6 +150,7 @@ private:
     int m_messages = 0;
     int m_reports = 0;
     std::deque<PromptAnswer> m_answers;
+    std::deque<QString> m_choices;
     std::deque<QStringList> m_files;
     std::deque<std::optional<FontChoice>> m_fonts;
     std::deque<std::optional<int>> m_colours;

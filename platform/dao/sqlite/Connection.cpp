@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QThread>
 #include <QUrl>
 
@@ -68,6 +69,9 @@ Connection::Connection(const QString& path, Access access, Clock& clock)
     sqlite3_extended_result_codes(handle, 1);
     // Pages for some thousand notes; taken only as they are read.
     sqlite3_exec(handle, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
+    // Moving the journal's pages home costs three syncs; the journal grows to 16 MB before it is
+    // due.
+    sqlite3_wal_autocheckpoint(handle, 4000);
     sqlite3_busy_handler(handle, &Connection::waitForLock, &m_wait);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
@@ -142,9 +146,24 @@ void Connection::begin() {
         runKept(m_beginWrite, "BEGIN IMMEDIATE");
     } else {
         requireLiveTransaction();
-        execute(QStringLiteral("SAVEPOINT yrw%1").arg(m_depth));
+        kept(QStringLiteral("SAVEPOINT yrw%1").arg(m_depth)).run();
     }
     ++m_depth;
+}
+
+bool Connection::tryBegin() {
+    sqlite3_busy_handler(handle(), nullptr, nullptr);
+    const auto waitAgain =
+        qScopeGuard([this] { sqlite3_busy_handler(handle(), &Connection::waitForLock, &m_wait); });
+    try {
+        begin();
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorLocked) {
+            throw;
+        }
+        return false;
+    }
+    return true;
 }
 
 void Connection::requireLiveTransaction() const {
@@ -165,7 +184,7 @@ void Connection::commit() {
         releaseHolders();
         runKept(m_commit, "COMMIT");
     } else {
-        execute(QStringLiteral("RELEASE yrw%1").arg(m_depth - 1));
+        kept(QStringLiteral("RELEASE yrw%1").arg(m_depth - 1)).run();
     }
     --m_depth;
 }
@@ -216,6 +235,13 @@ bool Connection::beginRead() {
     return true;
 }
 
+void Connection::mapLongRead() noexcept {
+    if (m_mayMap && m_reading && !m_mapped) {
+        sqlite3_exec(handle(), "PRAGMA mmap_size = 1073741824", nullptr, nullptr, nullptr);
+        m_mapped = true;
+    }
+}
+
 void Connection::endRead() noexcept {
     releaseHolders();
     if (!m_reading) {
@@ -226,6 +252,10 @@ void Connection::endRead() noexcept {
         runKept(m_commit, "COMMIT");
     } catch (const AutomationError&) {
         sqlite3_exec(handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+    if (m_mapped) {
+        sqlite3_exec(handle(), "PRAGMA mmap_size = 0", nullptr, nullptr, nullptr);
+        m_mapped = false;
     }
 }
 

@@ -294,12 +294,13 @@ qint64 RecordsetBase::insertRow() {
         columns.empty()
             ? QStringLiteral(" DEFAULT VALUES")
             : QString(u" (" + names.join(u',') + u") VALUES (" + places.join(u',') + u')');
-    Statement insert(connection().handle(),
-                     u"INSERT INTO " + quotedName(m_query.source().baseTable) + values);
+    Statement& insert =
+        connection().kept(u"INSERT INTO " + quotedName(m_query.source().baseTable) + values);
     for (size_t i = 0; i < columns.size(); ++i) {
         insert.bind(int(i) + 1, m_cells[size_t(columns[i])].after);
     }
     insert.run();
+    insert.forgetValues();
     return connection().lastKey();
 }
 
@@ -309,9 +310,9 @@ void RecordsetBase::requireUnchanged(qint64 key) {
     for (const int column : columns) {
         names += quotedName(item(column).column.baseColumn);
     }
-    Statement present(connection().handle(), u"SELECT " + names.join(u',') + u" FROM " +
-                                                 quotedName(m_query.source().baseTable) +
-                                                 u" WHERE " + m_query.source().baseKey + u" = ?1");
+    Statement& present = connection().kept(u"SELECT " + names.join(u',') + u" FROM " +
+                                           quotedName(m_query.source().baseTable) + u" WHERE " +
+                                           m_query.source().baseKey + u" = ?1");
     present.bind(1, key);
     if (!present.step()) {
         throw AutomationError(kErrorNoCurrentRecord, kSource,
@@ -347,14 +348,15 @@ void RecordsetBase::changeRow(qint64 key) {
     for (const int column : columns) {
         settings += quotedName(item(column).column.baseColumn) + u" = ?";
     }
-    Statement update(connection().handle(), u"UPDATE " + quotedName(m_query.source().baseTable) +
-                                                u" SET " + settings.join(u',') + u" WHERE " +
-                                                m_query.source().baseKey + u" = ?");
+    Statement& update =
+        connection().kept(u"UPDATE " + quotedName(m_query.source().baseTable) + u" SET " +
+                          settings.join(u',') + u" WHERE " + m_query.source().baseKey + u" = ?");
     for (size_t i = 0; i < columns.size(); ++i) {
         update.bind(int(i) + 1, m_cells[size_t(columns[i])].after);
     }
     update.bind(int(columns.size()) + 1, key);
     update.run();
+    update.forgetValues();
 }
 
 void RecordsetBase::Update() {
@@ -402,9 +404,8 @@ void RecordsetBase::Delete() {
     const qint64 key = currentKey();
     rowDeleting();
     Transaction transaction(*m_database);
-    Statement remove(connection().handle(), u"DELETE FROM " +
-                                                quotedName(m_query.source().baseTable) +
-                                                u" WHERE " + m_query.source().baseKey + u" = ?1");
+    Statement& remove = connection().kept(u"DELETE FROM " + quotedName(m_query.source().baseTable) +
+                                          u" WHERE " + m_query.source().baseKey + u" = ?1");
     remove.bind(1, key);
     remove.run();
     transaction.commit();

@@ -47,6 +47,8 @@ public:
     /// Steps to the end: for statements that return nothing.
     void run();
     void reset() noexcept;
+    /// Lets the bound values go: for a statement that is kept, since they can be long.
+    void forgetValues() noexcept;
 
     [[nodiscard]] int columnCount() const noexcept;
     [[nodiscard]] QString columnName(int column) const;

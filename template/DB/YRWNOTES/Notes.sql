@@ -30,6 +30,22 @@ CREATE INDEX "OwnerComponentProgID:OwnerObjectKey:OwnerRecordID:Status"
     ON tblNotes (OwnerComponentProgID, OwnerObjectKey, OwnerRecordID, Status);
 CREATE INDEX NotesByOwner ON tblNotes (OwnerObjectKey, OwnerRecordID);
 
+-- Finding by words. The index holds subject and text folded, without case and accents, which no
+-- trigger can do: triggers put the keys of changed notes on a list, and whoever searches takes
+-- them in. A program that only writes notes needs to know nothing of it.
+CREATE TABLE tblNotesToIndex (RecordID INTEGER PRIMARY KEY);
+CREATE VIRTUAL TABLE tblNotesText USING fts5(Folded, tokenize='trigram case_sensitive 1', detail=none);
+CREATE TRIGGER tblNotesTextAdded AFTER INSERT ON tblNotes BEGIN
+    INSERT OR IGNORE INTO tblNotesToIndex VALUES (new.RecordID);
+END;
+CREATE TRIGGER tblNotesTextChanged AFTER UPDATE OF RecordID, Subject, PlainNote ON tblNotes
+WHEN old.RecordID <> new.RecordID OR old.Subject IS NOT new.Subject OR old.PlainNote IS NOT new.PlainNote BEGIN
+    INSERT OR IGNORE INTO tblNotesToIndex VALUES (old.RecordID), (new.RecordID);
+END;
+CREATE TRIGGER tblNotesTextDeleted AFTER DELETE ON tblNotes BEGIN
+    INSERT OR IGNORE INTO tblNotesToIndex VALUES (old.RecordID);
+END;
+
 -- Status of a reminder: 1 open, 2 closed without an answer, 3 later, 4 dismissed.
 CREATE TABLE tblReminders (
     RecordID INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -133,4 +149,4 @@ INSERT INTO tblQueries (Name, Kind, BaseTable, SQL, Parameters) VALUES
 ('delRemindersByNoteID', 'action', 'tblReminders',
  'DELETE FROM tblReminders WHERE NoteID = :NoteID', 'NoteID Long');
 
-PRAGMA user_version = 1;
+PRAGMA user_version = 2;

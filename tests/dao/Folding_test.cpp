@@ -1,9 +1,9 @@
 // How a search compares texts.
-#include "notes_window/Folding.h"
+#include "platform/dao/Folding.h"
 
 #include <gtest/gtest.h>
 
-namespace yrw {
+namespace yrw::dao {
 
 TEST(Folding, WordsAreFoundWithoutCaseAndAccents) {
     struct Case {
@@ -26,9 +26,12 @@ TEST(Folding, WordsAreFoundWithoutCaseAndAccents) {
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.text);
-        EXPECT_EQ(containsWords(foldText(QString::fromUtf8(each.text)),
-                                foldedWords(QString::fromUtf8(each.typed))),
-                  each.found);
+        QList<QByteArray> words;
+        for (const QString& word : foldedWords(QString::fromUtf8(each.typed))) {
+            words.append(word.toUtf8());
+        }
+        const QByteArray folded = foldText(QString::fromUtf8(each.text)).toUtf8();
+        EXPECT_EQ(containsWords(folded, words), each.found);
     }
 }
 
@@ -44,4 +47,4 @@ TEST(Folding, HitsAreGivenInTheOriginalText) {
     EXPECT_EQ(findWords(text, foldedWords("s"), 3).size(), 3);
 }
 
-} // namespace yrw
+} // namespace yrw::dao

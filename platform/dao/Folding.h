@@ -1,10 +1,11 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
-namespace yrw {
+namespace yrw::dao {
 
 /// A text as a search compares it: without case and accents.
 /// `positions` holds, for each character of `text`, its place in the original, and one more entry
@@ -19,8 +20,8 @@ struct FoldedText {
 
 /// What the user typed into the find field, as folded words.
 [[nodiscard]] QStringList foldedWords(const QString& typed);
-/// True when a folded text contains every word, inside words too.
-[[nodiscard]] bool containsWords(QStringView foldedText, const QStringList& words);
+/// True when a folded text contains every word, inside words too; both in UTF-8.
+[[nodiscard]] bool containsWords(QByteArrayView foldedText, const QList<QByteArray>& words);
 
 /// A range of an original text.
 struct TextRange {
@@ -30,4 +31,4 @@ struct TextRange {
 /// Where the words stand in a text, in any order; at most `limit` ranges.
 [[nodiscard]] QList<TextRange> findWords(QStringView text, const QStringList& words, int limit);
 
-} // namespace yrw
+} // namespace yrw::dao

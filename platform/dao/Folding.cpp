@@ -1,8 +1,8 @@
-#include "notes_window/Folding.h"
+#include "platform/dao/Folding.h"
 
 #include <algorithm>
 
-namespace yrw {
+namespace yrw::dao {
 
 namespace {
 
@@ -76,9 +76,9 @@ QStringList foldedWords(const QString& typed) {
     return foldText(typed).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-bool containsWords(QStringView foldedText, const QStringList& words) {
+bool containsWords(QByteArrayView foldedText, const QList<QByteArray>& words) {
     return std::all_of(words.begin(), words.end(),
-                       [&](const QString& word) { return foldedText.contains(word); });
+                       [&](const QByteArray& word) { return foldedText.contains(word); });
 }
 
 QList<TextRange> findWords(QStringView text, const QStringList& words, int limit) {
@@ -96,4 +96,4 @@ QList<TextRange> findWords(QStringView text, const QStringList& words, int limit
     return ranges;
 }
 
-} // namespace yrw
+} // namespace yrw::dao
