@@ -405,6 +405,9 @@ void frmAutoNotes::createControls() {
     flxThis->setTabKeyNavigation(false);
     flxThis->setFocusPolicy(Qt::ClickFocus);
     flxThis->viewport()->setMouseTracking(true);
+    if (!isWindow()) {
+        flxThis->viewport()->installEventFilter(this); // a form sees only its own window's events
+    }
 }
 
 void frmAutoNotes::connectEvents() {

@@ -326,6 +326,8 @@ TEST_F(AutoNotesPopup, WhereWindowsCannotBePlacedItIsAPartOfTheHost) {
               host.width() - 1 - systemMetric(SystemMetric::SizingFrameWidth));
     EXPECT_EQ(popup->y(), systemMetric(SystemMetric::CaptionHeight));
     EXPECT_TRUE(field.hasFocus());
+    QTest::mouseMove(list().viewport(), middleOf(1));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return calls.contains(QStringLiteral("cancel")); }, 500));
 }
 
 } // namespace
