@@ -153,6 +153,9 @@ private:
     void rememberLoaded(Note& note);
     void writeDraft();
     void offerDraft(qint64 noteID);
+    void offerDraftsOfDeletedNotes();
+    void keepAsNewNote(const NoteDraft& draft);
+    [[nodiscard]] bool isDeleted(qint64 noteID) const;
     [[nodiscard]] FontChoice defaultFont() const;
     [[nodiscard]] QString currentUserName();
     void chooseColour();

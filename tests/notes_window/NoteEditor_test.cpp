@@ -1,7 +1,9 @@
 // The text: what is saved when, conflicts, drafts, formats and what is appended.
+#include "platform/rtf/EmbeddedObject.h"
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
 namespace yrw::test {
 
@@ -230,6 +232,31 @@ TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {
     EXPECT_TRUE(script.asked.first().contains("Ben Birch saved another text of it on 10/03/2026"));
 }
 
+TEST_F(NoteEditor, KeepingBothKeepsTheObjectsOfBoth) {
+    const QTemporaryDir folder;
+    const auto file = [&folder](const char* name, const char* content) {
+        QFile made(folder.filePath(name));
+        EXPECT_TRUE(made.open(QIODevice::WriteOnly));
+        made.write(content);
+        return made.fileName();
+    };
+    RichTextBox theirs;
+    theirs.setText("theirs");
+    theirs.setSelStart(6);
+    theirs.insertFile(file("theirs.txt", "their bytes"), ObjectDisplay::Icon);
+    open(customer);
+    type("mine");
+    editor().insertFile(file("mine.txt", "my bytes"), ObjectDisplay::Icon);
+    const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
+    other->Field("RTFNote")->setValue(theirs.TextRTF());
+    script.press("Keep both, one after the other");
+    press(Qt::Key_S, Qt::ControlModifier);
+    open(customer);
+    ASSERT_EQ(editor().objectCount(), 2);
+    EXPECT_EQ(editor().objectFile(0)->data, "my bytes");
+    EXPECT_EQ(editor().objectFile(1)->data, "their bytes");
+}
+
 TEST_F(NoteEditor, NoQuestionWhenOnlyTheSubjectWasChangedElsewhere) {
     open(customer);
     type("mine");
@@ -254,6 +281,31 @@ TEST_F(NoteEditor, AfterACrashTheTypedTextIsOffered) {
     EXPECT_TRUE(tool("tooSave").isEnabled());
     open(customer); // closing has saved it: nothing is offered any more
     EXPECT_EQ(text(second), "half a sent");
+}
+
+TEST_F(NoteEditor, TextOfANoteThatWasDeletedElsewhereIsOffered) {
+    const auto typeIntoADeletedNote = [this](const Ref<Note>& into) {
+        open(customer, idOf(into));
+        type("nowhere to go");
+        deleteNote(store.application(), idOf(into));
+        script.expectReport(1);
+        close();
+    };
+    typeIntoADeletedNote(note);
+    script.press("Ask again later");
+    open(customer);
+    EXPECT_TRUE(script.asked.last().contains("its note was deleted"));
+    EXPECT_EQ(keys(), QStringList{keyOf(second)});
+    script.press("Keep as a new note");
+    open(customer);
+    ASSERT_EQ(list().itemCount(), 2);
+    clickRow(list().keyAt(1));
+    EXPECT_EQ(editor().Text(), "nowhere to go");
+    typeIntoADeletedNote(second);
+    script.press("Throw away");
+    open(customer);
+    open(customer); // nothing is left to be asked
+    EXPECT_EQ(list().itemCount(), 1);
 }
 
 TEST_F(NoteEditor, AFailedSaveIsReportedAndKeepsTheText) {

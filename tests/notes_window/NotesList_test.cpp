@@ -1,7 +1,10 @@
 // The list: what it shows, in what order, and what choosing a row does.
+#include "notes_window/LongWork.h"
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
 
 namespace yrw::test {
 
@@ -191,6 +194,28 @@ TEST_F(NotesList, ANoteThatIsGoneLeavesNoOtherTextInTheEditor) {
     clickRow(keyOf(reminded));
     EXPECT_FALSE(editor().isEnabled());
     EXPECT_EQ(editor().Text(), QString());
+}
+
+TEST_F(NotesList, AReadingThatTakesLongCanBeStopped) {
+    QWidget parent;
+    ManualClock& clock = store.manualClock();
+    LongWork work(clock, &parent, "%1 so far");
+    const auto steps = [&work](qint64 from, qint64 to) {
+        bool goesOn = true;
+        for (qint64 row = from; goesOn && row < to; ++row) {
+            goesOn = work.goOn(row);
+        }
+        return goesOn;
+    };
+    EXPECT_TRUE(steps(0, 1000));
+    EXPECT_EQ(parent.findChild<QWidget*>("prgLongWork"), nullptr);
+    clock.advance(1);
+    EXPECT_TRUE(steps(1000, 2000));
+    auto* const shown = parent.findChild<QWidget*>("prgLongWork");
+    ASSERT_NE(shown, nullptr);
+    EXPECT_TRUE(shown->findChild<QLabel*>()->text().contains("so far"));
+    shown->findChild<QPushButton*>()->click();
+    EXPECT_FALSE(work.goOn(2000));
 }
 
 TEST_F(NotesList, FindNarrowsByWordsInSubjectAndText) {
