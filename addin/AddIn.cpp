@@ -219,6 +219,8 @@ void AddIn::switchToolsOn() {
 
 void AddIn::startTimer() {
     mfrmTimer.reset(new frmTimer(m_module));
+    m_round = {};
+    m_checkWatch.begin(services().clock);
     frmTimer* const form = mfrmTimer.get();
     QObject::connect(form, &frmTimer::CheckReminders, form, [this](bool& cancel) {
         const Ref<AddIn> keep(this);
@@ -322,6 +324,11 @@ void AddIn::setAutoNoteTimerEnabled(bool enabled) {
 void AddIn::repaintGrids() {
     m_upper.refresh();
     m_lower.refresh();
+}
+
+void AddIn::checkAutoNotes(const GuardedPtr<IGridController>& controller) noexcept {
+    m_autoNotes.forgetCurrentRecord(); // else every row would show the notes of the first
+    m_autoNotes.check(controller, true, false);
 }
 
 void AddIn::cleanUpAutoNotes() noexcept {

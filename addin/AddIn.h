@@ -4,10 +4,16 @@
 #include "addin/GridEvents.h"
 #include "addin/Module1.h"
 #include "addin/NotesSeek.h"
+#include "addin/ReminderRound.h"
 #include "framework/HostUtility.h"
 #include "store/Schema.h"
 
 #include <QPointer>
+
+#include <deque>
+#include <exception>
+
+class QShortcut;
 
 namespace yrw {
 
@@ -59,7 +65,9 @@ public:
     void repaintGrids() override;
 
     /// Shows a popup for each due reminder of the current user that is not on screen yet, whether
-    /// or not checking is switched on. True when the check ran; it does not while a notes window
+    /// or not checking is switched on; where there are many, the later ones follow from the event
+    /// loop, so that nobody's typing waits. Popups whose reminder was answered elsewhere, or whose
+    /// note is finished or gone, close. True when the check ran; it does not while a notes window
     /// is open or the host is busy. A failure is reported.
     bool CheckForReminders();
     /// The process-wide switch of that name.
@@ -80,6 +88,10 @@ public:
     void openNotesSeek() { m_notesSeek.open(m_module.database()); }
     /// Background of marked rows, &H00BBGGRR.
     [[nodiscard]] int highlightColour() const noexcept { return m_highlightColour; }
+    /// The host's status bar; nothing when it has none.
+    [[nodiscard]] IStatusBar* statusBar() const noexcept { return stbMain.get(); }
+    /// Shows the automatic notes of the record that the user stays on.
+    void checkAutoNotes(const GuardedPtr<IGridController>& controller) noexcept;
     /// Clears the popup and the status-bar message away and stops the half-second timer.
     void cleanUpAutoNotes() noexcept;
 
@@ -129,9 +141,16 @@ private:
     void readHighlightColour();
 
     // Reminders.
+    bool runCheck(bool quietly);
     bool checkReminders();
-    [[nodiscard]] std::vector<qint64> dueReminders();
+    [[nodiscard]] std::deque<qint64> dueReminders();
+    void showWaitingReminders();
+    void goOnShowing();
     void showReminder(qint64 reminderID);
+    void closeAnsweredReminders();
+    void reportCheckFailure(const std::exception_ptr& failure, bool quietly);
+    void showWhenChecked();
+    void placeReachKey();
 
     // Showing notes.
     [[nodiscard]] Ref<IRecord> ownerOfNote(qint64 noteRecordID);
@@ -163,11 +182,14 @@ private:
     QList<QPointer<Form>> m_notesWindows; ///< on screen, each nested in the one before
     bool m_activating = false;
     bool m_checkingReminders = false;
+    ReminderRound m_round;
+    CheckWatch m_checkWatch;
+    QPointer<QShortcut> m_reachKey; ///< on the host's window while popups are open
     int m_highlightColour = schema::kDefaultHighlight;
     NotesSeek m_notesSeek;
     GridEvents m_upper{*this};
     GridEvents m_lower{*this};
-    AutoNotes m_autoNotes;
+    AutoNotes m_autoNotes{*this};
 };
 
 } // namespace yrw

@@ -1,12 +1,18 @@
-// The check for due reminders.
+// The check for due reminders and the popups that it shows.
 #include "addin/AddIn.h"
 #include "addin/BusySign.h"
+#include "addin/frmTimer.h"
 #include "dialogs/frmReminder.h"
 #include "framework/ErrorGuards.h"
+#include "platform/clock/Clock.h"
+#include "platform/prompt/ErrorLog.h"
 
 #include <QScopedValueRollback>
+#include <QSet>
+#include <QShortcut>
+#include <QTimer>
 
-#include <exception>
+#include <algorithm>
 
 namespace yrw {
 
@@ -14,6 +20,27 @@ namespace {
 
 /// How early, in minutes, a reminder is shown at most.
 constexpr int kNumberOfMinutes = 1;
+/// How long, in milliseconds, one turn of the event loop shows popups before others have theirs.
+constexpr qint64 kTurnMs = 20;
+/// How many popups are looked up with one query.
+constexpr int kKeysPerQuery = 200;
+
+const QString kSource = QStringLiteral("YRWNOTES.AddIn.CheckForReminders");
+const QString kMessage = QStringLiteral("Could Check for Reminders");
+const QString kTitle = QStringLiteral("Problem");
+
+/// The ids of the reminders and of the notes that a query gave, among some keys.
+template <class Take>
+void readByKeys(HostDataHelper& helper, const QString& query, const QVariantList& keys, Take take) {
+    for (qsizetype first = 0; first < keys.size(); first += kKeysPerQuery) {
+        const Ref<dao::Recordset> rows = helper.OpenRecordset(helper.BuildQuerySQL(
+            query, keys.mid(first, kKeysPerQuery), QStringLiteral("RecordID")));
+        for (; !rows->AtEof(); rows->MoveNext()) {
+            take(*rows);
+        }
+        rows->Close();
+    }
+}
 
 } // namespace
 
@@ -21,19 +48,41 @@ void AddIn::mfrmTimer_CheckReminders(bool& cancel) {
     // Reminders wait until the user is done with a window or a box, and with the last check.
     if (m_checkingReminders || isNotesWindowOpen() || Form::isModalOpen()) {
         cancel = true;
-        return;
+    } else {
+        const QScopedValueRollback<bool> busy(m_checkingReminders, true);
+        // A database that cannot be read is reported once, not every minute.
+        cancel = !runCheck(m_checkWatch.cannotRead());
     }
-    const QScopedValueRollback<bool> busy(m_checkingReminders, true);
-    cancel = !CheckForReminders();
+    showWhenChecked();
 }
 
 bool AddIn::CheckForReminders() {
+    return runCheck(false);
+}
+
+bool AddIn::runCheck(bool quietly) {
     const Ref<AddIn> keep(this);
-    bool ran = false;
-    reportErrors(services().utility, QStringLiteral("YRWNOTES.AddIn.CheckForReminders"),
-                 QStringLiteral("Could Check for Reminders"), QStringLiteral("Problem"),
-                 [&] { ran = checkReminders(); });
-    return ran;
+    m_round.quietly = quietly;
+    try {
+        return checkReminders();
+    } catch (...) {
+        reportCheckFailure(std::current_exception(), quietly);
+        return false;
+    }
+}
+
+void AddIn::reportCheckFailure(const std::exception_ptr& failure, bool quietly) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (...) {
+        const AutomationError error = currentError();
+        if (quietly) {
+            appendToErrorLog(services().clock.now(),
+                             {error.number(), kSource, error.description(), kMessage, {}, kTitle});
+        } else {
+            services().utility.ReportError(error, kSource, kMessage, kTitle);
+        }
+    }
 }
 
 bool AddIn::checkReminders() {
@@ -45,25 +94,25 @@ bool AddIn::checkReminders() {
         return false;
     }
     const BusySign busy(prompt(), m_interface, QStringLiteral("Checking for note reminders..."));
-    std::exception_ptr firstFailure;
-    for (const qint64 reminderID : dueReminders()) {
-        try {
-            if (!m_module.reminders().isShown(reminderID)) {
-                showReminder(reminderID);
-            }
-        } catch (...) {
-            // The others are shown all the same; what went wrong is told once.
-            firstFailure = firstFailure ? firstFailure : std::current_exception();
-        }
+    try {
+        closeAnsweredReminders();
+        m_round.waiting = dueReminders();
+        m_checkWatch.succeeded(services().clock);
+    } catch (...) {
+        m_checkWatch.failed();
+        throw;
     }
-    if (firstFailure) {
-        std::rethrow_exception(firstFailure);
+    m_round.hasCalled = false;
+    m_round.failure = nullptr;
+    showWaitingReminders();
+    if (m_round.failure && !m_round.goesOn) {
+        std::rethrow_exception(std::exchange(m_round.failure, nullptr));
     }
-    return true;
+    return !m_round.failure;
 }
 
-/// The current user's due reminders, in the query's order.
-std::vector<qint64> AddIn::dueReminders() {
+/// The current user's due reminders that are not on screen, in the query's order.
+std::deque<qint64> AddIn::dueReminders() {
     dao::Parameters parameters{{QStringLiteral("ProgID"), m_hostProgID},
                                {QStringLiteral("NumberOfMinutes"), kNumberOfMinutes},
                                {QStringLiteral("UserID"), QVariant()}};
@@ -72,23 +121,79 @@ std::vector<qint64> AddIn::dueReminders() {
         m_module.setCurrentUser(host->CurrentUser());
         parameters.set(QStringLiteral("UserID"), dataHelper().CurrentUserID());
     }
-    std::vector<qint64> due;
+    std::deque<qint64> due;
     const Ref<dao::Recordset> rows =
         dataHelper().OpenQuery(schema::kQryActiveReminders, parameters);
     for (; !rows->AtEof(); rows->MoveNext()) {
-        due.push_back(rows->value(u"RecordID").toLongLong());
+        const qint64 id = rows->value(u"RecordID").toLongLong();
+        if (!m_module.reminders().isShown(id)) {
+            due.push_back(id);
+        }
     }
     rows->Close();
     return due;
 }
 
+/// Shows what waits for as long as one turn may last, and leaves the rest to the next turns: each
+/// popup is painted soon after it was made, and keys typed meanwhile arrive.
+void AddIn::showWaitingReminders() {
+    const Clock& clock = services().clock;
+    const qint64 begun = clock.monotonicMs();
+    int shown = 0;
+    while (!m_round.waiting.empty() && (shown == 0 || clock.monotonicMs() - begun < kTurnMs)) {
+        const qint64 reminderID = m_round.waiting.front();
+        m_round.waiting.pop_front();
+        try {
+            showReminder(reminderID);
+            ++shown;
+        } catch (...) {
+            // The others are shown all the same; what went wrong is told once.
+            m_round.failure = m_round.failure ? m_round.failure : std::current_exception();
+        }
+    }
+    frmReminder* const front = m_module.reminders().front();
+    if (shown > 0 && front != nullptr) {
+        if (m_round.waiting.empty()) {
+            m_module.reminders().putInOrder();
+        } else {
+            front->bringToFront();
+        }
+        placeReachKey();
+    }
+    if (shown > 0 && front != nullptr && !m_round.hasCalled) {
+        m_round.hasCalled = true;
+        front->callUser(m_module.reminders().count() + int(m_round.waiting.size()));
+    }
+    if (!m_round.waiting.empty() && !m_round.goesOn && mfrmTimer) {
+        m_round.goesOn = true;
+        QTimer::singleShot(0, mfrmTimer.get(), [this] {
+            const Ref<AddIn> keep(this);
+            ignoreErrors([this] { goOnShowing(); });
+        });
+    }
+}
+
+void AddIn::goOnShowing() {
+    m_round.goesOn = false;
+    if (isNotesWindowOpen() || Form::isModalOpen() || !isDatabaseOpen()) {
+        m_round.waiting.clear(); // the next check finds them again
+    } else {
+        showWaitingReminders();
+    }
+    if (!m_round.goesOn && m_round.failure) {
+        reportCheckFailure(std::exchange(m_round.failure, nullptr), m_round.quietly);
+    }
+}
+
 /// Shows one reminder, first the window and then what is in it, before anything is painted.
 void AddIn::showReminder(qint64 reminderID) {
     const QPointer<frmReminder> popup(new frmReminder(*this));
+    QWidget* const host = m_interface ? m_interface->Window() : nullptr;
+    popup->moveToPlace(m_module.reminders().freePlace(), host);
     m_module.reminders().add(reminderID, popup, this);
     try {
         popup->setTag(frmReminder::kTagPrefix + QString::number(reminderID));
-        popup->showModeless(m_interface ? m_interface->Window() : nullptr, false);
+        popup->showModeless(host, false);
         const Ref<yrw::Application>& application = m_module.application();
         popup->Initialise(application, application->Reminders()->Item(QVariant(reminderID)));
     } catch (...) {
@@ -100,8 +205,74 @@ void AddIn::showReminder(qint64 reminderID) {
     }
 }
 
+/// Closes the popups whose reminder was answered elsewhere or is gone, and those whose note is
+/// finished or gone. Nothing is written: who acted there has answered.
+void AddIn::closeAnsweredReminders() {
+    const auto popups = m_module.reminders().popupsOf(this);
+    if (popups.empty() || !isDatabaseOpen()) {
+        return;
+    }
+    QVariantList reminderIDs;
+    QSet<qint64> notes;
+    for (const auto& [id, popup] : popups) {
+        reminderIDs.append(id);
+        notes.insert(popup->noteID());
+    }
+    QVariantList noteIDs;
+    std::transform(notes.begin(), notes.end(), std::back_inserter(noteIDs),
+                   [](qint64 id) { return QVariant(id); });
+    QSet<qint64> activeNotes;
+    readByKeys(dataHelper(), schema::kTblNotes, noteIDs, [&](const dao::Recordset& row) {
+        if (row.value(u"Status").toInt() == int(NoteStatus::Active)) {
+            activeNotes.insert(row.value(u"RecordID").toLongLong());
+        }
+    });
+    QSet<qint64> open;
+    readByKeys(dataHelper(), schema::kQryReminders, reminderIDs, [&](const dao::Recordset& row) {
+        const qint64 id = row.value(u"RecordID").toLongLong();
+        const QPointer<frmReminder>& popup = popups.at(id);
+        if (popup->isUnanswered(row) && activeNotes.contains(popup->noteID())) {
+            open.insert(id);
+        }
+    });
+    for (const auto& [id, popup] : popups) {
+        if (popup && !open.contains(id)) {
+            popup->abandon();
+        }
+    }
+}
+
 void AddIn::forgetReminder(qint64 reminderID) {
     m_module.reminders().remove(reminderID);
+    if (m_module.reminders().isEmpty()) {
+        delete m_reachKey;
+    }
+    if (frmReminder* const front = m_released ? nullptr : m_module.reminders().front()) {
+        front->bringToFront();
+    }
+}
+
+/// The one key that gives a popup the keyboard; it is there while a popup is.
+void AddIn::placeReachKey() {
+    QWidget* const host = m_interface ? m_interface->Window() : nullptr;
+    if (m_reachKey || host == nullptr) {
+        return;
+    }
+    m_reachKey = new QShortcut(frmReminder::kReachKey, host);
+    m_reachKey->setContext(Qt::ApplicationShortcut);
+    QObject::connect(m_reachKey, &QShortcut::activated, m_reachKey, [] {
+        if (frmReminder* const front = Module1::instance().reminders().front()) {
+            front->takeKeys();
+        }
+    });
+}
+
+/// Tells on the host's window when reminders were last checked, if that is long ago.
+void AddIn::showWhenChecked() {
+    const QString text = m_checkWatch.text(services().clock);
+    if (!text.isEmpty() && m_interface) {
+        m_interface->ShowStatus(text);
+    }
 }
 
 } // namespace yrw

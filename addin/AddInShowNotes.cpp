@@ -14,14 +14,18 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
     }
     const Ref<AddIn> keep(this); // a host may let go while the window is open
     const BusySign busy(prompt(), m_interface, QStringLiteral("Showing Notes..."));
-    m_autoNotes.closePopups();
+    const bool hadPopup = m_autoNotes.closePopup();
     reportErrors(services().utility, QStringLiteral("YRWNOTES.AddIn.ShowNotes"),
                  QStringLiteral("Could not show Notes"), QStringLiteral("Notes Problem"), [&] {
                      becomeServed();
                      const bool byNote = !record && noteRecordID != 0;
                      showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
                  });
+    ignoreErrors([this] { closeAnsweredReminders(); });
     repaintGrids();
+    if (hadPopup && !m_released) {
+        m_autoNotes.check(mobjUpperGridClass, true, true);
+    }
 }
 
 /// The host's record that a note is kept on; nothing for a note on no record, or whose record or

@@ -1,14 +1,46 @@
 #include "addin/AutoNotes.h"
 
+#include "addin/AddIn.h"
+#include "dialogs/frmAutoNotes.h"
 #include "framework/ErrorGuards.h"
-#include "platform/forms/Form.h"
+#include "framework/Settings.h"
+#include "platform/component/NamedCalls.h"
+#include "platform/forms/Twips.h"
 
-#include <QPointer>
+#include <QCoreApplication>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 
 #include <algorithm>
 
 namespace yrw {
+
+namespace {
+
+const QString kLineEnd = QStringLiteral("\r\n");
+
+/// The record's kind and its own text, as "Customer: Quill & Son ".
+QString nameOf(IHostApplication& host, IRecord& record) {
+    const Ref<ICollection> collection = record.Collection();
+    const QString useName =
+        callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
+            .toString();
+    return host.ObjectDisplayName(useName) + QStringLiteral(": ") +
+           HostUtility::NullToText(record.ShortDisplayValue()->Value()) + u' ';
+}
+
+/// The name of the note's author as the host knows it; as the note knows it where the host does
+/// not have that user any more.
+QString authorOf(IHostApplication& host, const dao::Recordset& note) {
+    QString name;
+    ignoreErrors([&] {
+        const Ref<IRecord> user = host.Users()->Item(note.value(u"RecordUserID"));
+        name = HostUtility::NullToText(user->value(QStringLiteral("UseName")));
+    });
+    return name.isEmpty() ? HostUtility::NullToText(note.value(u"UseName")) : name;
+}
+
+} // namespace
 
 const QString AutoNotes::kFormName = QStringLiteral("frmAutoNotes");
 const QString AutoNotes::kMarker = QStringLiteral("989879879");
@@ -20,20 +52,144 @@ int AutoNotes::popupCount() {
     }));
 }
 
-void AutoNotes::closePopups() noexcept {
-    QList<QPointer<Form>> popups;
-    for (Form* form : Form::openForms()) {
-        if (form->objectName() == kFormName) {
-            popups.append(form);
+// The check.
+
+void AutoNotes::check(const GuardedPtr<IGridController>& controller, bool closesPopup,
+                      bool keepsText) noexcept {
+    ignoreErrors([&] {
+        const GuardedPtr<IHostInterface> host = m_addIn.IInterface();
+        if (!controller || !host || m_addIn.Component() == nullptr || !m_addIn.isDatabaseOpen() ||
+            !m_addIn.switchOn(NotesSwitch::ShowPopupWindow) || !host->CanCheckNotes()) {
+            return;
+        }
+        if (!m_currentRecord) {
+            m_currentRecord = controller->CurrentRecord();
+        }
+        const IRecordGrid* grid = controller->Grid();
+        if (m_currentRecord && grid != nullptr && grid->addNewMode() != AddNewMode::AddNewCurrent) {
+            showNotes(closesPopup, keepsText);
+        }
+    });
+}
+
+void AutoNotes::showNotes(bool closesPopup, bool keepsText) {
+    const Ref<IRecord> record = m_currentRecord;
+    const Ref<dao::Recordset> all = openNotes(*record);
+    all->setFilter(QStringLiteral("[AutomaticallyShow]=True"));
+    const Ref<dao::Recordset> notes = all->OpenRecordset();
+    const bool wantsPopup =
+        NotesSettings(m_addIn.services().settings).boolean(QStringLiteral("ShowAutoPopup"));
+    if (closesPopup) {
+        closePopup();
+    }
+    // One that did not get as far as the screen must not stay behind.
+    auto discard = qScopeGuard([this] { delete mfrmAutoNotes.data(); });
+    if (mfrmAutoNotes) {
+        discard.dismiss();
+    }
+    QString category;
+    int count = 0;
+    for (; !notes->AtEof(); notes->MoveNext(), ++count) {
+        if (count == 0) {
+            category = heading(*record, *notes);
+        }
+        if (wantsPopup) {
+            popup().AddNote(category, notes->value(u"RecordID").toLongLong(),
+                            HostUtility::NullToText(notes->value(u"Subject")),
+                            HostUtility::NullToText(notes->value(u"PlainNote")), count == 0);
         }
     }
-    for (const QPointer<Form>& popup : popups) {
-        ignoreErrors([&] {
-            if (popup) {
-                popup->unload();
-            }
-        });
+    notes->Close();
+    all->Close();
+    if (count == 0) {
+        return;
     }
+    const bool follows = keepsText && !m_keptText.isEmpty();
+    m_keptText = follows ? QString(m_keptText + kLineEnd + kLineEnd + category) : category;
+    showStatus(count);
+    if (mfrmAutoNotes) {
+        present(*mfrmAutoNotes);
+    }
+    discard.dismiss();
+}
+
+Ref<dao::Recordset> AutoNotes::openNotes(IRecord& record) const {
+    QString sql = QStringLiteral("SELECT qryNotes.* FROM qryNotes");
+    for (const QString& condition :
+         {HostDataHelper::EqualCondition(QStringLiteral("OwnerObjectKey"),
+                                         record.Collection()->ObjectKey()),
+          HostDataHelper::EqualCondition(QStringLiteral("OwnerRecordID"),
+                                         record.value(QStringLiteral("RecordID"))),
+          HostDataHelper::EqualCondition(QStringLiteral("OwnerComponentProgID"),
+                                         m_addIn.HostProgID()),
+          QStringLiteral("[Status]=1")}) {
+        sql = HostDataHelper::AddCondition(sql, condition);
+    }
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::Snapshot;
+    request.RecordsetOptions = dao::kReadOnlyOption;
+    return m_addIn.dataHelper().OpenRecordset(sql, request);
+}
+
+/// "Customer: Quill & Son [ANNA ASH NOTES]": whose notes they are, and whose hand the first is.
+QString AutoNotes::heading(IRecord& record, const dao::Recordset& notes) const {
+    const Ref<IHostApplication> host = m_addIn.Component()->Application();
+    return nameOf(*host, record) + u'[' + authorOf(*host, notes).toUpper() +
+           QStringLiteral(" NOTES]");
+}
+
+void AutoNotes::showStatus(int count) const {
+    if (IStatusBar* bar = m_addIn.statusBar()) {
+        bar->setText(QString::number(count) + QStringLiteral(" Note(s) Found...!!"));
+        bar->setToolTipText(m_keptText);
+        bar->setTag(kMarker);
+        bar->refresh();
+    }
+}
+
+// The popup.
+
+frmAutoNotes& AutoNotes::popup() {
+    if (!mfrmAutoNotes) {
+        mfrmAutoNotes = new frmAutoNotes(m_addIn.services(), m_addIn.IInterface()->Window());
+        connectPopup(*mfrmAutoNotes);
+    }
+    return *mfrmAutoNotes;
+}
+
+void AutoNotes::connectPopup(frmAutoNotes& form) {
+    QObject::connect(&form, &frmAutoNotes::ShowNote, &form, [this](qint64 noteID) {
+        // Not from within the click: the popup that got it ends before the notes window does.
+        const auto show = [keep = Ref<AddIn>(&m_addIn), noteID] {
+            ignoreErrors([&] { keep->ShowNotes(nullptr, noteID); });
+        };
+        QMetaObject::invokeMethod(qApp, show, Qt::QueuedConnection);
+    });
+    QObject::connect(&form, &frmAutoNotes::CancelFocusCheck, &form,
+                     [this] { m_addIn.setAutoNoteTimerEnabled(false); });
+    QObject::connect(&form, &frmAutoNotes::UnloadForm, &form, [this] {
+        const Ref<AddIn> keep(&m_addIn);
+        m_addIn.cleanUpAutoNotes();
+    });
+    QObject::connect(&form, &frmAutoNotes::settled, &form,
+                     [this] { m_addIn.setAutoNoteTimerEnabled(true); });
+}
+
+void AutoNotes::present(frmAutoNotes& form) {
+    const QRect host = m_addIn.IInterface()->WindowRect();
+    form.SetPosition(pixelsToTwips(host.x()), pixelsToTwips(host.y()), pixelsToTwips(host.height()),
+                     pixelsToTwips(host.width()));
+    form.present();
+}
+
+bool AutoNotes::closePopup() noexcept {
+    const QPointer<frmAutoNotes> form = std::exchange(mfrmAutoNotes, nullptr);
+    ignoreErrors([&] {
+        if (form) {
+            form->unload();
+        }
+    });
+    return !form.isNull();
 }
 
 void AutoNotes::cleanUp(const GuardedPtr<IStatusBar>& statusBar) noexcept {
@@ -49,7 +205,21 @@ void AutoNotes::cleanUp(const GuardedPtr<IStatusBar>& statusBar) noexcept {
             statusBar->refresh();
         }
     });
-    closePopups();
+    m_keptText.clear();
+    QList<QPointer<Form>> popups;
+    for (Form* form : Form::openForms()) {
+        if (form->objectName() == kFormName) {
+            popups.append(form);
+        }
+    }
+    for (const QPointer<Form>& popup : popups) {
+        ignoreErrors([&] {
+            if (popup) {
+                popup->unload();
+            }
+        });
+    }
+    closePopup();
 }
 
 } // namespace yrw

@@ -3,10 +3,17 @@
 #include "framework/HostObjects.h"
 #include "platform/component/GuardedPtr.h"
 
+#include <QPointer>
+
 namespace yrw {
+
+class AddIn;
+class frmAutoNotes;
 
 /// What the add-in shows by itself about the current record: the popup of automatic notes and the
 /// message on the host's status bar. Clears both away when the user moves on.
+///
+/// Nothing here raises: a check that fails shows nothing.
 /// Lifetime: a member of its `AddIn`. Thread: the user-interface thread.
 class AutoNotes {
 public:
@@ -15,6 +22,10 @@ public:
     /// Tag of a status bar whose text is a message about notes found.
     static const QString kMarker;
 
+    explicit AutoNotes(AddIn& addIn) : m_addIn(addIn) {}
+    AutoNotes(const AutoNotes&) = delete;
+    AutoNotes& operator=(const AutoNotes&) = delete;
+
     /// Number of popups among the process's open forms.
     [[nodiscard]] static int popupCount();
 
@@ -22,14 +33,32 @@ public:
     [[nodiscard]] const Ref<IRecord>& currentRecord() const noexcept { return m_currentRecord; }
     void forgetCurrentRecord() noexcept { m_currentRecord.reset(); }
 
-    /// Unloads every popup.
-    static void closePopups() noexcept;
+    /// Shows the active notes of the current record that are to be shown automatically; the record
+    /// is asked of the controller when there is none. Does nothing while notes are not to pop up,
+    /// the host cannot be disturbed, or a new record is being begun.
+    /// `closesPopup` closes one that is open first; `keepsText` puts the new heading behind that
+    /// of the check before.
+    void check(const GuardedPtr<IGridController>& controller, bool closesPopup,
+               bool keepsText) noexcept;
+    /// Unloads the popup that this add-in shows; true when there was one.
+    bool closePopup() noexcept;
     /// Empties the status bar when its text is a notes message, and unloads every popup. A popup
     /// that asks for it again while it is being unloaded changes nothing.
     void cleanUp(const GuardedPtr<IStatusBar>& statusBar) noexcept;
 
 private:
+    void showNotes(bool closesPopup, bool keepsText);
+    [[nodiscard]] Ref<dao::Recordset> openNotes(IRecord& record) const;
+    [[nodiscard]] QString heading(IRecord& record, const dao::Recordset& notes) const;
+    void showStatus(int count) const;
+    [[nodiscard]] frmAutoNotes& popup();
+    void connectPopup(frmAutoNotes& form);
+    void present(frmAutoNotes& form);
+
+    AddIn& m_addIn;
     Ref<IRecord> m_currentRecord;
+    QPointer<frmAutoNotes> mfrmAutoNotes; ///< the popup in the making or on screen
+    QString m_keptText;                   ///< headings since the last clean-up
     bool m_cleaningUp = false;
 };
 

@@ -17,6 +17,9 @@ constexpr short kFlagBorderKind = 6;
 constexpr int kFlagColour = 255;
 constexpr int kFlagWidth = 1;
 
+/// Subjects that a row's tool-tip lists at most.
+constexpr int kMostSubjects = 10;
+
 const QString kRecordID = QStringLiteral("RecordID");
 
 } // namespace
@@ -64,7 +67,10 @@ void GridEvents::connectGrid() {
     on(grid.FetchCellStyle, [this](int, int, dao::Bookmark bookmark, int column, CellStyle& style) {
         FetchCellStyle(bookmark, column, style);
     });
-    on(grid.RowColChange, [this](dao::Bookmark, int) { RowColChange(); });
+    on(grid.FetchRowRemark, [this](int, dao::Bookmark bookmark, RowRemark& remark) {
+        FetchRowRemark(bookmark, remark);
+    });
+    on(grid.RowColChange, [this](dao::Bookmark before, int) { RowColChange(before); });
     on(grid.Scroll, [this] { Scroll(); });
 }
 
@@ -158,6 +164,7 @@ void GridEvents::StayOnCell() {
 void GridEvents::StayOnRow() {
     if (m_addIn.switchOn(NotesSwitch::ShowPopupWindow)) {
         m_addIn.cleanUpAutoNotes();
+        m_addIn.checkAutoNotes(m_controller);
     }
 }
 
@@ -185,7 +192,18 @@ void GridEvents::FetchCellStyle(dao::Bookmark bookmark, int column, CellStyle& s
     style.setBorderWidth(kFlagWidth);
 }
 
-void GridEvents::RowColChange() {
+void GridEvents::FetchRowRemark(dao::Bookmark bookmark, RowRemark& remark) {
+    const bool flags = m_flagColumn >= 0 && marks(NotesSwitch::FlagNotesRow);
+    if ((!flags && !marks(NotesSwitch::HighlightNotesRow)) || !hasActiveNote(bookmark)) {
+        return;
+    }
+    remark.setText(QStringLiteral("Has notes"));
+    if (remark.wantsDetails()) {
+        addSubjects(remark);
+    }
+}
+
+void GridEvents::RowColChange(dao::Bookmark before) {
     m_addIn.cleanUpAutoNotes();
     if (m_settingBack || m_flagColumn < 0 || !isSingleSplit() || !m_addIn.isDatabaseOpen() ||
         !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {
@@ -193,11 +211,21 @@ void GridEvents::RowColChange() {
     }
     if (m_grid->currentColumn() != m_flagColumn) {
         m_rememberedColumn = m_grid->currentColumn();
-    } else if (m_rememberedColumn >= 0) {
+        return;
+    }
+    // Who comes from another row (by Tab, from its last column) goes on to the first that is open.
+    const int column = isOnRow(before) ? m_rememberedColumn : columnBeside(*m_grid, m_flagColumn);
+    if (column >= 0) {
         // Setting the column raises this event again: once is enough.
         const QScopedValueRollback<bool> once(m_settingBack, true);
-        m_grid->setCurrentColumn(m_rememberedColumn);
+        m_grid->setCurrentColumn(column);
+        m_rememberedColumn = column;
     }
+}
+
+bool GridEvents::isOnRow(dao::Bookmark row) const {
+    const Ref<dao::Recordset> rows = m_controller ? m_controller->Recordset() : nullptr;
+    return rows && !rows->AtBof() && !rows->AtEof() && rows->Bookmark() == row;
 }
 
 void GridEvents::Scroll() {
@@ -221,6 +249,30 @@ bool GridEvents::hasActiveNote(dao::Bookmark bookmark) {
     QVariant& recordId = m_keys[2];
     recordId = m_clone->value(m_recordIdColumn);
     return !recordId.isNull() && m_addIn.notesSeek().hasNote(m_keys);
+}
+
+/// Adds the subjects of the active notes of the row that was tested last.
+void GridEvents::addSubjects(RowRemark& remark) {
+    static const std::array<QString, 4> kFields{
+        QStringLiteral("OwnerComponentProgID"), QStringLiteral("OwnerObjectKey"),
+        QStringLiteral("OwnerRecordID"), QStringLiteral("Status")};
+    QString sql = QStringLiteral("SELECT qryNotes.* FROM qryNotes");
+    for (std::size_t i = 0; i < kFields.size(); ++i) {
+        sql = HostDataHelper::AddCondition(sql,
+                                           HostDataHelper::EqualCondition(kFields[i], m_keys[i]));
+    }
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::ForwardOnly;
+    request.RecordsetOptions = dao::kReadOnlyOption;
+    const Ref<dao::Recordset> notes = m_addIn.dataHelper().OpenRecordset(sql, request);
+    int shown = 0;
+    for (; !notes->AtEof() && shown < kMostSubjects; notes->MoveNext(), ++shown) {
+        remark.addDetail(HostUtility::NullToText(notes->value(u"Subject")));
+    }
+    if (!notes->AtEof()) {
+        remark.addDetail(QStringLiteral("…"));
+    }
+    notes->Close();
 }
 
 void GridEvents::takeClone(const Ref<dao::Recordset>& recordset) {

@@ -46,7 +46,8 @@ private:
     void AfterColUpdate();
     void FetchRowStyle(dao::Bookmark bookmark, RowStyle& style);
     void FetchCellStyle(dao::Bookmark bookmark, int column, CellStyle& style);
-    void RowColChange();
+    void FetchRowRemark(dao::Bookmark bookmark, RowRemark& remark);
+    void RowColChange(dao::Bookmark before);
     void Scroll();
 
     void connectController();
@@ -56,8 +57,10 @@ private:
 
     [[nodiscard]] bool isSingleSplit() const;
     [[nodiscard]] bool wantsMarks() const;
+    [[nodiscard]] bool isOnRow(dao::Bookmark row) const;
     [[nodiscard]] bool marks(NotesSwitch which);
     [[nodiscard]] bool hasActiveNote(dao::Bookmark bookmark);
+    void addSubjects(RowRemark& remark);
     void takeClone(const Ref<dao::Recordset>& recordset);
     void closeClone() noexcept;
     void fetchRowStyles();

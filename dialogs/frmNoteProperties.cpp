@@ -4,6 +4,8 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "platform/clock/Clock.h"
+#include "platform/clock/WallTime.h"
+#include "platform/forms/ClockChangeLabel.h"
 #include "platform/forms/DatePicker.h"
 
 #include <QCheckBox>
@@ -61,6 +63,7 @@ void frmNoteProperties::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRe
     m_record = Note;
     m_note = query<yrw::Note>(Note);
     m_adding = !Note;
+    readRecipients();
     if (m_adding) {
         startNewNote();
     } else {
@@ -134,7 +137,7 @@ void frmNoteProperties::startNewNote() {
     setWindowTitle(QStringLiteral("Add Note"));
     const QDateTime start = now();
     m_dtpDate->setValue(start);
-    m_dtpReminder->setValue(start.addSecs(kFirstReminderMinutes * 60));
+    m_dtpReminder->setValue(minutesLater(start, kFirstReminderMinutes));
     m_optReminder[int(ReminderOption::JustMe)]->setChecked(true);
     m_optType[int(TypeOption::Public)]->setChecked(true);
     m_fraReminder->update();
@@ -153,7 +156,7 @@ void frmNoteProperties::LoadNote() {
 
 void frmNoteProperties::LoadReminder() {
     const QDateTime due = m_record->value(QStringLiteral("ReminderDate")).toDateTime();
-    m_dtpReminder->setValue(due.isValid() ? due : now().addSecs(kFirstReminderMinutes * 60));
+    m_dtpReminder->setValue(due.isValid() ? due : minutesLater(now(), kFirstReminderMinutes));
     const auto kind =
         static_cast<ReminderKind>(m_record->value(QStringLiteral("ReminderType")).toInt());
     m_chkReminder->setChecked(kind != ReminderKind::None);
@@ -163,6 +166,7 @@ void frmNoteProperties::LoadReminder() {
 
 void frmNoteProperties::EnableReminderControls(bool enable) {
     m_dtpReminder->setEnabled(enable);
+    m_lblClockChange->setEnabled(enable);
     m_updReminderUp->setEnabled(enable);
     m_updReminderDown->setEnabled(enable);
     for (QRadioButton* option : m_optReminder) {

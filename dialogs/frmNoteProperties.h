@@ -6,6 +6,7 @@
 #include "store/Collections.h"
 
 #include <QDateTime>
+#include <QHash>
 
 #include <array>
 
@@ -22,6 +23,7 @@ class QTreeWidgetItem;
 
 namespace yrw {
 
+class ClockChangeLabel;
 class DatePicker;
 class Prompt;
 
@@ -83,6 +85,7 @@ private:
     void EnableReminderControls(bool enable);
     void updateTreeState();
     void BuildUsersTree();
+    void readRecipients();
     void tickRemindedUsers();
     [[nodiscard]] bool AnyUserTicked() const;
     [[nodiscard]] bool inputIsComplete();
@@ -119,6 +122,7 @@ private:
     QGroupBox* m_fraReminder = nullptr;
     QCheckBox* m_chkReminder = nullptr;
     DatePicker* m_dtpReminder = nullptr;
+    ClockChangeLabel* m_lblClockChange = nullptr;
     QToolButton* m_updReminderUp = nullptr;
     QToolButton* m_updReminderDown = nullptr;
     std::array<QRadioButton*, 4> m_optReminder{};
@@ -126,8 +130,9 @@ private:
     std::array<QPushButton*, 2> m_cmdForm{};
 
     Ref<INotesAddIn> m_addIn;
-    Ref<IRecord> m_record; ///< the edited note; nothing while adding
-    Ref<Note> m_note;      ///< the same note
+    Ref<IRecord> m_record;                ///< the edited note; nothing while adding
+    Ref<Note> m_note;                     ///< the same note
+    QHash<QString, QString> m_recipients; ///< how far each one is, by the keys of their nodes
     bool m_adding = false;
     bool m_initialising = false; ///< the tree ticks who is reminded already, not who might be
 };

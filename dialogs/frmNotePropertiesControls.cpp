@@ -2,6 +2,7 @@
 #include "dialogs/frmNoteProperties.h"
 
 #include "framework/ErrorGuards.h"
+#include "platform/forms/ClockChangeLabel.h"
 #include "platform/forms/DatePicker.h"
 #include "store/Schema.h"
 
@@ -113,6 +114,8 @@ QWidget* frmNoteProperties::createReminderFrame() {
     m_fraReminder->setObjectName(QStringLiteral("fraReminder"));
     auto* layout = new QVBoxLayout(m_fraReminder);
     layout->addWidget(createReminderPicker());
+    m_lblClockChange = new ClockChangeLabel(*m_dtpReminder, m_fraReminder);
+    layout->addWidget(m_lblClockChange);
     for (size_t i = 0; i < m_optReminder.size(); ++i) {
         m_optReminder[i] = new QRadioButton(captions[i]);
         m_optReminder[i]->setObjectName(indexed("optReminder", int(i)));
@@ -121,6 +124,7 @@ QWidget* frmNoteProperties::createReminderFrame() {
     m_tvwRemindUsers = new QTreeWidget;
     m_tvwRemindUsers->setObjectName(QStringLiteral("tvwRemindUsers"));
     m_tvwRemindUsers->setAccessibleName(QStringLiteral("Users to remind"));
+    m_tvwRemindUsers->setHeaderLabels({QStringLiteral("User"), QStringLiteral("State")});
     m_tvwRemindUsers->setColumnCount(1);
     m_tvwRemindUsers->setHeaderHidden(true);
     m_tvwRemindUsers->setMinimumHeight(130);

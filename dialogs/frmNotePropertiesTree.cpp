@@ -6,7 +6,6 @@
 #include "platform/controls/Colours.h"
 #include "platform/forms/DatePicker.h"
 
-#include <QSet>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
@@ -76,6 +75,27 @@ QTreeWidgetItem* addGroup(QTreeWidget& tree, const UserRow& row, bool ticked) {
     return node;
 }
 
+bool isDismissed(IRecord& reminder) {
+    return reminder.value(QStringLiteral("Status")).toInt() == int(ReminderStatus::Dismissed);
+}
+
+/// How far a recipient is with a reminder.
+QString stateText(IRecord& reminder) {
+    const auto date = [&](const QString& field) {
+        return reminder.value(field).toDateTime().toString(QStringLiteral("dd/MM/yyyy HH:mm"));
+    };
+    switch (static_cast<ReminderStatus>(reminder.value(QStringLiteral("Status")).toInt())) {
+    case ReminderStatus::Dismissed:
+        return QStringLiteral("dismissed on ") + date(QStringLiteral("LastDate"));
+    case ReminderStatus::ToldLater:
+        return QStringLiteral("told later until ") + date(QStringLiteral("NextDate"));
+    case ReminderStatus::Open:
+    case ReminderStatus::ClosedUnanswered:
+        break;
+    }
+    return QStringLiteral("waiting");
+}
+
 /// Id of the user that a ticked node stands for; 0 for a group or an unticked node.
 qint64 tickedUser(const QTreeWidgetItem& node) {
     const QString key = node.data(0, kKeyRole).toString();
@@ -106,24 +126,36 @@ void frmNoteProperties::BuildUsersTree() {
             groupNode = addGroup(*m_tvwRemindUsers, row, inGroup || everyone);
             groupCode = row.GroupCode;
         }
-        fillNode(*new QTreeWidgetItem(groupNode), kUserPrefix + QString::number(row.RecordID),
-                 row.Name, inGroup || (everyone && !m_initialising));
+        auto* const node = new QTreeWidgetItem(groupNode);
+        const QString key = kUserPrefix + QString::number(row.RecordID);
+        fillNode(*node, key, row.Name, inGroup || (everyone && !m_initialising));
+        node->setText(1, m_recipients.value(key));
     }
+    m_tvwRemindUsers->resizeColumnToContents(0);
     if (m_initialising) {
         tickRemindedUsers();
     }
 }
 
-void frmNoteProperties::tickRemindedUsers() {
+/// Reads who is reminded of the note and how far each one is. Of several reminders of one user an
+/// open one counts.
+void frmNoteProperties::readRecipients() {
     if (!m_note) {
         return;
     }
-    QSet<QString> keys;
     for (const Ref<IRecord>& reminder : m_note->Reminders()->NewEnum()) {
-        keys.insert(kUserPrefix + reminder->value(QStringLiteral("UserID")).toString());
+        const QString key = kUserPrefix + reminder->value(QStringLiteral("UserID")).toString();
+        if (!m_recipients.contains(key) || !isDismissed(*reminder)) {
+            m_recipients.insert(key, stateText(*reminder));
+        }
     }
+    m_tvwRemindUsers->setColumnCount(m_recipients.isEmpty() ? 1 : 2);
+    m_tvwRemindUsers->setHeaderHidden(m_recipients.isEmpty());
+}
+
+void frmNoteProperties::tickRemindedUsers() {
     for (QTreeWidgetItemIterator node(m_tvwRemindUsers); *node != nullptr; ++node) {
-        if (keys.contains((*node)->data(0, kKeyRole).toString())) {
+        if (m_recipients.contains((*node)->data(0, kKeyRole).toString())) {
             (*node)->setCheckState(0, Qt::Checked);
         }
     }

@@ -3,17 +3,20 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "platform/clock/Clock.h"
+#include "platform/clock/WallTime.h"
 #include "platform/forms/DatePicker.h"
+#include "platform/prompt/ErrorLog.h"
 #include "store/Schema.h"
 
+#include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
+#include <QPointer>
 
 #include <optional>
+#include <utility>
 
 namespace yrw {
 
@@ -22,8 +25,16 @@ namespace {
 const QString kDateFormat = QStringLiteral("dd/MM/yyyy HH:mm");
 const QString kNotSaved =
     QStringLiteral("The answer to a reminder could not be saved; the reminder will come back.");
+const QString kNotFinished = QStringLiteral("The note of a reminder could not be finished.");
+const QString kAnsweredElsewhere =
+    QStringLiteral("This reminder was answered elsewhere meanwhile; that answer stands.");
+const QString kStatus = QStringLiteral("Status");
+const QString kNextDate = QStringLiteral("NextDate");
+const QString kLastDate = QStringLiteral("LastDate");
 /// Minutes from now that the date picker offers at first.
 constexpr qint64 kLaterMinutes = 30;
+/// When the morning begins for a reminder.
+constexpr int kMorningHour = 9;
 
 /// Caption of a reminder kind; nothing for a number that is none.
 std::optional<QString> kindText(int kind) {
@@ -42,13 +53,12 @@ std::optional<QString> kindText(int kind) {
     return std::nullopt;
 }
 
-QString indexed(const char* name, std::size_t index) {
-    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
-}
-
 } // namespace
 
 const QString frmReminder::kTagPrefix = QStringLiteral("NOTE:");
+const QKeySequence frmReminder::kReachKey(Qt::CTRL | Qt::ALT | Qt::Key_R);
+const frmReminder* frmReminder::s_front = nullptr;
+qint64 frmReminder::s_movedMs = std::numeric_limits<qint64>::min() / 2;
 
 frmReminder::frmReminder(INotesAddIn& addIn) : Form(QStringLiteral("frmReminder")), m_addIn(addIn) {
     createControls();
@@ -63,12 +73,13 @@ void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRec
     m_application = application;
     lblForm[2]->setText(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
     rxtMain->setPlainText(HostUtility::NullToText(reminder->value(QStringLiteral("PlainNote"))));
-    dtpReminder->setValue(m_addIn.services().clock.now().addSecs(60 * kLaterMinutes));
+    dtpReminder->setValue(minutesLater(now(), kLaterMinutes));
     m_note = application->Notes()->Item(reminder->value(QStringLiteral("NoteID")));
     findOwner();
     setWindowTitle(captionText());
-    const QDateTime due = reminder->value(QStringLiteral("NextDate")).toDateTime();
+    const QDateTime due = reminder->value(kNextDate).toDateTime();
     lblForm[5]->setText(QStringLiteral("Due: ") + due.toString(kDateFormat));
+    m_due = QDateTime(due.date(), due.time(), Qt::UTC).toSecsSinceEpoch();
     const int kind = m_note->value(QStringLiteral("ReminderType")).toInt();
     if (const std::optional<QString> text = kindText(kind)) {
         lblForm[4]->setText(*text);
@@ -82,14 +93,31 @@ void frmReminder::abandon() {
     deleteLater(); // also when it was never shown
 }
 
+qint64 frmReminder::noteID() const {
+    return m_reminder ? m_reminder->value(QStringLiteral("NoteID")).toLongLong() : 0;
+}
+
+bool frmReminder::isUnanswered(const dao::Recordset& row) const {
+    const auto isAsRead = [&](const QString& field) {
+        return row.value(field) == m_reminder->value(field);
+    };
+    return m_reminder && isAsRead(kStatus) && isAsRead(kNextDate) && isAsRead(kLastDate);
+}
+
 // Event handlers.
 
 void frmReminder::Form_Load() {
-    dtpReminder->setMinimumDate(m_addIn.services().clock.now().date());
+    m_cameMs = m_addIn.services().clock.monotonicMs();
+    dtpReminder->setMinimumDate(now().date());
 }
 
 void frmReminder::Form_KeyDown(FormKey& key) {
-    if (key.is(Qt::Key_Escape)) {
+    if (QKeySequence(key.key | key.shift) == kReachKey) {
+        return;
+    }
+    if (!m_hasKeys) {
+        key.consumed = true;
+    } else if (key.is(Qt::Key_Escape)) {
         key.consumed = true;
         unload();
     }
@@ -99,36 +127,54 @@ void frmReminder::cmdForm_Click(FormButton index) {
     if (!m_reminder) {
         return;
     }
+    const QPointer<frmReminder> self(this);
     switch (index) {
     case FormButton::ShowNotes:
         m_addIn.ShowNotes(m_owner, 0);
-        return;
+        break;
     case FormButton::TellMeLater:
-        if (chkFinish->isChecked()) {
-            m_addIn.services().utility.prompt().message(
-                QStringLiteral("You cannot finish a note when you click 'Tell Me Later'."),
-                QStringLiteral("Cannot Finish Note"), PromptIcon::Information);
+        if (!chkFinish->isChecked()) {
+            tellLater();
+            unload();
             return;
         }
-        tellLater();
+        m_addIn.services().utility.prompt().message(
+            QStringLiteral("You cannot finish a note when you click 'Tell Me Later'."),
+            QStringLiteral("Cannot Finish Note"), PromptIcon::Information);
         break;
     case FormButton::Dismiss:
         dismiss();
+        unload();
+        return;
+    }
+    if (self) {
+        m_hasKeys = true; // the user comes back to where the click was
+    }
+}
+
+void frmReminder::cmdPreset_Click(Preset index) {
+    switch (index) {
+    case Preset::TenMinutes:
+        dtpReminder->setValue(minutesLater(now(), 10));
+        break;
+    case Preset::OneHour:
+        dtpReminder->setValue(minutesLater(now(), 60));
+        break;
+    case Preset::TomorrowMorning:
+        dtpReminder->setValue(existingTime(now().date().addDays(1), QTime(kMorningHour, 0)));
         break;
     }
-    unload();
 }
 
 void frmReminder::Form_QueryUnload(bool& /*cancel*/) {
-    if (!m_reminder || mbTellMeLater || mbDismissed) {
-        return;
+    if (m_reminder && !mbTellMeLater && !mbDismissed) {
+        save({{kNextDate, minutesLater(now(), kUnansweredMinutes)},
+              {kStatus, static_cast<int>(ReminderStatus::ClosedUnanswered)}});
     }
-    const QDateTime now = m_addIn.services().clock.now();
-    save({{QStringLiteral("NextDate"), now.addSecs(60 * kUnansweredMinutes)},
-          {QStringLiteral("Status"), static_cast<int>(ReminderStatus::ClosedUnanswered)}});
 }
 
 void frmReminder::Form_Unload() {
+    s_movedMs = m_addIn.services().clock.monotonicMs();
     if (tag().size() > kTagPrefix.size()) {
         m_addIn.forgetReminder(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
     }
@@ -140,7 +186,79 @@ void frmReminder::Form_Unload() {
     m_application.reset();
 }
 
+bool frmReminder::eventFilter(QObject* watched, QEvent* event) {
+    const bool isPress = event->type() == QEvent::MouseButtonPress ||
+                         event->type() == QEvent::MouseButtonDblClick ||
+                         event->type() == QEvent::TouchBegin;
+    if (isPress && watched->isWidgetType() && static_cast<QWidget*>(watched)->window() == this) {
+        if (isStray()) {
+            return true;
+        }
+        m_hasKeys = true;
+    }
+    return Form::eventFilter(watched, event);
+}
+
+bool frmReminder::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate) {
+        m_hasKeys = false;
+    } else if (event->type() == QEvent::WindowActivate) {
+        // The window system grants it some time after `takeKeys` has asked.
+        m_hasKeys = std::exchange(m_wantsKeys, false) || m_hasKeys;
+    } else if (event->type() == QEvent::Paint) {
+        m_isPainted = true;
+        askForAttention();
+    }
+    return Form::event(event);
+}
+
+/// True for a press that may have been meant for what was in this popup's place a moment ago.
+bool frmReminder::isStray() const {
+    const qint64 nowMs = m_addIn.services().clock.monotonicMs();
+    return nowMs - m_cameMs < kSettleMs || nowMs - s_movedMs < kSettleMs;
+}
+
+void frmReminder::bringToFront() {
+    if (s_front != this) {
+        s_front = this;
+        s_movedMs = m_addIn.services().clock.monotonicMs();
+    }
+    raise();
+}
+
+void frmReminder::callUser(int waiting) {
+    QStringList words{lblForm[2]->text(), lblForm[5]->text()};
+    if (waiting > 1) {
+        words += QStringLiteral("%1 reminders are waiting").arg(waiting);
+    }
+    words += QStringLiteral("%1 goes there").arg(kReachKey.toString());
+    setAccessibleDescription(words.join(QStringLiteral(". ")));
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+    m_calls = true;
+    askForAttention();
+}
+
+/// A window manager heeds only windows that it has placed already: those that were painted.
+void frmReminder::askForAttention() {
+    if (m_isPainted && std::exchange(m_calls, false)) {
+        QApplication::alert(this);
+    }
+}
+
+void frmReminder::takeKeys() {
+    m_hasKeys = true;
+    m_wantsKeys = !isActiveWindow();
+    bringToFront();
+    activateWindow();
+    rxtMain->setFocus();
+}
+
 // Named operations.
+
+QDateTime frmReminder::now() const {
+    return m_addIn.services().clock.now();
+}
 
 /// The host's record that the note is kept on, when there is one.
 void frmReminder::findOwner() {
@@ -172,121 +290,71 @@ QString frmReminder::captionText() {
 
 void frmReminder::tellLater() {
     mbTellMeLater = true;
-    save({{QStringLiteral("NextDate"), dtpReminder->value()},
-          {QStringLiteral("LastDate"), m_addIn.services().clock.now()},
-          {QStringLiteral("Status"), static_cast<int>(ReminderStatus::ToldLater)}});
+    save({{kNextDate, dtpReminder->value()},
+          {kLastDate, now()},
+          {kStatus, static_cast<int>(ReminderStatus::ToldLater)}});
 }
 
 void frmReminder::dismiss() {
     mbDismissed = true;
-    save({{QStringLiteral("LastDate"), m_addIn.services().clock.now()},
-          {QStringLiteral("Status"), static_cast<int>(ReminderStatus::Dismissed)}});
-    if (chkFinish->isChecked()) {
+    const Saved saved =
+        save({{kLastDate, now()}, {kStatus, static_cast<int>(ReminderStatus::Dismissed)}});
+    if (chkFinish->isChecked() && saved != Saved::No) {
         finishNote();
     }
 }
 
 void frmReminder::finishNote() {
-    const bool finished = ignoreErrors([this] {
+    try {
         const Ref<IRecord> note =
             m_application->Notes()->Item(m_reminder->value(QStringLiteral("NoteID")));
-        note->Field(QStringLiteral("Status"))->setValue(static_cast<int>(NoteStatus::Done));
-    });
-    if (finished) {
-        m_addIn.services().utility.prompt().message(
-            QStringLiteral("This note has been finished and will no longer appear in your active "
-                           "notes list."),
-            QStringLiteral("Finish Note"), PromptIcon::Information);
+        note->Field(kStatus)->setValue(static_cast<int>(NoteStatus::Done));
+    } catch (...) {
+        tellFailure(currentError(), kNotFinished);
+        return;
     }
+    m_addIn.services().utility.prompt().message(
+        QStringLiteral("This note has been finished and will no longer appear in your active "
+                       "notes list."),
+        QStringLiteral("Finish Note"), PromptIcon::Information);
 }
 
 /// Writes an answer in one go. One that cannot be written keeps no popup open; the host's window
-/// says so instead.
-void frmReminder::save(const dao::ValueList& values) {
-    const bool saved = ignoreErrors([&] {
+/// says so instead. Where somebody else has answered first, or there is nothing left to answer,
+/// that stands.
+frmReminder::Saved frmReminder::save(const dao::ValueList& values) {
+    try {
         m_reminder->BeginMultipleFieldUpdate();
         m_reminder->MultipleUpdateFieldValues() = values;
         m_reminder->EndMultipleFieldUpdate();
-    });
-    if (saved) {
-        return;
+        return Saved::Yes;
+    } catch (...) {
+        const AutomationError error = currentError();
+        if (error.number() == kErrorConflict || error.number() == kErrorRecordNotFound) {
+            showStatus(kAnsweredElsewhere);
+            return Saved::AnsweredElsewhere;
+        }
+        tellFailure(error, kNotSaved);
+        return Saved::No;
     }
-    qWarning("%s", qUtf8Printable(kNotSaved));
-    ignoreErrors([this] {
+}
+
+void frmReminder::tellFailure(const AutomationError& error, const QString& words) {
+    appendToErrorLog(now(), {error.number(),
+                             QStringLiteral("YRWNOTES.frmReminder"),
+                             error.description(),
+                             words,
+                             {},
+                             {}});
+    showStatus(words);
+}
+
+void frmReminder::showStatus(const QString& text) {
+    ignoreErrors([&] {
         if (IHostInterface* host = m_addIn.IInterface()) {
-            host->ShowStatus(kNotSaved);
+            host->ShowStatus(text);
         }
     });
-}
-
-// Controls.
-
-void frmReminder::createControls() {
-    setWindowTitle(QStringLiteral("YRW Reminder"));
-    for (const std::size_t index : {0U, 1U, 2U, 4U, 5U}) {
-        lblForm[index] = new QLabel(this);
-        lblForm[index]->setObjectName(indexed("lblForm", index));
-        lblForm[index]->setTextFormat(Qt::PlainText);
-    }
-    lblForm[0]->setText(QStringLiteral("Subject:"));
-    lblForm[1]->setText(QStringLiteral("Note:"));
-    lblForm[2]->setWordWrap(true);
-    lblForm[4]->setText(QStringLiteral("Remind Everyone"));
-
-    rxtMain = new QPlainTextEdit(this);
-    rxtMain->setObjectName(QStringLiteral("rxtMain"));
-    rxtMain->setAccessibleName(QStringLiteral("Note text"));
-    rxtMain->setReadOnly(true);
-    dtpReminder =
-        new DatePicker(QStringLiteral("dtpReminder"), QStringLiteral("Tell me later at"), this);
-    chkFinish = new QCheckBox(QStringLiteral("&Finish Note"), this);
-    chkFinish->setObjectName(QStringLiteral("chkFinish"));
-    chkFinish->setAccessibleName(QStringLiteral("Finish Note"));
-}
-
-void frmReminder::createButtons() {
-    const std::array<QString, 3> captions{QStringLiteral("Tell me &Later..."),
-                                          QStringLiteral("&Dismiss!"),
-                                          QStringLiteral("&Show Notes...")};
-    for (std::size_t index = 0; index < captions.size(); ++index) {
-        cmdForm[index] = new QPushButton(captions[index], this);
-        cmdForm[index]->setObjectName(indexed("cmdForm", index));
-        cmdForm[index]->setAccessibleName(QString(captions[index]).remove(u'&'));
-        cmdForm[index]->setAutoDefault(false);
-    }
-}
-
-void frmReminder::layOut() {
-    auto* grid = new QGridLayout(this);
-    grid->addWidget(lblForm[0], 0, 0, Qt::AlignTop);
-    grid->addWidget(lblForm[2], 0, 1);
-    grid->addWidget(lblForm[1], 1, 0, Qt::AlignTop);
-    grid->addWidget(rxtMain, 1, 1);
-    auto* state = new QHBoxLayout;
-    state->addWidget(lblForm[4]);
-    state->addStretch();
-    state->addWidget(lblForm[5]);
-    grid->addLayout(state, 2, 1);
-    auto* answers = new QHBoxLayout;
-    answers->addWidget(dtpReminder);
-    answers->addWidget(cmdForm[0]);
-    answers->addSpacing(12);
-    answers->addWidget(chkFinish);
-    answers->addWidget(cmdForm[1]);
-    answers->addStretch();
-    answers->addWidget(cmdForm[2]);
-    grid->addLayout(answers, 3, 0, 1, 2);
-    grid->setColumnStretch(1, 1);
-    grid->setRowStretch(1, 1);
-    resize(sizeHint().expandedTo(QSize(560, 260)));
-}
-
-void frmReminder::connectEvents() {
-    for (std::size_t index = 0; index < cmdForm.size(); ++index) {
-        connect(cmdForm[index], &QPushButton::clicked, this, [this, index] {
-            ignoreErrors([&] { cmdForm_Click(static_cast<FormButton>(index)); });
-        });
-    }
 }
 
 } // namespace yrw

@@ -4,7 +4,10 @@
 #include "platform/forms/Form.h"
 #include "store/Application.h"
 
+#include <QKeySequence>
+
 #include <array>
+#include <limits>
 
 class QCheckBox;
 class QLabel;
@@ -13,14 +16,17 @@ class QPushButton;
 
 namespace yrw {
 
+class ClockChangeLabel;
 class DatePicker;
 
 /// Tells the user that a reminder is due and writes the answer back: dismissed, to be told later,
 /// or, when the popup is closed without an answer, to come back in 15 minutes. Its tag is "NOTE:"
 /// and the reminder's id; unloading takes that id out of the add-in's reminders on screen.
 ///
-/// It takes no keyboard focus by itself, and no button is the default one: a key typed elsewhere
-/// never answers a reminder.
+/// What a user does elsewhere never answers a reminder. The popup takes no keyboard focus by
+/// itself and no button is the default one; keys reach it only after a click in it or after
+/// `takeKeys`. For half a second after it has come, or another popup has gone or risen, clicks on
+/// it count for nothing: they may have been meant for what was in its place.
 /// Lifetime: made and shown modeless by the add-in, which outlives it; deletes itself once
 /// unloaded.
 /// Thread: the user-interface thread.
@@ -28,12 +34,19 @@ class frmReminder final : public Form {
     Q_OBJECT
 
 public:
-    /// The buttons of `cmdForm`, by their numbers.
+    /// The buttons of `cmdForm` and of `cmdPreset`, by their numbers.
     enum class FormButton : int { TellMeLater = 0, Dismiss = 1, ShowNotes = 2 };
+    enum class Preset : int { TenMinutes = 0, OneHour = 1, TomorrowMorning = 2 };
     /// Minutes after which a reminder that was closed without an answer comes back.
     static constexpr qint64 kUnansweredMinutes = 15;
+    /// Milliseconds for which clicks count for nothing, see above.
+    static constexpr qint64 kSettleMs = 500;
+    /// Popups that lie side by side before places are used again.
+    static constexpr int kPlaces = 10;
     /// What a tag begins with.
     static const QString kTagPrefix;
+    /// The key that reaches a popup from anywhere in the program.
+    static const QKeySequence kReachKey;
 
     explicit frmReminder(INotesAddIn& addIn);
     ~frmReminder() override;
@@ -44,25 +57,59 @@ public:
     /// Unloads the popup without writing an answer.
     void abandon();
 
+    /// Moves the popup to a place of the cascade over the host's window (the screen without one):
+    /// place 0 lies lowest and rightmost, so that the others show their titles behind it.
+    void moveToPlace(int place, const QWidget* host);
+    /// Brings the popup above the others, without the keyboard.
+    void bringToFront();
+    /// Calls the user, once for all popups: the window asks for attention, and screen readers are
+    /// told what this one says and how many wait.
+    void callUser(int waiting);
+    /// Gives the popup the keyboard.
+    void takeKeys();
+
+    /// When the reminder was due, in seconds by the hands of the clock, for comparison: the older
+    /// the promise, the smaller. The largest number before `Initialise`.
+    [[nodiscard]] qint64 due() const noexcept { return m_due; }
+    /// The note that it is about; 0 before `Initialise`.
+    [[nodiscard]] qint64 noteID() const;
+    /// True while the reminder's row, in the form of the query of reminders, still is what the
+    /// popup was filled from: nobody has answered it elsewhere.
+    [[nodiscard]] bool isUnanswered(const dao::Recordset& row) const;
+
 protected:
     void Form_Load() override;
     void Form_KeyDown(FormKey& key) override;
     void Form_QueryUnload(bool& cancel) override;
     void Form_Unload() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
-    void cmdForm_Click(FormButton index);
+    enum class Saved { Yes, AnsweredElsewhere, No };
 
-    void createControls();
-    void createButtons();
-    void layOut();
-    void connectEvents();
+    void cmdForm_Click(FormButton index);
+    void cmdPreset_Click(Preset index);
+
+    // Named operations.
     void findOwner();
     [[nodiscard]] QString captionText();
     void tellLater();
     void dismiss();
     void finishNote();
-    void save(const dao::ValueList& values);
+    Saved save(const dao::ValueList& values);
+    void tellFailure(const AutomationError& error, const QString& words);
+    void showStatus(const QString& text);
+    void askForAttention();
+    [[nodiscard]] bool isStray() const;
+    [[nodiscard]] QDateTime now() const;
+
+    // Construction.
+    void createControls();
+    void createButtons();
+    void layOut();
+    void setTabOrders();
+    void connectEvents();
 
     INotesAddIn& m_addIn;
     Ref<Application> m_application;
@@ -70,14 +117,24 @@ private:
     Ref<IRecord> m_note;
     Ref<IObjectDefinition> m_definition;
     Ref<IRecord> m_owner;
+    qint64 m_due = std::numeric_limits<qint64>::max();
     bool mbTellMeLater = false;
     bool mbDismissed = false;
+    bool m_hasKeys = false; ///< the user has turned to this popup
+    bool m_isPainted = false;
+    bool m_calls = false;              ///< the user is to be called once it is painted
+    bool m_wantsKeys = false;          ///< and the window system is still to follow
+    qint64 m_cameMs = 0;               ///< when it came, by the clock that never runs backwards
+    static const frmReminder* s_front; ///< the one brought to the front last; for comparison only
+    static qint64 s_movedMs;           ///< when a popup went or rose last
 
     std::array<QLabel*, 6> lblForm{}; ///< 3 is not used
     QPlainTextEdit* rxtMain = nullptr;
     DatePicker* dtpReminder = nullptr;
+    ClockChangeLabel* lblClockChange = nullptr;
     QCheckBox* chkFinish = nullptr;
     std::array<QPushButton*, 3> cmdForm{};
+    std::array<QPushButton*, 3> cmdPreset{};
 };
 
 } // namespace yrw

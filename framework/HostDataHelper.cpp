@@ -34,15 +34,16 @@ qsizetype findWord(const QString& sql, QStringView word) {
     return -1;
 }
 
-/// A text between double quotes. There is no way to write a quote inside it, and a value that holds
-/// one could otherwise go on as a condition of its own.
+/// A text between double quotes, or between single ones when it holds a double one. There is no way
+/// to write a quote inside its own kind, and a value that did could go on as a condition.
 QString textLiteral(const QString& text) {
-    if (text.contains(u'"')) {
+    const QChar quote = text.contains(u'"') ? u'\'' : u'"';
+    if (text.contains(quote)) {
         throw AutomationError(
             kErrorBadCondition, kSource,
-            QStringLiteral("A value with a quote in it cannot be compared: %1").arg(text));
+            QStringLiteral("A value with both kinds of quotes cannot be compared: %1").arg(text));
     }
-    return u'"' + text + u'"';
+    return quote + text + quote;
 }
 
 QString literalOf(const QVariant& value) {

@@ -48,7 +48,8 @@ public:
     /// Adds a condition: "WHERE" before the first, "AND" before each later one.
     [[nodiscard]] static QString AddCondition(const QString& sql, const QString& condition);
     /// The condition "[field]=" with the value as a literal: numbers plain, texts between double
-    /// quotes (unescaped: a text that holds one raises `kErrorBadCondition`).
+    /// quotes, or single ones where the text holds a double one (one that holds both kinds raises
+    /// `kErrorBadCondition`).
     [[nodiscard]] static QString EqualCondition(const QString& field, const QVariant& value);
     /// Opens rows from SQL text or a query name. The filter is added to the text as one more
     /// condition, then the additional SQL as it stands, then the sort as its order.

@@ -75,6 +75,10 @@ const std::vector<frmMain::Command>& frmMain::commands() {
          [](frmMain& f, ITool&) {
              f.AppendText(noteTimeText(f.services().clock.now()), false, false);
          }},
+        {20063, u"InsertFile",
+         [](frmMain& f, ITool&) { f.openInsertAttachment(ObjectDisplay::Content); }},
+        {20064, u"InsertFile",
+         [](frmMain& f, ITool&) { f.openInsertAttachment(ObjectDisplay::Icon); }},
         {20065, u"InsertStamp", [](frmMain& f, ITool&) { f.InsertStamp(); }},
         {20100, u"AddNote", [](frmMain& f, ITool&) { f.openProperties(nullptr); }},
         {20101, u"DeleteNote", [](frmMain& f, ITool&) { f.deleteSelected(); }},
@@ -106,6 +110,18 @@ const std::vector<frmMain::Command>& frmMain::commands() {
         {40012, u"Clear",
          [](frmMain& f, ITool&) { f.m_rtxMain->textCursor().removeSelectedText(); }},
         {40020, u"ShowType", [](frmMain& f, ITool& t) { f.showType(t.listIndex()); }},
+        {41000, u"PreviewNote", [](frmMain& f, ITool&) { f.previewNote(); }},
+        {41001, u"ExportPdf", [](frmMain& f, ITool&) { f.exportPdf(); }},
+        {41010, u"OpenAttachment", [](frmMain& f, ITool&) { f.openPopupObject(); }},
+        {41011, u"SaveAttachment", [](frmMain& f, ITool&) { f.savePopupObject(); }},
+        {41020, u"PasteKeepsLook", [](frmMain& f, ITool& t) { f.togglePasteKeepsLook(t); }},
+        {41021, u"CheckSpelling", [](frmMain& f, ITool& t) { f.toggleSpelling(t); }},
+        {41100, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41101, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41102, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41103, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41104, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41105, u"AcceptWord", [](frmMain& f, ITool&) { f.acceptWord(); }},
         {40030, u"View", [](frmMain& f, ITool&) { f.m_atbMain->popup(kShowTypeBand); }},
     };
     return table;
@@ -282,7 +298,7 @@ void frmMain::UpdateToolStates() {
     }
     constexpr int toolSave = 20003;
     constexpr int toolDone = 20201;
-    for (const int id : {20008, 20101, 20200, 20202}) {
+    for (const int id : {20008, 41000, 41001, 20101, 20200, 20202}) {
         setToolEnabled(id, shown);
     }
     setToolEnabled(toolSave, shown && m_dirty);

@@ -1,4 +1,4 @@
-// The commands on whole notes: add, edit, delete, done, cancel reminders, print.
+// The commands on whole notes: add, edit, delete, done, cancel reminders.
 #include "notes_window/frmMain.h"
 
 #include "dialogs/Hourglass.h"
@@ -9,8 +9,6 @@
 #include "platform/clock/Clock.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
-
-#include <QPrinter>
 
 #include <algorithm>
 
@@ -160,13 +158,6 @@ void frmMain::cancelSelectedReminders() {
     countWaitingReminders();
     prompt().message(QString::number(count) + QStringLiteral(" reminder(s) were canceled."),
                      QStringLiteral("Cancel Reminders"), PromptIcon::Information);
-    ShowStatus(QStringLiteral("Done"));
-}
-
-void frmMain::printNote() {
-    ShowStatus(QStringLiteral("Printing..."));
-    prompt().print(QStringLiteral("Print Note"),
-                   [this](QPrinter& printer) { m_rtxMain->print(&printer); });
     ShowStatus(QStringLiteral("Done"));
 }
 

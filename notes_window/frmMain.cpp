@@ -1,9 +1,11 @@
 // The window's life, its size and the arrangement of its controls.
 #include "notes_window/frmMain.h"
 
+#include "dialogs/frmInsertAttachment.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/FindBar.h"
+#include "notes_window/NoteAttachments.h"
 #include "notes_window/SplitBar.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/files/FileSystem.h"
@@ -50,6 +52,7 @@ frmMain::~frmMain() = default;
 
 void frmMain::Form_Load() {
     loadToolbar();
+    setUpEditor();
     restoreSize();
     restoreColumns();
     UpdateToolStates();

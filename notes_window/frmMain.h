@@ -10,6 +10,8 @@
 #include "store/Operations.h"
 
 #include <QHash>
+#include <QPointer>
+#include <QTextCursor>
 #include <QTimer>
 
 #include <memory>
@@ -17,11 +19,16 @@
 #include <vector>
 
 class QLabel;
+class QPrinter;
 
 namespace yrw {
 
 class FindBar;
 class NoteFinder;
+class frmInsertAttachment;
+class IBand;
+class NoteAttachments;
+class SpellChecker;
 class SplitBar;
 class StatusBar;
 class Toolbar;
@@ -88,6 +95,7 @@ private:
     void atbMain_ComboSelChange(ITool& tool);
     void atbMain_ComboDrop(ITool& tool);
     void atbMain_BandMove();
+    void atbMain_BandOpen(IBand& band);
     void lsvMain_ColumnClick(int column);
     void lsvMain_ItemClick(const QString& item);
     void lsvMain_DblClick();
@@ -99,7 +107,9 @@ private:
     void picHSplit_DblClick();
     void rtxMain_Change();
     void rtxMain_SelChange();
-    void rtxMain_MouseDown();
+    void rtxMain_MouseDown(const QPoint& at);
+    void rtxMain_ObjectActivated(int index);
+    void mfrmInsert_Continue(const QString& Filename, ObjectDisplay DisplayType, bool& Cancel);
     void mfrmProperties_AddNote(Ref<IRecord>& note, const NoteChoices& choices);
     void mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices);
     void mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTime& due, qint64 userID);
@@ -135,6 +145,7 @@ private:
     void replaceItem(const ListItem& item);
     void showEmptyText();
     void countWaitingReminders();
+    [[nodiscard]] QString ownerText();
     void applyFind();
     void narrowList();
     void selectFound(const QString& before);
@@ -161,6 +172,26 @@ private:
     void chooseColour();
     void changeIndent(int twips);
     void align(TextAlignment alignment);
+    [[nodiscard]] bool mayOverwrite();
+
+    // Attachments, spelling and paper (frmMainAttachments.cpp).
+    void setUpEditor();
+    void openInsertAttachment(ObjectDisplay display);
+    bool InsertFile(const QString& Filename, ObjectDisplay DisplayType);
+    [[nodiscard]] bool mayBeLarge(const QString& file);
+    void openPopupObject();
+    void savePopupObject();
+    void prepareObjectTools(IBand& band);
+    void prepareWordTools(IBand& band);
+    void replaceWord(const ITool& tool);
+    void acceptWord();
+    void applySpelling();
+    void toggleSpelling(const ITool& tool);
+    void togglePasteKeepsLook(const ITool& tool);
+    void paintNote(QPrinter& printer);
+    void printNote();
+    void previewNote();
+    void exportPdf();
 
     // Commands (NoteCommands.cpp, NoteListCommands.cpp).
     [[nodiscard]] static const std::vector<Command>& commands();
@@ -172,7 +203,6 @@ private:
     void deleteSelected();
     void finishSelected();
     void cancelSelectedReminders();
-    void printNote();
     void showType(int listIndex);
     void toggleMine(const ITool& tool);
     void toggleOption(const ITool& tool);
@@ -208,6 +238,13 @@ private:
     int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
     bool m_subjectFits = true; ///< the subject column takes the width that the others leave
     bool m_fitting = false;    ///< columns are resized in code, not by the user
+    std::unique_ptr<NoteAttachments> m_attachments;
+    std::shared_ptr<SpellChecker> m_spellChecker; ///< nothing without a dictionary
+    QPointer<frmInsertAttachment> m_mfrmInsert;   ///< while it is open
+    QPoint m_popupPoint;                          ///< where the text's menu opens
+    int m_popupObject = -1;                       ///< the object that the menu is about
+    QTextCursor m_misspelt;                       ///< the word that the menu is about
+    qint64 m_overwritable = 0;                    ///< damaged note that the user let be overwritten
     std::vector<Connection> m_connections;
 
     Toolbar* m_atbMain = nullptr;

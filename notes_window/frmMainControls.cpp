@@ -103,14 +103,14 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     }
     if (watched == m_rtxMain->viewport() && event->type() == QEvent::MouseButtonPress &&
         static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
-        rtxMain_MouseDown();
+        rtxMain_MouseDown(static_cast<QMouseEvent*>(event)->position().toPoint());
         return true;
     }
     if ((watched == m_rtxMain || watched == m_rtxMain->viewport()) &&
         event->type() == QEvent::ContextMenu) {
         // The right button has opened the menu already; what comes here comes from the keyboard.
         if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
-            rtxMain_MouseDown();
+            rtxMain_MouseDown(m_rtxMain->cursorRect().center());
         }
         return true;
     }

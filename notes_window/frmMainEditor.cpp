@@ -61,7 +61,8 @@ void frmMain::rtxMain_SelChange() {
     }
 }
 
-void frmMain::rtxMain_MouseDown() {
+void frmMain::rtxMain_MouseDown(const QPoint& at) {
+    m_popupPoint = at;
     m_atbMain->popup(QStringLiteral("bndTextPopup"));
 }
 

@@ -136,15 +136,18 @@ void frmMain::fillWindow(qint64 noteID) {
     }
 }
 
-void frmMain::SetOwnerCaption() {
+QString frmMain::ownerText() {
     const Ref<ICollection> collection = m_owner->Collection();
     const QString useName =
         callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
             .toString();
     const QString kind = m_context.hostApplication()->ObjectDisplayName(useName);
     const QString record = HostUtility::NullToText(m_owner->ShortDisplayValue()->Value());
-    setWindowTitle(QStringLiteral("YRW Notes - (") + kind + QStringLiteral(": ") + record +
-                   QStringLiteral(")"));
+    return kind + QStringLiteral(": ") + record;
+}
+
+void frmMain::SetOwnerCaption() {
+    setWindowTitle(QStringLiteral("YRW Notes - (") + ownerText() + QStringLiteral(")"));
 }
 
 void frmMain::BuildNotesList() {

@@ -12,7 +12,6 @@
 
 #include <QScopedValueRollback>
 #include <QTextCursor>
-#include <QTextDocumentFragment>
 
 #include <array>
 
@@ -37,7 +36,8 @@ bool frmMain::SaveNote() {
     if (m_note && m_dirty) {
         ShowStatus(QStringLiteral("Saving changes..."));
         const Hourglass hourglass(prompt());
-        saved = reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.SaveNote"),
+        saved = mayOverwrite() &&
+                reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.SaveNote"),
                              QStringLiteral("Could not Save the Note"), kProblem,
                              [this] { writeText(); });
         if (saved) {
@@ -51,6 +51,23 @@ bool frmMain::SaveNote() {
     }
     setDirty(false);
     return saved;
+}
+
+/// Asks, once for each note, before a text that could not be read whole is replaced by what is
+/// shown of it.
+bool frmMain::mayOverwrite() {
+    const qint64 id = m_note->value(QStringLiteral("RecordID")).toLongLong();
+    if (!m_rtxMain->isIncomplete() || m_overwritable == id) {
+        return true;
+    }
+    const PromptAnswer answer = prompt().question(
+        QStringLiteral("The stored text of this note is damaged and could not be read whole. "
+                       "Saving replaces it by what is shown; what could not be read is then "
+                       "lost.\r\rDo you want to save?"),
+        QStringLiteral("Damaged Note"), PromptButtons::YesNo, PromptIcon::Exclamation,
+        PromptAnswer::No);
+    m_overwritable = answer == PromptAnswer::Yes ? id : m_overwritable;
+    return answer == PromptAnswer::Yes;
 }
 
 void frmMain::writeText() {
@@ -116,14 +133,13 @@ frmMain::TextChoice frmMain::askWhoseText(Note& theirs) {
 
 void frmMain::appendOther(Note& theirs) {
     const QScopedValueRollback<bool> loading(m_loading, true);
-    RichTextBox other;
-    other.setTextRTF(HostUtility::NullToText(theirs.value(kRtfNote)));
     const QString code = HostUtility::NullToText(theirs.value(QStringLiteral("ChangeUserCode")));
     AppendText(noteStampText(theirs.value(kChangeDate).toDateTime(), userName(code)), true, true);
     QTextCursor cursor(m_rtxMain->document());
     cursor.movePosition(QTextCursor::End);
     cursor.insertBlock();
-    cursor.insertFragment(QTextDocumentFragment(other.document()));
+    m_rtxMain->setTextCursor(cursor);
+    m_rtxMain->setSelRTF(HostUtility::NullToText(theirs.value(kRtfNote)));
 }
 
 void frmMain::rememberLoaded(Note& note) {

@@ -20,7 +20,8 @@ CORE_PLATFORM = {
     "platform/toolbar/api", "platform/controls/api",
 }
 PLATFORM = CORE_PLATFORM | {
-    "platform/forms", "platform/toolbar", "platform/controls", "platform/richtext",
+    "platform/forms", "platform/toolbar", "platform/controls", "platform/spelling",
+    "platform/richtext",
 }
 ANYTHING = None
 
@@ -39,7 +40,10 @@ ROOMS = {
     "platform/toolbar": {"platform/toolbar/api", "platform/forms", "platform/files"},
     "platform/controls/api": {"platform/dao"},
     "platform/controls": {"platform/controls/api", "platform/dao", "platform/forms"},
-    "platform/richtext": {"platform/rtf", "platform/forms", "platform/prompt"},
+    "platform/spelling": set(),
+    "platform/richtext": {
+        "platform/rtf", "platform/forms", "platform/prompt", "platform/spelling",
+    },
     "framework": {
         "platform/clock", "platform/settings", "platform/files", "platform/prompt",
         "platform/dao", "platform/toolbar/api", "platform/controls/api",
@@ -67,7 +71,10 @@ WINDOW_LIBRARIES = {"QtCore", "QtGui", "QtWidgets", "QtPrintSupport"}
 TEST_LIBRARIES = WINDOW_LIBRARIES | {"QtTest"}
 
 # Header of an engine -> the only rooms that may include it.
-ENGINES = {"sqlite3.h": {"platform/dao/sqlite", "tests", "bench"}}
+ENGINES = {
+    "sqlite3.h": {"platform/dao/sqlite", "tests", "bench"},
+    "hunspell/hunspell.hxx": {"platform/spelling"},
+}
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 QT_HEADERS = "/usr/include/*/qt6"

@@ -9,23 +9,8 @@ namespace yrw {
 
 namespace {
 
-[[noreturn]] void refuse(const char* member) {
-    throw AutomationError(kErrorNotSupported,
-                          QStringLiteral("YRWDesk.Application.") + QLatin1String(member),
-                          QStringLiteral("The desk does not support this."));
-}
-
 /// Numbers of orders count from here.
 constexpr qint64 kFirstOrderNumber = 10000;
-
-class DeskSession final : public ISession {
-public:
-    explicit DeskSession(Ref<IApplication> application) : m_application(std::move(application)) {}
-    [[nodiscard]] Ref<IUser> User() override { return m_application->CurrentUser(); }
-
-private:
-    Ref<IApplication> m_application;
-};
 
 /// How each kind of record presents itself.
 struct KindOfRecord {
@@ -166,10 +151,6 @@ bool DeskApplication::completeRecord(const QString& objectKey, qint64 recordID, 
     return filled;
 }
 
-void DeskApplication::OpenDatabase(const QString& /*path*/) {
-    refuse("OpenDatabase");
-}
-
 Ref<dao::Database> DeskApplication::DAODatabase() {
     return m_database;
 }
@@ -185,22 +166,8 @@ QString DeskApplication::Version() {
         .arg(YRW_VERSION_REVISION);
 }
 
-Ref<yrw::ICollection> DeskApplication::SystemSettings() {
-    refuse("SystemSettings");
-}
-
 HostDataHelper* DeskApplication::DB() {
     return &m_helper;
-}
-
-QStringList DeskApplication::ObjectKeys() {
-    return ObjectDefinitionKeys();
-}
-
-Ref<yrw::ICollection> DeskApplication::Reports() {
-    const Ref<yrw::ICollection> reports = CreateReports();
-    reports->setApplication(Ref<IApplication>(this));
-    return reports;
 }
 
 bool DeskApplication::Login(const QString& code, const QString& /*password*/) {
@@ -217,36 +184,12 @@ void DeskApplication::setCurrentUser(const Ref<IUser>& user) {
                user->value(QStringLiteral("Code")).toString());
 }
 
-Ref<IUser> DeskApplication::CurrentIUser() {
-    return CurrentUser();
-}
-
-void DeskApplication::SetupODBC() {
-    refuse("SetupODBC");
-}
-
-Ref<IRecord> DeskApplication::CurrentSettings(bool /*refresh*/) {
-    refuse("CurrentSettings");
-}
-
 QString DeskApplication::Name() {
     return QStringLiteral("Yarrowen Desk");
 }
 
-QString DeskApplication::ODBCDSNPath() {
-    refuse("ODBCDSNPath");
-}
-
 QString DeskApplication::ProgID() {
     return QString::fromUtf16(kDeskProgID);
-}
-
-Ref<ISession> DeskApplication::Session() {
-    return make<DeskSession>(Ref<IApplication>(this));
-}
-
-QString DeskApplication::DSNName() {
-    return {};
 }
 
 void DeskApplication::Terminate() {
@@ -274,44 +217,6 @@ Ref<yrw::ICollection> DeskApplication::Users() {
     return makeUsers(Ref<IApplication>(this));
 }
 
-Ref<yrw::ICollection> DeskApplication::ObjectKeyPolicies() {
-    return nullptr;
-}
-
-Ref<yrw::ICollection> DeskApplication::ObjectKeyPolicyPermissions() {
-    return nullptr;
-}
-
-// Whoever works at the desk may do everything.
-bool DeskApplication::CanUserAccessICollection(const Ref<yrw::ICollection>& /*collection*/) {
-    return true;
-}
-
-bool DeskApplication::CanUserEditIRecord(const Ref<IRecord>& /*record*/) {
-    return true;
-}
-
-bool DeskApplication::CanUserAccessICollectionDelete(const Ref<yrw::ICollection>& /*collection*/) {
-    return true;
-}
-
-bool DeskApplication::CanUserAccessICollectionRecordset(
-    const Ref<yrw::ICollection>& /*collection*/) {
-    return true;
-}
-
-bool DeskApplication::CanUserAccessICollectionItems(const Ref<yrw::ICollection>& /*collection*/) {
-    return true;
-}
-
-bool DeskApplication::CanUserAccessICollectionAdd(const Ref<yrw::ICollection>& /*collection*/) {
-    return true;
-}
-
-Ref<dao::Database> DeskApplication::XDatabase() {
-    refuse("XDatabase");
-}
-
 Ref<IObjectDefinition> DeskApplication::ObjectDefinition(const QString& objectKey) {
     for (const KindOfRecord& kind : kKinds) {
         if (objectKey.compare(QString::fromUtf16(kind.key), Qt::CaseInsensitive) == 0) {
@@ -327,10 +232,6 @@ QStringList DeskApplication::ObjectDefinitionKeys() {
         keys += QString::fromUtf16(kind.key);
     }
     return keys;
-}
-
-QString DeskApplication::ObjectDisplayName(const QString& useName) {
-    return useName;
 }
 
 QString DeskApplication::UserName(const QString& code) {

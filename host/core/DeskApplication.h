@@ -1,7 +1,7 @@
 #pragma once
 
+#include "framework/HostApplicationBase.h"
 #include "framework/HostDataHelper.h"
-#include "framework/IApplication.h"
 #include "host/core/DeskDatabase.h"
 
 #include <QHash>
@@ -28,7 +28,7 @@ inline constexpr char16_t kOrderKey[] = u"or";
 /// Lifetime: counted; its end closes the database. Objects that it hands out keep it alive; it
 /// keeps none of them.
 /// Thread: the user-interface thread.
-class DeskApplication final : public virtual IHostApplication {
+class DeskApplication final : public HostApplicationBase {
 public:
     /// Shows help on a topic; false when there is none.
     using Help = std::function<bool(int topic)>;
@@ -49,40 +49,20 @@ public:
     /// of an order (`customerID`, 0 for none). True when something was filled.
     bool completeRecord(const QString& objectKey, qint64 recordID, qint64 customerID);
 
-    void OpenDatabase(const QString& path) override;
     [[nodiscard]] Ref<dao::Database> DAODatabase() override;
     [[nodiscard]] Ref<dao::Workspace> DAOWorkspace() override;
     [[nodiscard]] QString Version() override;
-    [[nodiscard]] Ref<yrw::ICollection> SystemSettings() override;
     [[nodiscard]] HostDataHelper* DB() override;
-    [[nodiscard]] QStringList ObjectKeys() override;
-    [[nodiscard]] Ref<yrw::ICollection> Reports() override;
     bool Login(const QString& code, const QString& password) override;
     [[nodiscard]] Ref<IUser> CurrentUser() override;
     void setCurrentUser(const Ref<IUser>& user) override;
-    [[nodiscard]] Ref<IUser> CurrentIUser() override;
-    void SetupODBC() override;
-    [[nodiscard]] Ref<IRecord> CurrentSettings(bool refresh) override;
     [[nodiscard]] QString Name() override;
-    [[nodiscard]] QString ODBCDSNPath() override;
     [[nodiscard]] QString ProgID() override;
-    [[nodiscard]] Ref<ISession> Session() override;
-    [[nodiscard]] QString DSNName() override;
     void Terminate() override;
     [[nodiscard]] Ref<yrw::ICollection> ICollection(const QString& name) override;
     [[nodiscard]] Ref<yrw::ICollection> Users() override;
-    [[nodiscard]] Ref<yrw::ICollection> ObjectKeyPolicies() override;
-    [[nodiscard]] Ref<yrw::ICollection> ObjectKeyPolicyPermissions() override;
-    bool CanUserAccessICollection(const Ref<yrw::ICollection>& collection) override;
-    bool CanUserEditIRecord(const Ref<IRecord>& record) override;
-    bool CanUserAccessICollectionDelete(const Ref<yrw::ICollection>& collection) override;
-    bool CanUserAccessICollectionRecordset(const Ref<yrw::ICollection>& collection) override;
-    bool CanUserAccessICollectionItems(const Ref<yrw::ICollection>& collection) override;
-    bool CanUserAccessICollectionAdd(const Ref<yrw::ICollection>& collection) override;
-    [[nodiscard]] Ref<dao::Database> XDatabase() override;
     [[nodiscard]] Ref<IObjectDefinition> ObjectDefinition(const QString& objectKey) override;
     [[nodiscard]] QStringList ObjectDefinitionKeys() override;
-    [[nodiscard]] QString ObjectDisplayName(const QString& useName) override;
     [[nodiscard]] QString UserName(const QString& code) override;
     bool ShowHelp(int topic) override;
     [[nodiscard]] Ref<yrw::ICollection> CreateReports() override;

@@ -292,6 +292,9 @@ void DeskGridController::cursorMoved() {
         return;
     }
     noteRecord();
+    if (m_grid.currentRow() != m_restedRow) {
+        m_restedRow = -1; // coming back, however soon, is a new rest
+    }
     if (m_current) {
         m_rest.start();
     } else {

@@ -32,7 +32,7 @@ QList<GridLayout> customerLayouts() {
          {number, name, contact, town, phone, hiddenKey()},
          QStringLiteral("CustomerNo")},
         {QStringLiteral("Address book"),
-         {name, street, postcode, town, mail, hiddenKey()},
+         {number, name, street, postcode, town, mail, hiddenKey()},
          QStringLiteral("Name")},
         {QStringLiteral("All fields"),
          {key, number, name, contact, street, town, postcode, phone, mail, since},
@@ -45,7 +45,8 @@ QList<GridLayout> orderLayouts() {
     const GridColumn date = column(u"OrderDate", u"Date", 2100);
     const GridColumn item = column(u"Item", u"Item", 4800);
     const GridColumn quantity = column(u"Quantity", u"Quantity", 1200);
-    const GridColumn amount = column(u"Amount", u"Amount", 1350);
+    GridColumn amount = column(u"Amount", u"Amount", 1350);
+    amount.decimals = 2;
     const GridColumn state = column(u"State", u"State", 1350);
     const GridColumn customer = column(u"CustomerID", u"Customer ID", 1500);
     const GridColumn customerName = column(u"CustomerName", u"Customer", 3600, false);

@@ -14,10 +14,6 @@ const char* AutomationError::what() const noexcept {
     return m_what.constData();
 }
 
-void raiseNotImplemented(const QString& source) {
-    throw AutomationError(kErrorNotImplemented, source, QStringLiteral("Not implemented"));
-}
-
 AutomationError currentError() {
     try {
         throw;

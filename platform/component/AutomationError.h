@@ -19,7 +19,6 @@ enum ErrorNumber : int {
 
     kErrorObjectRequired = 424,
     kErrorMemberNotFound = 438,
-    kErrorNotImplemented = 445,
     kErrorCannotCreateObject = 429,
     kErrorOverflow = 6,
 
@@ -60,9 +59,6 @@ private:
     QString m_description;
     QByteArray m_what;
 };
-
-/// Raises the one error of a member whose code has not come yet.
-[[noreturn]] void raiseNotImplemented(const QString& source);
 
 /// Turns the exception being handled into an `AutomationError`; call only inside a catch block.
 [[nodiscard]] AutomationError currentError();

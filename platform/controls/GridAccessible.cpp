@@ -38,6 +38,8 @@ public:
             return m_body.rowText(m_row);
         case QAccessible::Value:
             return m_body.cursorText(m_row);
+        case QAccessible::Description:
+            return m_body.rowRemark(m_row, true).join(u'\n');
         default:
             return {};
         }

@@ -1,10 +1,12 @@
 #include "platform/controls/GridBody.h"
 
 #include "platform/controls/Colours.h"
+#include "platform/controls/PlainToolTip.h"
 
 #include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 
 namespace yrw {
 
@@ -95,7 +97,8 @@ QString GridBody::cellText(int column) const {
     if (field >= 0) {
         raiseQuietly([&] { value = m_source.rows().value(field); });
     }
-    return m_source.gridColumns().at(column).header + u' ' + gridText(value);
+    const GridColumn& shown = m_source.gridColumns().at(column);
+    return shown.header + u' ' + gridText(value, shown.decimals);
 }
 
 QString GridBody::rowText(qint64 row) const {
@@ -111,7 +114,18 @@ QString GridBody::rowText(qint64 row) const {
             }
         }
     });
+    cells += rowRemark(row, false);
     return tr("Row %1: %2").arg(row + 1).arg(cells.join(QStringLiteral(", ")));
+}
+
+QStringList GridBody::rowRemark(qint64 row, bool withDetails) const {
+    RowRemark remark(withDetails);
+    raiseQuietly([&] {
+        if (m_source.rows().select(row)) {
+            m_source.grid().FetchRowRemark.raise(m_split, m_source.rows().bookmark(), remark);
+        }
+    });
+    return remark.lines();
 }
 
 QString GridBody::cursorText(qint64 row) const {
@@ -157,6 +171,21 @@ CellStyle GridBody::cellStyle(int column) {
         m_source.grid().FetchCellStyle.raise(0, m_split, m_source.rows().bookmark(), column, style);
     });
     return style;
+}
+
+bool GridBody::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        showRemark(*static_cast<QHelpEvent*>(event));
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void GridBody::showRemark(const QHelpEvent& event) {
+    const qint64 row = rowAt(event.pos().y());
+    const QStringList lines = row < 0 ? QStringList() : rowRemark(row, true);
+    // No lines hide the tool-tip.
+    QToolTip::showText(event.globalPos(), plainToolTip(lines.join(u'\n')), this, rowRect(row));
 }
 
 void GridBody::paintEvent(QPaintEvent* event) {
@@ -225,8 +254,9 @@ void GridBody::paintCell(QPainter& painter, const QRect& rect, int column, bool 
     QVariant value = QStringLiteral("#Deleted");
     raiseQuietly([&] { value = m_source.rows().value(field); });
     const QRect inner = rect.adjusted(kPadding, 0, -kPadding - 1, -1);
+    const int decimals = m_source.gridColumns().at(column).decimals;
     const QString text =
-        painter.fontMetrics().elidedText(gridText(value), Qt::ElideRight, inner.width());
+        painter.fontMetrics().elidedText(gridText(value, decimals), Qt::ElideRight, inner.width());
     painter.drawText(inner,
                      int(Qt::AlignVCenter | Qt::TextSingleLine) |
                          int(alignsRight(value) ? Qt::AlignRight : Qt::AlignLeft),

@@ -7,6 +7,8 @@
 #include <QHeaderView>
 #include <QWidget>
 
+class QHelpEvent;
+
 namespace yrw {
 
 /// What a pane of the grid needs to know to paint and to pass on the mouse.
@@ -68,6 +70,8 @@ public:
     /// The row's cells as "Header text", and the cell under the cursor alone.
     [[nodiscard]] QString rowText(qint64 row) const;
     [[nodiscard]] QString cursorText(qint64 row) const;
+    /// What the host's add-ins say of the row, one line each; nothing for most rows.
+    [[nodiscard]] QStringList rowRemark(qint64 row, bool withDetails) const;
     /// Tells screen readers that the cursor moved.
     void announceCursor();
 
@@ -76,6 +80,7 @@ public:
     static constexpr int kMarkWidth = 20;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -87,6 +92,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    void showRemark(const QHelpEvent& event);
     [[nodiscard]] QString cellText(int column) const;
     void paintRow(QPainter& painter, qint64 row, const QRect& dirty);
     void paintCells(QPainter& painter, qint64 row, bool readable, const QColor& back,

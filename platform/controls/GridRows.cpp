@@ -47,14 +47,15 @@ std::optional<QVariant> numberOf(bool fits, Number number) {
 
 } // namespace
 
-QString gridText(const QVariant& value) {
+QString gridText(const QVariant& value, int decimals) {
     switch (value.typeId()) {
     case QMetaType::QDateTime:
         return value.toDateTime().toString(kDateFormat);
     case QMetaType::Bool:
         return value.toBool() ? QStringLiteral("Yes") : QStringLiteral("No");
     case QMetaType::Double:
-        return QString::number(value.toDouble(), 'g', 15);
+        return decimals < 0 ? QString::number(value.toDouble(), 'g', 15)
+                            : QString::number(value.toDouble(), 'f', decimals);
     case QMetaType::QByteArray:
         return value.isNull() ? QString() : QStringLiteral("(binary)");
     default:

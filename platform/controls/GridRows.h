@@ -9,8 +9,9 @@
 
 namespace yrw {
 
-/// Text of a field's value as the grid shows it: dates as dd/MM/yyyy HH:mm, booleans as Yes or No.
-[[nodiscard]] QString gridText(const QVariant& value);
+/// Text of a field's value as the grid shows it: dates as dd/MM/yyyy HH:mm, booleans as Yes or No,
+/// fractional numbers with `decimals` places (-1: as many as they have).
+[[nodiscard]] QString gridText(const QVariant& value, int decimals = -1);
 
 /// Value of a text typed for a field, Null for an empty one; nothing when it does not fit the type.
 [[nodiscard]] std::optional<QVariant> gridValue(const QString& text, dao::FieldType type);

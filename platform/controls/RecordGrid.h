@@ -16,6 +16,7 @@ struct GridColumn {
     int widthTwips = 1500;
     bool visible = true;
     bool editable = true;
+    int decimals = -1; ///< places behind the point of a fractional number; -1: as many as it has
 };
 
 /// The record grid: shows a dynaset row by row, reading a row when it comes into view, so that a
@@ -29,7 +30,9 @@ struct GridColumn {
 /// F2 or typing edits the cell, Enter ends that edit, Escape drops the row's edit. Enter on a row
 /// that is not being edited activates it, as a double-click does.
 /// A row that a handler coloured keeps its colour also as the current row, which has a frame.
-/// Texts are dark on light colours and light on dark ones, whatever the desktop's theme.
+/// The tool-tip of a row shows what a handler of `FetchRowRemark` says of it; screen readers get
+/// the short text behind the row's cells and the details as its description. Texts are dark on
+/// light colours and light on dark ones, whatever the desktop's theme.
 class RecordGrid : public QWidget, public IRecordGrid {
     Q_OBJECT
 

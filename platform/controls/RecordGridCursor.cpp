@@ -169,7 +169,7 @@ bool RecordGrid::Private::openEditor(const QString* typed) {
     showCursor();
     m_rows.select(m_row);
     try {
-        m_textBefore = gridText(m_rows.value(field));
+        m_textBefore = gridText(m_rows.value(field), m_columns.at(m_column).decimals);
     } catch (const AutomationError& error) {
         failEdit(error.description());
         return true;

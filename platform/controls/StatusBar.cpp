@@ -1,5 +1,7 @@
 #include "platform/controls/StatusBar.h"
 
+#include "platform/controls/PlainToolTip.h"
+
 #include <QLabel>
 #include <QMouseEvent>
 
@@ -26,12 +28,14 @@ void StatusBar::setText(const QString& text) {
 }
 
 QString StatusBar::toolTipText() const {
-    return toolTip();
+    return m_toolTipText;
 }
 
 void StatusBar::setToolTipText(const QString& text) {
-    setToolTip(text);
-    m_label->setToolTip(text);
+    m_toolTipText = text;
+    const QString shown = plainToolTip(text);
+    setToolTip(shown);
+    m_label->setToolTip(shown);
 }
 
 void StatusBar::refresh() {

@@ -31,6 +31,7 @@ protected:
 private:
     QLabel* m_label;
     QString m_tag;
+    QString m_toolTipText;
 };
 
 } // namespace yrw

@@ -1,15 +1,18 @@
 #include "platform/forms/DatePicker.h"
 
+#include "platform/clock/WallTime.h"
+
 #include <QCalendarWidget>
+#include <QMouseEvent>
 #include <QWheelEvent>
 
 namespace yrw {
 
 namespace {
 
-QDateTime toMinutes(QDateTime time) {
-    time.setTime(QTime(time.time().hour(), time.time().minute()));
-    return time;
+/// The hands at a whole minute, in a zone that leaves no time out.
+QDateTime handsOf(const QDateTime& time) {
+    return QDateTime(time.date(), QTime(time.time().hour(), time.time().minute()), Qt::UTC);
 }
 
 } // namespace
@@ -19,23 +22,46 @@ DatePicker::DatePicker(const QString& name, const QString& accessibleName, QWidg
     setObjectName(name);
     setAccessibleName(accessibleName);
     setLocale(QLocale::c());
+    setTimeSpec(Qt::UTC);
     setDisplayFormat(QStringLiteral("dd/MM/yyyy HH:mm"));
-    setMinimumDateTime(QDateTime(QDate(1900, 1, 1), QTime(0, 0)));
+    setMinimumDateTime(QDateTime(QDate(1900, 1, 1), QTime(0, 0), Qt::UTC));
     setCalendarPopup(true);
-    calendarWidget()->setFirstDayOfWeek(QLocale::system().firstDayOfWeek());
     setFocusPolicy(Qt::StrongFocus);
 }
 
 QDateTime DatePicker::value() const {
-    return toMinutes(dateTime());
+    const QDateTime hands = handsOf(dateTime());
+    return existingTime(hands.date(), hands.time());
 }
 
 void DatePicker::setValue(const QDateTime& value) {
-    setDateTime(toMinutes(value));
+    setDateTime(handsOf(value));
 }
 
 void DatePicker::addMinutes(int minutes) {
-    setDateTime(value().addSecs(qint64(minutes) * 60));
+    setDateTime(handsOf(dateTime()).addSecs(qint64(minutes) * 60));
+}
+
+QString DatePicker::clockChange() const {
+    const QDateTime hands = handsOf(dateTime());
+    switch (wallTimeKind(hands.date(), hands.time())) {
+    case WallTimeKind::Missing:
+        return QStringLiteral("The clocks go forward and leave this time out: %1 counts instead.")
+            .arg(value().toString(QStringLiteral("HH:mm")));
+    case WallTimeKind::Double:
+        return QStringLiteral("The clocks go back and this time comes twice: the first counts.");
+    case WallTimeKind::Ordinary:
+        break;
+    }
+    return {};
+}
+
+void DatePicker::mousePressEvent(QMouseEvent* event) {
+    if (!m_hasCalendar) { // making one takes longer than all the rest of the field
+        m_hasCalendar = true;
+        calendarWidget()->setFirstDayOfWeek(QLocale::system().firstDayOfWeek());
+    }
+    QDateTimeEdit::mousePressEvent(event);
 }
 
 void DatePicker::wheelEvent(QWheelEvent* event) {

@@ -9,6 +9,9 @@ namespace yrw {
 ///
 /// Up and Down step the part under the cursor. The mouse wheel changes the value only while the
 /// field has the focus. The earliest date is 1 January 1900.
+///
+/// The field shows what the hands of the clock will show, so a time that the clocks leave out can
+/// be picked; `value` then gives the time that takes its place, and `clockChange` says so.
 /// Thread: the user-interface thread.
 class DatePicker final : public QDateTimeEdit {
     Q_OBJECT
@@ -18,15 +21,21 @@ public:
     explicit DatePicker(const QString& name, const QString& accessibleName,
                         QWidget* parent = nullptr);
 
-    /// The value, cut to whole minutes.
+    /// The value, cut to whole minutes; a time that the clocks leave out is moved on.
     [[nodiscard]] QDateTime value() const;
     /// Sets the value, cut to whole minutes.
     void setValue(const QDateTime& value);
-    /// Moves the value by minutes, negative for back; stays within the earliest date.
+    /// Moves the hands by minutes, negative for back; stays within the earliest date.
     void addMinutes(int minutes);
+    /// One sentence when the clocks are changed over the time shown; empty for any other time.
+    [[nodiscard]] QString clockChange() const;
 
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+
+private:
+    bool m_hasCalendar = false;
 };
 
 } // namespace yrw

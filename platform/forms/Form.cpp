@@ -17,19 +17,61 @@ QList<Form*>& loadedForms() {
     return forms;
 }
 
+/// Hands each event of a window to the form that it is, and closings to the forms that the window
+/// owns. One for the process: a filter per form would make each event cost as much as there are
+/// forms.
+class FormEvents final : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (!watched->isWidgetType()) {
+            return false;
+        }
+        if (event->type() == QEvent::Close && !ownedFormsClose(watched, event)) {
+            return true;
+        }
+        return handOn(qobject_cast<Form*>(static_cast<QWidget*>(watched)->window()), watched,
+                      event);
+    }
+
+private:
+    static bool handOn(QObject* form, QObject* watched, QEvent* event) {
+        return form != nullptr && form->eventFilter(watched, event);
+    }
+    static bool ownedFormsClose(QObject* owner, QEvent* event) {
+        const QList<Form*> forms = loadedForms();
+        for (auto form = forms.rbegin(); form != forms.rend(); ++form) {
+            // What was closed before may have taken this one with it.
+            if (loadedForms().contains(*form) && (*form)->parent() == owner &&
+                handOn(*form, owner, event)) {
+                return false;
+            }
+        }
+        return true;
+    }
+};
+
+void watchEvents() {
+    static QPointer<FormEvents> events;
+    if (!events) {
+        events = new FormEvents(qApp);
+        qApp->installEventFilter(events);
+    }
+}
+
 } // namespace
 
 Form::Form(const QString& name, QWidget* owner) : QDialog(owner) {
     setObjectName(name);
     m_preview = std::make_unique<KeyPreview>();
-    qApp->installEventFilter(this);
+    watchEvents();
     if (owner != nullptr) {
         adopt(owner);
     }
 }
 
 Form::~Form() {
-    qApp->removeEventFilter(this);
     loadedForms().removeAll(this);
 }
 

@@ -2,16 +2,17 @@
 
 #include "platform/clock/Clock.h"
 #include "platform/forms/FileFilter.h"
+#include "platform/forms/PageMargins.h"
+#include "platform/prompt/ErrorLog.h"
 
 #include <QApplication>
 #include <QColorDialog>
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -27,10 +28,6 @@ const QString kBoxName = QStringLiteral("promptBox");
 QString withLineBreaks(QString text) {
     return text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
-}
-
-QString onOneLine(const QString& text) {
-    return withLineBreaks(text).simplified();
 }
 
 QMessageBox::Icon iconOf(PromptIcon icon) {
@@ -206,7 +203,7 @@ int WidgetPrompt::choose(const ChoiceRequest& request) {
 }
 
 void WidgetPrompt::errorReport(const ErrorReport& report) {
-    log(report);
+    appendToErrorLog(m_clock.now(), report);
     if (m_reporting) {
         return;
     }
@@ -220,28 +217,6 @@ void WidgetPrompt::errorReport(const ErrorReport& report) {
     box->setDetailedText(detailsOf(report));
     nameButtons(*box);
     OpenBox(*this).exec(*box);
-}
-
-QString WidgetPrompt::logFile() {
-    QString state = qEnvironmentVariable("XDG_STATE_HOME");
-    if (state.isEmpty()) {
-        state = QDir::homePath() + u"/.local/state";
-    }
-    return state + u"/yarrowen/log.txt";
-}
-
-void WidgetPrompt::log(const ErrorReport& report) const {
-    const QString path = logFile();
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::Append)) {
-        return;
-    }
-    const QStringList parts{
-        m_clock.now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), report.source,
-        QString::number(report.number),
-        onOneLine(report.message + u' ' + report.text + u' ' + report.description)};
-    file.write(parts.join(u'\t').toUtf8() + '\n');
 }
 
 QStringList WidgetPrompt::openFiles(const FileRequest& request) {
@@ -265,6 +240,7 @@ QString WidgetPrompt::saveFile(const FileRequest& request) {
     dialog.setNameFilters(nameFilters(request.filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(firstSuffix(request.filter));
+    dialog.selectFile(request.name);
     if (!request.prompt.isEmpty()) {
         dialog.setLabelText(QFileDialog::FileName, request.prompt);
     }
@@ -303,6 +279,7 @@ std::optional<int> WidgetPrompt::chooseColour(int start) {
 bool WidgetPrompt::print(const QString& title, const std::function<void(QPrinter&)>& paint) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(title);
+    printer.setPageMargins(kPageMargins, QPageLayout::Millimeter);
     QPrintDialog dialog(&printer);
     dialog.setWindowTitle(title);
     if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
@@ -310,6 +287,21 @@ bool WidgetPrompt::print(const QString& title, const std::function<void(QPrinter
     }
     paint(printer);
     return true;
+}
+
+void WidgetPrompt::preview(const QString& title, const std::function<void(QPrinter&)>& paint) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(title);
+    printer.setPageMargins(kPageMargins, QPageLayout::Millimeter);
+    QPrintPreviewDialog dialog(&printer);
+    dialog.setWindowTitle(title);
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
+                     [&paint](QPrinter* page) { paint(*page); });
+    const OpenBox box(*this);
+    if (const QWidget* const over = owner()) {
+        dialog.resize(over->size().expandedTo(QSize(700, 600)));
+    }
+    box.exec(dialog);
 }
 
 void WidgetPrompt::setMousePointer(MousePointer pointer) {

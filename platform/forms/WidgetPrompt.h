@@ -14,8 +14,7 @@ class Clock;
 /// A box belongs to the modal window on top, else to the parent window that was set, else to the
 /// active window. Its object name is "promptBox". While one is open the pointer is the usual one;
 /// afterwards it is what it was.
-/// Error reports are appended to `yarrowen/log.txt` below `$XDG_STATE_HOME` (`~/.local/state`
-/// without it), one line each; a log that cannot be written costs nothing but the line.
+/// Error reports are appended to the error log (platform/prompt/ErrorLog.h).
 /// Lifetime: outlives every call; the clock outlives it.
 /// Thread: the user-interface thread.
 class WidgetPrompt final : public Prompt {
@@ -33,17 +32,14 @@ public:
     std::optional<FontChoice> chooseFont(const FontChoice& start) override;
     std::optional<int> chooseColour(int start) override;
     bool print(const QString& title, const std::function<void(QPrinter&)>& paint) override;
+    void preview(const QString& title, const std::function<void(QPrinter&)>& paint) override;
     void setMousePointer(MousePointer pointer) override;
     void setParentWindow(QWidget* window) override { m_parent = window; }
-
-    /// The file that error reports are logged in.
-    [[nodiscard]] static QString logFile();
 
 private:
     class OpenBox;
 
     [[nodiscard]] QWidget* owner() const;
-    void log(const ErrorReport& report) const;
 
     const Clock& m_clock;
     QPointer<QWidget> m_parent;

@@ -19,6 +19,8 @@ int Prompt::choose(const ChoiceRequest& request) {
     return request.escapeButton;
 }
 
+void Prompt::preview(const QString&, const std::function<void(QPrinter&)>&) {}
+
 bool Prompt::hasInstance() {
     return currentPrompt() != nullptr;
 }

@@ -46,6 +46,7 @@ struct FileRequest {
     QString prompt;       ///< label beside the file name
     QString filter;       ///< "Text|*.txt|All|*.*|": pairs of caption and patterns
     QString folder;       ///< where to begin; empty: where the last one ended
+    QString name;         ///< file name that is offered when saving
     bool several = false; ///< several files may be chosen
 };
 
@@ -87,6 +88,9 @@ public:
     virtual std::optional<int> chooseColour(int start) = 0;
     /// Asks for a printer and calls `paint` with it; false when cancelled.
     virtual bool print(const QString& title, const std::function<void(QPrinter&)>& paint) = 0;
+    /// Shows on the screen what `paint` paints, as often as the preview needs it; the user may
+    /// print from there. A door without a screen shows nothing.
+    virtual void preview(const QString& title, const std::function<void(QPrinter&)>& paint);
     /// Sets the application's pointer. A value, not a stack: any `Default` restores it.
     virtual void setMousePointer(MousePointer pointer) = 0;
 

@@ -4,7 +4,6 @@
 #include "platform/richtext/Pictures.h"
 #include "platform/richtext/RichTextBox.h"
 
-#include "platform/component/AutomationError.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
 
@@ -133,6 +132,10 @@ void RichTextBox::insertForeignHtml(const QString& html) {
     insertModel(scanner.scan(pasted), m_pasteKeepsLook);
 }
 
+void RichTextBox::setSelRTF(const QString& rtf) {
+    insertModel(rtf::isRtf(rtf) ? rtf::read(QStringView(rtf)) : rtf::fromPlainText(rtf), true);
+}
+
 void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
     QTextCursor cursor = textCursor();
     if (!keepLook) {
@@ -153,20 +156,22 @@ void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
 }
 
 void RichTextBox::insertFiles(const QList<QUrl>& urls) {
+    // Whoever drags waits until the drop is done: nothing may be asked before.
     for (const QUrl& url : urls) {
-        const QString path = url.toLocalFile();
-        try {
-            QFile file(path);
-            const bool small = file.size() <= m_largestFile && file.open(QIODevice::ReadOnly);
-            const QImage picture = small ? richtext::decodeImage(file.readAll()) : QImage();
-            if (picture.isNull()) {
-                insertFile(path, ObjectDisplay::Icon);
-            } else {
-                insertPicture(picture);
-            }
-        } catch (const AutomationError& error) {
-            Q_EMIT insertionFailed(error.description());
-        }
+        QMetaObject::invokeMethod(
+            this, [this, path = url.toLocalFile()] { insertDroppedFile(path); },
+            Qt::QueuedConnection);
+    }
+}
+
+void RichTextBox::insertDroppedFile(const QString& path) {
+    QFile file(path);
+    const bool small = file.size() <= m_largestFile && file.open(QIODevice::ReadOnly);
+    const QImage picture = small ? richtext::decodeImage(file.readAll()) : QImage();
+    if (picture.isNull()) {
+        m_takeFile(path);
+    } else {
+        insertPicture(picture);
     }
 }
 

@@ -1,8 +1,11 @@
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/RichTextBox.h"
 
+#include <QApplication>
+#include <QDrag>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QTextBlock>
 #include <QToolTip>
@@ -56,13 +59,15 @@ bool RichTextBox::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         const auto* const help = static_cast<QHelpEvent*>(event);
         const QString target = anchorAt(help->pos());
-        if (target.isEmpty()) {
-            QToolTip::hideText();
-        } else {
-            QToolTip::showText(help->globalPos(),
-                               target.toHtmlEscaped() + QStringLiteral("<br>Ctrl+click to open"),
-                               viewport());
+        const int object = objectAt(help->pos());
+        QString text;
+        if (object >= 0) {
+            text = objectName(object).toHtmlEscaped() +
+                   QStringLiteral("<br>Double-click to open, drag to copy");
+        } else if (!target.isEmpty()) {
+            text = target.toHtmlEscaped() + QStringLiteral("<br>Ctrl+click to open");
         }
+        QToolTip::showText(help->globalPos(), text, viewport()); // an empty text hides it
         return true;
     }
     return QTextEdit::viewportEvent(event);
@@ -94,13 +99,60 @@ bool RichTextBox::leavesList(const QKeyEvent& event) const {
            (event.key() == Qt::Key_Backspace && cursor.atBlockStart());
 }
 
+void RichTextBox::mousePressEvent(QMouseEvent* event) {
+    const QPoint at = event->position().toPoint();
+    const int index = event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier
+                          ? objectAt(at)
+                          : -1;
+    if (index >= 0) {
+        selectObject(index);
+        m_objectPressed = at;
+        event->accept();
+        return;
+    }
+    QTextEdit::mousePressEvent(event);
+}
+
+void RichTextBox::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_objectPressed) {
+        QTextEdit::mouseMoveEvent(event);
+        return;
+    }
+    const QPoint way = event->position().toPoint() - *m_objectPressed;
+    if (way.manhattanLength() >= QApplication::startDragDistance()) {
+        m_objectPressed.reset();
+        dragObject();
+    }
+}
+
 void RichTextBox::mouseReleaseEvent(QMouseEvent* event) {
+    if (m_objectPressed) {
+        m_objectPressed.reset();
+        event->accept();
+        return;
+    }
     QTextEdit::mouseReleaseEvent(event);
     const bool wanted =
         event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier;
     const QString target = wanted ? anchorAt(event->position().toPoint()) : QString();
     if (!target.isEmpty() && !textCursor().hasSelection()) {
         openLink(target);
+    }
+}
+
+/// Drags the selected object: into the text as it is, to other programs as a file. They get a copy;
+/// only a move inside the box takes it away from where it was.
+void RichTextBox::dragObject() {
+    QTextCursor original = textCursor();
+    auto* const drag = new QDrag(viewport()); // deletes itself when it is over
+    QMimeData* const mime = createMimeDataFromSelection();
+    if (const QString copy = objectCopy(currentObject()); !copy.isEmpty()) {
+        mime->setUrls({QUrl::fromLocalFile(copy)});
+    }
+    drag->setMimeData(mime);
+    drag->exec(Qt::CopyAction);
+    if (drag->target() == viewport() && !isReadOnly()) {
+        original.removeSelectedText();
     }
 }
 
@@ -130,6 +182,7 @@ void RichTextBox::mouseDoubleClickEvent(QMouseEvent* event) {
     const int index = objectAt(event->position().toPoint());
     if (index >= 0) {
         event->accept();
+        m_objectPressed.reset();
         Q_EMIT objectActivated(index);
         return;
     }

@@ -1,5 +1,6 @@
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/Pictures.h"
+#include "platform/richtext/PrivateCopies.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include "platform/component/AutomationError.h"
@@ -11,6 +12,8 @@
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocument>
+
+#include <utility>
 
 // Pictures and embedded objects.
 
@@ -113,6 +116,32 @@ std::optional<rtf::PackagedFile> RichTextBox::objectFile(int index) const {
         return rtf::readPackage(object->native);
     }
     return rtf::PackagedFile{nameOfClass(object->className, object->native), {}, object->native};
+}
+
+QString RichTextBox::objectCopy(int index) const {
+    const auto file = objectFile(index);
+    return file ? richtext::writePrivateCopy(rtf::baseName(file->label), file->data) : QString();
+}
+
+int RichTextBox::currentObject() const {
+    const QTextCursor cursor = textCursor();
+    if (cursor.selectionEnd() - cursor.selectionStart() > 1) {
+        return -1;
+    }
+    const std::vector<int> positions = objectPositions();
+    const auto found = std::find(positions.begin(), positions.end(), cursor.selectionStart());
+    return found == positions.end() ? -1 : static_cast<int>(found - positions.begin());
+}
+
+void RichTextBox::selectObject(int index) {
+    QTextCursor cursor(document());
+    cursor.setPosition(objectPositions()[static_cast<std::size_t>(index)]);
+    cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+}
+
+void RichTextBox::setFileHandler(FileHandler handler) {
+    m_takeFile = std::move(handler);
 }
 
 int RichTextBox::objectAt(const QPoint& point) const {

@@ -1,16 +1,19 @@
 #include "platform/richtext/Pictures.h"
 
+#include "platform/richtext/PagePreview.h"
 #include "platform/rtf/Metafile.h"
 #include "platform/rtf/Reader.h"
 
 #include <QBuffer>
-#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFont>
 #include <QFontMetrics>
+#include <QGuiApplication>
+#include <QIcon>
 #include <QImageReader>
 #include <QMimeDatabase>
 #include <QPainter>
+#include <QStringDecoder>
 
 #include <algorithm>
 
@@ -23,25 +26,62 @@ constexpr qint64 kMostPixels = 64LL * 1024 * 1024;
 constexpr int kTwipsPerPixel = 15;
 constexpr int kWidest = 9000; ///< twips, about the text width of a page
 constexpr int kPreviewLines = 12;
+constexpr qsizetype kPreviewBytes = 4000;
 constexpr QSize kTextPreview(420, 220);
 constexpr QSize kIconPreview(120, 84);
 
+/// Drawn at twice the size, so that it is sharp on fine screens and on paper.
 QImage canvas(QSize size) {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    constexpr int kSharpness = 2;
+    QImage image(size * kSharpness, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(kSharpness);
     image.fill(Qt::white);
     return image;
 }
 
-QImage textPreview(const QString& text) {
-    QImage image = canvas(kTextPreview);
-    QPainter painter(&image);
-    painter.setPen(Qt::gray);
-    painter.drawRect(image.rect().adjusted(0, 0, -1, -1));
+void drawFrame(QPainter& painter, QSize size) {
+    painter.setPen(Qt::lightGray);
+    painter.drawRect(QRectF(0.5, 0.5, size.width() - 1, size.height() - 1));
     painter.setPen(Qt::black);
-    const QStringList lines = text.split(u'\n').mid(0, kPreviewLines);
-    painter.drawText(image.rect().adjusted(6, 6, -6, -6),
-                     Qt::AlignLeft | Qt::TextExpandTabs | Qt::TextWordWrap, lines.join(u'\n'));
+}
+
+QImage textPreview(const QString& text) {
+    constexpr int kFlags = Qt::AlignLeft | Qt::TextExpandTabs | Qt::TextWordWrap;
+    const QString lines = text.trimmed().split(u'\n').mid(0, kPreviewLines).join(u'\n');
+    const QRect inside(QPoint(6, 6), kTextPreview - QSize(12, 12));
+    const QFont font = QGuiApplication::font();
+    const int height = QFontMetrics(font).boundingRect(inside, kFlags, lines).height() + 12;
+    const QSize size(kTextPreview.width(), std::clamp(height, 32, kTextPreview.height()));
+    QImage image = canvas(size);
+    QPainter painter(&image);
+    painter.setFont(font);
+    drawFrame(painter, size);
+    painter.drawText(inside & QRect(QPoint(6, 6), size - QSize(12, 12)), kFlags, lines);
     return image;
+}
+
+/// A page in a frame, with the name of its file below.
+QImage pagePreview(const QImage& page, const QString& name) {
+    constexpr int kBelow = 24;
+    const QSize shown = page.size() / 2;
+    QImage image = canvas(shown + QSize(0, kBelow));
+    QPainter painter(&image);
+    painter.drawImage(QRect(QPoint(), shown), page);
+    drawFrame(painter, shown);
+    painter.drawText(QRect(0, shown.height(), shown.width(), kBelow), Qt::AlignCenter,
+                     painter.fontMetrics().elidedText(name, Qt::ElideMiddle, shown.width()));
+    return image;
+}
+
+/// The desktop's icon for a kind of file; null where no icon theme has one.
+QIcon iconOf(const QMimeType& type) {
+    for (const QString& name :
+         {type.iconName(), type.genericIconName(), QStringLiteral("application-x-generic")}) {
+        if (QIcon::hasThemeIcon(name)) {
+            return QIcon::fromTheme(name);
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -103,29 +143,33 @@ QImage contentPreview(const QString& path, const QByteArray& data) {
     if (type.name().startsWith(QLatin1String("image/"))) {
         return decodeImage(data);
     }
-    const QString text = QString::fromUtf8(data);
-    if (rtf::isRtf(text)) {
+    const QByteArray beginning = data.left(kPreviewBytes);
+    if (rtf::isRtf(QString::fromLatin1(beginning))) {
         return textPreview(rtf::read(QByteArrayView(data)).plainText());
     }
-    return type.inherits(QStringLiteral("text/plain")) ? textPreview(text.left(4000)) : QImage();
+    if (type.inherits(QStringLiteral("text/plain"))) {
+        QStringDecoder decode(QStringDecoder::Utf8);
+        const QString text = decode(beginning);
+        return textPreview(decode.hasError() ? QString::fromLatin1(beginning) : text);
+    }
+    const QImage page = firstPage(path, type);
+    return page.isNull() ? QImage() : pagePreview(page, QFileInfo(path).fileName());
 }
 
 QImage iconPreview(const QString& path) {
     QImage image = canvas(kIconPreview);
     QPainter painter(&image);
-    const QFileInfo file(path);
-    const QIcon icon = QFileIconProvider().icon(file);
+    drawFrame(painter, kIconPreview);
     constexpr int kIcon = 48;
-    const QRect iconRect((kIconPreview.width() - kIcon) / 2, 4, kIcon, kIcon);
+    const QRect iconRect((kIconPreview.width() - kIcon) / 2, 6, kIcon, kIcon);
+    const QIcon icon = iconOf(QMimeDatabase().mimeTypeForFile(path));
     if (icon.isNull()) {
-        painter.setPen(Qt::gray);
-        painter.drawRect(iconRect.adjusted(6, 0, -6, 0));
+        painter.drawRect(iconRect.adjusted(8, 0, -8, 0));
     } else {
         icon.paint(&painter, iconRect);
     }
-    painter.setPen(Qt::black);
-    const QString name = painter.fontMetrics().elidedText(file.fileName(), Qt::ElideMiddle,
-                                                          kIconPreview.width() - 8);
+    const QString name = painter.fontMetrics().elidedText(
+        QFileInfo(path).fileName(), Qt::ElideMiddle, kIconPreview.width() - 8);
     painter.drawText(QRect(4, kIcon + 8, kIconPreview.width() - 8, 24), Qt::AlignCenter, name);
     return image;
 }

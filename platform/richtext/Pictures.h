@@ -23,7 +23,8 @@ namespace yrw::richtext {
 [[nodiscard]] QString objectCaption(const rtf::ObjectGroup& group,
                                     const std::optional<rtf::EmbeddedObject>& object);
 
-/// What an embedded file shows: a picture or the beginning of a text; null for other files.
+/// What an embedded file shows: a picture, the beginning of a text, the first page of a document
+/// where the system can show one; null for other files.
 [[nodiscard]] QImage contentPreview(const QString& path, const QByteArray& data);
 /// The desktop's icon for a file, with the file's name below.
 [[nodiscard]] QImage iconPreview(const QString& path);

@@ -1,9 +1,11 @@
 #include "platform/richtext/RichTextBox.h"
 
+#include "platform/component/AutomationError.h"
 #include "platform/richtext/DocumentLoader.h"
 #include "platform/richtext/DocumentScanner.h"
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/InlineRenderer.h"
+#include "platform/richtext/SpellingUnderlines.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
 
@@ -32,6 +34,13 @@ RichTextBox::RichTextBox(QWidget* parent)
     connect(this, &QTextEdit::currentCharFormatChanged, this, &RichTextBox::selectionStateChanged);
     connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::leaveLink);
     m_openUrl = [](const QUrl& url) { QDesktopServices::openUrl(url); };
+    m_takeFile = [this](const QString& path) {
+        try {
+            insertFile(path, ObjectDisplay::Icon);
+        } catch (const AutomationError& error) {
+            Q_EMIT insertionFailed(error.description());
+        }
+    };
     setText(QString());
 }
 
@@ -115,6 +124,38 @@ void RichTextBox::setDefaultFontChoice(const FontChoice& font) {
 
 FontChoice RichTextBox::defaultFontChoice() const {
     return m_default;
+}
+
+std::unique_ptr<QTextDocument> RichTextBox::printable() {
+    std::unique_ptr<QTextDocument> copy(document()->clone());
+    copy->setDocumentMargin(0);
+    QAbstractTextDocumentLayout& layout = *copy->documentLayout();
+    // Margins and indents are lengths of the screen, so the copy is laid out for the screen too.
+    layout.setPaintDevice(this);
+    copy->setUseDesignMetrics(true);
+    layout.registerHandler(richtext::kInlineObject,
+                           new richtext::InlineRenderer(m_inlines, copy.get()));
+    return copy;
+}
+
+void RichTextBox::setSpellChecker(std::shared_ptr<SpellChecker> checker) {
+    delete m_spelling;
+    m_spelling = nullptr;
+    if (checker) {
+        // Made as a child of the document, which ends with the box.
+        m_spelling = new richtext::SpellingUnderlines(*document(), std::move(checker));
+    }
+}
+
+QTextCursor RichTextBox::misspellingAt(const QPoint& point) const {
+    return m_spelling == nullptr ? QTextCursor()
+                                 : m_spelling->unknownWord(cursorForPosition(point));
+}
+
+void RichTextBox::checkSpellingAgain() {
+    if (m_spelling != nullptr) {
+        m_spelling->rehighlight();
+    }
 }
 
 void RichTextBox::applyDefaultToEmpty() {

@@ -12,6 +12,7 @@
 #include <vector>
 
 class QTextBlock;
+class QTextDocument;
 
 namespace yrw {
 
@@ -20,7 +21,9 @@ struct PackagedFile;
 }
 namespace richtext {
 class InlineRenderer;
-}
+class SpellingUnderlines;
+} // namespace richtext
+class SpellChecker;
 
 /// Paragraph alignment by the numbers that the system's callers use.
 enum class TextAlignment : int { Left = 0, Right = 1, Center = 2 };
@@ -77,6 +80,8 @@ public:
     [[nodiscard]] std::optional<int> SelIndent() const; ///< twips, 0 or more
     void setSelIndent(int twips);                       ///< below 0 counts as 0
 
+    /// Replaces the selection by the content of an RTF document, which keeps its look.
+    void setSelRTF(const QString& rtf);
     [[nodiscard]] int SelStart() const; ///< 0-based character position
     void setSelStart(int position);
     [[nodiscard]] int SelLength() const;
@@ -97,8 +102,18 @@ public:
     /// The object's content as a file; nothing for a link or damaged data. The label is a plain
     /// file name.
     [[nodiscard]] std::optional<rtf::PackagedFile> objectFile(int index) const;
+    /// Writes an object's content into a folder that only its user may read and that is gone when
+    /// the program ends; the copy is read-only and carries the object's name. Empty where
+    /// `objectFile` gives nothing or the disk is full.
+    [[nodiscard]] QString objectCopy(int index) const;
     /// The object shown at a point of the viewport, or -1.
     [[nodiscard]] int objectAt(const QPoint& point) const;
+    /// The object that the insertion point stands on or that alone is selected, or -1.
+    [[nodiscard]] int currentObject() const;
+    /// Takes each file that is pasted or dropped and is no picture; it is embedded as an icon at
+    /// first. Called when the drop is over, so that it may ask.
+    using FileHandler = std::function<void(const QString& path)>;
+    void setFileHandler(FileHandler handler);
     /// The most bytes of a file that can be embedded; 64 MB at first.
     void setLargestFile(qint64 bytes);
     [[nodiscard]] qint64 largestFile() const;
@@ -110,6 +125,18 @@ public:
     void setPasteKeepsLook(bool keep);
     /// Pastes the clipboard's text without formats.
     void pastePlain();
+
+    /// Underlines words that the checker does not know; without one, none. Formats, undo and the
+    /// text itself are left alone.
+    void setSpellChecker(std::shared_ptr<SpellChecker> checker);
+    /// The unknown word at a point of the viewport; nothing selected where there is none.
+    [[nodiscard]] QTextCursor misspellingAt(const QPoint& point) const;
+    /// Looks at every word anew, after the checker has learnt one.
+    void checkSpellingAgain();
+
+    /// A copy of the content to be painted elsewhere, with pictures and objects: laid out at this
+    /// widget's resolution (`logicalDpiY`) with the metrics of paper. It must end before the box.
+    [[nodiscard]] std::unique_ptr<QTextDocument> printable();
 
     /// The door that asks before a link opens; without one, links open unasked. Not owned.
     void setPrompt(Prompt* prompt);
@@ -130,6 +157,8 @@ Q_SIGNALS:
 protected:
     bool viewportEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
@@ -153,6 +182,9 @@ private:
     void insertInline(rtf::InlineKind kind, const QByteArray& raw);
     void insertForeignHtml(const QString& html);
     void insertFiles(const QList<QUrl>& urls);
+    void insertDroppedFile(const QString& path);
+    void selectObject(int index);
+    void dragObject();
     [[nodiscard]] std::vector<int> objectPositions() const;
     [[nodiscard]] const rtf::Inline* objectGroup(int index) const;
     template <typename T, typename Get>
@@ -166,6 +198,9 @@ private:
     std::unique_ptr<richtext::InlineRenderer> m_renderer;
     Prompt* m_prompt = nullptr;
     UrlOpener m_openUrl;
+    FileHandler m_takeFile;
+    richtext::SpellingUnderlines* m_spelling = nullptr;
+    std::optional<QPoint> m_objectPressed; ///< where the mouse went down on an object
     qint64 m_largestFile = 64LL * 1024 * 1024;
     bool m_pasteKeepsLook = false;
 };

@@ -1,58 +1,25 @@
 // The check for due reminders, and the popup's answers.
-#include "tests/addin/AddInFixture.h"
+#include "tests/addin/RemindersFixture.h"
 
-#include "dialogs/frmReminder.h"
+#include "platform/forms/DatePicker.h"
+#include "platform/prompt/ErrorLog.h"
 
 #include <QCheckBox>
-#include <QDateTimeEdit>
+#include <QFile>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 
 using namespace yrw;
 using namespace yrw::test;
 
 namespace {
 
-class RemindersTest : public AddInFixture {
-protected:
-    void SetUp() override { activate(); }
+using RemindersTest = RemindersFixture;
 
-    /// A reminder that falls due in so many minutes.
-    qint64 remind(qint64 noteID, int minutes, qint64 userID = 1) {
-        Application& application = *Module1::instance().application();
-        const Ref<Note> note = query<Note>(application.Notes()->Item(QVariant(noteID)));
-        return addReminder(application, clock, *note, clock.now().addSecs(60 * minutes), userID);
-    }
-    [[nodiscard]] QStringList tags() const {
-        QStringList found;
-        for (const Form* form : formsNamed(QStringLiteral("frmReminder"))) {
-            found += form->tag();
-        }
-        return found;
-    }
-    static QString tagOf(qint64 reminderID) { return QStringLiteral("NOTE:%1").arg(reminderID); }
-    [[nodiscard]] Form& popup() { return *formsNamed(QStringLiteral("frmReminder")).first(); }
-    template <class Control>
-    [[nodiscard]] Control& control(const char* name) {
-        return *popup().findChild<Control*>(QLatin1String(name));
-    }
-    void click(const char* button) {
-        QTest::mouseClick(&control<QPushButton>(button), Qt::LeftButton);
-    }
-    [[nodiscard]] QVariant stored(qint64 reminderID, const char* field) {
-        return Module1::instance()
-            .application()
-            ->Reminders()
-            ->Item(QVariant(reminderID))
-            ->value(QLatin1String(field));
-    }
-    [[nodiscard]] bool minuteTick() {
-        bool cancel = false;
-        Q_EMIT addIn->UpperTimerForm()->CheckReminders(cancel);
-        return !cancel;
-    }
-};
+/// A time without its seconds.
+QDateTime whole(const QDateTime& time) {
+    return time.addSecs(-time.time().second());
+}
 
 TEST_F(RemindersTest, WhatIsDueForTheUserIsShownOnce) {
     const qint64 note = addNote(QStringLiteral("cu"), 2);
@@ -125,7 +92,7 @@ TEST_F(RemindersTest, ThePopupSaysWhatItIsAbout) {
         EXPECT_EQ(control<QLabel>("lblForm(5)").text(), QStringLiteral("Due: 10/03/2026 07:30"));
         EXPECT_EQ(control<QPlainTextEdit>("rxtMain").toPlainText(),
                   QStringLiteral("About <b>the</b> fence"));
-        EXPECT_EQ(control<QDateTimeEdit>("dtpReminder").dateTime(), clock.now().addSecs(30 * 60));
+        EXPECT_EQ(control<DatePicker>("dtpReminder").value(), whole(clock.now().addSecs(30 * 60)));
         EXPECT_EQ(popup().windowTitle(), QStringLiteral("YRW Reminder (Customer: Ferry Lane)"));
         EXPECT_FALSE(popup().isActiveWindow());
         click("cmdForm(1)");
@@ -160,10 +127,11 @@ TEST_F(RemindersTest, DismissingEndsItAndMayFinishTheNote) {
 TEST_F(RemindersTest, ToldLaterOrUnansweredItComesBack) {
     const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
     ASSERT_TRUE(minuteTick());
-    control<QDateTimeEdit>("dtpReminder").setDateTime(clock.now().addSecs(3600));
+    const QDateTime later = clock.now().addSecs(3600);
+    control<DatePicker>("dtpReminder").setValue(later);
     click("cmdForm(0)");
     EXPECT_EQ(stored(reminder, "Status").toInt(), 3);
-    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), clock.now().addSecs(3600));
+    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), later);
     EXPECT_EQ(stored(reminder, "LastDate").toDateTime(), clock.now());
     ASSERT_TRUE(minuteTick());
     EXPECT_TRUE(tags().isEmpty());
@@ -171,13 +139,28 @@ TEST_F(RemindersTest, ToldLaterOrUnansweredItComesBack) {
     clock.advance(3600);
     ASSERT_TRUE(minuteTick());
     ASSERT_EQ(tags(), QStringList{tagOf(reminder)});
-    QTest::keyClick(&popup(), Qt::Key_Escape);
+    popup().close();
     EXPECT_TRUE(tags().isEmpty());
     EXPECT_EQ(stored(reminder, "Status").toInt(), 2);
     EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), clock.now().addSecs(15 * 60));
     clock.advance(15 * 60);
     ASSERT_TRUE(minuteTick());
     EXPECT_EQ(tags(), QStringList{tagOf(reminder)});
+}
+
+TEST_F(RemindersTest, PresetsSetThePickerAndAnswerNothing) {
+    const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
+    ASSERT_TRUE(minuteTick());
+    const QList<std::pair<const char*, QDateTime>> cases{
+        {"cmdPreset(0)", clock.now().addSecs(600)},
+        {"cmdPreset(1)", clock.now().addSecs(3600)},
+        {"cmdPreset(2)", QDateTime(QDate(2026, 3, 11), QTime(9, 0))}};
+    for (const auto& [preset, time] : cases) {
+        click(preset);
+        EXPECT_EQ(control<DatePicker>("dtpReminder").value(), time) << preset;
+    }
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 1);
+    EXPECT_EQ(control<DatePicker>("dtpReminder").minimumDate(), clock.now().date());
 }
 
 TEST_F(RemindersTest, ShowNotesOpensTheRecordAndLeavesThePopup) {
@@ -201,6 +184,9 @@ TEST_F(RemindersTest, AnAnswerThatCannotBeSavedIsToldByTheHostsWindowOnly) {
     click("cmdForm(1)");
     EXPECT_TRUE(tags().isEmpty());
     EXPECT_TRUE(window().status.contains(QStringLiteral("could not be saved")));
+    QFile log(errorLogFile());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(log.readAll().contains("\tYRWNOTES.frmReminder\t"));
 }
 
 TEST_F(RemindersTest, OneThatCannotBeFilledDoesNotKeepTheOthersBack) {

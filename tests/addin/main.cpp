@@ -1,3 +1,5 @@
+#include "tests/addin/ReminderChildren.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -7,6 +9,10 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
+    const int child = yrw::test::runReminderChild(QApplication::arguments());
+    if (child >= 0) {
+        return child;
+    }
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -382,6 +382,8 @@ TEST(GridRowsTest, textsBecomeValuesOfTheirType) {
     EXPECT_EQ(gridText(QDateTime({2026, 1, 2}, {8, 5})), "02/01/2026 08:05");
     EXPECT_EQ(gridText(QVariant()), "");
     EXPECT_EQ(gridText("a\nb"), "a b");
+    EXPECT_EQ(gridText(1143.8), "1143.8");
+    EXPECT_EQ(gridText(1143.8, 2), "1143.80");
 }
 
 } // namespace

@@ -274,6 +274,38 @@ TEST_F(JournalTest, AFileThatCannotBeTurnedIsRefused) {
     add(*holder, u"tblNotes"_qs, {{u"Subject"_qs, u"goes on"_qs}});
 }
 
+/// True when this process has the file mapped.
+bool isMapped(const QString& file) {
+    QFile maps(u"/proc/self/maps"_qs);
+    return maps.open(QIODevice::ReadOnly) &&
+           QString::fromUtf8(maps.readAll()).contains(u' ' + file + u'\n');
+}
+
+TEST_F(JournalTest, OnlyALongReadOfALocalFileMapsIt) {
+    Transaction transaction(*database);
+    for (int i = 0; i < 900; ++i) {
+        addNote(QString(300, u's'));
+    }
+    transaction.commit();
+    database->Close();
+    for (const auto& [mounts, expected] : {std::pair{&local, true}, {&network, false}}) {
+        const auto from = openFrom(*mounts);
+        Ref<Recordset> rows;
+        inEventLoop(
+            [&] {
+                rows = from->OpenRecordset(u"qryNotes"_qs, RecordsetType::ForwardOnly);
+                for (int i = 0; i < 800; ++i) {
+                    rows->MoveNext();
+                }
+                EXPECT_EQ(isMapped(path()), expected);
+            },
+            [&] {
+                EXPECT_FALSE(isMapped(path())) << "the turn is over";
+                EXPECT_EQ(column(*rows, u"Subject").size(), 100);
+            });
+    }
+}
+
 /// Takes the right to write to a folder away, also from root.
 class ReadOnlyFolder {
 public:

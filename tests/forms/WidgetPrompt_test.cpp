@@ -4,6 +4,7 @@
 #include "platform/forms/DatePicker.h"
 #include "platform/forms/FileFilter.h"
 #include "platform/forms/Form.h"
+#include "platform/prompt/ErrorLog.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -52,7 +53,7 @@ protected:
         box->close();
     }
     static QString logged() {
-        QFile log(WidgetPrompt::logFile());
+        QFile log(errorLogFile());
         return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
     }
 

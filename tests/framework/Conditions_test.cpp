@@ -39,6 +39,7 @@ TEST(HostDataHelperTest, WritesLiteralsByKind) {
         {QVariant(true), "[F]=True"},
         {QVariant(QStringLiteral("cu")), "[F]=\"cu\""},
         {QVariant(QString(QLatin1String(""))), "[F]=\"\""},
+        {QVariant(QStringLiteral("a \"b\"")), "[F]='a \"b\"'"},
         {QVariant(date), "[F]=#2026-03-09 08:05:00#"},
         {QVariant(), "[F] Is Null"},
     };

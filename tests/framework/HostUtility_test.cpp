@@ -1,6 +1,7 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -108,6 +109,23 @@ TEST(NotesSettingsTest, AnswersDefaultsAndOutsideNonsense) {
     settings.setBoolean(key, false);
     settings.remove(key);
     EXPECT_TRUE(settings.boolean(key));
+}
+
+// The page lists what the table holds, no more and no less.
+TEST(NotesSettingsTest, ThePageOfSettingsIsTheTable) {
+    QFile page(QStringLiteral(YRW_SOURCE_DIR "/docs/settings.md"));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    QStringList stands = QString::fromUtf8(page.readAll()).split(u'\n');
+    stands.removeIf([](const QString& line) { return !line.startsWith(QStringLiteral("| `")); });
+    QStringList wanted;
+    for (const SettingKey& one : NotesSettings::table()) {
+        const QString text = QString::fromUtf16(one.defaultText);
+        wanted +=
+            QStringLiteral("| `%1` | %2 | %3 |")
+                .arg(QString::fromUtf16(one.key), text.isEmpty() ? QStringLiteral("(empty)") : text,
+                     QString::fromUtf8(one.meaning));
+    }
+    EXPECT_EQ(stands, wanted);
 }
 
 } // namespace

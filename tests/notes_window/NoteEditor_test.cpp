@@ -1,9 +1,7 @@
 // The text: what is saved when, conflicts, drafts, formats and what is appended.
-#include "platform/rtf/EmbeddedObject.h"
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 namespace yrw::test {
 
@@ -230,31 +228,6 @@ TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {
         EXPECT_EQ(kept.contains("Ben Birch] - "), each.mine && each.theirs);
     }
     EXPECT_TRUE(script.asked.first().contains("Ben Birch saved another text of it on 10/03/2026"));
-}
-
-TEST_F(NoteEditor, KeepingBothKeepsTheObjectsOfBoth) {
-    const QTemporaryDir folder;
-    const auto file = [&folder](const char* name, const char* content) {
-        QFile made(folder.filePath(name));
-        EXPECT_TRUE(made.open(QIODevice::WriteOnly));
-        made.write(content);
-        return made.fileName();
-    };
-    RichTextBox theirs;
-    theirs.setText("theirs");
-    theirs.setSelStart(6);
-    theirs.insertFile(file("theirs.txt", "their bytes"), ObjectDisplay::Icon);
-    open(customer);
-    type("mine");
-    editor().insertFile(file("mine.txt", "my bytes"), ObjectDisplay::Icon);
-    const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
-    other->Field("RTFNote")->setValue(theirs.TextRTF());
-    script.press("Keep both, one after the other");
-    press(Qt::Key_S, Qt::ControlModifier);
-    open(customer);
-    ASSERT_EQ(editor().objectCount(), 2);
-    EXPECT_EQ(editor().objectFile(0)->data, "my bytes");
-    EXPECT_EQ(editor().objectFile(1)->data, "their bytes");
 }
 
 TEST_F(NoteEditor, NoQuestionWhenOnlyTheSubjectWasChangedElsewhere) {

@@ -138,6 +138,8 @@ TEST_F(WindowLayout, EveryToolHasItsPlaceAndId) {
         {"bndFormatting", "tooFont", 20055},
         {"bndInsert", "tooInsertDate", 20061},
         {"bndInsert", "tooInsertTime", 20062},
+        {"bndInsert", "tooInsertContent", 20063},
+        {"bndInsert", "tooInsertIcon", 20064},
         {"bndStandard", "tooPrint", 20008},
         {"bndNotePopup", "tooEdit", 20200},
         {"bndTextPopup", "tooClear", 40012},

@@ -100,6 +100,8 @@ TEST_F(Attachments, DroppedFilesAreEmbeddedAndPicturesShown) {
                    QUrl::fromLocalFile(m_folder.filePath("none"))});
     QApplication::clipboard()->setMimeData(mime);
     box.paste();
+    EXPECT_EQ(box.objectCount(), 0); // a drop is over before the first question
+    QCoreApplication::processEvents();
     EXPECT_EQ(box.objectCount(), 1);
     EXPECT_EQ(box.objectName(0), "a.txt");
     EXPECT_EQ(box.TextRTF().count("\\pngblip"), 2); // the picture, and the icon of the file

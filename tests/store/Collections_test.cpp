@@ -210,6 +210,8 @@ TEST_F(CollectionsTest, KeysSortsAndFilters) {
     request.RecordData = QVariantList{1, 3};
     EXPECT_EQ(notes->Recordset(request)->RecordCount(), 2);
     request.RecordData = QStringLiteral("1\" OR [Status]=\"1");
+    EXPECT_TRUE(notes->Recordset(request)->AtEof()) << "a value is never a condition";
+    request.RecordData = QStringLiteral("1\" OR '[Status]=\"1");
     EXPECT_THROW((void)notes->Recordset(request), AutomationError);
 }
 

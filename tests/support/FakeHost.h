@@ -4,7 +4,10 @@
 // database of its own below a given folder.
 
 #include "framework/CollectionBase.h"
+#include "framework/HostApplicationBase.h"
 #include "platform/component/AutomationError.h"
+
+#include <QFile>
 
 #include <functional>
 #include <utility>
@@ -120,23 +123,20 @@ private:
     Ref<IApplication> m_application;
 };
 
-class FakeSession final : public ISession {
+/// The fake host's application object.
+class FakeHostApplication final : public HostApplicationBase {
 public:
-    explicit FakeSession(Ref<IApplication> application) : m_application(std::move(application)) {}
-    [[nodiscard]] Ref<IUser> User() override { return m_application->CurrentUser(); }
-
-private:
-    Ref<IApplication> m_application;
-};
-
-/// The fake host's application object. Members that no test needs raise `kErrorNotSupported`.
-class FakeHostApplication final : public virtual IHostApplication {
-public:
-    /// Makes the host's database "Host.mdb" in the folder. `engine` outlives the application.
+    /// Makes the host's database "Host.mdb" in the folder, or opens the one that is there.
+    /// `engine` outlives the application.
     FakeHostApplication(const dao::EngineServices& engine, const QString& folder)
         : m_engine(engine), m_workspace(dao::createWorkspace(engine)) {
-        m_database = m_workspace->CreateDatabase(folder + QStringLiteral("/Host.mdb"));
-        m_database->RunScript(QString::fromLatin1(kFakeHostScript));
+        const QString path = folder + QStringLiteral("/Host.mdb");
+        if (QFile::exists(path)) {
+            m_database = m_workspace->OpenDatabase(path);
+        } else {
+            m_database = m_workspace->CreateDatabase(path);
+            m_database->RunScript(QString::fromLatin1(kFakeHostScript));
+        }
         m_helper.setDatabase(m_database);
     }
 
@@ -155,21 +155,14 @@ public:
     }
     [[nodiscard]] QString Version() override { return QStringLiteral("1.2.3"); }
     [[nodiscard]] HostDataHelper* DB() override { return &m_helper; }
-    [[nodiscard]] QStringList ObjectKeys() override { return ObjectDefinitionKeys(); }
-    [[nodiscard]] Ref<yrw::ICollection> Reports() override { return CreateReports(); }
     [[nodiscard]] Ref<IUser> CurrentUser() override {
         return query<IUser>(Users()->Item(QVariant(m_userID)));
     }
     void setCurrentUser(const Ref<IUser>& user) override {
         m_userID = user->value(QStringLiteral("RecordID")).toLongLong();
     }
-    [[nodiscard]] Ref<IUser> CurrentIUser() override { return CurrentUser(); }
     [[nodiscard]] QString Name() override { return QStringLiteral("Test host"); }
     [[nodiscard]] QString ProgID() override { return progID; }
-    [[nodiscard]] Ref<ISession> Session() override {
-        return make<FakeSession>(Ref<IApplication>(this));
-    }
-    [[nodiscard]] QString DSNName() override { return {}; }
     void Terminate() override { m_workspace->Close(); }
     [[nodiscard]] Ref<yrw::ICollection> Users() override {
         const Ref<yrw::ICollection> users = make<FakeUsers>();
@@ -187,7 +180,6 @@ public:
     [[nodiscard]] QStringList ObjectDefinitionKeys() override {
         return {QStringLiteral("cu"), QStringLiteral("or")};
     }
-    [[nodiscard]] QString ObjectDisplayName(const QString& useName) override { return useName; }
     [[nodiscard]] QString UserName(const QString& code) override {
         const Ref<dao::Recordset> rows = m_database->OpenRecordset(QStringLiteral("qryUsers"));
         for (; !rows->AtEof(); rows->MoveNext()) {
@@ -205,29 +197,7 @@ public:
         return make<FakeCollection>(fakeTables().reports);
     }
 
-    void OpenDatabase(const QString&) override { refuse(); }
-    [[nodiscard]] Ref<yrw::ICollection> SystemSettings() override { refuse(); }
-    bool Login(const QString&, const QString&) override { refuse(); }
-    void SetupODBC() override { refuse(); }
-    [[nodiscard]] Ref<IRecord> CurrentSettings(bool) override { refuse(); }
-    [[nodiscard]] QString ODBCDSNPath() override { refuse(); }
-    [[nodiscard]] Ref<yrw::ICollection> ICollection(const QString&) override { refuse(); }
-    [[nodiscard]] Ref<yrw::ICollection> ObjectKeyPolicies() override { refuse(); }
-    [[nodiscard]] Ref<yrw::ICollection> ObjectKeyPolicyPermissions() override { refuse(); }
-    bool CanUserAccessICollection(const Ref<yrw::ICollection>&) override { refuse(); }
-    bool CanUserEditIRecord(const Ref<IRecord>&) override { refuse(); }
-    bool CanUserAccessICollectionDelete(const Ref<yrw::ICollection>&) override { refuse(); }
-    bool CanUserAccessICollectionRecordset(const Ref<yrw::ICollection>&) override { refuse(); }
-    bool CanUserAccessICollectionItems(const Ref<yrw::ICollection>&) override { refuse(); }
-    bool CanUserAccessICollectionAdd(const Ref<yrw::ICollection>&) override { refuse(); }
-    [[nodiscard]] Ref<dao::Database> XDatabase() override { refuse(); }
-
 private:
-    [[noreturn]] static void refuse() {
-        throw AutomationError(kErrorNotSupported, QStringLiteral("Test.Application"),
-                              QStringLiteral("The test host does not support this."));
-    }
-
     dao::EngineServices m_engine;
     Ref<dao::Workspace> m_workspace;
     Ref<dao::Database> m_database;

@@ -167,6 +167,7 @@ public:
     Component* const component;
     QString status; ///< progress text on screen
     bool isActiveWindowOfUser = true;
+    bool notesMayBeChecked = true;
 
     [[nodiscard]] QObject* asQObject() override { return this; }
     void ShowStatus(const QString& text) override {
@@ -187,7 +188,7 @@ public:
     }
     [[nodiscard]] bool CanCheckNotes() override {
         trouble.mayRaise();
-        return true;
+        return notesMayBeChecked;
     }
     [[nodiscard]] IToolbar* Toolbar() override {
         trouble.mayRaise();

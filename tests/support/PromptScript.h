@@ -40,7 +40,7 @@ public:
     void chooseColour(std::optional<int> colour) { m_colours.push_back(colour); }
     /// Presses the button with that caption, its "&" left out; an empty one closes the box.
     void press(const QString& caption) { m_choices.push_back(caption); }
-    /// Prints on the given printer; nothing cancels.
+    /// Prints, or shows in a preview, on the given printer; nothing cancels.
     void choosePrinter(QPrinter* printer) { m_printers.push_back(printer); }
     /// Runs before each message, question, report or dialog is answered: what happens meanwhile.
     std::function<void()> whileOpen;
@@ -114,6 +114,12 @@ public:
             paint(*printer);
         }
         return printer != nullptr;
+    }
+    void preview(const QString& title, const std::function<void(QPrinter&)>& paint) override {
+        note("preview", title);
+        if (QPrinter* const printer = take(m_printers, nullptr, "preview: " + title)) {
+            paint(*printer);
+        }
     }
     void setMousePointer(MousePointer wanted) override {
         pointer = wanted;

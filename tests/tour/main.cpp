@@ -1,4 +1,5 @@
-// The tour: a user keeps a note on a customer, closes the program, and finds the note again.
+// The tour: a user keeps a note on a customer, sees it when she lands there again, closes the
+// program, and finds the note once more.
 //
 //   tour --out DIR             runs both parts, each in a process of its own
 //   tour --out DIR --part N    runs one part; its last line tells the number of the next picture
@@ -14,21 +15,27 @@
 #include "platform/richtext/RichTextBox.h"
 #include "platform/settings/SettingsStore.h"
 
+#include <QCheckBox>
 #include <QCommandLineParser>
+#include <QCursor>
 #include <QDir>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
 #include <QStandardPaths>
+#include <QTableWidget>
+#include <QTest>
 #include <QTextBlock>
 #include <QTextStream>
+#include <QToolTip>
 
 namespace yrw::tour {
 
 namespace {
 
 constexpr qint64 kRow = 2;
+constexpr qint64 kOtherRow = 5;
 constexpr int kColumn = 1;
 constexpr auto kSubject = u"Bring to the visit";
 constexpr auto kText = u"Bring the blue folder, and ring first.";
@@ -53,8 +60,20 @@ QWidget* notesWindow() {
     return shown<QWidget>(QStringLiteral("frmMain"));
 }
 
-void clickRow(Qt::MouseButton button) {
-    clickAt(*upperGrid(), upperGrid()->cellRect(kRow, kColumn).center(), button);
+QWidget* popup() {
+    return shown<QWidget>(QStringLiteral("frmAutoNotes"));
+}
+
+void clickRow(Qt::MouseButton button, qint64 row = kRow) {
+    clickAt(*upperGrid(), upperGrid()->cellRect(row, kColumn).center(), button);
+}
+
+/// Rests the pointer on the marked row.
+void hoverRow() {
+    const QPoint place = upperGrid()->cellRect(kRow, kColumn).center();
+    QWidget* body = upperGrid()->childAt(place);
+    QCursor::setPos(upperGrid()->mapToGlobal(place));
+    QTest::mouseMove(body, body->mapFrom(upperGrid(), place));
 }
 
 QString rowIsMarked(bool wanted) {
@@ -149,6 +168,16 @@ void addWritingNote(Script& script) {
             return unless(shown<QLineEdit>(QStringLiteral("txtSubject"))->text() == kSubject,
                           QStringLiteral("the subject did not arrive"));
         },
+        [] {
+            auto* box = shown<QWidget>(QStringLiteral("chkAutoShow"));
+            clickAt(*box, QPoint(8, box->height() / 2));
+        });
+    script.step(
+        QStringLiteral("The note is to show by itself"),
+        [] {
+            return unless(shown<QCheckBox>(QStringLiteral("chkAutoShow"))->isChecked(),
+                          QStringLiteral("the box is not ticked"));
+        },
         [] { click(QStringLiteral("cmdForm(0)")); });
     script.step(
         QStringLiteral("The note is in the list and its text waits"),
@@ -167,6 +196,54 @@ void addWritingNote(Script& script) {
     script.step(
         QStringLiteral("A line with a bold word"),
         [] { return wordIsBold(QStringLiteral("blue")); }, [] { press(Qt::Key_Escape); });
+}
+
+/// The popup of the note comes where the user stays and goes where she moves on.
+void addLanding(Script& script) {
+    script.step(
+        QStringLiteral("Back in the host the row is highlighted and its number framed"),
+        [] {
+            return notesWindow() == nullptr ? rowIsMarked(true)
+                                            : QStringLiteral("the notes window is still there");
+        },
+        [] { clickRow(Qt::LeftButton, kOtherRow); });
+    script.step(
+        QStringLiteral("A customer without notes"),
+        [] {
+            const bool there = upperGrid()->currentRow() == kOtherRow;
+            return unless(there && popup() == nullptr, QStringLiteral("a popup is in the way"));
+        },
+        [] { clickRow(Qt::LeftButton); });
+    script.step(
+        QStringLiteral(
+            "Staying on the customer shows the note and leaves the keyboard to the host"),
+        [] {
+            const auto* list = shown<QTableWidget>(QStringLiteral("flxThis"));
+            if (list == nullptr || list->rowCount() != 3 || list->item(1, 0)->text() != kSubject) {
+                return QStringLiteral("the popup does not show the note");
+            }
+            const QWidget* focused = QApplication::focusWidget();
+            return unless(focused != nullptr && upperGrid()->isAncestorOf(focused),
+                          QStringLiteral("the grid has lost the keyboard"));
+        },
+        [] { hoverRow(); });
+    script.step(
+        QStringLiteral("The tool-tip of the marked row names the note"),
+        [] {
+            return unless(QToolTip::isVisible() && QToolTip::text().contains(kSubject),
+                          QStringLiteral("there is no tool-tip with the note's subject"));
+        },
+        [] {
+            QToolTip::hideText();
+            press(Qt::Key_Down);
+        });
+    script.step(
+        QStringLiteral("Moving on takes the popup away"),
+        [] {
+            const bool moved = upperGrid()->currentRow() == kRow + 1;
+            return unless(moved && popup() == nullptr, QStringLiteral("the popup is still there"));
+        },
+        [] {});
 }
 
 void addClosing(Script& script, DeskWindow& desk, const QString& title) {
@@ -211,7 +288,8 @@ int runPart(int part, const QString& out, int firstNumber) {
     addChoosingCustomer(script, part == 2);
     if (part == 1) {
         addWritingNote(script);
-        addClosing(script, desk, QStringLiteral("Back in the host the row is highlighted"));
+        addLanding(script);
+        addClosing(script, desk, QStringLiteral("The host is closed"));
     } else {
         addFindingNote(script);
         addClosing(script, desk, QStringLiteral("The tour ends where it began"));

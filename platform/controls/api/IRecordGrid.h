@@ -4,6 +4,7 @@
 #include "platform/dao/Types.h"
 
 #include <QString>
+#include <QStringList>
 
 class QObject;
 
@@ -48,6 +49,30 @@ private:
     int m_borderWidth = 0;
 };
 
+/// What a handler of `FetchRowRemark` may say of a row beside its cells: for the row's tool-tip and
+/// for screen readers.
+class RowRemark {
+public:
+    /// `wantsDetails`: false asks for the short text alone, which must cost no more than a style.
+    explicit RowRemark(bool wantsDetails) : m_wantsDetails(wantsDetails) {}
+
+    [[nodiscard]] bool wantsDetails() const noexcept { return m_wantsDetails; }
+    /// A few words, read out behind the row's cells.
+    void setText(const QString& text) { m_text = text; }
+    /// One more line below the text.
+    void addDetail(const QString& line) { m_details += line; }
+    [[nodiscard]] const QString& text() const noexcept { return m_text; }
+    /// Text and details, one a line; empty when there is nothing to say.
+    [[nodiscard]] QStringList lines() const {
+        return m_text.isEmpty() ? m_details : QStringList(m_text) + m_details;
+    }
+
+private:
+    bool m_wantsDetails;
+    QString m_text;
+    QStringList m_details;
+};
+
 /// The record grid of a host: rows of a recordset, painted as they come into view.
 ///
 /// Split and column numbers count from 0. Style events are raised while a row is painted, once per
@@ -82,6 +107,8 @@ public:
     Event<int, dao::Bookmark, RowStyle&> FetchRowStyle; ///< split, row, style
     /// condition (0), split, row, column, style
     Event<int, int, dao::Bookmark, int, CellStyle&> FetchCellStyle;
+    /// split, row, remark: the pointer rests on a row, or a screen reader asks about it
+    Event<int, dao::Bookmark, RowRemark&> FetchRowRemark;
     Event<dao::Bookmark, int> RowColChange; ///< the row (null for none) and column before
     Event<> Scroll;                         ///< the user scrolled
     Event<int> AfterColUpdate;              ///< a cell's new value was written; its column

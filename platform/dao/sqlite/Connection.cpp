@@ -235,6 +235,13 @@ bool Connection::beginRead() {
     return true;
 }
 
+void Connection::mapLongRead() noexcept {
+    if (m_mayMap && m_reading && !m_mapped) {
+        sqlite3_exec(handle(), "PRAGMA mmap_size = 1073741824", nullptr, nullptr, nullptr);
+        m_mapped = true;
+    }
+}
+
 void Connection::endRead() noexcept {
     releaseHolders();
     if (!m_reading) {
@@ -245,6 +252,10 @@ void Connection::endRead() noexcept {
         runKept(m_commit, "COMMIT");
     } catch (const AutomationError&) {
         sqlite3_exec(handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+    if (m_mapped) {
+        sqlite3_exec(handle(), "PRAGMA mmap_size = 0", nullptr, nullptr, nullptr);
+        m_mapped = false;
     }
 }
 

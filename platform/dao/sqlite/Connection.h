@@ -66,6 +66,12 @@ public:
     /// Call before a statement reads. True when an active statement may be kept after the call.
     bool beginRead();
     void endRead() noexcept;
+    /// Allows `mapLongRead`: for a file on a local disk.
+    void allowMapping() noexcept { m_mayMap = true; }
+    /// Reads the file's pages in place instead of copying each, until the read transaction ends.
+    /// For a read of many rows; nothing happens outside a read transaction. No longer than that,
+    /// since a failing disk then ends the process where it would otherwise raise an error.
+    void mapLongRead() noexcept;
     /// Ends a read transaction whose event loop was left before it could end it.
     void endAbandonedRead() noexcept;
     void addHolder(ReadHolder* holder);
@@ -89,6 +95,8 @@ private:
     Statement m_commit;
     int m_depth = 0;
     bool m_reading = false;
+    bool m_mayMap = false;
+    bool m_mapped = false;
     struct Wait {
         Clock* clock = nullptr;
         qint64 startedMs = 0;

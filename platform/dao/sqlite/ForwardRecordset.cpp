@@ -4,6 +4,13 @@
 
 namespace yrw::dao {
 
+namespace {
+
+/// Rows after which a read counts as long.
+constexpr qint64 kLongRead = 500;
+
+} // namespace
+
 ForwardRecordset::ForwardRecordset(SqliteDatabase& database, const Query& query,
                                    const QString& name, int options)
     : RecordsetBase(database, query, name, RecordsetType::ForwardOnly, options) {
@@ -44,6 +51,9 @@ void ForwardRecordset::start() {
 
 bool ForwardRecordset::advance() {
     requireRest();
+    if (m_read == kLongRead) {
+        connection().mapLongRead();
+    }
     bool found = false;
     switch (m_mode) {
     case Mode::Stream:

@@ -80,7 +80,11 @@ Ref<Database> SqliteWorkspace::OpenDatabase(const QString& path, const OpenOptio
     if (!readOnly) {
         const MountTest system;
         const MountTest& mounts = m_services.mounts != nullptr ? *m_services.mounts : system;
-        settleJournal(*connection, file, mounts.isNetwork(file));
+        const bool network = mounts.isNetwork(file);
+        settleJournal(*connection, file, network);
+        if (!network) {
+            connection->allowMapping();
+        }
         connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
     }
     if (options.exclusive) {

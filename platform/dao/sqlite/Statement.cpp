@@ -1,5 +1,6 @@
 #include "platform/dao/sqlite/Statement.h"
 
+#include "platform/clock/WallTime.h"
 #include "platform/component/AutomationError.h"
 
 #include <QDateTime>
@@ -183,7 +184,8 @@ QDateTime dateFromText(QStringView text) {
     }
     const QDate date(number(0, 4), number(5, 2), number(8, 2));
     const QTime time(number(11, 2), number(14, 2), number(17, 2));
-    return date.isValid() && time.isValid() ? QDateTime(date, time) : QDateTime();
+    // Written elsewhere, it may be a time that the clocks here leave out.
+    return existingTime(date, time);
 }
 
 std::optional<FieldType> fieldTypeOf(const QString& declared) {

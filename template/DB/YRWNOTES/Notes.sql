@@ -81,6 +81,14 @@ CREATE TABLE tblLinkedColumnDefs (
     SQLQuote TEXT(255),
     Columns LONGTEXT
 );
+-- Where the layouts of the desk flag a row that has notes: the column of the record's own number.
+INSERT INTO tblLinkedColumnDefs
+    (GridLayoutName, GridField, ObjectKey, SearchQuery, SearchField, SQLQuote) VALUES
+('Overview', 'CustomerNo', 'cu', 'Customers', 'CustomerNo', '"'),
+('Address book', 'CustomerNo', 'cu', 'Customers', 'CustomerNo', '"'),
+('Orders of the customer', 'OrderNo', 'or', 'qryOrders', 'OrderNo', '"'),
+('Short', 'OrderNo', 'or', 'qryOrders', 'OrderNo', '"'),
+('All orders', 'OrderNo', 'or', 'qryOrders', 'OrderNo', '"');
 
 -- Names of the host's users, refreshed from the host when the database is opened.
 CREATE TABLE tblUserNames (

@@ -1,0 +1,257 @@
+// Many popups, stray input, answers from elsewhere, and what the host's window says.
+#include "tests/addin/RemindersFixture.h"
+
+#include "platform/forms/DatePicker.h"
+#include "tests/support/ZoneClock.h"
+
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QShortcut>
+
+using namespace yrw;
+using namespace yrw::test;
+
+namespace {
+
+class ReminderPopups : public RemindersFixture {
+protected:
+    /// So many due reminders, one a minute, the oldest first.
+    QList<qint64> remindMany(int count) {
+        const qint64 note = addNote(QStringLiteral("cu"), 2);
+        QList<qint64> ids;
+        for (int i = 0; i < count; ++i) {
+            ids += remind(note, i - count);
+        }
+        return ids;
+    }
+    /// Shows the host's window and gives it the keyboard.
+    void workInHost() {
+        window().show();
+        window().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    }
+};
+
+TEST_F(ReminderPopups, NoKeyReachesOneBeforeAClickOrTheOneShortcut) {
+    workInHost();
+    const qint64 reminder = remindMany(2).first();
+    ASSERT_TRUE(minuteTick());
+    for (const QPushButton* button : popup().findChildren<QPushButton*>()) {
+        EXPECT_FALSE(button->isDefault() || button->autoDefault());
+    }
+    // Also when the window manager hands it the keyboard by itself.
+    const auto typeAnswers = [] {
+        for (const int key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space}) {
+            QTest::keyClick(&popup(), Qt::Key(key));
+        }
+        for (const int key : {Qt::Key_D, Qt::Key_L}) {
+            QTest::keyClick(&popup(), Qt::Key(key), Qt::AltModifier);
+        }
+        for (const QPushButton* button : popup().findChildren<QPushButton*>()) {
+            EXPECT_FALSE(button->isDown()); // as it would be for a moment
+        }
+    };
+    settle();
+    popup().activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([] { return popup().isActiveWindow(); }));
+    typeAnswers();
+    EXPECT_EQ(tags().size(), 2);
+
+    const QPointer<QShortcut> reach = window().findChild<QShortcut*>();
+    ASSERT_NE(reach, nullptr);
+    EXPECT_EQ(reach->key(), QKeySequence(QStringLiteral("Ctrl+Alt+R")));
+    QTest::keyClick(&popup(), Qt::Key_R, Qt::ControlModifier | Qt::AltModifier);
+    auto& text = control<QPlainTextEdit>("rxtMain");
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return text.hasFocus(); })); // Return and Space answer nothing
+    QTest::keyClick(&popup(), Qt::Key_Return);
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 1);
+    QTest::keyClick(&popup(), Qt::Key_D, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([] { return tags().size() == 1; }));
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 4);
+    typeAnswers(); // were meant for the first
+    ASSERT_EQ(tags().size(), 1);
+    clock.advance(1);
+    QTest::mouseClick(control<QPlainTextEdit>("rxtMain").viewport(), Qt::LeftButton);
+    QTest::keyClick(&popup(), Qt::Key_Escape);
+    EXPECT_TRUE(tags().isEmpty());
+    EXPECT_TRUE(reach.isNull());
+}
+
+TEST_F(ReminderPopups, TheTabKeyGoesFromThePickerToTheAnswers) {
+    remindMany(1);
+    ASSERT_TRUE(minuteTick());
+    popup().takeKeys();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&popup()));
+    QStringList visited;
+    for (int i = 0; i < 13; ++i) { // five of them within the picker
+        const QString name = popup().focusWidget()->objectName();
+        if (visited.isEmpty() || visited.last() != name) {
+            visited += name;
+        }
+        QTest::keyClick(popup().focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(visited.join(u' ').toStdString(),
+              "rxtMain dtpReminder cmdPreset(0) cmdPreset(1) cmdPreset(2) "
+              "cmdForm(0) chkFinish cmdForm(1) cmdForm(2)");
+}
+
+TEST_F(ReminderPopups, ClicksMeantForSomethingElseCountForNothing) {
+    const QList<qint64> ids = remindMany(3);
+    ASSERT_TRUE(minuteTick());
+    const auto press = [] {
+        QTest::mouseClick(&control<QPushButton>("cmdForm(1)"), Qt::LeftButton);
+    };
+    press(); // it has only just come
+    EXPECT_EQ(tags().size(), 3);
+    clock.advance(1);
+    press();
+    press(); // the first has only just gone
+    EXPECT_EQ(tags().size(), 2);
+    clock.advance(1);
+    press();
+    EXPECT_EQ(tags(), QStringList{tagOf(ids.last())});
+}
+
+TEST_F(ReminderPopups, ManyLieInACascadeWithTheOldestInFrontAndCallOnce) {
+    workInHost();
+    remindMany(40);
+    ASSERT_TRUE(minuteTick());
+    ASSERT_EQ(popups().size(), 40);
+    frmReminder* const oldest = Module1::instance().reminders().front();
+    EXPECT_EQ(oldest, &popup());
+    EXPECT_TRUE(
+        oldest->accessibleDescription().contains(QStringLiteral("40 reminders are waiting")));
+    EXPECT_TRUE(oldest->accessibleDescription().contains(QStringLiteral("Ring back")));
+    for (int i = 1; i < 6; ++i) { // as many as this screen has room for
+        EXPECT_EQ(popup(i).accessibleDescription(), QString()); // one call for all
+        // Up and to the left of the one before: its title shows.
+        EXPECT_LT(popup(i).y(), popup(i - 1).y());
+        EXPECT_LT(popup(i).x(), popup(i - 1).x());
+    }
+    EXPECT_TRUE(window().isActiveWindow());
+    click("cmdForm(1)");
+    EXPECT_EQ(Module1::instance().reminders().front(), &popup()); // the next oldest
+}
+
+TEST_F(ReminderPopups, OneThatWasSettledElsewhereClosesAndWritesNothing) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    const qint64 other = remind(addNote(QStringLiteral("cu"), 1), -10);
+    ASSERT_TRUE(minuteTick());
+    const QStringList cases{
+        QStringLiteral("UPDATE tblReminders SET Status = 4, LastDate = '2026-03-10 08:59:00' WHERE "
+                       "RecordID = %1;"),
+        QStringLiteral("UPDATE tblReminders SET Status = 3, NextDate = '2026-03-10 10:00:00', "
+                       "LastDate = '2026-03-10 08:59:00' WHERE RecordID = %1;"),
+        QStringLiteral("UPDATE tblReminders SET Status = 2, NextDate = '2026-03-10 09:14:00' WHERE "
+                       "RecordID = %1;"),
+        QStringLiteral("DELETE FROM tblReminders WHERE RecordID = %1;"),
+        QStringLiteral("UPDATE tblNotes SET Status = 2 WHERE RecordID = %2;"),
+        QStringLiteral("DELETE FROM tblReminders WHERE NoteID = %2; DELETE FROM tblNotes WHERE "
+                       "RecordID = %2;"),
+    };
+    for (const QString& script : cases) {
+        const qint64 reminder = remind(note, -5);
+        ASSERT_TRUE(minuteTick());
+        ASSERT_EQ(tags(), (QStringList{tagOf(other), tagOf(reminder)}));
+        elsewhere(QString(script)
+                      .replace(u"%1"_qs, QString::number(reminder))
+                      .replace(u"%2"_qs, QString::number(note)));
+        const QVariant status = script.startsWith(u"DELETE") ? 0 : stored(reminder, "Status");
+        ASSERT_TRUE(minuteTick());
+        EXPECT_EQ(tags(), QStringList{tagOf(other)}) << script.toStdString();
+        if (!script.startsWith(u"DELETE")) {
+            EXPECT_EQ(stored(reminder, "Status"), status);
+            elsewhere(
+                u"UPDATE tblNotes SET Status = 1; DELETE FROM tblReminders WHERE RecordID = "_qs +
+                QString::number(reminder));
+        }
+    }
+}
+
+TEST_F(ReminderPopups, OneWhoseNoteIsFinishedInTheNotesWindowClosesWithIt) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    remind(note, -5);
+    ASSERT_TRUE(minuteTick());
+    whenShown(QStringLiteral("frmMain"), [&](Form& form) {
+        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))
+            ->setDone(true);
+        form.unload();
+    });
+    click("cmdForm(2)");
+    EXPECT_TRUE(tags().isEmpty());
+}
+
+TEST_F(ReminderPopups, AnAnswerThatCameFirstElsewhereStands) {
+    const qint64 reminder = remindMany(1).first();
+    ASSERT_TRUE(minuteTick());
+    elsewhere(
+        QStringLiteral("UPDATE tblReminders SET Status = 3, LastDate = '2026-03-10 08:59:00', "
+                       "NextDate = '2026-03-10 11:00:00'"));
+    click("cmdForm(1)");
+    EXPECT_TRUE(tags().isEmpty());
+    EXPECT_EQ(stored(reminder, "Status").toInt(), 3);
+    EXPECT_TRUE(window().status.contains(QStringLiteral("answered elsewhere")));
+}
+
+TEST_F(ReminderPopups, ATimeThatTheClocksLeaveOutIsExplained) {
+    const InZone zone("Europe/Berlin");
+    clock.setNow(QDateTime(QDate(2026, 3, 28), QTime(12, 0)));
+    const qint64 reminder = remindMany(1).first();
+    ASSERT_TRUE(minuteTick());
+    auto& picker = control<DatePicker>("dtpReminder");
+    auto& explanation = control<QLabel>("lblClockChange");
+    EXPECT_TRUE(explanation.isHidden());
+    picker.setFocus();
+    QTest::keyClick(&picker, Qt::Key_Home);
+    popup().takeKeys();
+    QTest::keyClicks(&picker, QStringLiteral("29/03/2026 02:30"));
+    picker.setDateTime(QDateTime(QDate(2026, 3, 29), QTime(2, 30), Qt::UTC));
+    EXPECT_FALSE(explanation.isHidden());
+    EXPECT_TRUE(explanation.text().contains(QStringLiteral("03:30 counts")));
+    EXPECT_EQ(picker.text(), "29/03/2026 02:30");
+    click("cmdForm(0)");
+    EXPECT_EQ(stored(reminder, "NextDate").toDateTime().toString(u"dd HH:mm"), "29 03:30");
+    EXPECT_FALSE(DatePicker(QString(), QString()).clockChange().size());
+}
+
+TEST_F(ReminderPopups, TheHostsWindowTellsHowLongNobodyChecked) {
+    struct Step {
+        const char* what;
+        int seconds; ///< that pass before the tick
+        bool busy;
+        const char* status;
+    };
+    const Step steps[] = {
+        {"waits a little", 60, true, ""},
+        {"waits", 61, true, "No reminders were checked since 10/03/2026 09:00."},
+        {"runs", 60, false, ""},
+        {"waits a little", 120, true, ""},
+        {"waits long", 60, true, "Reminders were last checked at 10/03/2026 09:03."},
+        {"catches up", 60, false, ""},
+    };
+    for (const Step& step : steps) {
+        clock.advance(step.seconds);
+        window().upper->isBusy = step.busy;
+        timerTicks();
+        EXPECT_EQ(window().status, QLatin1String(step.status)) << step.what;
+    }
+}
+
+TEST_F(ReminderPopups, ADatabaseThatCannotBeReadIsReportedOnceAndCaughtUpWith) {
+    const qint64 reminder = remindMany(1).first();
+    elsewhere(QStringLiteral("ALTER TABLE tblReminders RENAME TO tblGone;"));
+    prompt.expectReport(1);
+    for (int minute = 0; minute < 3; ++minute) {
+        timerTicks();
+        EXPECT_EQ(window().status, "The notes database cannot be read. No reminders were checked "
+                                   "since 10/03/2026 09:00.");
+        clock.advance(60);
+    }
+    elsewhere(QStringLiteral("ALTER TABLE tblGone RENAME TO tblReminders;"));
+    timerTicks();
+    EXPECT_EQ(window().status, QString());
+    EXPECT_EQ(tags(), QStringList{tagOf(reminder)});
+}
+
+} // namespace

@@ -1,0 +1,290 @@
+// Reminders against a clock that jumps, in six zones; and the life of one as a random walk.
+#include "tests/addin/RemindersFixture.h"
+
+#include "platform/clock/WallTime.h"
+#include "platform/forms/DatePicker.h"
+#include "tests/support/ZoneClock.h"
+
+#include <functional>
+#include <random>
+
+using namespace yrw;
+using namespace yrw::test;
+
+namespace {
+
+const char* const kZones[] = {"UTC",          "Europe/Berlin", "America/St_Johns",
+                              "Asia/Kolkata", "Pacific/Apia",  "Australia/Lord_Howe"};
+
+/// The hands of the clock as a number of seconds.
+qint64 hands(const QDateTime& time) {
+    return QDateTime(time.date(), time.time(), Qt::UTC).toSecsSinceEpoch();
+}
+
+class ReminderTimes : public RemindersFixture {
+protected:
+    /// Starts the add-in with a clock that follows the zone of the process.
+    void startAt(const QDateTime& start) {
+        zoneClock = std::make_unique<ZoneClock>(clock, start);
+        addIn.reset();
+        settle();
+        create();
+        ASSERT_TRUE(addIn->Activate());
+        note = addNote(QStringLiteral("cu"), 2);
+    }
+    void SetUp() override { makeNotesDatabase(); }
+    ~ReminderTimes() override { addIn.reset(); }
+
+    qint64 remindAt(const QDateTime& due) {
+        Application& application = *Module1::instance().application();
+        return addReminder(application, clock,
+                           *query<Note>(application.Notes()->Item(QVariant(note))), due, 1);
+    }
+    /// Dismisses what is on screen and writes down when.
+    void dismissAll(QMultiMap<QString, qint64>& shown) {
+        while (!popups().isEmpty()) {
+            shown.insert(popup().tag(), hands(zoneClock->now()));
+            zoneClock->pass(1);
+            QTest::mouseClick(&control<QPushButton>("cmdForm(1)"), Qt::LeftButton);
+        }
+    }
+
+    std::unique_ptr<ZoneClock> zoneClock;
+    qint64 note = 0;
+};
+
+TEST_F(ReminderTimes, TimeAndStateDecideWhatIsShown) {
+    struct Case {
+        const char* what;
+        int secondsUntilDue;
+        QVariant status;
+        bool shown;
+    };
+    const Case cases[] = {
+        {"due a minute ago", -60, 1, true},
+        {"due this second", 0, 1, true},
+        {"due in the minute that is allowed for", 60, 1, true},
+        {"due a second later", 61, 1, false},
+        {"due since last year", -400 * 86400, 1, true},
+        {"no state", 0, QVariant(), true},
+        {"closed without an answer, due again", 0, 2, true},
+        {"closed without an answer, not yet", 900, 2, false},
+        {"told later, now", 0, 3, true},
+        {"told later, not yet", 3600, 3, false},
+        {"dismissed", -60, 4, false},
+        {"dismissed and due in the future", 3600, 4, false},
+    };
+    startAt(QDateTime(QDate(2026, 3, 10), QTime(9, 0)));
+    for (const Case& each : cases) {
+        const qint64 id = remindAt(zoneClock->now().addSecs(each.secondsUntilDue));
+        stored(id)->Field(QStringLiteral("Status"))->setValue(each.status);
+        ASSERT_TRUE(minuteTick());
+        EXPECT_EQ(tags().contains(tagOf(id)), each.shown) << each.what;
+        QMultiMap<QString, qint64> shown;
+        dismissAll(shown);
+        Module1::instance().application()->Reminders()->Delete(id);
+    }
+}
+
+TEST_F(ReminderTimes, EachIsShownOnceWhateverTheClockDoes) {
+    struct Jump {
+        const char* what;
+        std::function<void(ZoneClock&)> happen;
+        QDateTime start; ///< by the hands; the jump comes an hour later
+    };
+    const auto by = [](qint64 seconds) {
+        return [seconds](ZoneClock& hand) { hand.set(seconds); };
+    };
+    const auto fly = [](const char* zone) {
+        return [zone](ZoneClock& hand) {
+            InZone::change(zone);
+            hand.set(0);
+        };
+    };
+    const auto at = [](int month, int day, int hour) {
+        return QDateTime(QDate(2026, month, day), QTime(hour, 0));
+    };
+    const auto nothing = [](ZoneClock&) {};
+    const QList<Jump> jumps{
+        {"a second forward", by(1), at(6, 10, 9)},
+        {"eight hours of sleep", by(8 * 3600), at(6, 10, 9)},
+        {"forty days of holiday", by(40 * 86400), at(6, 10, 9)},
+        {"an hour back", by(-3600), at(6, 10, 9)},
+        {"a day back", by(-86400), at(6, 10, 9)},
+        {"clocks forward in Berlin", nothing, at(3, 29, 1)},
+        {"clocks back in Berlin", nothing, at(10, 25, 1)},
+        {"clocks forward in St John's", nothing, at(3, 8, 1)},
+        {"clocks back in St John's", nothing, at(11, 1, 0)},
+        {"clocks forward on Lord Howe", nothing, at(10, 4, 1)},
+        {"clocks back on Lord Howe", nothing, at(4, 5, 1)},
+        {"a flight west", fly("America/New_York"), at(6, 10, 9)},
+        {"a flight east", fly("Asia/Tokyo"), at(6, 10, 9)},
+    };
+    for (const char* name : kZones) {
+        for (const Jump& jump : jumps) {
+            SCOPED_TRACE(std::string(name) + ": " + jump.what);
+            const InZone zone(name);
+            startAt(QDateTime(jump.start.date(), jump.start.time()));
+            QMap<QString, qint64> due; // by the hands
+            for (const int minutes : {1, 30, 61, 75, 90, 119, 150}) {
+                const QDateTime wanted =
+                    QDateTime(jump.start.date(), jump.start.time(), Qt::UTC).addSecs(60 * minutes);
+                const QDateTime time = existingTime(wanted.date(), wanted.time());
+                due[tagOf(remindAt(time))] = hands(time);
+            }
+            QMultiMap<QString, qint64> shown;
+            const auto run = [&](int minutes) {
+                for (int i = 0; i < minutes && shown.size() < due.size(); i += 5) {
+                    zoneClock->pass(300);
+                    ASSERT_TRUE(minuteTick());
+                    dismissAll(shown);
+                }
+            };
+            run(60);
+            jump.happen(*zoneClock);
+            run(16 * 60);
+            zoneClock->set(2 * 86400); // a clock that went back comes round again
+            run(10);
+            EXPECT_EQ(shown.size(), due.size());
+            for (auto each = due.cbegin(); each != due.cend(); ++each) {
+                ASSERT_EQ(shown.count(each.key()), 1);
+                EXPECT_GE(shown.value(each.key()), each.value() - 60);
+            }
+        }
+    }
+}
+
+/// One recipient's reminder, driven by a random walk. What must hold is checked after every step.
+class ReminderLife : public ReminderTimes, public testing::WithParamInterface<unsigned> {
+protected:
+    enum class Ended { No, Dismissed, Finished, Deleted };
+
+    [[nodiscard]] bool isShown() const { return tags().contains(tagOf(reminder)); }
+    [[nodiscard]] int any(int count) { return int(random() % unsigned(count)); }
+    [[nodiscard]] QString text(const QDateTime& time) const {
+        return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    }
+    void answer(const char* button) {
+        zoneClock->pass(1);
+        popup().findChild<QPushButton*>(QLatin1String(button))->click();
+    }
+    void restart() {
+        if (isShown()) {
+            asked = minutesLater(zoneClock->now(), frmReminder::kUnansweredMinutes);
+        }
+        addIn.reset();
+        settle();
+        create();
+        ASSERT_TRUE(addIn->Activate());
+    }
+    /// The other machine answers.
+    void answerElsewhere() {
+        const QDateTime later = minutesLater(zoneClock->now(), 1 + any(200));
+        if (any(3) == 0) {
+            change(QStringLiteral("Status = 4"));
+            ended = Ended::Dismissed;
+        } else {
+            change(QStringLiteral("Status = 3, NextDate = '%1'").arg(text(later)));
+            asked = later;
+        }
+    }
+    void change(const QString& assignments) {
+        elsewhere(QStringLiteral("UPDATE tblReminders SET LastDate = '%1', %2;")
+                      .arg(text(zoneClock->now()), assignments));
+    }
+    /// The note is edited: its reminders are made anew.
+    void edit() {
+        Application& application = *Module1::instance().application();
+        query<Note>(application.Notes()->Item(QVariant(note)))->DeleteReminders();
+        asked = minutesLater(zoneClock->now(), any(120));
+        reminder = remindAt(asked);
+        ended = Ended::No;
+    }
+    void answerHere() {
+        switch (any(6)) {
+        case 0:
+            answer("cmdForm(1)");
+            ended = Ended::Dismissed;
+            break;
+        case 1:
+            popup().findChild<QAbstractButton*>(QStringLiteral("chkFinish"))->click();
+            prompt.expectMessage();
+            answer("cmdForm(1)");
+            ended = Ended::Finished;
+            break;
+        case 2:
+            popup().close();
+            asked = minutesLater(zoneClock->now(), frmReminder::kUnansweredMinutes);
+            break;
+        default:
+            popup().findChild<QPushButton*>(QStringLiteral("cmdPreset(%1)").arg(any(3)))->click();
+            asked = control<DatePicker>("dtpReminder").value();
+            answer("cmdForm(0)");
+        }
+    }
+    void step() {
+        switch (any(8)) {
+        case 0:
+            restart();
+            break;
+        case 1:
+            if (ended == Ended::No) {
+                answerElsewhere();
+            }
+            break;
+        case 2:
+            if (ended != Ended::Finished && any(3) == 0) {
+                edit();
+            }
+            break;
+        case 3:
+            if (any(20) == 0) {
+                elsewhere(QStringLiteral("DELETE FROM tblReminders;"));
+                ended = Ended::Deleted;
+            }
+            break;
+        default:
+            zoneClock->pass(60 * (1 + any(any(4) == 0 ? 600 : 30)));
+        }
+    }
+
+    std::mt19937 random{GetParam()};
+    QDateTime asked;
+    qint64 reminder = 0;
+    Ended ended = Ended::No;
+};
+
+TEST_P(ReminderLife, IsNeverLostNeverEarlyAndOverWhenItIsOver) {
+    const InZone zone(kZones[GetParam() % std::size(kZones)]);
+    const QDate days[] = {QDate(2026, 3, 29), QDate(2026, 10, 24), QDate(2026, 10, 4),
+                          QDate(2026, 11, 1)};
+    startAt(QDateTime(days[GetParam() % std::size(days)], QTime(0, 30)));
+    asked = zoneClock->now().addSecs(600);
+    reminder = remindAt(asked);
+    int answers = 0;
+    for (int i = 0; i < 120; ++i) {
+        ASSERT_NO_FATAL_FAILURE(step());
+        ASSERT_TRUE(minuteTick());
+        ASSERT_LE(tags().size(), 1);
+        if (ended != Ended::No) {
+            ASSERT_TRUE(tags().isEmpty()) << "step " << i << ": shown though it is over";
+            if (ended == Ended::Finished || any(3) != 0) {
+                elsewhere(QStringLiteral("UPDATE tblNotes SET Status = 1;"));
+            }
+            edit(); // the next life
+            ASSERT_TRUE(minuteTick());
+        }
+        const bool isDue = hands(asked) <= hands(zoneClock->now()) + 60;
+        ASSERT_EQ(isShown(), isDue) << "step " << i << ": asked for " << text(asked).toStdString()
+                                    << " at " << text(zoneClock->now()).toStdString();
+        if (isShown() && any(2) == 0) {
+            answerHere();
+            ++answers;
+        }
+    }
+    EXPECT_GT(answers, 5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, ReminderLife, testing::Range(1U, 13U));
+
+} // namespace

@@ -1,0 +1,350 @@
+// Files inside notes, the text's menu, spelling, and what comes out on paper.
+#include "dialogs/frmInsertAttachment.h"
+#include "notes_window/NoteAttachments.h"
+#include "platform/rtf/EmbeddedObject.h"
+#include "tests/notes_window/Desktop.h"
+#include "tests/notes_window/WindowFixture.h"
+
+#include <QDir>
+#include <QMenu>
+#include <QPrinter>
+#include <QProcess>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+namespace yrw::test {
+
+class NoteAttachmentsTest : public WindowFixture {
+protected:
+    void SetUp() override {
+        WindowFixture::SetUp();
+        note = store.addNote("First", customer);
+    }
+    [[nodiscard]] QString file(const QString& name, const QByteArray& content) const {
+        QFile out(folder.filePath(name));
+        EXPECT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(content);
+        return out.fileName();
+    }
+    /// Fills in the attachment dialog as soon as it is open, and confirms.
+    void insertIn(const QString& path) {
+        whenDialogOpens([path](QWidget& dialog) {
+            dialog.findChild<QLineEdit*>("txtFile")->setText(path);
+            clickIn(dialog, "cmdForm(0)");
+        });
+    }
+    /// Right-clicks a place in the text; `act` sees the menu's captions.
+    void menuAt(const QPoint& place, const std::function<void(QMenu&)>& act) {
+        bool seen = false;
+        QTimer::singleShot(0, window.get(), [&] {
+            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            seen = true;
+            act(*menu);
+            menu->close();
+        });
+        QTest::mouseClick(editor().viewport(), Qt::RightButton, {}, place);
+        EXPECT_TRUE(seen);
+    }
+    static QStringList captions(const QMenu& menu) {
+        QStringList all;
+        for (const QAction* action : menu.actions()) {
+            all.append(QString(action->text()).section('\t', 0, 0).remove('&'));
+        }
+        return all;
+    }
+    static void choose(QMenu& menu, const QString& caption) {
+        for (QAction* action : menu.actions()) {
+            if (QString(action->text()).remove('&') == caption) {
+                menu.setActiveAction(action);
+                QTest::keyClick(&menu, Qt::Key_Return);
+                return;
+            }
+        }
+        ADD_FAILURE() << "no " << caption.toStdString();
+    }
+    [[nodiscard]] QPoint placeOf(int position) const {
+        QTextCursor cursor(editor().document());
+        cursor.setPosition(position);
+        return editor().cursorRect(cursor).center() + QPoint(8, 0);
+    }
+
+    QTemporaryDir folder;
+    Ref<Note> note;
+};
+
+TEST_F(NoteAttachmentsTest, ToolsAndKeyAttachAFileThatSurvivesTheDatabase) {
+    struct Case {
+        std::function<void()> begin;
+        bool icon;
+    };
+    const Case cases[] = {
+        {[this] { click("tooInsertContent"); }, false},
+        {[this] { click("tooInsertIcon"); }, true},
+        {[this] { press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier); }, true}};
+    const QString path = file("list.txt", "milk\nbread");
+    open(customer);
+    int count = 0;
+    for (const Case& each : cases) {
+        whenDialogOpens([&](QWidget& dialog) {
+            EXPECT_EQ(dialog.findChild<QRadioButton*>("optDisplay(0)")->isChecked(), each.icon);
+            dialog.findChild<QLineEdit*>("txtFile")->setText(path);
+            clickIn(dialog, "cmdForm(0)");
+        });
+        each.begin();
+        EXPECT_EQ(editor().objectCount(), ++count);
+    }
+    EXPECT_TRUE(tool("tooSave").isEnabled());
+    restart();
+    ASSERT_EQ(editor().objectCount(), 3);
+    EXPECT_EQ(editor().objectFile(2)->data, "milk\nbread");
+    // Nothing but attachments is no text.
+    EXPECT_TRUE(stored(idOf(note), "PlainNote").isNull());
+    EXPECT_FALSE(stored(idOf(note), "RTFNote").isNull());
+}
+
+TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
+    addIn->settings().setText("LargestAttachment", "11");
+    const QString large = file("large.bin", QByteArray(12 * 1024 * 1024, 'x'));
+    open(customer);
+    type("text");
+    for (const QString& path : {QString(), folder.filePath("none"), folder.path(), large}) {
+        script.expectReport();
+        insertIn(path);
+        click("tooInsertIcon");
+        const ErrorReport& report = script.reports.last();
+        EXPECT_EQ(report.message, "Could Not Insert Object");
+        EXPECT_EQ(report.title, "Yarrowen Error");
+        EXPECT_EQ(report.source, "YRWNotes.frmMain.InsertFile");
+        EXPECT_EQ(editor().objectCount(), 0);
+        EXPECT_EQ(editor().Text(), "text");
+    }
+    EXPECT_TRUE(script.reports.last().description.contains("12 MB; at most 11 MB"));
+}
+
+TEST_F(NoteAttachmentsTest, ALargeFileIsAskedAboutAndNoBringsTheDialogBack) {
+    const QString large = file("large.bin", QByteArray(11 * 1024 * 1024, 'x'));
+    open(customer);
+    script.answer(PromptAnswer::No);
+    script.answer(PromptAnswer::Yes);
+    whenDialogOpens([&](QWidget& dialog) {
+        dialog.findChild<QLineEdit*>("txtFile")->setText(large);
+        clickIn(dialog, "cmdForm(0)");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(editor().objectCount(), 0);
+        clickIn(dialog, "cmdForm(0)");
+    });
+    click("tooInsertIcon");
+    EXPECT_EQ(editor().objectCount(), 1);
+    EXPECT_TRUE(script.asked.last().contains("\"large.bin\" has 11 MB."));
+}
+
+TEST_F(NoteAttachmentsTest, OpensAPrivateReadOnlyCopyAfterAQuestion) {
+    Desktop desktop;
+    open(customer);
+    insertIn(file("list.txt", "milk"));
+    click("tooInsertIcon");
+    script.answer(PromptAnswer::No);
+    script.answer(PromptAnswer::Yes);
+    for (int i = 0; i < 2; ++i) {
+        QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
+        EXPECT_EQ(desktop.opened.size(), i);
+    }
+    EXPECT_TRUE(script.asked.last().contains("\"list.txt\" (plain text document)"));
+    const QFileInfo copy(desktop.opened.value(0));
+    EXPECT_EQ(copy.fileName(), "list.txt");
+    const QFile::Permissions others(0x77);
+    EXPECT_FALSE(copy.permissions() & (others | QFile::WriteOwner | QFile::ExeOwner));
+    EXPECT_FALSE(QFileInfo(QFileInfo(copy.path()).path()).permissions() & others);
+}
+
+TEST_F(NoteAttachmentsTest, NeverOpensWhatADesktopWouldRun) {
+    struct Case {
+        const char* name;
+        QByteArray data;
+        bool program;
+    };
+    const Case cases[] = {
+        {"a.sh", "echo", true},
+        {"a.desktop", "[Desktop Entry]", true},
+        {"setup.EXE", "MZ", true},
+        {"notes.txt", "#!/bin/sh\nrm", true},
+        {"a",
+         "\x7f"
+         "ELF\2\1\1",
+         true},
+        {"a.py", "import os", true},
+        {"a.jar", "PK", true},
+        {"a.lnk", "L", true},
+        {"a.txt", "hello", false},
+        {"a.pdf", "%PDF-1.4", false},
+        {"a.doc", "\xd0\xcf\x11\xe0", false},
+        {"a.png", "\x89PNG", false},
+        {"a.csv", "a,b", false},
+        {"a.zip", "PK\3\4", false},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(isProgram(each.name, each.data), each.program) << each.name;
+    }
+    Desktop desktop;
+    open(customer);
+    insertIn(file("a.sh", "echo"));
+    click("tooInsertIcon");
+    script.expectMessage();
+    QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
+    EXPECT_TRUE(script.asked.last().contains("(shell script) is not opened"));
+    EXPECT_TRUE(desktop.opened.isEmpty());
+}
+
+TEST_F(NoteAttachmentsTest, TheMenuSavesAnAttachmentAndShowsThatOnlyThere) {
+    const QString target = folder.filePath("out.txt");
+    open(customer);
+    insertIn(file("list.txt", "milk"));
+    click("tooInsertIcon");
+    type(" words");
+    script.chooseFiles({target});
+    menuAt(placeOf(0), [](QMenu& menu) { choose(menu, "Save Attachment As..."); });
+    EXPECT_EQ(script.fileRequests.last().name, "list.txt");
+    QFile out(target);
+    ASSERT_TRUE(out.open(QIODevice::ReadOnly));
+    EXPECT_EQ(out.readAll(), "milk");
+    script.chooseFiles({"/no/such/folder/x"});
+    script.expectReport();
+    menuAt(placeOf(0), [](QMenu& menu) { choose(menu, "Save Attachment As..."); });
+    menuAt(placeOf(4), [](QMenu& menu) {
+        EXPECT_EQ(captions(menu), QStringList({"Copy", "Paste", "Clear"}));
+    });
+}
+
+TEST_F(NoteAttachmentsTest, UnknownWordsAreOfferedOthersWhereADictionaryIsInstalled) {
+    const QString affixes = file("xx_YY.aff", "SET UTF-8\nTRY abcdefghijklmnopqrstuvwxyz\n");
+    const QString words = file("xx_YY.dic", "3\nbreakfast\nopen\nwindow\n");
+    qputenv("DICPATH", folder.path().toUtf8());
+    open(customer);
+    EXPECT_FALSE(tool("tooCheckSpelling").isChecked()); // no dictionary of the user's language
+    addIn->settings().setText("SpellingLanguage", "xx_ZZ");
+    open(customer);
+    EXPECT_TRUE(tool("tooCheckSpelling").isChecked());
+    EXPECT_FALSE(tool("tooSave").isEnabled());
+    type("Breakfst window YRW a.b@example.org");
+    const QString before = editor().TextRTF();
+    const QStringList usual{"Copy", "Paste", "Clear"};
+    for (const int known : {12, 17, 30}) {
+        menuAt(placeOf(known), [&](QMenu& menu) { EXPECT_EQ(captions(menu), usual) << known; });
+    }
+    EXPECT_EQ(editor().TextRTF(), before);
+    menuAt(placeOf(3), [](QMenu& menu) { choose(menu, "Breakfast"); });
+    EXPECT_EQ(editor().Text(), "Breakfast window YRW a.b@example.org");
+    editor().setText("qwxz");
+    menuAt(placeOf(1), [](QMenu& menu) { choose(menu, "Accept This Word"); });
+    menuAt(placeOf(1), [](QMenu& menu) { EXPECT_EQ(menu.actions().size(), 3); });
+    toolbar().activate("tooCheckSpelling");
+    EXPECT_EQ(addIn->settings().text("CheckSpelling"), "False");
+    editor().setText("xqwz");
+    menuAt(placeOf(1), [](QMenu& menu) { EXPECT_EQ(menu.actions().size(), 3); });
+    qunsetenv("DICPATH");
+}
+
+TEST_F(NoteAttachmentsTest, ADamagedNoteIsNotOverwrittenWithoutAsking) {
+    const QString damaged = "{\\rtf1 half a {\\b note";
+    note->BeginMultipleFieldUpdate();
+    note->Field("RTFNote")->setValue(damaged);
+    note->EndMultipleFieldUpdate();
+    open(customer);
+    type("x");
+    script.answer(PromptAnswer::No);
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(stored(idOf(note), "RTFNote"), damaged);
+    type("y");
+    script.answer(PromptAnswer::Yes);
+    press(Qt::Key_S, Qt::ControlModifier);
+    type("z");
+    press(Qt::Key_S, Qt::ControlModifier); // asked once
+    EXPECT_EQ(stored(idOf(note), "PlainNote"), "xyzhalf a note");
+}
+
+TEST_F(NoteAttachmentsTest, AConflictBringsTheOthersAttachmentsAlong) {
+    open(customer);
+    insertIn(file("mine.txt", "mine"));
+    click("tooInsertIcon");
+    RichTextBox theirs;
+    theirs.insertFile(file("theirs.txt", "theirs"), ObjectDisplay::Icon);
+    store.actAs(2);
+    const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
+    other->BeginMultipleFieldUpdate();
+    other->Field("RTFNote")->setValue(theirs.TextRTF());
+    other->Field("ChangeDate")->setValue(store.clock().now().addSecs(60));
+    other->EndMultipleFieldUpdate();
+    store.actAs(1);
+    script.answer(PromptAnswer::Cancel); // keeps both
+    press(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_EQ(editor().objectCount(), 2);
+    EXPECT_EQ(editor().objectFile(0)->data, "mine");
+    EXPECT_EQ(editor().objectFile(1)->data, "theirs");
+}
+
+/// What a program of poppler says of a file; empty without the program.
+QString told(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
+    if (QStandardPaths::findExecutable("pdftotext").isEmpty()) {
+        GTEST_SKIP() << "poppler-utils is not installed";
+    }
+    QString rtf = "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs48 Large\\par\\fs20 ";
+    for (int i = 0; i < 120; ++i) {
+        rtf += QString("Line %1 of the note\\par ").arg(i);
+    }
+    note->BeginMultipleFieldUpdate();
+    note->Field("RTFNote")->setValue(QString(rtf + "}"));
+    note->EndMultipleFieldUpdate();
+    open(customer);
+    const QString pdf = folder.filePath("note.pdf");
+    script.chooseFiles({pdf});
+    click("tooExportPdf");
+    EXPECT_EQ(script.fileRequests.last().name, "First.pdf");
+
+    const QString text = told("pdftotext", {"-layout", pdf, "-"});
+    const QStringList pages = text.split('\f', Qt::SkipEmptyParts);
+    ASSERT_EQ(pages.size(), 3) << text.toStdString();
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(pages[i].contains(QString("Page %1 of 3").arg(i + 1)));
+        EXPECT_TRUE(pages[i].contains("First"));
+        EXPECT_TRUE(pages[i].contains("Anna Ash")) << pages[i].toStdString();
+        EXPECT_TRUE(pages[i].contains("10/03/2026 09:00"));
+    }
+    for (int i = 0; i < 120; ++i) {
+        EXPECT_EQ(text.count(QString("Line %1 of the note").arg(i)), 1) << i;
+    }
+    // The height of a word's box follows the size of its font: 24 and 10 points.
+    const QString boxes = told("pdftotext", {"-bbox", pdf, "-"});
+    const auto height = [&](const QString& word) {
+        const QRegularExpression box("yMin=\"([0-9.]+)\" xMax=\"[0-9.]+\" yMax=\"([0-9.]+)\">" +
+                                     word + "<");
+        const QRegularExpressionMatch match = box.match(boxes);
+        return match.captured(2).toDouble() - match.captured(1).toDouble();
+    };
+    EXPECT_NEAR(height("Large") / height("Line"), 2.4, 0.1);
+    EXPECT_NEAR(height("Line"), 10 * 1.17, 1.5);
+}
+
+TEST_F(NoteAttachmentsTest, PrintsAndPreviewsThroughTheDoor) {
+    open(customer);
+    type("on paper");
+    for (const char* key : {"tooPrint", "tooPreview"}) {
+        QPrinter printer;
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(folder.filePath(QString(key) + ".pdf"));
+        script.choosePrinter(&printer);
+        click(key);
+        EXPECT_GT(QFileInfo(printer.outputFileName()).size(), 1000) << key;
+    }
+    EXPECT_EQ(script.asked, QStringList({"print: Print Note", "preview: Print Preview"}));
+}
+
+} // namespace yrw::test
