@@ -148,7 +148,7 @@ private:
     [[nodiscard]] QString ownerText();
     void applyFind();
     void narrowList();
-    void selectFound(const QString& before);
+    void selectFound();
     void showFindState();
     void markHits();
     void openFind();
