@@ -148,7 +148,7 @@ private:
     [[nodiscard]] QString ownerText();
     void applyFind();
     void narrowList();
-    void selectFound(const QString& before);
+    void selectFound();
     void showFindState();
     void markHits();
     void openFind();
@@ -164,6 +164,9 @@ private:
     void rememberLoaded(Note& note);
     void writeDraft();
     void offerDraft(qint64 noteID);
+    void offerDraftsOfDeletedNotes();
+    void keepAsNewNote(const NoteDraft& draft);
+    [[nodiscard]] bool isDeleted(qint64 noteID) const;
     [[nodiscard]] FontChoice defaultFont() const;
     [[nodiscard]] QString currentUserName();
     void chooseColour();

@@ -36,10 +36,9 @@ void frmMain::closeFind() {
 void frmMain::applyFind() {
     const QString typed = m_findBar->text();
     if (dao::foldedWords(typed).isEmpty()) {
-        const QString before = m_lsvMain->selectedKey();
         m_finder->stop();
         m_lsvMain->showAll();
-        selectFound(before);
+        selectFound();
         return;
     }
     std::vector<qint64> ids;
@@ -52,20 +51,21 @@ void frmMain::applyFind() {
 /// Shows the notes found so far. The note in the editor stays there as long as it may still be
 /// found.
 void frmMain::narrowList() {
-    const QString before =
-        m_note ? noteItemKey(m_note->value(QStringLiteral("RecordID")).toLongLong()) : QString();
     // Most keys narrow what is shown already; where nothing drops out, nothing is rebuilt.
     const bool same = m_finder->isNarrowing() && !m_finder->isSearching() &&
                       m_finder->hits() == m_lsvMain->itemCount();
     if (!same || m_lsvMain->itemCount() == 0) {
         m_lsvMain->showOnly([this](QStringView key) { return m_finder->has(noteIdOf(key)); });
-        selectFound(before);
+        selectFound();
     }
     showFindState();
     markHits();
 }
 
-void frmMain::selectFound(const QString& before) {
+/// Selects the note in the editor, or the first one when that was not found.
+void frmMain::selectFound() {
+    const QString before =
+        m_note ? noteItemKey(m_note->value(QStringLiteral("RecordID")).toLongLong()) : QString();
     if (m_lsvMain->rowOf(before) >= 0) {
         m_lsvMain->selectKey(before);
     } else if (!m_finder->isSearching()) {

@@ -5,6 +5,7 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/FindBar.h"
+#include "notes_window/LongWork.h"
 #include "notes_window/NoteFinder.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/component/NamedCalls.h"
@@ -110,6 +111,7 @@ void frmMain::fillWindow(qint64 noteID) {
         const QScopedValueRollback<bool> initialising(m_initialising, true);
         BuildNotesList();
     }
+    offerDraftsOfDeletedNotes();
     QString wanted = noteItemKey(noteID);
     if (noteID == 0) {
         wanted = m_lsvMain->keyAt(0);
@@ -216,10 +218,11 @@ void frmMain::readNotes(int code, int listIndex, bool mineOnly) {
     request.RecordsetOptions = dao::kReadOnlyOption;
     request.CustomOptions = code;
     QList<ListItem> items;
+    LongWork work(services().clock, this, QStringLiteral("Reading the notes: %1 so far."));
     try {
         const Ref<dao::Recordset> rows = m_notes->Recordset(request);
         const RowReader reader(*rows);
-        for (; !rows->AtEof(); rows->MoveNext()) {
+        for (; !rows->AtEof() && work.goOn(items.size()); rows->MoveNext()) {
             const NoteRow row = reader.read();
             ListItem item = itemOf(row);
             if (!mineOnly) {

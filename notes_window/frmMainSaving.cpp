@@ -181,4 +181,55 @@ void frmMain::offerDraft(qint64 noteID) {
     }
 }
 
+bool frmMain::isDeleted(qint64 noteID) const {
+    const Ref<dao::Recordset> row = m_context.dataHelper().OpenRecordset(
+        QStringLiteral("SELECT tblNotes.* FROM tblNotes WHERE [RecordID]=%1").arg(noteID));
+    const bool deleted = row->AtEof();
+    row->Close();
+    return deleted;
+}
+
+/// Text whose note somebody deleted while it was typed has nowhere to go: it is offered wherever
+/// the window opens next.
+void frmMain::offerDraftsOfDeletedNotes() {
+    for (const qint64 id : m_drafts.noteIDs()) {
+        const std::optional<NoteDraft> draft = m_drafts.find(id);
+        if (!draft || !isDeleted(id)) {
+            continue;
+        }
+        ChoiceRequest request;
+        request.title = QStringLiteral("Unsaved Text");
+        request.text = QStringLiteral("Unsaved text of %1 was found, but its note was deleted "
+                                      "meanwhile.\r\rDo you want to keep it as a new note in this "
+                                      "list?")
+                           .arg(noteDateText(draft->written));
+        request.buttons = {QStringLiteral("&Keep as a new note"), QStringLiteral("&Throw away"),
+                           QStringLiteral("&Ask again later")};
+        request.escapeButton = 2;
+        const int answer = prompt().choose(request);
+        const bool done = answer != 0 || reportErrors(services().utility,
+                                                      QStringLiteral("YRWNOTES.frmMain.SaveNote"),
+                                                      QStringLiteral("Could not Save the Note"),
+                                                      kProblem, [&] { keepAsNewNote(*draft); });
+        if (done && answer != request.escapeButton) {
+            m_drafts.remove(id);
+        }
+    }
+}
+
+void frmMain::keepAsNewNote(const NoteDraft& draft) {
+    NoteChoices choices;
+    choices.Date = services().clock.now();
+    choices.Subject = QStringLiteral("Text of a deleted note, %1").arg(noteDateText(draft.written));
+    const Ref<Note> made =
+        createNote(application(), m_context, ownerOf(m_owner, m_context), choices);
+    RichTextBox text;
+    text.setTextRTF(draft.rtf);
+    MultipleFieldUpdate update(*made);
+    update.set(kPlainNote, textOrNull(text.Text()));
+    update.set(kRtfNote, textOrNull(draft.rtf));
+    update.end();
+    replaceItem(listItem(made));
+}
+
 } // namespace yrw

@@ -15,8 +15,16 @@ namespace {
 constexpr QChar kSeparator(u'\x1F');
 
 int compareTexts(QStringView a, QStringView b) {
-    const int folded = a.compare(b, Qt::CaseInsensitive);
-    return folded != 0 ? folded : a.compare(b, Qt::CaseSensitive);
+    // Texts of one column often begin alike; what is the same needs no folding.
+    const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+    qsizetype same = inA - a.begin();
+    if (same > 0 && a[same - 1].isHighSurrogate()) {
+        --same;
+    }
+    const QStringView restA = a.mid(same);
+    const QStringView restB = b.mid(same);
+    const int folded = restA.compare(restB, Qt::CaseInsensitive);
+    return folded != 0 ? folded : restA.compare(restB, Qt::CaseSensitive);
 }
 
 QString withoutSeparators(QString text) {
@@ -38,10 +46,16 @@ ListModel::Row ListModel::packed(const ListItem& item) {
     }
     Row row;
     row.parts.reserve(length);
-    row.parts += withoutSeparators(item.key);
+    row.parts += item.key;
     for (const QString& text : item.texts) {
         row.parts += kSeparator;
-        row.parts += withoutSeparators(text);
+        row.parts += text;
+    }
+    if (row.parts.count(kSeparator) != item.texts.size()) {
+        row.parts = withoutSeparators(item.key);
+        for (const QString& text : item.texts) {
+            row.parts += kSeparator + withoutSeparators(text);
+        }
     }
     row.bold = item.bold;
     row.hasColour = item.foreColour.has_value();

@@ -277,7 +277,7 @@ TEST_F(NoteAttachmentsTest, AConflictBringsTheOthersAttachmentsAlong) {
     other->Field("ChangeDate")->setValue(store.clock().now().addSecs(60));
     other->EndMultipleFieldUpdate();
     store.actAs(1);
-    script.answer(PromptAnswer::Cancel); // keeps both
+    script.press("Keep both, one after the other"); // keeps both
     press(Qt::Key_S, Qt::ControlModifier);
     ASSERT_EQ(editor().objectCount(), 2);
     EXPECT_EQ(editor().objectFile(0)->data, "mine");

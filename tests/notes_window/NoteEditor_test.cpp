@@ -256,6 +256,31 @@ TEST_F(NoteEditor, AfterACrashTheTypedTextIsOffered) {
     EXPECT_EQ(text(second), "half a sent");
 }
 
+TEST_F(NoteEditor, TextOfANoteThatWasDeletedElsewhereIsOffered) {
+    const auto typeIntoADeletedNote = [this](const Ref<Note>& into) {
+        open(customer, idOf(into));
+        type("nowhere to go");
+        deleteNote(store.application(), idOf(into));
+        script.expectReport(1);
+        close();
+    };
+    typeIntoADeletedNote(note);
+    script.press("Ask again later");
+    open(customer);
+    EXPECT_TRUE(script.asked.last().contains("its note was deleted"));
+    EXPECT_EQ(keys(), QStringList{keyOf(second)});
+    script.press("Keep as a new note");
+    open(customer);
+    ASSERT_EQ(list().itemCount(), 2);
+    clickRow(list().keyAt(1));
+    EXPECT_EQ(editor().Text(), "nowhere to go");
+    typeIntoADeletedNote(second);
+    script.press("Throw away");
+    open(customer);
+    open(customer); // nothing is left to be asked
+    EXPECT_EQ(list().itemCount(), 1);
+}
+
 TEST_F(NoteEditor, AFailedSaveIsReportedAndKeepsTheText) {
     open(customer);
     type("kept");

@@ -1,7 +1,10 @@
 // The list: what it shows, in what order, and what choosing a row does.
+#include "notes_window/LongWork.h"
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
 
 namespace yrw::test {
 
@@ -193,6 +196,28 @@ TEST_F(NotesList, ANoteThatIsGoneLeavesNoOtherTextInTheEditor) {
     EXPECT_EQ(editor().Text(), QString());
 }
 
+TEST_F(NotesList, AReadingThatTakesLongCanBeStopped) {
+    QWidget parent;
+    ManualClock& clock = store.manualClock();
+    LongWork work(clock, &parent, "%1 so far");
+    const auto steps = [&work](qint64 from, qint64 to) {
+        bool goesOn = true;
+        for (qint64 row = from; goesOn && row < to; ++row) {
+            goesOn = work.goOn(row);
+        }
+        return goesOn;
+    };
+    EXPECT_TRUE(steps(0, 1000));
+    EXPECT_EQ(parent.findChild<QWidget*>("prgLongWork"), nullptr);
+    clock.advance(1);
+    EXPECT_TRUE(steps(1000, 2000));
+    auto* const shown = parent.findChild<QWidget*>("prgLongWork");
+    ASSERT_NE(shown, nullptr);
+    EXPECT_TRUE(shown->findChild<QLabel*>()->text().contains("so far"));
+    shown->findChild<QPushButton*>()->click();
+    EXPECT_FALSE(work.goOn(2000));
+}
+
 TEST_F(NotesList, FindNarrowsByWordsInSubjectAndText) {
     addFour();
     first->Field("PlainNote")->setValue(QString::fromUtf8("Caf\u00e9 cr\u00e8me at noon"));
@@ -224,6 +249,48 @@ TEST_F(NotesList, FindNarrowsByWordsInSubjectAndText) {
     EXPECT_FALSE(field->isVisible());
     EXPECT_FALSE(window->isUnloaded());
     EXPECT_EQ(list().itemCount(), 3);
+}
+
+TEST(NotesListFind, GoesOnWhileTheWindowLivesAndStopsWithTheBar) {
+    PromptScript script;
+    TestStore store(QString(), &Clock::instance()); // time passes, so that slices end
+    const Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
+    const Ref<IRecord> customer = store.hostRecord("cu", 1);
+    store.addNote("Note 0", customer);
+    constexpr int notes = 20'000;
+    store.database()->RunScript(
+        QStringLiteral(
+            "INSERT INTO tblNotes(Subject, Status, OwnerComponentProgID, OwnerObjectKey, "
+            "OwnerRecordID) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM "
+            "n WHERE i < %1) SELECT 'Note ' || i, 1, OwnerComponentProgID, "
+            "OwnerObjectKey, OwnerRecordID FROM n, tblNotes")
+            .arg(notes - 1));
+    frmMain window(*addIn, store);
+    window.Initialise(addIn, customer, 0);
+    window.show();
+    auto& list = *window.findChild<ListView*>("lsvMain");
+    auto& field = *window.findChild<QLineEdit*>("txtFind");
+    auto& found = *window.findChild<QLabel*>("lblFound");
+    const auto type = [&](const char* text) {
+        field.selectAll();
+        QTest::keyClicks(&field, text);
+    };
+    QTest::keyClick(&list, Qt::Key_F, Qt::ControlModifier);
+    type("o");
+    EXPECT_TRUE(found.text().contains("so far")) << found.text().toStdString();
+    EXPECT_GT(list.itemCount(), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list.itemCount() == notes; }, 60000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return found.text() == "20000 of 20000"; }, 60000));
+    type("note 1999");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list.itemCount() == 12; }, 60000));
+    EXPECT_EQ(list.selectedKey(), "xn2000"); // the first of those found
+    type("e");
+    QTest::keyClick(&field, Qt::Key_Escape);
+    EXPECT_EQ(list.itemCount(), notes);
+    QTest::qWait(100); // no slice of the stopped search narrows the list again
+    EXPECT_EQ(list.itemCount(), notes);
+    EXPECT_EQ(list.selectedKey(), "xn2000");
+    window.unload();
 }
 
 } // namespace yrw::test

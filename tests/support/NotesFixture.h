@@ -60,7 +60,9 @@ class TestStore final : public StoreContext {
 public:
     TestStore() : TestStore(QString()) {}
     /// Works on the notes database in a folder of another store, as a second program does.
-    explicit TestStore(const QString& others) : m_others(others) {
+    /// With a clock, that one is used instead of one that the test advances.
+    explicit TestStore(const QString& others, Clock* running = nullptr)
+        : m_others(others), m_running(running) {
         if (m_others.isEmpty()) {
             createNotesDatabase(m_files, shippedTemplateFolder(), folder());
         }
@@ -75,7 +77,7 @@ public:
     [[nodiscard]] QString notesPath() const {
         return FileSystem::join(folder(), kNotesDatabaseName);
     }
-    [[nodiscard]] dao::EngineServices engine() { return {m_clock, m_files}; }
+    [[nodiscard]] dao::EngineServices engine() { return {clock(), m_files}; }
     [[nodiscard]] ManualClock& manualClock() { return m_clock; }
     [[nodiscard]] FileSystem& files() { return m_files; }
     [[nodiscard]] FakeHostApplication& host() { return *m_host; }
@@ -120,7 +122,7 @@ public:
     [[nodiscard]] QString hostProgID() override { return m_host->ProgID(); }
     [[nodiscard]] Ref<IUser> currentUser() override { return m_host->CurrentUser(); }
     [[nodiscard]] HostDataHelper& dataHelper() override { return m_helper; }
-    [[nodiscard]] Clock& clock() override { return m_clock; }
+    [[nodiscard]] Clock& clock() override { return m_running != nullptr ? *m_running : m_clock; }
     [[nodiscard]] QString version() override { return QStringLiteral("2.0.195"); }
     [[nodiscard]] QString databaseFolder() override { return folder(); }
     [[nodiscard]] QString templateFolder() override { return shippedTemplateFolder(); }
@@ -141,6 +143,7 @@ public:
 private:
     QTemporaryDir m_folder;
     QString m_others;
+    Clock* m_running;
     ManualClock m_clock{QDateTime(QDate(2026, 3, 10), QTime(9, 0))};
     FileSystem m_files;
     Ref<FakeHostApplication> m_host;
