@@ -73,7 +73,7 @@ void Parser::picture(const Token&, int value) {
 
 void Parser::field(const Token&, int) {
     m_state.isField = m_state.fresh;
-    m_fieldStart = m_document.text.size();
+    m_state.fieldStart = m_document.text.size();
 }
 
 void Parser::instruction(const Token&, int) {
@@ -83,8 +83,7 @@ void Parser::instruction(const Token&, int) {
     }
     const QByteArray group = takeGroup();
     m_state.field = m_builder.field(fieldOf(group));
-    m_state.ownsField = m_state.isField && m_fieldStart == m_document.text.size();
-    m_fieldHasText = false;
+    m_state.ownsField = m_state.isField && m_state.fieldStart == m_document.text.size();
 }
 
 } // namespace yrw::rtf
