@@ -17,9 +17,13 @@ void Parser::skipHere() {
     }
 }
 
-void Parser::destination(const Token&, int value) {
+void Parser::destination(const Token& token, int value) {
     const auto wanted = static_cast<Destination>(value);
     if (wanted == Destination::Skip) {
+        if (token.text == "nesttableprops" && inBody()) {
+            // A table inside a cell is shown as text; this group ends a row of it.
+            appendCharacter(kLineBreak);
+        }
         skipHere();
         return;
     }

@@ -45,7 +45,7 @@ TEST(Hostile, InputsThatFuzzingFound) {
         "{\\rtf{\\object\\\x9e"
         "e",
         "{\\rtf{\\field{\\fldinst}{d{\\fldinst}}}", // two instructions of one field
-        "{\\rtf\\u10", // a control character as text
+        "{\\rtf\\u10",                              // a control character as text
         "{\\rtf{\\*{p}\\p",                         // a group whose first part was text already
         QByteArray("{\\rtf{\\pict\0p", 13),         // a NUL that ends a control word
     };
