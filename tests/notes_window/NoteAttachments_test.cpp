@@ -6,7 +6,9 @@
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QDir>
+#include <QDropEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QPrinter>
 #include <QProcess>
 #include <QRadioButton>
@@ -121,6 +123,24 @@ TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
         EXPECT_EQ(editor().Text(), "text");
     }
     EXPECT_TRUE(script.reports.last().description.contains("12 MB; at most 11 MB"));
+}
+
+TEST_F(NoteAttachmentsTest, DroppedFilesAreAttachedThroughTheSameQuestions) {
+    open(customer);
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(file("a.txt", "a")),
+                   QUrl::fromLocalFile(file("large.bin", QByteArray(11 * 1024 * 1024, 'x')))});
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(editor().viewport(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QApplication::sendEvent(editor().viewport(), &drop);
+    EXPECT_TRUE(script.asked.isEmpty()); // whoever drags is not kept waiting
+    script.answer(PromptAnswer::No);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(script.asked.size(), 1);
+    ASSERT_EQ(editor().objectCount(), 1);
+    EXPECT_EQ(editor().objectName(0), "a.txt");
 }
 
 TEST_F(NoteAttachmentsTest, ALargeFileIsAskedAboutAndNoBringsTheDialogBack) {
