@@ -318,7 +318,7 @@ TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
     }
     QString rtf =
         "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs48 Large\\par\\fs20 "
-        "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 fifth\\par "
+        "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 item\\par "
         "\\pard ";
     for (int i = 0; i < 120; ++i) {
         rtf += QString("Line %1 of the note\\par ").arg(i);
@@ -341,7 +341,7 @@ TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
         EXPECT_TRUE(pages[i].contains("Anna Ash")) << pages[i].toStdString();
         EXPECT_TRUE(pages[i].contains("10/03/2026 09:00"));
     }
-    EXPECT_TRUE(QRegularExpression("5\\. +fifth").match(pages[0]).hasMatch()) << "list number";
+    EXPECT_TRUE(QRegularExpression("5\\. +item").match(pages[0]).hasMatch()) << "list number";
     for (int i = 0; i < 120; ++i) {
         EXPECT_EQ(text.count(QString("Line %1 of the note").arg(i)), 1) << i;
     }
