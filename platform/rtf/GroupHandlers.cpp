@@ -64,11 +64,12 @@ void Parser::keepInHeader(const Token&, int) {
 
 void Parser::picture(const Token&, int value) {
     const bool second = value == kPlainerPicture && m_pictureTaken;
-    m_pictureTaken = value == kBetterPicture;
     if (!m_state.fresh || m_stack.size() < 2 || !inBody() || second) {
+        m_pictureTaken = m_pictureTaken && !second;
         skipHere();
         return;
     }
+    m_pictureTaken = value == kBetterPicture;
     const InlineKind kind =
         value == static_cast<int>(InlineKind::Object) ? InlineKind::Object : InlineKind::Picture;
     const QByteArray group = takeGroup();

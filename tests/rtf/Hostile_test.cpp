@@ -46,6 +46,7 @@ TEST(Hostile, InputsThatFuzzingFound) {
         "e",
         "{\\rtf{\\field{\\fldinst}{d{\\fldinst}}}", // two instructions of one field
         "{\\rtf\\u10",                              // a control character as text
+        "{\\rtf{\\shppict}\\pict{\\nonshppict",     // two pictures that become one
         "{\\rtf{\\*{p}\\p",                         // a group whose first part was text already
         QByteArray("{\\rtf{\\pict\0p", 13),         // a NUL that ends a control word
     };
