@@ -63,17 +63,16 @@ void Parser::keepInHeader(const Token&, int) {
 }
 
 void Parser::picture(const Token&, int value) {
-    const bool second = value == kPlainerPicture && m_pictureTaken;
+    const bool second = value == kPlainerPicture && m_pictureEnd == m_document.text.size();
     if (!m_state.fresh || m_stack.size() < 2 || !inBody() || second) {
-        m_pictureTaken = m_pictureTaken && !second;
         skipHere();
         return;
     }
-    m_pictureTaken = value == kBetterPicture;
     const InlineKind kind =
         value == static_cast<int>(InlineKind::Object) ? InlineKind::Object : InlineKind::Picture;
     const QByteArray group = takeGroup();
     addInline(kind, group);
+    m_pictureEnd = value == kBetterPicture ? m_document.text.size() : -1;
 }
 
 void Parser::field(const Token&, int) {

@@ -127,7 +127,7 @@ private:
     int m_skip = 0;           ///< items to skip after \u
     bool m_done = false;
     bool m_surrogates = false;
-    bool m_pictureTaken = false; ///< the better of two renderings was there
+    qsizetype m_pictureEnd = -1; ///< length of the text right behind the better of two renderings
     CharFormat m_lastChars;
     ParFormat m_lastPars;
     int m_lastPar = -1;
