@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTextDocument>
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -81,6 +83,47 @@ void againstConverter(const QByteArray& rtf) {
     std::printf("unrtf %.1f ms: %.1f x (target >= 50 x)\n", run, run / (reading + writing));
 }
 
+/// The command as a filter against the converter, both with their start.
+void againstConverterAsFilter(const QByteArray& rtf) {
+    const QString ours = QCoreApplication::applicationDirPath() + QStringLiteral("/yrwnotes");
+    const QString unrtf = QStandardPaths::findExecutable(QStringLiteral("unrtf"));
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("sample.rtf")));
+    if (!QFile::exists(ours) || unrtf.isEmpty() || !file.open(QIODevice::WriteOnly) ||
+        file.write(rtf) != rtf.size()) {
+        std::printf("filter: yrwnotes or unrtf is missing: no ratio\n");
+        return;
+    }
+    file.close();
+    const auto run = [&](const QString& program, const QStringList& arguments) {
+        return fastest(
+            [&] {
+                QProcess process;
+                process.start(program, arguments);
+                process.waitForFinished(-1);
+            },
+            2);
+    };
+    const double filter = run(ours, {QStringLiteral("rtf"), file.fileName(), QStringLiteral("--to"),
+                                     QStringLiteral("html")});
+    const double converter = run(unrtf, {QStringLiteral("--html"), file.fileName()});
+    std::printf("filter %.0f MB to HTML %.0f ms, unrtf %.0f ms: %.1f x (target >= 20 x)\n",
+                rtf.size() / 1e6, filter, converter, converter / filter);
+}
+
+/// Time and memory of a file that nobody should keep in a note.
+void readLarge(const QByteArray& rtf) {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const long before = usage.ru_maxrss;
+    const double reading = fastest([&] { (void)yrw::rtf::read(QByteArrayView(rtf)); }, 1);
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("read %.0f MB in %.0f ms: %.0f ms per 10 MB (target <= 1000), %.1f x its size more "
+                "memory\n",
+                rtf.size() / 1e6, reading, reading / (rtf.size() / 1e7),
+                double(usage.ru_maxrss - before) * 1024 / rtf.size());
+}
+
 void againstHtml(const QByteArray& rtf) {
     yrw::RichTextBox box;
     const QString text = QString::fromLatin1(rtf);
@@ -105,5 +148,7 @@ int main(int argc, char** argv) {
     const QByteArray rtf = sample(1000 * 1000);
     againstConverter(rtf);
     againstHtml(rtf);
+    againstConverterAsFilter(sample(10 * 1000 * 1000));
+    readLarge(sample(50 * 1000 * 1000));
     return 0;
 }

@@ -239,7 +239,8 @@ void frmMain::showHelp() {
                            "Ctrl+P: print\rF6: between list and text\rCtrl+B, Ctrl+I, Ctrl+U: "
                            "bold, italic, underline\r"
                            "Ctrl+Shift+D, Ctrl+Shift+T: insert the date, the time\r"
-                           "Ctrl+Shift+M: insert date, time and your name\rEscape: save and close"),
+                           "Ctrl+Shift+M: insert date, time and your name\r"
+                           "Ctrl+Shift+F: attach a file\rEscape: save and close"),
             QStringLiteral("Keys of the Notes Window"), PromptIcon::Information);
     }
 }

@@ -1,5 +1,6 @@
 #include "notes_window/NotePrint.h"
 
+#include "platform/richtext/ListNumbers.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -96,6 +97,7 @@ private:
         // Paper is white, whatever the screen's colours are.
         context.palette.setColor(QPalette::Text, Qt::black);
         m_text->documentLayout()->draw(&painter, context);
+        richtext::paintListNumbers(painter, *m_text, context.clip, Qt::black);
         painter.restore();
     }
 

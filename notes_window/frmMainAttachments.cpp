@@ -21,6 +21,7 @@ namespace yrw {
 namespace {
 
 constexpr qint64 kMegabyte = 1024LL * 1024;
+constexpr qint64 kLargestMegabytes = 32;      ///< where the setting is no number
 constexpr qint64 kLargeFile = 10 * kMegabyte; ///< asked about before it is attached
 constexpr int kToolPasteKeepsLook = 41020;
 constexpr int kToolCheckSpelling = 41021;
@@ -44,7 +45,7 @@ void frmMain::setUpEditor() {
     m_connections.push_back(
         m_atbMain->BandOpen.connect([this](IBand& band) { atbMain_BandOpen(band); }));
     const qint64 largest = settings().text(QStringLiteral("LargestAttachment")).toLongLong();
-    m_rtxMain->setLargestFile(largest * kMegabyte);
+    m_rtxMain->setLargestFile((largest > 0 ? largest : kLargestMegabytes) * kMegabyte);
     m_rtxMain->setPasteKeepsLook(settings().boolean(kPasteKeepsLook));
     setToolChecked(kToolPasteKeepsLook, settings().boolean(kPasteKeepsLook));
     applySpelling();

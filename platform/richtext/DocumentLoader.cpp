@@ -154,6 +154,17 @@ int DocumentLoader::rowsOfTable(int first, int& columns) const {
     return rows;
 }
 
+QList<rtf::Row> DocumentLoader::rowsAsRead(int first, int rows) const {
+    QList<rtf::Row> found;
+    for (int i = first, row = -1; found.size() < rows; ++i) {
+        if (at(i).row != row) {
+            row = at(i).row;
+            found.append(m_source.rows[static_cast<std::size_t>(row)]);
+        }
+    }
+    return found;
+}
+
 int DocumentLoader::table(QTextCursor& cursor, int first) {
     int columns = 0;
     const int rows = rowsOfTable(first, columns);
@@ -172,6 +183,7 @@ int DocumentLoader::table(QTextCursor& cursor, int first) {
         left = std::max(edge, left);
     }
     format.setColumnWidthConstraints(widths);
+    format.setProperty(kRows, QVariant::fromValue(rowsAsRead(first, rows)));
     QTextTable* const table = cursor.insertTable(rows, columns, format);
     int paragraph = first;
     for (int row = 0; row < rows; ++row) {

@@ -32,6 +32,7 @@ private:
     void run(QTextCursor& cursor, const rtf::Run& run);
     void joinList(QTextCursor& cursor, const rtf::ParFormat& format);
     /// Inserts the table that begins at paragraph `first`; returns the paragraph behind it.
+    [[nodiscard]] QList<rtf::Row> rowsAsRead(int first, int rows) const;
     int table(QTextCursor& cursor, int first);
     int rowsOfTable(int first, int& columns) const;
     int fillRow(QTextTable* table, int row, int paragraph);

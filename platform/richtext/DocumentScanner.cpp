@@ -48,6 +48,31 @@ rtf::Row rowOf(const QTextTable& table, double dotsPerInch) {
     return row;
 }
 
+bool isEmpty(const QTextTableCell& cell) {
+    return cell.firstPosition() == cell.lastPosition();
+}
+
+/// The rows as they were read, each with its own cells; where the table was changed since, all take
+/// the look of the screen.
+QList<rtf::Row> rowsOf(const QTextTable& table, double dotsPerInch) {
+    const rtf::Row look = rowOf(table, dotsPerInch);
+    auto rows = table.format().property(kRows).value<QList<rtf::Row>>();
+    if (rows.size() != table.rows()) {
+        return QList<rtf::Row>(table.rows(), look);
+    }
+    for (int row = 0; row < rows.size(); ++row) {
+        const qsizetype cells = rows[row].edges.size();
+        bool fits = cells > 0 && cells <= table.columns();
+        for (auto column = static_cast<int>(cells); fits && column < table.columns(); ++column) {
+            fits = isEmpty(table.cellAt(row, column)); // the screen's table is a full rectangle
+        }
+        if (!fits) {
+            rows[row] = look;
+        }
+    }
+    return rows;
+}
+
 } // namespace
 
 DocumentScanner::DocumentScanner(const rtf::Document& header,
@@ -108,11 +133,11 @@ void DocumentScanner::frame(QTextFrame::iterator it, const QTextFrame::iterator&
 }
 
 void DocumentScanner::table(const QTextTable& table) {
-    const rtf::Row look = rowOf(table, m_dotsPerInch);
+    const QList<rtf::Row> looks = rowsOf(table, m_dotsPerInch);
     for (int row = 0; row < table.rows(); ++row) {
         m_row = static_cast<int>(m_result.rows.size());
-        m_result.rows.push_back(look);
-        for (int column = 0; column < table.columns(); ++column) {
+        m_result.rows.push_back(looks[row]);
+        for (int column = 0; column < looks[row].edges.size(); ++column) {
             m_cell = column;
             const QTextTableCell cell = table.cellAt(row, column);
             if (cell.row() == row && cell.column() == column) {

@@ -187,7 +187,12 @@ QTextListFormat listFormat(const rtf::ParFormat& format) {
         QTextListFormat::ListUpperAlpha, QTextListFormat::ListLowerRoman,
         QTextListFormat::ListUpperRoman};
     QTextListFormat list;
-    list.setStyle(kStyles[static_cast<std::size_t>(format.list)]);
+    const bool numbered =
+        format.list != rtf::ListKind::Bullet && format.list != rtf::ListKind::None;
+    // The toolkit begins each list with 1; other numbers are painted beside it.
+    list.setStyle(numbered && format.listStart != 1
+                      ? QTextListFormat::ListStyleUndefined
+                      : kStyles[static_cast<std::size_t>(format.list)]);
     list.setIndent(0);
     list.setNumberPrefix(format.listBefore);
     list.setNumberSuffix(format.listAfter);

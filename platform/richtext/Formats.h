@@ -22,7 +22,8 @@ inline constexpr int kInlineObject = QTextFormat::UserObject + 1;
 enum Property {
     kInlineId = QTextFormat::UserProperty + 1, ///< int: which inline group
     kField,                                    ///< QByteArray: instruction of the field
-    kParagraph                                 ///< rtf::ParFormat: lengths in twips, exact
+    kParagraph,                                ///< rtf::ParFormat: lengths in twips, exact
+    kRows ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
 };
 
 /// Screen lengths of a length in twips.

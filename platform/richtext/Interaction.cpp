@@ -1,4 +1,5 @@
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/ListNumbers.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QApplication>
@@ -7,6 +8,9 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QToolTip>
 
@@ -56,6 +60,15 @@ void RichTextBox::leaveLink() {
 }
 
 bool RichTextBox::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::Paint) {
+        const bool painted = QTextEdit::viewportEvent(event);
+        const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+        QPainter painter(viewport());
+        painter.translate(-scrolled);
+        const QRect shown = static_cast<QPaintEvent*>(event)->rect().translated(scrolled);
+        richtext::paintListNumbers(painter, *document(), shown, palette().color(QPalette::Text));
+        return painted;
+    }
     if (event->type() == QEvent::ToolTip) {
         const auto* const help = static_cast<QHelpEvent*>(event);
         const QString target = anchorAt(help->pos());

@@ -50,7 +50,7 @@ QImage textPreview(const QString& text) {
     const QString lines = text.trimmed().split(u'\n').mid(0, kPreviewLines).join(u'\n');
     const QRect inside(QPoint(6, 6), kTextPreview - QSize(12, 12));
     const QFont font = QGuiApplication::font();
-    const int height = QFontMetrics(font).boundingRect(inside, kFlags, lines).height() + 12;
+    const int height = QFontMetrics(font).boundingRect(inside, kFlags, lines).height() + 18;
     const QSize size(kTextPreview.width(), std::clamp(height, 32, kTextPreview.height()));
     QImage image = canvas(size);
     QPainter painter(&image);

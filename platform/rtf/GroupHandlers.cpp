@@ -17,9 +17,13 @@ void Parser::skipHere() {
     }
 }
 
-void Parser::destination(const Token&, int value) {
+void Parser::destination(const Token& token, int value) {
     const auto wanted = static_cast<Destination>(value);
     if (wanted == Destination::Skip) {
+        if (token.text == "nesttableprops" && inBody()) {
+            // A table inside a cell is shown as text; this group ends a row of it.
+            appendCharacter(kLineBreak);
+        }
         skipHere();
         return;
     }
@@ -59,8 +63,7 @@ void Parser::keepInHeader(const Token&, int) {
 }
 
 void Parser::picture(const Token&, int value) {
-    const bool second = value == kPlainerPicture && m_pictureTaken;
-    m_pictureTaken = value == kBetterPicture;
+    const bool second = value == kPlainerPicture && m_pictureEnd == m_document.text.size();
     if (!m_state.fresh || m_stack.size() < 2 || !inBody() || second) {
         skipHere();
         return;
@@ -69,11 +72,12 @@ void Parser::picture(const Token&, int value) {
         value == static_cast<int>(InlineKind::Object) ? InlineKind::Object : InlineKind::Picture;
     const QByteArray group = takeGroup();
     addInline(kind, group);
+    m_pictureEnd = value == kBetterPicture ? m_document.text.size() : -1;
 }
 
 void Parser::field(const Token&, int) {
     m_state.isField = m_state.fresh;
-    m_fieldStart = m_document.text.size();
+    m_state.fieldStart = m_document.text.size();
 }
 
 void Parser::instruction(const Token&, int) {
@@ -83,8 +87,7 @@ void Parser::instruction(const Token&, int) {
     }
     const QByteArray group = takeGroup();
     m_state.field = m_builder.field(fieldOf(group));
-    m_state.ownsField = m_state.isField && m_fieldStart == m_document.text.size();
-    m_fieldHasText = false;
+    m_state.ownsField = m_state.isField && m_state.fieldStart == m_document.text.size();
 }
 
 } // namespace yrw::rtf

@@ -169,7 +169,9 @@ void Parser::unicode(const Token& token, int) {
         const auto wide = static_cast<char32_t>(code);
         m_surrogates = true;
         deliver(QString::fromUcs4(&wide, 1));
-    } else if (code > 0 && code < 0x10000) {
+    } else if (code == '\n' || code == '\v' || code == '\r') {
+        appendCharacter(kLineBreak);
+    } else if (code == '\t' || (code >= 0x20 && code < 0x10000)) {
         appendCharacter(static_cast<char16_t>(code));
     }
     m_skip = m_state.uc;

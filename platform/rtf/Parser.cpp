@@ -100,10 +100,10 @@ void Parser::finish() {
 void Parser::openGroup(const Token& token) {
     flush();
     m_skip = 0;
+    m_state.fresh = false;
     if (m_stack.size() >= kDeepest) {
         m_document.incomplete = true;
         ++m_overflow;
-        m_state.fresh = false;
         return;
     }
     m_stack.push_back(m_state);
@@ -128,7 +128,7 @@ void Parser::closeGroup(const Token& token) {
     closeDestination();
     const State closed = std::exchange(m_state, m_stack.back());
     m_stack.pop_back();
-    if (closed.ownsField && !m_fieldHasText && inBody()) {
+    if (closed.ownsField && closed.fieldStart == m_document.text.size() && inBody()) {
         // A field that shows nothing would leave no trace: it is kept whole.
         addInline(InlineKind::Kept, keepGroup(m_tokens.input(), closed.begin, token.end, true));
     }
@@ -250,7 +250,6 @@ void Parser::append(QByteArrayView bytes) {
     if (inBody() && m_pending.isEmpty() && m_state.codePage != kSymbolCodePage && isAscii(bytes)) {
         // The common case without a copy.
         m_builder.asciiText(bytes, format(), m_state.field);
-        m_fieldHasText = true;
         return;
     }
     m_pending += bytes;
@@ -283,7 +282,6 @@ void Parser::deliver(QStringView text) {
             m_surrogates = m_surrogates || c.isSurrogate();
             m_builder.text(QStringView(&character, 1), format(), m_state.field);
         }
-        m_fieldHasText = true;
         break;
     case Destination::FontTable:
         m_font.name += text;
@@ -372,7 +370,6 @@ QByteArray Parser::takeGroup() {
 
 void Parser::addInline(InlineKind kind, const QByteArray& raw) {
     m_builder.inlineGroup(kind, raw, format(), m_state.field);
-    m_fieldHasText = true;
 }
 
 bool isRtf(QStringView text) {

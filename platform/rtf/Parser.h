@@ -30,9 +30,10 @@ enum class Destination : quint8 {
 struct State {
     CharFormat chars;
     ParFormat pars;
-    qsizetype begin = 0; ///< offset of the group's brace
-    int codePage = 0;    ///< of the current font; 0: the document's
-    int uc = 1;          ///< items to skip after \u
+    qsizetype begin = 0;      ///< offset of the group's brace
+    qsizetype fieldStart = 0; ///< length of the text where the field began
+    int codePage = 0;         ///< of the current font; 0: the document's
+    int uc = 1;               ///< items to skip after \u
     int field = -1;
     int listNumber = 0; ///< \ls
     int listLevel = 0;  ///< \ilvl
@@ -125,10 +126,8 @@ private:
     QByteArray m_pending;     ///< bytes that wait for the end of their run
     int m_skip = 0;           ///< items to skip after \u
     bool m_done = false;
-    bool m_fieldHasText = false;
-    qsizetype m_fieldStart = 0; ///< where the text of the last field begins
     bool m_surrogates = false;
-    bool m_pictureTaken = false; ///< the better of two renderings was there
+    qsizetype m_pictureEnd = -1; ///< length of the text right behind the better of two renderings
     CharFormat m_lastChars;
     ParFormat m_lastPars;
     int m_lastPar = -1;

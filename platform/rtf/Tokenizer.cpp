@@ -34,9 +34,10 @@ constexpr bool endsText(char c) {
 /// Appends bytes of a group in 7 bits: others as their number, NUL not at all.
 void keepBytes(QByteArray& kept, QByteArrayView bytes) {
     for (const char c : bytes) {
-        if (c > 0) {
-            kept += c;
-        } else if (c < 0) {
+        if (c >= 0) {
+            // A NUL ends a control word and is no text: so is and does a line end.
+            kept += c == '\0' ? '\n' : c;
+        } else {
             kept += "\\'" + QByteArray::number(static_cast<unsigned char>(c), 16);
         }
     }
@@ -181,6 +182,12 @@ QByteArray keepGroup(QByteArrayView input, qsizetype begin, qsizetype end, bool 
         if (token.kind == TokenKind::Binary) {
             keepBytes(kept, group.sliced(copied, token.begin - copied));
             kept += ' ' + token.text.toByteArray().toHex();
+            copied = token.end;
+        } else if (token.kind == TokenKind::Symbol && (token.number == 0 || token.number > 0x7F)) {
+            // No symbol of RTF: its character is not kept as it is, and without it the backslash
+            // would stand before whatever follows. A line end is left, which parts words too.
+            keepBytes(kept, group.sliced(copied, token.begin - copied));
+            kept += '\n';
             copied = token.end;
         }
     }

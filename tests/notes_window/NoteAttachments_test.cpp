@@ -6,7 +6,9 @@
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QDir>
+#include <QDropEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QPrinter>
 #include <QProcess>
 #include <QRadioButton>
@@ -121,6 +123,24 @@ TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
         EXPECT_EQ(editor().Text(), "text");
     }
     EXPECT_TRUE(script.reports.last().description.contains("12 MB; at most 11 MB"));
+}
+
+TEST_F(NoteAttachmentsTest, DroppedFilesAreAttachedThroughTheSameQuestions) {
+    open(customer);
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(file("a.txt", "a")),
+                   QUrl::fromLocalFile(file("large.bin", QByteArray(11 * 1024 * 1024, 'x')))});
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(editor().viewport(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QApplication::sendEvent(editor().viewport(), &drop);
+    EXPECT_TRUE(script.asked.isEmpty()); // whoever drags is not kept waiting
+    script.answer(PromptAnswer::No);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(script.asked.size(), 1);
+    ASSERT_EQ(editor().objectCount(), 1);
+    EXPECT_EQ(editor().objectName(0), "a.txt");
 }
 
 TEST_F(NoteAttachmentsTest, ALargeFileIsAskedAboutAndNoBringsTheDialogBack) {
@@ -296,7 +316,10 @@ TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
     if (QStandardPaths::findExecutable("pdftotext").isEmpty()) {
         GTEST_SKIP() << "poppler-utils is not installed";
     }
-    QString rtf = "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs48 Large\\par\\fs20 ";
+    QString rtf =
+        "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs48 Large\\par\\fs20 "
+        "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 item\\par "
+        "\\pard ";
     for (int i = 0; i < 120; ++i) {
         rtf += QString("Line %1 of the note\\par ").arg(i);
     }
@@ -318,6 +341,7 @@ TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
         EXPECT_TRUE(pages[i].contains("Anna Ash")) << pages[i].toStdString();
         EXPECT_TRUE(pages[i].contains("10/03/2026 09:00"));
     }
+    EXPECT_TRUE(QRegularExpression("5\\. +item").match(pages[0]).hasMatch()) << "list number";
     for (int i = 0; i < 120; ++i) {
         EXPECT_EQ(text.count(QString("Line %1 of the note").arg(i)), 1) << i;
     }

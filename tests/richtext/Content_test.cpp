@@ -22,6 +22,8 @@ const char* const kBodies[] = {
     "c\\cell\\row\\intbl\\b d\\b0\\cell\\cell\\row\\pard\\par after\\par",
     "\\trowd\\cellx1005\\pard\\intbl first\\cell\\row\\pard\\par\\trowd\\cellx2010\\pard\\intbl "
     "z\\cell\\row\\pard x",
+    "\\trowd\\cellx1000\\cellx3000\\pard\\intbl a\\cell b\\cell\\row\\trowd\\trgaph50\\cellx1500"
+    "\\cellx2500\\cellx4000\\intbl c\\cell d\\cell e\\cell\\row\\pard x", // rows differ
     "one\\par\\par\\par two\\line three\\tab x\\par\\par",
 };
 

@@ -38,6 +38,23 @@ TEST(Hostile, TruncatedAtEveryByte) {
     }
 }
 
+TEST(Hostile, InputsThatFuzzingFound) {
+    const QByteArray inputs[] = {
+        QByteArray("{\\rtf{\\pict\\\0", 13), // a symbol whose character is not kept
+        "{\\rtf{\\pict\\\xe9}x}",
+        "{\\rtf{\\object\\\x9e"
+        "e",
+        "{\\rtf{\\field{\\fldinst}{d{\\fldinst}}}", // two instructions of one field
+        "{\\rtf\\u10",                              // a control character as text
+        "{\\rtf{\\shppict}\\pict{\\nonshppict",     // two pictures that become one
+        "{\\rtf{\\*{p}\\p",                         // a group whose first part was text already
+        QByteArray("{\\rtf{\\pict\0p", 13),         // a NUL that ends a control word
+    };
+    for (const QByteArray& input : inputs) {
+        check(input);
+    }
+}
+
 TEST(Hostile, ChangedAtRandom) {
     std::mt19937 random(20261124); // NOLINT: the same inputs in each run
     const QByteArray pieces[] = {

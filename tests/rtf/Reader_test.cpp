@@ -78,7 +78,7 @@ constexpr TextCase kTextCases[] = {
     {"nested table",
      "\\trowd\\cellx9\\intbl a{\\itap2 b\\nestcell{\\*\\nesttableprops\\nestrow}"
      "{\\nonesttables\\par}}\\cell\\row\\pard x",
-     u"ab\t|x"},
+     u"ab\t||x"},
     {"footnote", "a{\\footnote f}b", u"ab"},
     {"line break by backslash", "a\\\nb", u"a|b"},
 };

@@ -1,0 +1,73 @@
+#include "platform/richtext/ListNumbers.h"
+
+#include "platform/richtext/Formats.h"
+#include "platform/rtf/ListNumber.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
+#include <QTextList>
+#include <QTextTable>
+
+#include <algorithm>
+
+namespace yrw::richtext {
+
+namespace {
+
+/// The number of an item that the toolkit does not number; empty for other blocks.
+QString numberOf(const QTextBlock& block) {
+    const QTextList* const list = block.textList();
+    if (list == nullptr || list->format().style() != QTextListFormat::ListStyleUndefined) {
+        return {};
+    }
+    const auto format = block.blockFormat().property(kParagraph).value<rtf::ParFormat>();
+    return format.listBefore +
+           rtf::listNumber(format.list, format.listStart + list->itemNumber(block)) +
+           format.listAfter;
+}
+
+void paintNumber(QPainter& painter, const QTextBlock& block, const QRectF& rect,
+                 const QString& number, const QColor& colour) {
+    if (block.layout()->lineCount() == 0) {
+        return;
+    }
+    const QTextCharFormat format =
+        block.begin().atEnd() ? block.charFormat() : block.begin().fragment().charFormat();
+    // Laid out like the text, so that it has its size on paper too.
+    QTextLayout layout(number + u' ', format.font(),
+                       block.document()->documentLayout()->paintDevice());
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(rect.width());
+    layout.endLayout();
+    const QTextLine first = block.layout()->lineAt(0);
+    const QPointF text = block.layout()->position() + first.naturalTextRect().topLeft();
+    painter.setPen(format.hasProperty(QTextFormat::ForegroundBrush) ? format.foreground().color()
+                                                                    : colour);
+    layout.draw(&painter, QPointF(text.x() - line.horizontalAdvance(),
+                                  text.y() + first.ascent() - line.ascent()));
+}
+
+} // namespace
+
+void paintListNumbers(QPainter& painter, const QTextDocument& document, const QRectF& clip,
+                      const QColor& colour) {
+    const QAbstractTextDocumentLayout& layout = *document.documentLayout();
+    const int first = layout.hitTest(clip.topLeft(), Qt::FuzzyHit);
+    for (QTextBlock block = document.findBlock(std::max(first, 0)); block.isValid();
+         block = block.next()) {
+        const QRectF rect = layout.blockBoundingRect(block);
+        if (rect.top() > clip.bottom() && QTextCursor(block).currentTable() == nullptr) {
+            return;
+        }
+        const QString number = numberOf(block);
+        if (!number.isEmpty() && rect.intersects(clip)) {
+            paintNumber(painter, block, rect, number, colour);
+        }
+    }
+}
+
+} // namespace yrw::richtext
