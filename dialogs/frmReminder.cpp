@@ -109,10 +109,11 @@ qint64 frmReminder::noteID() const {
 }
 
 bool frmReminder::isUnanswered(const dao::Recordset& row) const {
-    const auto isAsRead = [&](const QString& field) {
-        return row.value(field) == m_reminder->value(field);
+    const auto isSameDate = [&](const QString& field) {
+        return isSameWallTime(row.value(field).toDateTime(), m_reminder->value(field).toDateTime());
     };
-    return m_reminder && isAsRead(kStatus) && isAsRead(kNextDate) && isAsRead(kLastDate);
+    return m_reminder && row.value(kStatus) == m_reminder->value(kStatus) &&
+           isSameDate(kNextDate) && isSameDate(kLastDate);
 }
 
 // Event handlers.
