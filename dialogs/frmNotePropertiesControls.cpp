@@ -35,6 +35,17 @@ QLabel* makeLabel(const QString& caption, int index) {
     return label;
 }
 
+/// The Tab key comes to the chosen one of several options, also before any had the focus.
+template <class Options>
+void letTabReachTheChosen(const Options& options) {
+    for (QRadioButton* option : options) {
+        option->setFocusPolicy(Qt::ClickFocus);
+        QObject::connect(option, &QRadioButton::toggled, option, [option](bool chosen) {
+            option->setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus);
+        });
+    }
+}
+
 QToolButton* makeStepButton(const QString& name, const QString& accessibleName,
                             Qt::ArrowType arrow) {
     auto* button = new QToolButton;
@@ -179,6 +190,8 @@ QWidget* frmNoteProperties::createButtons() {
 }
 
 void frmNoteProperties::connectEvents() {
+    letTabReachTheChosen(m_optType);
+    letTabReachTheChosen(m_optReminder);
     connect(m_prpMain, &QTabWidget::currentChanged, this, [this] { prpMain_Click(); });
     connect(m_chkReminder, &QCheckBox::toggled, this, [this] { chkReminder_Click(); });
     for (size_t i = 0; i < m_optReminder.size(); ++i) {

@@ -132,6 +132,13 @@ void frmNoteProperties::BuildUsersTree() {
         node->setText(1, m_recipients.value(key));
     }
     m_tvwRemindUsers->resizeColumnToContents(0);
+    int states = 0;
+    for (const QString& state : std::as_const(m_recipients)) {
+        states = qMax(states, m_tvwRemindUsers->fontMetrics().horizontalAdvance(state));
+    }
+    if (states > 0) { // both columns whole, beside a scroll bar
+        m_tvwRemindUsers->setMinimumWidth(m_tvwRemindUsers->columnWidth(0) + states + 50);
+    }
     if (m_initialising) {
         tickRemindedUsers();
     }

@@ -15,6 +15,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -35,6 +36,18 @@ const QString kLastDate = QStringLiteral("LastDate");
 constexpr qint64 kLaterMinutes = 30;
 /// When the morning begins for a reminder.
 constexpr int kMorningHour = 9;
+
+/// The order of the popups on the screen, as far as clicks care.
+struct Stacking {
+    const void* front = nullptr; ///< the popup brought to the front last; for comparison only
+    /// When a popup went or rose last, by the clock that never runs backwards.
+    qint64 changedMs = std::numeric_limits<qint64>::min() / 2;
+};
+
+Stacking& stacking() {
+    static Stacking state;
+    return state;
+}
 
 /// Caption of a reminder kind; nothing for a number that is none.
 std::optional<QString> kindText(int kind) {
@@ -57,8 +70,6 @@ std::optional<QString> kindText(int kind) {
 
 const QString frmReminder::kTagPrefix = QStringLiteral("NOTE:");
 const QKeySequence frmReminder::kReachKey(Qt::CTRL | Qt::ALT | Qt::Key_R);
-const frmReminder* frmReminder::s_front = nullptr;
-qint64 frmReminder::s_movedMs = std::numeric_limits<qint64>::min() / 2;
 
 frmReminder::frmReminder(INotesAddIn& addIn) : Form(QStringLiteral("frmReminder")), m_addIn(addIn) {
     createControls();
@@ -98,10 +109,11 @@ qint64 frmReminder::noteID() const {
 }
 
 bool frmReminder::isUnanswered(const dao::Recordset& row) const {
-    const auto isAsRead = [&](const QString& field) {
-        return row.value(field) == m_reminder->value(field);
+    const auto isSameDate = [&](const QString& field) {
+        return isSameWallTime(row.value(field).toDateTime(), m_reminder->value(field).toDateTime());
     };
-    return m_reminder && isAsRead(kStatus) && isAsRead(kNextDate) && isAsRead(kLastDate);
+    return m_reminder && row.value(kStatus) == m_reminder->value(kStatus) &&
+           isSameDate(kNextDate) && isSameDate(kLastDate);
 }
 
 // Event handlers.
@@ -174,7 +186,7 @@ void frmReminder::Form_QueryUnload(bool& /*cancel*/) {
 }
 
 void frmReminder::Form_Unload() {
-    s_movedMs = m_addIn.services().clock.monotonicMs();
+    stacking().changedMs = m_addIn.services().clock.monotonicMs();
     if (tag().size() > kTagPrefix.size()) {
         m_addIn.forgetReminder(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
     }
@@ -215,13 +227,13 @@ bool frmReminder::event(QEvent* event) {
 /// True for a press that may have been meant for what was in this popup's place a moment ago.
 bool frmReminder::isStray() const {
     const qint64 nowMs = m_addIn.services().clock.monotonicMs();
-    return nowMs - m_cameMs < kSettleMs || nowMs - s_movedMs < kSettleMs;
+    return nowMs - m_cameMs < kSettleMs || nowMs - stacking().changedMs < kSettleMs;
 }
 
 void frmReminder::bringToFront() {
-    if (s_front != this) {
-        s_front = this;
-        s_movedMs = m_addIn.services().clock.monotonicMs();
+    if (stacking().front != this) {
+        stacking().front = this;
+        stacking().changedMs = m_addIn.services().clock.monotonicMs();
     }
     raise();
 }

@@ -122,11 +122,9 @@ private:
     bool mbDismissed = false;
     bool m_hasKeys = false; ///< the user has turned to this popup
     bool m_isPainted = false;
-    bool m_calls = false;              ///< the user is to be called once it is painted
-    bool m_wantsKeys = false;          ///< and the window system is still to follow
-    qint64 m_cameMs = 0;               ///< when it came, by the clock that never runs backwards
-    static const frmReminder* s_front; ///< the one brought to the front last; for comparison only
-    static qint64 s_movedMs;           ///< when a popup went or rose last
+    bool m_calls = false;     ///< the user is to be called once it is painted
+    bool m_wantsKeys = false; ///< and the window system is still to follow
+    qint64 m_cameMs = 0;      ///< when it came, by the clock that never runs backwards
 
     std::array<QLabel*, 6> lblForm{}; ///< 3 is not used
     QPlainTextEdit* rxtMain = nullptr;

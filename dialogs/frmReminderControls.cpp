@@ -111,7 +111,7 @@ void frmReminder::setTabOrders() {
     QWidget* before = rxtMain;
     for (QWidget* next :
          std::initializer_list<QWidget*>{dtpReminder, cmdPreset[0], cmdPreset[1], cmdPreset[2],
-                                         cmdForm[0], chkFinish, cmdForm[1], cmdForm[2]}) {
+                                         cmdForm[0], cmdForm[2], chkFinish, cmdForm[1]}) {
         setTabOrder(before, next);
         before = next;
     }

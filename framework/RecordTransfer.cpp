@@ -1,5 +1,6 @@
 // Rows into records and back: the part of the data helper that knows what a record keeps.
 #include "framework/CollectionBase.h"
+#include "platform/clock/WallTime.h"
 
 namespace yrw {
 
@@ -21,6 +22,9 @@ dao::ValueList valuesOf(const dao::Recordset& row) {
 bool isSameValue(const QVariant& a, const QVariant& b) {
     if (a.isNull() || b.isNull()) {
         return a.isNull() && b.isNull();
+    }
+    if (a.typeId() == QMetaType::QDateTime && b.typeId() == QMetaType::QDateTime) {
+        return isSameWallTime(a.toDateTime(), b.toDateTime());
     }
     if (a.typeId() == b.typeId()) {
         return a == b;

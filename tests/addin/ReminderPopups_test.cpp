@@ -93,7 +93,7 @@ TEST_F(ReminderPopups, TheTabKeyGoesFromThePickerToTheAnswers) {
     }
     EXPECT_EQ(visited.join(u' ').toStdString(),
               "rxtMain dtpReminder cmdPreset(0) cmdPreset(1) cmdPreset(2) "
-              "cmdForm(0) chkFinish cmdForm(1) cmdForm(2)");
+              "cmdForm(0) cmdForm(2) chkFinish cmdForm(1)");
 }
 
 TEST_F(ReminderPopups, ClicksMeantForSomethingElseCountForNothing) {

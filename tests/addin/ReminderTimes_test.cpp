@@ -154,6 +154,27 @@ TEST_F(ReminderTimes, EachIsShownOnceWhateverTheClockDoes) {
     }
 }
 
+TEST_F(ReminderTimes, WhatIsPutOffInTheDoubleHourDoesNotComeBackAtOnce) {
+    const InZone zone("Europe/Berlin");
+    startAt(QDateTime(QDate(2026, 10, 25), QTime(1, 50)).addSecs(3600)); // 02:50, the first time
+    const auto hour = [](qint64 id) {
+        return stored(id, "NextDate").toDateTime().toString(QStringLiteral("HH:mm"));
+    };
+    const qint64 closed = remindAt(zoneClock->now());
+    ASSERT_TRUE(minuteTick());
+    popup().close();
+    EXPECT_EQ(hour(closed), "03:05"); // 02:05 has been already
+    const qint64 later = remindAt(zoneClock->now());
+    ASSERT_TRUE(minuteTick());
+    ASSERT_EQ(tags(), QStringList{tagOf(later)});
+    zoneClock->pass(1);
+    QTest::mouseClick(&control<QPushButton>("cmdPreset(1)"), Qt::LeftButton);
+    QTest::mouseClick(&control<QPushButton>("cmdForm(0)"), Qt::LeftButton);
+    EXPECT_EQ(hour(later), "03:50");
+    ASSERT_TRUE(minuteTick());
+    EXPECT_TRUE(tags().isEmpty());
+}
+
 /// One recipient's reminder, driven by a random walk. What must hold is checked after every step.
 class ReminderLife : public ReminderTimes, public testing::WithParamInterface<unsigned> {
 protected:

@@ -5,6 +5,7 @@
 #include "platform/prompt/ErrorLog.h"
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QFile>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -57,6 +58,11 @@ TEST_F(RemindersTest, WaitWhileTheHostIsBusyOrANotesWindowIsOpen) {
         form.unload();
     });
     addIn->ShowNotes(nullptr, 0);
+    QDialog box;
+    box.setWindowModality(Qt::ApplicationModal);
+    box.show();
+    EXPECT_FALSE(minuteTick());
+    box.hide();
     EXPECT_TRUE(tags().isEmpty());
     addIn->setSwitch(NotesSwitch::CheckForReminders, false);
     EXPECT_TRUE(addIn->CheckForReminders()); // asked for directly, it runs all the same

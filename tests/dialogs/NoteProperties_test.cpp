@@ -2,8 +2,10 @@
 #include "dialogs/frmNoteProperties.h"
 #include "platform/forms/DatePicker.h"
 #include "tests/support/FakeAddIn.h"
+#include "tests/support/ZoneClock.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTest>
@@ -227,6 +229,69 @@ TEST_F(NoteProperties, StoredKindsReopen) {
         EXPECT_TRUE(control(each.option).isChecked());
         EXPECT_EQ(ticked(), each.ticked);
     }
+}
+
+TEST_F(NoteProperties, ShowsHowFarEachRecipientIs) {
+    const Ref<Note> note = noteWith(ReminderKind::SelectedUsers, {1, 2, 3, 4});
+    const QStringList states{"1", "2", "3, NextDate = '2026-03-11 08:00:00'",
+                             "4, LastDate = '2026-03-09 17:45:00'"};
+    for (qsizetype i = 0; i < states.size(); ++i) {
+        store.database()->RunScript(QStringLiteral("UPDATE tblReminders SET Status = %1 WHERE "
+                                                   "UserID = %2;")
+                                        .arg(states[i])
+                                        .arg(i + 1));
+    }
+    // An answered reminder of somebody who has an open one too does not hide that.
+    store.database()->RunScript(
+        "INSERT INTO tblReminders (NoteID, UserID, Status, LastDate) VALUES "
+        "(1, 1, 4, '2026-03-01 08:00:00');");
+    open(note);
+    const auto stateOf = [this](const char* name) {
+        return tree().findItems(name, Qt::MatchExactly | Qt::MatchRecursive).first()->text(1);
+    };
+    EXPECT_FALSE(tree().isHeaderHidden());
+    for (const char* option : {"optReminder(2)", "optReminder(0)"}) {
+        click(option);
+        EXPECT_EQ(stateOf("Anna Ash"), "waiting");
+        EXPECT_EQ(stateOf("Ben Birch"), "waiting");
+        EXPECT_EQ(stateOf("Cara Cedar"), "told later until 11/03/2026 08:00");
+        EXPECT_EQ(stateOf("Dave Dogwood"), "dismissed on 09/03/2026 17:45");
+        EXPECT_EQ(stateOf("Erin Elm"), "");
+        EXPECT_EQ(stateOf("Sales"), "");
+    }
+    open(noteWith(ReminderKind::None, {}));
+    EXPECT_TRUE(tree().isHeaderHidden());
+}
+
+TEST_F(NoteProperties, AnHourThatComesTwiceIsExplained) {
+    const InZone zone("Europe/Berlin");
+    open(nullptr);
+    click("chkReminder");
+    auto& picker = control<DatePicker>("dtpReminder");
+    EXPECT_TRUE(control<QLabel>("lblClockChange").isHidden());
+    picker.setDateTime(QDateTime(QDate(2026, 10, 25), QTime(2, 30), Qt::UTC));
+    EXPECT_TRUE(control<QLabel>("lblClockChange").isVisible());
+    EXPECT_TRUE(control<QLabel>("lblClockChange").text().contains("comes twice"));
+    EXPECT_EQ(picker.accessibleDescription(), control<QLabel>("lblClockChange").text());
+}
+
+TEST_F(NoteProperties, TheTabKeyVisitsEveryControlInReadingOrder) {
+    open(nullptr);
+    click("chkReminder");
+    click("optReminder(2)");
+    control<QLineEdit>("txtSubject").setFocus();
+    QStringList visited;
+    for (int i = 0; i < 30 && visited.count("txtSubject") < 2; ++i) {
+        const QString name = dialog->focusWidget()->objectName();
+        if (visited.isEmpty() || visited.last() != name) {
+            visited += name;
+        }
+        QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(visited.join(' ').toStdString(),
+              "txtSubject dtpDate optType(1) chkAutoShow chkReminder dtpReminder updReminderUp "
+              "updReminderDown optReminder(2) tvwRemindUsers cmdForm(0) cmdForm(1) "
+              "qt_tabwidget_tabbar txtSubject");
 }
 
 TEST_F(NoteProperties, ShowsAndRaisesTheNotesFields) {

@@ -1,5 +1,6 @@
 #include "platform/dao/sqlite/RecordsetBase.h"
 
+#include "platform/clock/WallTime.h"
 #include "platform/component/AutomationError.h"
 
 #include <QStringList>
@@ -44,6 +45,9 @@ bool isChangeStamp(const QString& column) {
 
 /// Same value, Null and an empty text being different.
 bool sameValue(const QVariant& a, const QVariant& b) {
+    if (a.typeId() == QMetaType::QDateTime && b.typeId() == QMetaType::QDateTime) {
+        return isSameWallTime(a.toDateTime(), b.toDateTime());
+    }
     return a.isNull() == b.isNull() && (a.isNull() || a == b);
 }
 
