@@ -10,6 +10,7 @@ namespace {
 
 const QString kApplication = QStringLiteral("Yarrowen");
 const QString kSection = QStringLiteral("YRWNotes Settings");
+const QString kOwnSection = QStringLiteral("YRWNotes Options");
 
 constexpr SettingKey kKeys[] = {
     {u"CheckAutoNotes", u"True", "Watch the window's focus for the automatic notes"},
@@ -30,22 +31,38 @@ constexpr SettingKey kKeys[] = {
     {u"DefaultFontUnderline", u"False", "Whether that font is underlined"},
     {u"DefaultFontStrikethru", u"False", "Whether that font is struck through"},
     {u"DefaultFontColour", u"0", "Colour of new notes' text as &H00BBGGRR; 0 is black"},
-    {u"LargestAttachment", u"32", "Largest file that can be attached to a note, in megabytes"},
-    {u"PasteKeepsLook", u"False", "Whether pasted text keeps its own fonts, sizes and colours"},
-    {u"CheckSpelling", u"True", "Underline unknown words where a dictionary is installed"},
-    {u"SpellingLanguage", u"", "Language of the dictionary, as de_AT; empty: the user's"},
     {u"PopupWindow-H", u"",
      "Height of the automatic notes as a fraction of the host window; empty: as designed"},
     {u"PopupWindow-W", u"",
      "Width of the automatic notes as a fraction of the host window; empty: as designed"},
+    {u"LargestAttachment", u"32", "Largest file that can be attached to a note, in megabytes",
+     SettingSection::Own},
+    {u"PasteKeepsLook", u"False", "Whether pasted text keeps its own fonts, sizes and colours",
+     SettingSection::Own},
+    {u"CheckSpelling", u"True", "Underline unknown words where a dictionary is installed",
+     SettingSection::Own},
+    {u"SpellingLanguage", u"", "Language of the dictionary, as de_AT; empty: the user's",
+     SettingSection::Own},
+    {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed",
+     SettingSection::Own},
 };
 
-/// The table's default of a key; empty for a key that the table does not have.
-QString defaultOf(const QString& key) {
+const SettingKey* find(const QString& key) {
     const auto* found = std::find_if(std::begin(kKeys), std::end(kKeys), [&](const SettingKey& k) {
         return key.compare(QStringView(k.key), Qt::CaseInsensitive) == 0;
     });
-    return found == std::end(kKeys) ? QString() : QString::fromUtf16(found->defaultText);
+    return found == std::end(kKeys) ? nullptr : found;
+}
+
+/// The table's default of a key; empty for a key that the table does not have.
+QString defaultOf(const QString& key) {
+    const SettingKey* found = find(key);
+    return found == nullptr ? QString() : QString::fromUtf16(found->defaultText);
+}
+
+QString sectionOf(const QString& key) {
+    const SettingKey* found = find(key);
+    return found != nullptr && found->section == SettingSection::Own ? kOwnSection : kSection;
 }
 
 } // namespace
@@ -59,7 +76,7 @@ QString NotesSettings::text(const QString& key) const {
 }
 
 QString NotesSettings::text(const QString& key, const QString& defaultText) const {
-    return m_store.get(kApplication, kSection, key, defaultText);
+    return m_store.get(kApplication, sectionOf(key), key, defaultText);
 }
 
 bool NotesSettings::boolean(const QString& key) const {
@@ -68,7 +85,7 @@ bool NotesSettings::boolean(const QString& key) const {
 }
 
 void NotesSettings::setText(const QString& key, const QString& text) {
-    m_store.save(kApplication, kSection, key, text);
+    m_store.save(kApplication, sectionOf(key), key, text);
 }
 
 void NotesSettings::setBoolean(const QString& key, bool value) {
@@ -76,7 +93,7 @@ void NotesSettings::setBoolean(const QString& key, bool value) {
 }
 
 void NotesSettings::remove(const QString& key) {
-    m_store.remove(kApplication, kSection, key);
+    m_store.remove(kApplication, sectionOf(key), key);
 }
 
 } // namespace yrw

@@ -8,20 +8,27 @@
 
 namespace yrw {
 
+/// Section of the per-user settings that a key lies in.
+enum class SettingSection {
+    Notes, ///< "YRWNotes Settings", shared with other programs that know these keys
+    Own,   ///< "YRWNotes Options", what this add-in alone knows
+};
+
 /// One key of the per-user settings.
 struct SettingKey {
     const char16_t* key;
     const char16_t* defaultText;
     const char* meaning;
+    SettingSection section = SettingSection::Notes;
 };
 
-/// The per-user settings of the notes add-in: application "Yarrowen", section "YRWNotes Settings".
-/// Booleans are stored as "True" or "False".
+/// The per-user settings of the notes add-in: application "Yarrowen", two sections. A key that the
+/// table does not have lies in the first. Booleans are stored as "True" or "False".
 class NotesSettings {
 public:
     explicit NotesSettings(SettingsStore& store) : m_store(store) {}
 
-    /// Every key of the section with its default and meaning.
+    /// Every key with its default, meaning and section.
     [[nodiscard]] static std::span<const SettingKey> table();
 
     /// The stored text; the table's default when absent.
