@@ -106,7 +106,8 @@ TEST_F(NotesDatabaseTest, AnUpgradedOneHasTheIndexOfAFreshOneAndItsNotesAreFound
                           "DROP TRIGGER tblNotesTextDeleted"),
            1);
     store.openNotes();
-    const auto search = notesTextIndex(store.database())->search({QStringLiteral("kept")}, {1});
+    const auto index = notesTextIndex(store.database());
+    const auto search = index->search({QStringLiteral("kept")}, {1});
     EXPECT_EQ(search->next(1000), std::vector<qint64>{1});
     EXPECT_EQ(parts(), fresh);
 }
