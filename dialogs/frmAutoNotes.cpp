@@ -76,7 +76,8 @@ public:
 
 private:
     void paintText(QPainter& painter, const QStyleOptionViewItem& cell) const {
-        const QRectF room = QRectF(cell.rect).adjusted(kCellMargin, kRowGap / 2, -kCellMargin, 0);
+        const int above = kRowGap / 2;
+        const QRectF room = QRectF(cell.rect.adjusted(kCellMargin, above, -kCellMargin, 0));
         const int distance = m_form.fontMetrics().height();
         double y = room.top();
         for (const QString& text : cell.text.split(QChar::LineSeparator)) {

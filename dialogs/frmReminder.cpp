@@ -124,7 +124,7 @@ void frmReminder::Form_Load() {
 }
 
 void frmReminder::Form_KeyDown(FormKey& key) {
-    if (QKeySequence(key.key | key.shift) == kReachKey) {
+    if (QKeySequence(int(key.key | key.shift)) == kReachKey) {
         return;
     }
     if (!m_hasKeys) {

@@ -78,6 +78,7 @@ void Parser::picture(const Token&, int value) {
 void Parser::field(const Token&, int) {
     m_state.isField = m_state.fresh;
     m_state.fieldStart = m_document.text.size();
+    m_state.fieldParagraph = m_document.paragraphs.size();
 }
 
 void Parser::instruction(const Token&, int) {

@@ -129,8 +129,12 @@ void Parser::closeGroup(const Token& token) {
     const State closed = std::exchange(m_state, m_stack.back());
     m_stack.pop_back();
     if (closed.ownsField && closed.fieldStart == m_document.text.size() && inBody()) {
-        // A field that shows nothing would leave no trace: it is kept whole.
-        addInline(InlineKind::Kept, keepGroup(m_tokens.input(), closed.begin, token.end, true));
+        // A field that shows nothing would leave no trace: it is kept whole, or without the
+        // paragraphs that it ended, which have ended.
+        const bool ended = closed.fieldParagraph != m_document.paragraphs.size();
+        addInline(InlineKind::Kept,
+                  ended ? "{\\field" + m_document.fields.at(size_t(closed.field)).instruction + '}'
+                        : keepGroup(m_tokens.input(), closed.begin, token.end, true));
     }
     if (m_stack.empty()) {
         m_state = closed; // the formats at the document's end

@@ -30,10 +30,11 @@ enum class Destination : quint8 {
 struct State {
     CharFormat chars;
     ParFormat pars;
-    qsizetype begin = 0;      ///< offset of the group's brace
-    qsizetype fieldStart = 0; ///< length of the text where the field began
-    int codePage = 0;         ///< of the current font; 0: the document's
-    int uc = 1;               ///< items to skip after \u
+    qsizetype begin = 0;       ///< offset of the group's brace
+    qsizetype fieldStart = 0;  ///< length of the text where the field began
+    size_t fieldParagraph = 0; ///< number of paragraphs before it
+    int codePage = 0;          ///< of the current font; 0: the document's
+    int uc = 1;                ///< items to skip after \u
     int field = -1;
     int listNumber = 0; ///< \ls
     int listLevel = 0;  ///< \ilvl

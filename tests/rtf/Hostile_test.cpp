@@ -49,6 +49,7 @@ TEST(Hostile, InputsThatFuzzingFound) {
         "{\\rtf{\\shppict}\\pict{\\nonshppict",     // two pictures that become one
         "{\\rtf{\\*{p}\\p",                         // a group whose first part was text already
         QByteArray("{\\rtf{\\pict\0p", 13),         // a NUL that ends a control word
+        "{\\rtf a{\\field{\\*\\fldinst X}\\par}b}", // a field that shows nothing but an end of line
     };
     for (const QByteArray& input : inputs) {
         check(input);
