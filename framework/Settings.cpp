@@ -43,8 +43,7 @@ constexpr SettingKey kKeys[] = {
      SettingSection::Own},
     {u"SpellingLanguage", u"", "Language of the dictionary, as de_AT; empty: the user's",
      SettingSection::Own},
-    {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed",
-     SettingSection::Own},
+    {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed", SettingSection::Own},
 };
 
 const SettingKey* find(const QString& key) {

@@ -50,8 +50,8 @@ public:
     /// Rows that wait to be taken in.
     [[nodiscard]] virtual qint64 waiting() = 0;
     /// Takes waiting rows in for about so long, in one transaction; true while rows are left.
-    /// False, with nothing done, in a read-only database and while a part of the index is missing. A program that is just writing is not
-    /// waited for: then nothing is done either.
+    /// False, with nothing done, in a read-only database and while a part of the index is missing.
+    /// A program that is just writing is not waited for: then nothing is done either.
     virtual bool catchUp(int milliseconds) = 0;
     /// Begins to look for words, folded as by `foldedWords`, among the rows with the given keys.
     /// Keys given first are found first where the search goes through the rows one by one.

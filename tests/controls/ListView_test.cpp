@@ -171,8 +171,8 @@ TEST_F(ListViewTest, rowsOutOfSightKeepTheirPlaces) {
     list.clearItems();
     list.setSortKey(0);
     list.setSorted(true);
-    list.addItems({item("d", {"4"}), item("a", {"1"}), item("c", {"3"}), item("b", {"2"}),
-                   item("f", {"6"})});
+    list.addItems(
+        {item("d", {"4"}), item("a", {"1"}), item("c", {"3"}), item("b", {"2"}), item("f", {"6"})});
     list.showOnly([](QStringView key) { return key == u"b" || key == u"d" || key == u"f"; });
     EXPECT_EQ(shown(), "bdf");
     list.selectKey("d");
