@@ -7,9 +7,20 @@
 
 namespace yrw::dao {
 
+namespace {
+
+/// A key as the engine's rows give it.
+QVariant keyValue(qint64 key, std::optional<FieldType> type) {
+    const bool small = type == FieldType::Integer && int(key) == key;
+    return small ? QVariant(int(key)) : QVariant(key);
+}
+
+} // namespace
+
 KeysetRecordset::KeysetRecordset(SqliteDatabase& database, const Query& query, const QString& name,
                                  int options)
-    : RecordsetBase(database, query, name, RecordsetType::Dynaset, options) {
+    : RecordsetBase(database, query, name, RecordsetType::Dynaset, options),
+      m_keyItem(query.keyItem()) {
     fill();
     seekRow(0, 1);
 }
@@ -17,7 +28,7 @@ KeysetRecordset::KeysetRecordset(SqliteDatabase& database, const Query& query, c
 KeysetRecordset::KeysetRecordset(const KeysetRecordset& other, std::shared_ptr<Keyset> keys)
     : RecordsetBase(other.database(), other.query(), other.Name(), RecordsetType::Dynaset,
                     other.options()),
-      m_keys(std::move(keys)) {}
+      m_keys(std::move(keys)), m_keyItem(other.m_keyItem) {}
 
 void KeysetRecordset::fill() {
     std::vector<qint64> keys;
@@ -166,6 +177,9 @@ QVariant KeysetRecordset::rowValue(int column) const {
     requireOpen();
     bool found = onRow() && !m_keys->isGone(m_place);
     QVariant value;
+    if (found && column == m_keyItem) {
+        return keyValue(m_keys->key(m_place), query().items()[size_t(column)].column.type);
+    }
     if (found) {
         value = m_reader.value(connection(), query(), column, found);
     }

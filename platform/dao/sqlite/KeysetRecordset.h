@@ -76,6 +76,7 @@ private:
     void fill();
 
     std::shared_ptr<Keyset> m_keys;
+    int m_keyItem; ///< column that shows the key, which needs no reading; -1 for none
     mutable RowReader m_reader;
     qint64 m_place = -1; ///< -1 before the first row, `size()` or more behind the last
     qint64 m_modified = -1;

@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <utility>
 
 namespace yrw::dao {
@@ -106,6 +107,13 @@ const Column& Query::columnOf(const FieldReference& field) const {
         raiseUnknown(field.source.isEmpty() ? field.name : field.source + u'.' + field.name);
     }
     return m_source->columns[size_t(index)];
+}
+
+int Query::keyItem() const {
+    const auto found = std::find_if(m_items.begin(), m_items.end(), [this](const Item& item) {
+        return hasKey() && quotedName(item.column.name) == m_source->key;
+    });
+    return found == m_items.end() ? -1 : int(found - m_items.begin());
 }
 
 void Query::addCondition(const Expression& expression) {

@@ -62,6 +62,9 @@ public:
     /// True when every row has a key of its own.
     [[nodiscard]] bool hasKey() const noexcept { return !m_source->key.isEmpty() && !m_isCount; }
 
+    /// The item that is the key of the row; -1 when none is.
+    [[nodiscard]] int keyItem() const;
+
     void addCondition(const Expression& condition);
     void setOrder(const std::vector<OrderTerm>& order);
     void setParameters(const Parameters& parameters);
