@@ -114,21 +114,13 @@ void AutoNotes::showNotes(bool closesPopup, bool keepsText) {
 }
 
 Ref<dao::Recordset> AutoNotes::openNotes(IRecord& record) const {
-    QString sql = QStringLiteral("SELECT qryNotes.* FROM qryNotes");
-    for (const QString& condition :
-         {HostDataHelper::EqualCondition(QStringLiteral("OwnerObjectKey"),
-                                         record.Collection()->ObjectKey()),
-          HostDataHelper::EqualCondition(QStringLiteral("OwnerRecordID"),
-                                         record.value(QStringLiteral("RecordID"))),
-          HostDataHelper::EqualCondition(QStringLiteral("OwnerComponentProgID"),
-                                         m_addIn.HostProgID()),
-          QStringLiteral("[Status]=1")}) {
-        sql = HostDataHelper::AddCondition(sql, condition);
-    }
+    const OwnerKeys keys{m_addIn.HostProgID(), record.Collection()->ObjectKey(),
+                         record.value(QStringLiteral("RecordID")),
+                         static_cast<int>(NoteStatus::Active)};
     RecordsetRequest request;
     request.CursorType = dao::RecordsetType::Snapshot;
     request.RecordsetOptions = dao::kReadOnlyOption;
-    return m_addIn.dataHelper().OpenRecordset(sql, request);
+    return m_addIn.dataHelper().OpenRecordset(ownedNotesQuery(keys), request);
 }
 
 /// "Customer: Quill & Son [ANNA ASH NOTES]": whose notes they are, and whose hand the first is.

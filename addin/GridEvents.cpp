@@ -261,18 +261,11 @@ bool GridEvents::hasActiveNote(dao::Bookmark bookmark) {
 
 /// Adds the subjects of the active notes of the row that was tested last.
 void GridEvents::addSubjects(RowRemark& remark) {
-    static const std::array<QString, 4> kFields{
-        QStringLiteral("OwnerComponentProgID"), QStringLiteral("OwnerObjectKey"),
-        QStringLiteral("OwnerRecordID"), QStringLiteral("Status")};
-    QString sql = QStringLiteral("SELECT qryNotes.* FROM qryNotes");
-    for (std::size_t i = 0; i < kFields.size(); ++i) {
-        sql = HostDataHelper::AddCondition(sql,
-                                           HostDataHelper::EqualCondition(kFields[i], m_keys[i]));
-    }
     RecordsetRequest request;
     request.CursorType = dao::RecordsetType::ForwardOnly;
     request.RecordsetOptions = dao::kReadOnlyOption;
-    const Ref<dao::Recordset> notes = m_addIn.dataHelper().OpenRecordset(sql, request);
+    const Ref<dao::Recordset> notes =
+        m_addIn.dataHelper().OpenRecordset(ownedNotesQuery(m_keys), request);
     int shown = 0;
     for (; !notes->AtEof() && shown < kMostSubjects; notes->MoveNext(), ++shown) {
         remark.addDetail(HostUtility::NullToText(notes->value(u"Subject")));

@@ -2,10 +2,7 @@
 // notes in the database, beside the reference host's own start without it.
 #include "addin/AddIn.h"
 #include "host/desk/DeskWindow.h"
-#include "platform/clock/Clock.h"
-#include "platform/files/FileSystem.h"
-#include "platform/forms/WidgetPrompt.h"
-#include "platform/settings/SettingsStore.h"
+#include "host/desk/ProgramServices.h"
 #include "store/NotesDatabase.h"
 
 #include <QApplication>
@@ -75,29 +72,23 @@ int main(int argc, char** argv) {
     const QTemporaryDir home;
     qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
     const QApplication application(argc, argv);
-    WidgetPrompt prompt(Clock::instance());
-    Prompt::setInstance(&prompt);
-    FileSystem files;
-    SettingsStore settings;
-    HostUtility utility(prompt);
-    const Services services{Clock::instance(), settings, files, utility};
+    ProgramServices program;
     const QTemporaryDir folder;
     const QString shipped = QApplication::applicationDirPath() + QStringLiteral("/DB/YRWNOTES");
-    createNotesDatabase(files, shipped, folder.path());
+    createNotesDatabase(program.files, shipped, folder.path());
     Module1::instance().setTemplateFolder(shipped);
-    addNotes(folder.path(), files);
+    addNotes(folder.path(), program.files);
 
-    startOnce(services, folder.path()); // makes the desk's database
+    startOnce(program.services, folder.path()); // makes the desk's database
     double host = 1e9;
     double added = 1e9;
     for (int i = 0; i < kRounds; ++i) {
-        const auto [hosts, addIns] = startOnce(services, folder.path());
+        const auto [hosts, addIns] = startOnce(program.services, folder.path());
         host = std::min(host, hosts);
         added = std::min(added, addIns);
     }
     std::printf("add-in to Activate's return, %d notes  %8.1f ms  the host's own start %8.1f ms  "
                 "ratio %.3f  (<= 50 ms)\n",
                 kNotes, added, host, added / host);
-    Prompt::setInstance(nullptr);
     return 0;
 }

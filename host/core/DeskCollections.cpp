@@ -1,64 +1,46 @@
 #include "host/core/DeskCollections.h"
 
+#include "host/core/DeskApplication.h"
+
 namespace yrw {
 
 namespace {
 
-/// The table of differences of one kind of desk record.
-TableDifferences differencesOf(const QString& table, const QString& query, const QString& key,
-                               const QString& commonField, const QString& shortField,
-                               const QString& useName) {
-    TableDifferences d;
-    d.TableName = table;
-    d.QueryName = query;
-    d.StoredQuery = query;
-    d.ObjectKey = key;
-    d.CollectionName = table;
-    d.ClassName = table;
-    d.CommonFieldName = commonField;
-    d.ShortDisplayFieldName = shortField;
-    d.ItemSource = QStringLiteral("YRWDesk.%1.Item").arg(table);
-    d.FieldSource = QStringLiteral("YRWDesk.%1.Field").arg(useName);
-    d.UseName = useName;
-    return d;
-}
+/// One kind of desk record.
+struct Kind {
+    const char16_t* table;
+    const char16_t* query;
+    const char16_t* key;
+    const char16_t* commonField;
+    const char16_t* shortField;
+    const char16_t* useName;
+};
 
-QString text(const char16_t* s) {
-    return QString::fromUtf16(s);
-}
+constexpr Kind kCustomers{u"Customers",  u"Customers", kCustomerKey,
+                          u"CustomerID", u"Name",      u"Customer"};
+constexpr Kind kOrders{u"Orders", u"qryOrders", kOrderKey, u"OrderID", u"OrderNo", u"Order"};
+constexpr Kind kUsers{u"Users", u"qryUsers", u"us", u"UserID", u"UseName", u"User"};
+constexpr Kind kGroups{u"Groups", u"qryGroups", u"gp", u"GroupID", u"GroupName", u"Group"};
+constexpr Kind kReports{u"Reports", u"Reports", u"rp", u"ReportID", u"Title", u"Report"};
 
-const TableDifferences& customersTable() {
-    static const TableDifferences table =
-        differencesOf(text(u"Customers"), text(u"Customers"), text(u"cu"), text(u"CustomerID"),
-                      text(u"Name"), text(u"Customer"));
-    return table;
-}
-
-const TableDifferences& ordersTable() {
-    static const TableDifferences table =
-        differencesOf(text(u"Orders"), text(u"qryOrders"), text(u"or"), text(u"OrderID"),
-                      text(u"OrderNo"), text(u"Order"));
-    return table;
-}
-
-const TableDifferences& usersTable() {
-    static const TableDifferences table =
-        differencesOf(text(u"Users"), text(u"qryUsers"), text(u"us"), text(u"UserID"),
-                      text(u"UseName"), text(u"User"));
-    return table;
-}
-
-const TableDifferences& groupsTable() {
-    static const TableDifferences table =
-        differencesOf(text(u"Groups"), text(u"qryGroups"), text(u"gp"), text(u"GroupID"),
-                      text(u"GroupName"), text(u"Group"));
-    return table;
-}
-
-const TableDifferences& reportsTable() {
-    static const TableDifferences table =
-        differencesOf(text(u"Reports"), text(u"Reports"), text(u"rp"), text(u"ReportID"),
-                      text(u"Title"), text(u"Report"));
+/// The table of differences of a kind, made once.
+template <const Kind& kKind>
+const TableDifferences& differencesOf() {
+    static const TableDifferences table = [] {
+        TableDifferences d;
+        d.TableName = QString::fromUtf16(kKind.table);
+        d.QueryName = QString::fromUtf16(kKind.query);
+        d.StoredQuery = d.QueryName;
+        d.ObjectKey = QString::fromUtf16(kKind.key);
+        d.CollectionName = d.TableName;
+        d.ClassName = d.TableName;
+        d.CommonFieldName = QString::fromUtf16(kKind.commonField);
+        d.ShortDisplayFieldName = QString::fromUtf16(kKind.shortField);
+        d.UseName = QString::fromUtf16(kKind.useName);
+        d.ItemSource = QStringLiteral("YRWDesk.%1.Item").arg(d.TableName);
+        d.FieldSource = QStringLiteral("YRWDesk.%1.Field").arg(d.UseName);
+        return d;
+    }();
     return table;
 }
 
@@ -70,7 +52,7 @@ Ref<ICollection> owned(const Ref<ICollection>& collection, const Ref<IApplicatio
 
 } // namespace
 
-DeskUser::DeskUser() : RecordBase(usersTable()) {}
+DeskUser::DeskUser() : RecordBase(differencesOf<kUsers>()) {}
 
 Ref<IRecord> DeskUser::Group() {
     const QVariant group = value(QStringLiteral("GroupID"));
@@ -81,7 +63,7 @@ Ref<IRecord> DeskCollection::newRecord() const {
     return make<RecordBase>(differences());
 }
 
-DeskOrders::DeskOrders() : DeskCollection(ordersTable()) {}
+DeskOrders::DeskOrders() : DeskCollection(differencesOf<kOrders>()) {}
 
 QStringList DeskOrders::conditions(const RecordsetRequest& request) const {
     QStringList all = DeskCollection::conditions(request);
@@ -92,7 +74,7 @@ QStringList DeskOrders::conditions(const RecordsetRequest& request) const {
     return all;
 }
 
-DeskUsers::DeskUsers() : CollectionBase(usersTable()) {}
+DeskUsers::DeskUsers() : CollectionBase(differencesOf<kUsers>()) {}
 
 Ref<dao::Recordset> DeskUsers::Recordset(const RecordsetRequest& request) {
     RecordsetRequest ordered = request;
@@ -107,7 +89,7 @@ Ref<IRecord> DeskUsers::newRecord() const {
 }
 
 Ref<ICollection> makeCustomers(const Ref<IApplication>& application) {
-    return owned(make<DeskCollection>(customersTable()), application);
+    return owned(make<DeskCollection>(differencesOf<kCustomers>()), application);
 }
 
 Ref<ICollection> makeOrders(const Ref<IApplication>& application) {
@@ -119,11 +101,11 @@ Ref<ICollection> makeUsers(const Ref<IApplication>& application) {
 }
 
 Ref<ICollection> makeGroups(const Ref<IApplication>& application) {
-    return owned(make<DeskCollection>(groupsTable()), application);
+    return owned(make<DeskCollection>(differencesOf<kGroups>()), application);
 }
 
 Ref<ICollection> makeReports() {
-    return make<DeskCollection>(reportsTable());
+    return make<DeskCollection>(differencesOf<kReports>());
 }
 
 } // namespace yrw

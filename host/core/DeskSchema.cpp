@@ -2,7 +2,9 @@
 
 namespace yrw {
 
-QString deskSchemaScript() {
+namespace {
+
+QString tables() {
     return QStringLiteral(R"sql(
 CREATE TABLE Groups (
     RecordID INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -51,6 +53,11 @@ CREATE TABLE tblQueries (
     SQL TEXT,
     Parameters TEXT
 );
+)sql");
+}
+
+QString views() {
+    return QStringLiteral(R"sql(
 CREATE VIEW qryGroups AS
     SELECT Groups.RecordID, Groups.RecordID AS GroupID, Groups.GroupCode, Groups.GroupName
     FROM Groups;
@@ -66,6 +73,11 @@ INSERT INTO tblQueries (Name, Kind, BaseTable) VALUES
     ('qryGroups', 'view', 'Groups'),
     ('qryUsers', 'view', 'Users'),
     ('qryOrders', 'view', 'Orders');
+)sql");
+}
+
+QString people() {
+    return QStringLiteral(R"sql(
 INSERT INTO Groups (RecordID, GroupCode, GroupName) VALUES
     (1, 'SAL', 'Sales'),
     (2, 'SER', 'Service'),
@@ -77,6 +89,12 @@ INSERT INTO Users (RecordID, Code, FirstName, LastName, UseName, EMail, GroupID)
     (4, 'DAVE', 'Dave', 'Pennington', 'Dave Pennington', 'dave@desk.example', 2),
     (5, 'ERIN', 'Erin', 'Maguire', 'Erin Maguire', 'erin@desk.example', 3);
 )sql");
+}
+
+} // namespace
+
+QString deskSchemaScript() {
+    return tables() + views() + people();
 }
 
 QString deskIndexScript() {

@@ -1,9 +1,5 @@
 #include "host/desk/DeskWindow.h"
-
-#include "platform/clock/Clock.h"
-#include "platform/files/FileSystem.h"
-#include "platform/forms/WidgetPrompt.h"
-#include "platform/settings/SettingsStore.h"
+#include "host/desk/ProgramServices.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -112,16 +108,11 @@ int main(int argc, char** argv) {
     if (!options) {
         return fail(kWrongUse, problem);
     }
-    WidgetPrompt prompt(Clock::instance());
-    Prompt::setInstance(&prompt);
-    FileSystem files;
-    SettingsStore settings;
-    HostUtility utility(prompt);
-    const Services services{Clock::instance(), settings, files, utility};
+    ProgramServices program;
 
     auto progress = std::make_unique<MakingProgress>();
     options->start.progress = [&progress](qint64 done, qint64 all) { progress->show(done, all); };
-    DeskWindow window(services, *options);
+    DeskWindow window(program.services, *options);
     try {
         window.open();
     } catch (const AutomationError& error) {

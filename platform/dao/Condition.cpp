@@ -201,29 +201,22 @@ private:
         return left;
     }
 
-    Expression disjunction() {
-        Expression left = conjunction();
-        while (atWord(u"OR")) {
+    /// Operands parted by a word, each of them a truth.
+    Expression level(Expression::Kind kind, QStringView word, Expression (Parser::*next)()) {
+        Expression left = (this->*next)();
+        while (atWord(word)) {
             requireTruth(left);
             ++m_at;
-            Expression right = conjunction();
+            Expression right = (this->*next)();
             requireTruth(right);
-            left = join(Expression::Kind::Or, std::move(left), std::move(right));
+            left = join(kind, std::move(left), std::move(right));
         }
         return left;
     }
 
-    Expression conjunction() {
-        Expression left = term();
-        while (atWord(u"AND")) {
-            requireTruth(left);
-            ++m_at;
-            Expression right = term();
-            requireTruth(right);
-            left = join(Expression::Kind::And, std::move(left), std::move(right));
-        }
-        return left;
-    }
+    Expression disjunction() { return level(Expression::Kind::Or, u"OR", &Parser::conjunction); }
+
+    Expression conjunction() { return level(Expression::Kind::And, u"AND", &Parser::term); }
 
     Expression term() {
         if (!acceptWord(u"NOT")) {

@@ -1,5 +1,6 @@
 // The add-in's life: what a host may do with it, in any order.
 #include "tests/addin/AddInFixture.h"
+#include "tests/support/SilentPrompt.h"
 
 #include <algorithm>
 #include <random>
@@ -81,24 +82,17 @@ TEST_F(Lifecycle, AnEventRaisedWhileItEndsDoesNotEndItTwice) {
 }
 
 /// A door behind which somebody always agrees.
-class CalmPrompt final : public Prompt {
+class CalmPrompt final : public SilentPrompt {
 public:
     CalmPrompt() : m_before(&instance()) { setInstance(this); }
     ~CalmPrompt() override { setInstance(m_before); }
     int reports = 0;
-    void message(const QString&, const QString&, PromptIcon) override {}
     PromptAnswer question(const QString&, const QString&, PromptButtons, PromptIcon,
                           PromptAnswer) override {
         return PromptAnswer::Yes;
     }
     void errorReport(const ErrorReport&) override { ++reports; }
-    QStringList openFiles(const FileRequest&) override { return {}; }
-    QString saveFile(const FileRequest&) override { return {}; }
-    std::optional<FontChoice> chooseFont(const FontChoice&) override { return std::nullopt; }
-    std::optional<int> chooseColour(int) override { return std::nullopt; }
-    bool print(const QString&, const std::function<void(QPrinter&)>&) override { return false; }
     void setMousePointer(MousePointer wanted) override { pointer = wanted; }
-    void setParentWindow(QWidget*) override {}
     MousePointer pointer = MousePointer::Default;
 
 private:

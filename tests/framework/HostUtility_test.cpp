@@ -1,5 +1,6 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
+#include "tests/support/SilentPrompt.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -12,24 +13,13 @@ namespace yrw {
 namespace {
 
 /// A door that remembers the last report and answers file dialogs.
-class RecordingPrompt final : public Prompt {
+class RecordingPrompt final : public SilentPrompt {
 public:
-    void message(const QString&, const QString&, PromptIcon) override {}
-    PromptAnswer question(const QString&, const QString&, PromptButtons, PromptIcon,
-                          PromptAnswer defaultAnswer) override {
-        return defaultAnswer;
-    }
     void errorReport(const ErrorReport& report) override { lastReport = report; }
     QStringList openFiles(const FileRequest& request) override {
         lastRequest = request;
         return files;
     }
-    QString saveFile(const FileRequest&) override { return {}; }
-    std::optional<FontChoice> chooseFont(const FontChoice&) override { return {}; }
-    std::optional<int> chooseColour(int) override { return {}; }
-    bool print(const QString&, const std::function<void(QPrinter&)>&) override { return false; }
-    void setMousePointer(MousePointer) override {}
-    void setParentWindow(QWidget*) override {}
 
     ErrorReport lastReport;
     FileRequest lastRequest;

@@ -10,6 +10,7 @@
 #include "platform/files/FileSystem.h"
 #include "platform/settings/SettingsStore.h"
 #include "platform/toolbar/Toolbar.h"
+#include "tests/support/SilentPrompt.h"
 
 #include <QAction>
 #include <QApplication>
@@ -22,7 +23,7 @@
 namespace yrw::test {
 
 /// Writes down what it was asked to show; questions get `answer`.
-class ScriptedPrompt final : public Prompt {
+class ScriptedPrompt final : public SilentPrompt {
 public:
     void message(const QString& text, const QString&, PromptIcon) override { shown += text; }
     PromptAnswer question(const QString& text, const QString&, PromptButtons, PromptIcon,
@@ -33,13 +34,6 @@ public:
     void errorReport(const ErrorReport& report) override {
         shown += report.message + u'|' + report.description;
     }
-    QStringList openFiles(const FileRequest&) override { return {}; }
-    QString saveFile(const FileRequest&) override { return {}; }
-    std::optional<FontChoice> chooseFont(const FontChoice&) override { return {}; }
-    std::optional<int> chooseColour(int) override { return {}; }
-    bool print(const QString&, const std::function<void(QPrinter&)>&) override { return false; }
-    void setMousePointer(MousePointer) override {}
-    void setParentWindow(QWidget*) override {}
 
     QStringList shown;
     QStringList asked;

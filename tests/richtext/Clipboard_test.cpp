@@ -1,4 +1,5 @@
 #include "platform/richtext/RichTextBox.h"
+#include "tests/support/SilentPrompt.h"
 
 #include <gtest/gtest.h>
 
@@ -110,7 +111,7 @@ TEST(Clipboard, PicturesArePastedAsPictures) {
 }
 
 /// Answers questions about links.
-class LinkDoor : public Prompt {
+class LinkDoor : public SilentPrompt {
 public:
     void message(const QString& text, const QString&, PromptIcon) override { said = text; }
     PromptAnswer question(const QString& text, const QString&, PromptButtons, PromptIcon,
@@ -118,14 +119,6 @@ public:
         said = text;
         return answer;
     }
-    void errorReport(const ErrorReport&) override {}
-    QStringList openFiles(const FileRequest&) override { return {}; }
-    QString saveFile(const FileRequest&) override { return {}; }
-    std::optional<FontChoice> chooseFont(const FontChoice&) override { return std::nullopt; }
-    std::optional<int> chooseColour(int) override { return std::nullopt; }
-    bool print(const QString&, const std::function<void(QPrinter&)>&) override { return false; }
-    void setMousePointer(MousePointer) override {}
-    void setParentWindow(QWidget*) override {}
 
     QString said;
     PromptAnswer answer = PromptAnswer::Yes;

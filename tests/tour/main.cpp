@@ -7,13 +7,10 @@
 #include "tests/tour/Script.h"
 
 #include "host/desk/DeskWindow.h"
-#include "platform/clock/Clock.h"
+#include "host/desk/ProgramServices.h"
 #include "platform/controls/ListView.h"
 #include "platform/controls/RecordGrid.h"
-#include "platform/files/FileSystem.h"
-#include "platform/forms/WidgetPrompt.h"
 #include "platform/richtext/RichTextBox.h"
-#include "platform/settings/SettingsStore.h"
 
 #include <QCheckBox>
 #include <QCommandLineParser>
@@ -271,17 +268,12 @@ void addFindingNote(Script& script) {
 }
 
 int runPart(int part, const QString& out, int firstNumber) {
-    WidgetPrompt prompt(Clock::instance());
-    Prompt::setInstance(&prompt);
-    FileSystem files;
-    SettingsStore settings;
-    HostUtility utility(prompt);
-    const Services services{Clock::instance(), settings, files, utility};
+    ProgramServices program;
     DeskOptions options;
     options.start.folder =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tour";
     options.start.userCode = QStringLiteral("ANNA");
-    DeskWindow desk(services, options);
+    DeskWindow desk(program.services, options);
 
     Script script(out, firstNumber);
     addOpening(script, desk, part == 1);
