@@ -67,6 +67,14 @@ protected:
     Ref<Database> database;
 };
 
+/// What the names of tests call a type of recordset.
+inline void PrintTo(RecordsetType type, std::ostream* stream) {
+    *stream << (type == RecordsetType::Table      ? "table"
+                : type == RecordsetType::Dynaset  ? "dynaset"
+                : type == RecordsetType::Snapshot ? "snapshot"
+                                                  : "forward only");
+}
+
 /// Number of the automation error that a call raises; 0 when it raises none.
 inline int errorOf(const std::function<void()>& call) {
     try {

@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include <ostream>
+
 namespace yrw::dao {
 
 /// A file layer between the engine and the disk that counts calls and can fail on purpose.
@@ -24,5 +26,11 @@ public:
     /// Calls of any kind that reached the disk so far.
     [[nodiscard]] long calls() const;
 };
+
+/// What the names of tests call a fault.
+inline void PrintTo(FaultyDisk::Fault fault, std::ostream* stream) {
+    static const char* const kNames[] = {"none", "write", "sync", "space"};
+    *stream << kNames[int(fault)];
+}
 
 } // namespace yrw::dao

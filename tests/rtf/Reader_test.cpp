@@ -22,6 +22,10 @@ struct TextCase {
     const char16_t* text; ///< paragraphs end in '|'
 };
 
+void PrintTo(const TextCase& which, std::ostream* stream) {
+    *stream << which.name;
+}
+
 class ReaderText : public testing::TestWithParam<TextCase> {};
 
 TEST_P(ReaderText, IsWhatAReaderSees) {
