@@ -50,16 +50,6 @@ TEST_F(NotesList, WithoutOwnerShowsTheNotesOnNoRecord) {
     EXPECT_EQ(window->windowTitle(), "YRW System Notes");
 }
 
-TEST_F(NotesList, EmptyListTurnsTheEditorOff) {
-    open(customer);
-    EXPECT_EQ(list().itemCount(), 0);
-    EXPECT_FALSE(editor().isEnabled());
-    EXPECT_FALSE(tool("tooBold").isEnabled());
-    EXPECT_FALSE(tool("tooEdit").isEnabled());
-    EXPECT_TRUE(tool("tooAdd").isEnabled());
-    EXPECT_TRUE(tool("tooListType").isEnabled());
-}
-
 TEST_F(NotesList, ShowTypes) {
     addFour();
     struct Case {
@@ -145,22 +135,6 @@ TEST_F(NotesList, SortsByTheTextsShownAndKeepsTheOrder) {
     EXPECT_EQ(keys(), QStringList({added[1], added[2], added[0]}));
     click("tooShowAll");
     EXPECT_EQ(keys(), QStringList({added[1], added[2], added[0]}));
-}
-
-TEST_F(NotesList, ClicksAndArrowKeysShowTheNote) {
-    addFour();
-    first->Field("RTFNote")->setValue("{\\rtf1 one\\par}");
-    reminded->Field("RTFNote")->setValue("{\\rtf1 three\\par}");
-    open(customer);
-    EXPECT_EQ(editor().Text(), "one");
-    clickRow(keyOf(reminded));
-    EXPECT_EQ(editor().Text(), "three");
-    list().setFocus();
-    press(Qt::Key_Up);
-    EXPECT_EQ(editor().Text(), "one");
-    click("tooShowAll"); // the same note stays chosen
-    EXPECT_EQ(list().selectedKey(), keyOf(first));
-    EXPECT_EQ(editor().Text(), "one");
 }
 
 TEST_F(NotesList, AskedForNote) {

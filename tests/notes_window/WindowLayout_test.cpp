@@ -114,47 +114,6 @@ TEST_F(WindowLayout, ColumnWidthsAreRemembered) {
     EXPECT_EQ(list().columnWidth(2), 90);
 }
 
-TEST_F(WindowLayout, EveryToolHasItsPlaceAndId) {
-    struct Case {
-        const char* band;
-        const char* tool;
-        int id;
-    };
-    const QList<Case> cases{
-        {"bndRecords", "tooAdd", 20100},
-        {"bndRecords", "tooDelete", 20101},
-        {"bndRecords", "tooSave", 20003},
-        {"bndRecords", "tooListType", 40020},
-        {"bndNotesShowType", "tooShowActive", 20300},
-        {"bndNotesShowType", "tooShowDone", 20301},
-        {"bndNotesShowType", "tooShowAll", 20302},
-        {"bndNotesShowType", "tooShowMyNotes", 20303},
-        {"bndNotesShowType", "tooCheckReminders", 20304},
-        {"bndNotesShowType", "tooCheckAutoNotes", 20305},
-        {"bndNotesShowType", "tooShowAutoPopup", 20306},
-        {"bndNotesShowType", "tooHighlightNotesRow", 20307},
-        {"bndNotesShowType", "tooFlagNotesRow", 20309},
-        {"bndFormatting", "tooBold", 20045},
-        {"bndFormatting", "tooFont", 20055},
-        {"bndInsert", "tooInsertDate", 20061},
-        {"bndInsert", "tooInsertTime", 20062},
-        {"bndInsert", "tooInsertContent", 20063},
-        {"bndInsert", "tooInsertIcon", 20064},
-        {"bndStandard", "tooPrint", 20008},
-        {"bndNotePopup", "tooEdit", 20200},
-        {"bndTextPopup", "tooClear", 40012},
-    };
-    open(customer);
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.tool);
-        const IBand* band = toolbar().findBand(each.band);
-        ASSERT_NE(band, nullptr);
-        const ITool* found = band->findTool(each.tool);
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(found->id(), each.id);
-    }
-}
-
 TEST_F(WindowLayout, AnyOtherToolDoesNothing) {
     writeLayout(R"({"version": 1, "bands": [{"key": "bndRecords", "tools": [
         {"id": 20053, "key": "tooOne", "caption": "One"},
