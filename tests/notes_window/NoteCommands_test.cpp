@@ -46,6 +46,21 @@ TEST_F(NoteCommands, DeleteAsksAndShowsTheNextNote) {
     EXPECT_TRUE(left->AtEof());
 }
 
+TEST_F(NoteCommands, AFailedDeletionKeepsTheNoteAndItsReminders) {
+    addThree();
+    addReminder(store.application(), store.clock(), *notes[0], store.clock().now(), 1);
+    store.database()->RunScript(
+        "CREATE TRIGGER keep BEFORE DELETE ON tblNotes BEGIN SELECT RAISE(ABORT, 'no'); END");
+    open(customer);
+    script.answer(PromptAnswer::Yes);
+    script.expectReport();
+    click("tooDelete");
+    EXPECT_EQ(reminders(notes[0]), 1);
+    EXPECT_EQ(list().itemCount(), 3);
+    EXPECT_EQ(list().selectedKey(), keyOf(notes[0]));
+    EXPECT_EQ(script.pointer, MousePointer::Default);
+}
+
 TEST_F(NoteCommands, DoneSavesTellsAndShowsTheNextNote) {
     addThree();
     open(customer);
