@@ -189,6 +189,14 @@ void frmMain::run(ITool& tool) {
     prompt().setMousePointer(MousePointer::Default);
 }
 
+QList<int> frmMain::commandIDs() {
+    QList<int> ids;
+    for (const Command& command : commands()) {
+        ids.append(command.id);
+    }
+    return ids;
+}
+
 void frmMain::Form_KeyDown(FormKey& key) {
     if (key.is(Qt::Key_Escape)) {
         key.consumed = true;

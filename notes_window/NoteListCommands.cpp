@@ -106,8 +106,8 @@ void frmMain::lsvMain_KeyDown(FormKey& key) {
     }
 }
 
-void frmMain::lsvMain_MouseUp() {
-    m_atbMain->popup(QStringLiteral("bndNotePopup"));
+void frmMain::lsvMain_MouseUp(const QPoint& globalPosition) {
+    m_atbMain->popupAt(QStringLiteral("bndNotePopup"), globalPosition);
 }
 
 void frmMain::deleteSelected() {

@@ -74,6 +74,8 @@ public:
     void SetDefaultFont();
     /// Brings the tools in line with the note shown and with the settings.
     void UpdateToolStates();
+    /// The ids of the tools that do something here; a tool of any other id does nothing.
+    [[nodiscard]] static QList<int> commandIDs();
 
 protected:
     void Form_Load() override;
@@ -100,7 +102,7 @@ private:
     void lsvMain_ItemClick(const QString& item);
     void lsvMain_DblClick();
     void lsvMain_KeyDown(FormKey& key);
-    void lsvMain_MouseUp();
+    void lsvMain_MouseUp(const QPoint& globalPosition);
     void picHSplit_MouseDown();
     void picHSplit_MouseMove(int top);
     void picHSplit_MouseUp();

@@ -65,7 +65,7 @@ void frmMain::connectEvents() {
     connect(m_lsvMain, &ListView::columnClick, this, &frmMain::lsvMain_ColumnClick);
     connect(m_lsvMain, &ListView::itemClick, this, &frmMain::lsvMain_ItemClick);
     connect(m_lsvMain, &ListView::itemDblClick, this, [this] { lsvMain_DblClick(); });
-    connect(m_lsvMain, &ListView::rightClick, this, [this] { lsvMain_MouseUp(); });
+    connect(m_lsvMain, &ListView::rightClick, this, &frmMain::lsvMain_MouseUp);
     connect(m_lsvMain->header(), &QHeaderView::sectionResized, this,
             [this](int column) { columnResized(column); });
     connect(m_picHSplit, &SplitBar::mouseDown, this, &frmMain::picHSplit_MouseDown);

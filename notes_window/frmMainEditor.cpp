@@ -62,8 +62,11 @@ void frmMain::rtxMain_SelChange() {
 }
 
 void frmMain::rtxMain_MouseDown(const QPoint& at) {
+    if (!m_rtxMain->isEnabled()) {
+        return; // the form sees the button also where the text is off
+    }
     m_popupPoint = at;
-    m_atbMain->popup(QStringLiteral("bndTextPopup"));
+    m_atbMain->popupAt(QStringLiteral("bndTextPopup"), m_rtxMain->viewport()->mapToGlobal(at));
 }
 
 void frmMain::setDirty(bool dirty) {

@@ -332,6 +332,9 @@ void frmMain::emptyEditor() {
     m_note.reset();
     m_rtxMain->setText(QString());
     m_rtxMain->setPlaceholderText(QStringLiteral("The text of the selected note is shown here."));
+    if (focusWidget() == m_rtxMain) {
+        m_lsvMain->setFocus(); // turned off, the editor would leave the keyboard nowhere
+    }
     m_rtxMain->setEnabled(false);
     setDirty(false);
 }

@@ -276,10 +276,11 @@ void ListView::keyboardSearch(const QString& search) {
 }
 
 void ListView::mousePressEvent(QMouseEvent* event) {
-    QTreeView::mousePressEvent(event);
-    if (indexAt(event->position().toPoint()).isValid()) {
-        Q_EMIT itemClick(selectedKey());
+    if (!indexAt(event->position().toPoint()).isValid()) {
+        return; // beside the rows: what is selected stays so
     }
+    QTreeView::mousePressEvent(event);
+    Q_EMIT itemClick(selectedKey());
 }
 
 void ListView::mouseMoveEvent(QMouseEvent* event) {

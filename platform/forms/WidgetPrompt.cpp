@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFontDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -22,6 +23,8 @@
 namespace yrw {
 
 namespace {
+
+constexpr int kReasonWidth = 360; ///< of the reasons of a failure, in pixels
 
 const QString kBoxName = QStringLiteral("promptBox");
 
@@ -213,6 +216,9 @@ void WidgetPrompt::errorReport(const ErrorReport& report) {
     QStringList reasons{withLineBreaks(report.text), withLineBreaks(report.description)};
     reasons.removeAll(QString());
     box->setInformativeText(reasons.join(QStringLiteral("\n\n")));
+    if (auto* const label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        label->setMinimumWidth(kReasonWidth); // else it is as narrow as the message above it
+    }
     box->setStandardButtons(QMessageBox::Ok);
     box->setDetailedText(detailsOf(report));
     nameButtons(*box);

@@ -108,6 +108,16 @@ QSize BandBar::sizeHint() const {
     return {preferredWidth(), height + 2 * kMargin};
 }
 
+std::optional<QPoint> BandBar::placeBelow(const QString& toolKey) const {
+    for (const Item& item : m_items) {
+        if (item.tool->key().compare(toolKey, Qt::CaseInsensitive) == 0) {
+            const QWidget& shown = item.control->isHidden() ? *m_overflow : *item.control;
+            return shown.mapToGlobal(QPoint(0, shown.height()));
+        }
+    }
+    return std::nullopt;
+}
+
 QList<QWidget*> BandBar::focusable() const {
     QList<QWidget*> controls;
     for (const Item& item : m_items) {
@@ -149,16 +159,24 @@ void BandBar::arrange() {
 }
 
 void BandBar::openOverflow() {
+    const QPointer<BandBar> self(this);
     std::vector<BandTool*> hidden;
     for (const Item& item : m_items) {
         if (item.control->isHidden()) {
             hidden.push_back(item.tool);
         }
     }
+    for (const BandTool* tool : hidden) {
+        if (tool->kind() == ToolKind::Combo) {
+            m_events.comboDropped(m_band, tool->key()); // its entries are shown, as when it drops
+        }
+        if (self.isNull()) {
+            return; // a handler changed the band
+        }
+    }
     QMenu menu; // without an owner: the bar may be made anew while it is open
     menu.setObjectName(m_overflow->objectName());
     fillMenu(menu, hidden);
-    const QPointer<BandBar> self(this);
     ToolBand& band = m_band;
     BandEvents& events = m_events;
     const MenuChoice choice =

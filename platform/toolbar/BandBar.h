@@ -6,6 +6,8 @@
 #include <QToolButton>
 #include <QWidget>
 
+#include <optional>
+
 namespace yrw {
 
 /// What the controls of a band tell the toolbar.
@@ -41,6 +43,8 @@ public:
     [[nodiscard]] int preferredWidth() const;
     [[nodiscard]] int leastWidth() const;
     [[nodiscard]] QSize sizeHint() const override;
+    /// The place on the screen below a tool, where its menu opens.
+    [[nodiscard]] std::optional<QPoint> placeBelow(const QString& toolKey) const;
     /// Controls that can take the focus now, from left to right.
     [[nodiscard]] QList<QWidget*> focusable() const;
 

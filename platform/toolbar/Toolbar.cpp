@@ -93,7 +93,7 @@ void Toolbar::refresh() {
 }
 
 void Toolbar::popup(const QString& bandKey) {
-    popupAt(bandKey, QCursor::pos());
+    popupAt(bandKey, m_private->clickedPlace().value_or(QCursor::pos()));
 }
 
 void Toolbar::popupAt(const QString& bandKey, const QPoint& globalPosition) {

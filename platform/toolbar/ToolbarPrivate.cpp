@@ -277,7 +277,14 @@ void Toolbar::Private::toolClicked(ToolBand& band, const QString& toolKey) {
     if (tool == nullptr || !tool->isEnabled()) {
         return;
     }
+    const QPointer<Toolbar> alive(&m_toolbar);
+    const BandBar* const bar = barOf(band);
+    const auto before =
+        std::exchange(m_clickedPlace, bar != nullptr ? bar->placeBelow(toolKey) : std::nullopt);
     m_toolbar.Click.raise(*tool);
+    if (!alive.isNull()) {
+        m_clickedPlace = before;
+    }
 }
 
 void Toolbar::Private::entryPicked(ToolBand& band, const QString& toolKey, int entry) {

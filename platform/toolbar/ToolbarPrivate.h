@@ -4,6 +4,10 @@
 #include "platform/toolbar/Toolbar.h"
 #include "platform/toolbar/ToolbarLayout.h"
 
+#include <QPoint>
+
+#include <optional>
+
 namespace yrw {
 
 /// The bands of a toolbar and the controls that show the docked ones.
@@ -25,6 +29,9 @@ public:
     [[nodiscard]] int height() const;
     [[nodiscard]] int preferredWidth() const;
     void focusFirst();
+    /// Below the tool whose click is being handled, on the screen; nothing for a tool that is not
+    /// shown in a band.
+    [[nodiscard]] std::optional<QPoint> clickedPlace() const { return m_clickedPlace; }
 
     void toolClicked(ToolBand& band, const QString& toolKey) override;
     void entryPicked(ToolBand& band, const QString& toolKey, int entry) override;
@@ -52,6 +59,7 @@ private:
     std::vector<std::unique_ptr<ToolBand>> m_bands;
     std::vector<BandBar*> m_bars; ///< in the order shown: from left to right within a row
     bool m_loading = false;
+    std::optional<QPoint> m_clickedPlace;
     bool m_moved = false; ///< the drag under way has moved the band
 };
 

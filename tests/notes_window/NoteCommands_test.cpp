@@ -1,10 +1,5 @@
-// The commands: every option, key and list command, driven by keys and clicks.
+// What the commands on whole notes write, say and show next.
 #include "tests/notes_window/WindowFixture.h"
-
-#include <QComboBox>
-#include <QFontDatabase>
-#include <QPrinter>
-#include <QTemporaryDir>
 
 namespace yrw::test {
 
@@ -21,45 +16,6 @@ protected:
     }
     QList<Ref<Note>> notes;
 };
-
-TEST_F(NoteCommands, OptionTogglesSetStoreSwitchAndTimer) {
-    struct Case {
-        const char* tool;
-        const char* setting;
-        NotesSwitch which;
-        const char* call; ///< what the add-in is told besides; %1 is on or off
-    };
-    const QList<Case> cases{
-        {"tooCheckReminders", "CheckForReminders", NotesSwitch::CheckForReminders,
-         "reminder timer %1"},
-        {"tooCheckAutoNotes", "CheckAutoNotes", NotesSwitch::CheckAutoNotes, "auto note timer %1"},
-        {"tooShowAutoPopup", "ShowPopupWindow", NotesSwitch::ShowPopupWindow, ""},
-        {"tooHighlightNotesRow", "HighlightNotesRow", NotesSwitch::HighlightNotesRow,
-         "repaintGrids"},
-        {"tooFlagNotesRow", "FlagNotesRow", NotesSwitch::FlagNotesRow, "repaintGrids"},
-    };
-    open(customer);
-    for (const Case& each : cases) {
-        for (const bool on : {false, true}) {
-            SCOPED_TRACE(std::string(each.tool) + (on ? " on" : " off"));
-            EXPECT_EQ(tool(each.tool).isChecked(), !on);
-            addIn->calls.clear();
-            click(each.tool);
-            EXPECT_EQ(tool(each.tool).isChecked(), on);
-            EXPECT_EQ(addIn->settings().text(each.setting, ""), on ? "True" : "False");
-            EXPECT_EQ(addIn->switchOn(each.which), on);
-            EXPECT_EQ(addIn->calls.join(' '), QString(each.call).replace("%1", on ? "on" : "off"));
-        }
-    }
-}
-
-TEST_F(NoteCommands, ForgetsThePopupSize) {
-    open(customer);
-    addIn->settings().setText("PopupWindow-W", "900"); // only one of the two is there
-    click("tooForgetPopupSize");
-    EXPECT_EQ(addIn->settings().text("PopupWindow-W", "gone"), "gone");
-    EXPECT_EQ(addIn->settings().text("PopupWindow-H", "gone"), "gone");
-}
 
 TEST_F(NoteCommands, DeleteAsksAndShowsTheNextNote) {
     addThree();
@@ -90,14 +46,19 @@ TEST_F(NoteCommands, DeleteAsksAndShowsTheNextNote) {
     EXPECT_TRUE(left->AtEof());
 }
 
-TEST_F(NoteCommands, DeleteKeyInTheTextDeletesText) {
+TEST_F(NoteCommands, AFailedDeletionKeepsTheNoteAndItsReminders) {
     addThree();
+    addReminder(store.application(), store.clock(), *notes[0], store.clock().now(), 1);
+    store.database()->RunScript(
+        "CREATE TRIGGER keep BEFORE DELETE ON tblNotes BEGIN SELECT RAISE(ABORT, 'no'); END");
     open(customer);
-    type("ab");
-    press(Qt::Key_Home);
-    press(Qt::Key_Delete);
-    EXPECT_EQ(editor().Text(), "b");
+    script.answer(PromptAnswer::Yes);
+    script.expectReport();
+    click("tooDelete");
+    EXPECT_EQ(reminders(notes[0]), 1);
     EXPECT_EQ(list().itemCount(), 3);
+    EXPECT_EQ(list().selectedKey(), keyOf(notes[0]));
+    EXPECT_EQ(script.pointer, MousePointer::Default);
 }
 
 TEST_F(NoteCommands, DoneSavesTellsAndShowsTheNextNote) {
@@ -201,92 +162,6 @@ TEST_F(NoteCommands, EditWritesOverWhatAnotherUserChangedAndKeepsTheirText) {
     script.press("Keep theirs (Anna Ash, 09:00)");
     press(Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(editor().Text(), "theirs");
-}
-
-TEST_F(NoteCommands, KeysThatOpenTheDialogOpenItOnce) {
-    open(customer);
-    for (const auto& [key, shift] :
-         {std::pair(Qt::Key_Insert, Qt::NoModifier), std::pair(Qt::Key_A, Qt::ControlModifier)}) {
-        const int before = dialogs;
-        whenDialogOpens([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
-        press(key, shift);
-        EXPECT_EQ(dialogs, before + 1);
-        EXPECT_EQ(list().itemCount(), 0);
-    }
-    press(Qt::Key_F2); // no note is selected: nothing opens
-    press(Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(editor().Text(), QString()); // off without a note
-}
-
-TEST_F(NoteCommands, CombosActOnWhatTheUserPicks) {
-    addThree();
-    notes[1]->setDone(true);
-    open(customer);
-    auto* const type = toolbar().findChild<QComboBox*>("tooListType");
-    ASSERT_NE(type, nullptr);
-    QTest::keyClick(type, Qt::Key_Down);
-    EXPECT_EQ(keys(), QStringList(keyOf(notes[1])));
-    EXPECT_TRUE(tool("tooShowDone").isChecked());
-
-    auto* const fonts = toolbar().findChild<QComboBox*>("tooFont");
-    ASSERT_NE(fonts, nullptr);
-    this->type("word");
-    editor().selectAll();
-    fonts->showPopup();
-    fonts->hidePopup();
-    EXPECT_EQ(tool("tooFont").list(), QFontDatabase::families());
-    Q_EMIT fonts->activated(fonts->findText("DejaVu Serif"));
-    EXPECT_EQ(editor().SelFontName(), "DejaVu Serif");
-}
-
-TEST_F(NoteCommands, InsertWithShiftOrControlStaysTheClipboards) {
-    addThree();
-    open(customer);
-    type("copied");
-    editor().selectAll();
-    press(Qt::Key_Insert, Qt::ControlModifier);
-    press(Qt::Key_End);
-    press(Qt::Key_Insert, Qt::ShiftModifier);
-    EXPECT_EQ(editor().Text(), "copiedcopied");
-    EXPECT_EQ(dialogs, 0);
-    editor().selectAll();
-    click("tooClear");
-    EXPECT_EQ(editor().Text(), QString());
-    click("tooPaste");
-    EXPECT_EQ(editor().Text(), "copied");
-    click("tooUndo");
-    EXPECT_EQ(editor().Text(), QString());
-}
-
-TEST_F(NoteCommands, TheKeyboardBeginsInTheListAndGoesToTheTextAndBack) {
-    addThree();
-    open(customer);
-    EXPECT_EQ(window->focusWidget(), &list());
-    press(Qt::Key_F6);
-    EXPECT_EQ(window->focusWidget(), &editor());
-    press(Qt::Key_Tab); // is text there
-    EXPECT_EQ(editor().Text(), "\t");
-    press(Qt::Key_F6);
-    EXPECT_EQ(window->focusWidget(), &list());
-}
-
-TEST_F(NoteCommands, HelpAsksTheHost) {
-    open(customer);
-    press(Qt::Key_F1);
-    EXPECT_EQ(store.host().shownHelp.size(), 1);
-}
-
-TEST_F(NoteCommands, PrintsTheText) {
-    addThree();
-    open(customer);
-    type("on paper");
-    const QTemporaryDir folder;
-    QPrinter printer;
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(folder.filePath("note.pdf"));
-    script.choosePrinter(&printer);
-    click("tooPrint");
-    EXPECT_GT(QFileInfo(folder.filePath("note.pdf")).size(), 500);
 }
 
 TEST_F(NoteCommands, SaysHowManyRemindersWait) {

@@ -100,46 +100,6 @@ TEST_F(NoteEditor, EmptyTextIsStoredAsNull) {
     EXPECT_TRUE(stored(idOf(note), "RTFNote").isNull());
 }
 
-TEST_F(NoteEditor, FormatKeysAndTools) {
-    struct Case {
-        Qt::Key key;
-        const char* tool;
-        std::function<bool()> isOn;
-    };
-    const QList<Case> cases{
-        {Qt::Key_B, "tooBold", [this] { return *editor().SelBold(); }},
-        {Qt::Key_I, "tooItalic", [this] { return *editor().SelItalic(); }},
-        {Qt::Key_U, "tooUnderline", [this] { return *editor().SelUnderline(); }},
-        {Qt::Key_unknown, "tooBullets", [this] { return *editor().SelBullet(); }},
-        {Qt::Key_unknown, "tooRight",
-         [this] { return editor().SelAlignment() == TextAlignment::Right; }},
-        {Qt::Key_unknown, "tooCenter",
-         [this] { return editor().SelAlignment() == TextAlignment::Center; }},
-    };
-    open(customer);
-    type("word");
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.tool);
-        if (each.key != Qt::Key_unknown) {
-            press(each.key, Qt::ControlModifier);
-            EXPECT_TRUE(each.isOn());
-            EXPECT_TRUE(tool(each.tool).isChecked());
-            press(each.key, Qt::ControlModifier);
-            EXPECT_FALSE(each.isOn());
-        }
-        click(each.tool);
-        EXPECT_TRUE(each.isOn());
-        EXPECT_TRUE(tool(each.tool).isChecked());
-    }
-    EXPECT_FALSE(tool("tooRight").isChecked());
-    click("tooIndent");
-    EXPECT_EQ(editor().SelIndent(), 20);
-    click("tooOutdent");
-    click("tooOutdent");
-    EXPECT_EQ(editor().SelIndent(), 0);
-    EXPECT_EQ(editor().Text(), "word"); // no key has typed anything
-}
-
 TEST_F(NoteEditor, AppendsDatesTimesAndStamps) {
     struct Case {
         Qt::Key key;
@@ -181,24 +141,6 @@ TEST_F(NoteEditor, DefaultFont) {
     EXPECT_EQ(editor().SelFontSize(), 14);
     EXPECT_EQ(editor().SelBold(), true);
     EXPECT_EQ(editor().SelColor(), 0xff0000);
-}
-
-TEST_F(NoteEditor, ChoosesFontAndColourOfTheSelection) {
-    open(customer);
-    type("word");
-    editor().selectAll();
-    script.chooseFont(
-        std::optional(FontChoice{"DejaVu Serif", 14, false, true, false, false, 255}));
-    click("tooChooseFont");
-    EXPECT_EQ(editor().SelFontName(), "DejaVu Serif");
-    EXPECT_EQ(editor().SelItalic(), true);
-    EXPECT_EQ(editor().SelColor(), 255);
-    script.chooseColour(std::optional(0x00ff00));
-    click("tooColour");
-    EXPECT_EQ(editor().SelColor(), 0x00ff00);
-    script.chooseColour(std::nullopt);
-    click("tooColour");
-    EXPECT_EQ(editor().SelColor(), 0x00ff00);
 }
 
 TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {

@@ -50,14 +50,28 @@ TEST_F(NotesList, WithoutOwnerShowsTheNotesOnNoRecord) {
     EXPECT_EQ(window->windowTitle(), "YRW System Notes");
 }
 
-TEST_F(NotesList, EmptyListTurnsTheEditorOff) {
+TEST_F(NotesList, CaptionsWhileItOpensAndLater) {
+    window = std::make_unique<frmMain>(*addIn, store);
+    const QSignalSpy titles(window.get(), &QWidget::windowTitleChanged);
+    window->Initialise(addIn, nullptr, 0);
+    window->BuildNotesList();
+    QStringList seen;
+    for (const QVariantList& title : titles) {
+        seen.append(title[0].toString());
+    }
+    EXPECT_EQ(seen,
+              QStringList({" [Showing Active]", "YRW System Notes", "YRW Notes [Showing Active]"}));
+}
+
+TEST_F(NotesList, DatesAreTheSameInEveryLocale) {
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
+    store.addNote("First", customer);
     open(customer);
-    EXPECT_EQ(list().itemCount(), 0);
-    EXPECT_FALSE(editor().isEnabled());
-    EXPECT_FALSE(tool("tooBold").isEnabled());
-    EXPECT_FALSE(tool("tooEdit").isEnabled());
-    EXPECT_TRUE(tool("tooAdd").isEnabled());
-    EXPECT_TRUE(tool("tooListType").isEnabled());
+    EXPECT_EQ(texts(list().keyAt(0)).first(), "10/03/2026 09:00");
+    press(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(editor().Text(), "10/03/2026 ");
+    QLocale::setDefault(before);
 }
 
 TEST_F(NotesList, ShowTypes) {
@@ -145,22 +159,12 @@ TEST_F(NotesList, SortsByTheTextsShownAndKeepsTheOrder) {
     EXPECT_EQ(keys(), QStringList({added[1], added[2], added[0]}));
     click("tooShowAll");
     EXPECT_EQ(keys(), QStringList({added[1], added[2], added[0]}));
-}
-
-TEST_F(NotesList, ClicksAndArrowKeysShowTheNote) {
-    addFour();
-    first->Field("RTFNote")->setValue("{\\rtf1 one\\par}");
-    reminded->Field("RTFNote")->setValue("{\\rtf1 three\\par}");
-    open(customer);
-    EXPECT_EQ(editor().Text(), "one");
-    clickRow(keyOf(reminded));
-    EXPECT_EQ(editor().Text(), "three");
-    list().setFocus();
-    press(Qt::Key_Up);
-    EXPECT_EQ(editor().Text(), "one");
-    click("tooShowAll"); // the same note stays chosen
-    EXPECT_EQ(list().selectedKey(), keyOf(first));
-    EXPECT_EQ(editor().Text(), "one");
+    whenDialogOpens([](QWidget& dialog) {
+        dialog.findChild<QLineEdit*>("txtSubject")->setText("Easter");
+        clickIn(dialog, "cmdForm(0)");
+    });
+    press(Qt::Key_Insert);
+    EXPECT_EQ(texts(keys()[1])[1], "Easter"); // goes to its place: Dec, Easter, Jan, Mar
 }
 
 TEST_F(NotesList, AskedForNote) {

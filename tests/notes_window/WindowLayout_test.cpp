@@ -1,7 +1,9 @@
 // Size, state, splitter, columns and the layout of the toolbar.
 #include "tests/notes_window/WindowFixture.h"
 
+#include <QDir>
 #include <QScreen>
+#include <QTemporaryDir>
 
 namespace yrw::test {
 
@@ -114,47 +116,6 @@ TEST_F(WindowLayout, ColumnWidthsAreRemembered) {
     EXPECT_EQ(list().columnWidth(2), 90);
 }
 
-TEST_F(WindowLayout, EveryToolHasItsPlaceAndId) {
-    struct Case {
-        const char* band;
-        const char* tool;
-        int id;
-    };
-    const QList<Case> cases{
-        {"bndRecords", "tooAdd", 20100},
-        {"bndRecords", "tooDelete", 20101},
-        {"bndRecords", "tooSave", 20003},
-        {"bndRecords", "tooListType", 40020},
-        {"bndNotesShowType", "tooShowActive", 20300},
-        {"bndNotesShowType", "tooShowDone", 20301},
-        {"bndNotesShowType", "tooShowAll", 20302},
-        {"bndNotesShowType", "tooShowMyNotes", 20303},
-        {"bndNotesShowType", "tooCheckReminders", 20304},
-        {"bndNotesShowType", "tooCheckAutoNotes", 20305},
-        {"bndNotesShowType", "tooShowAutoPopup", 20306},
-        {"bndNotesShowType", "tooHighlightNotesRow", 20307},
-        {"bndNotesShowType", "tooFlagNotesRow", 20309},
-        {"bndFormatting", "tooBold", 20045},
-        {"bndFormatting", "tooFont", 20055},
-        {"bndInsert", "tooInsertDate", 20061},
-        {"bndInsert", "tooInsertTime", 20062},
-        {"bndInsert", "tooInsertContent", 20063},
-        {"bndInsert", "tooInsertIcon", 20064},
-        {"bndStandard", "tooPrint", 20008},
-        {"bndNotePopup", "tooEdit", 20200},
-        {"bndTextPopup", "tooClear", 40012},
-    };
-    open(customer);
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.tool);
-        const IBand* band = toolbar().findBand(each.band);
-        ASSERT_NE(band, nullptr);
-        const ITool* found = band->findTool(each.tool);
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(found->id(), each.id);
-    }
-}
-
 TEST_F(WindowLayout, AnyOtherToolDoesNothing) {
     writeLayout(R"({"version": 1, "bands": [{"key": "bndRecords", "tools": [
         {"id": 20053, "key": "tooOne", "caption": "One"},
@@ -169,25 +130,87 @@ TEST_F(WindowLayout, AnyOtherToolDoesNothing) {
     EXPECT_EQ(window->windowTitle(), "YRW Notes - (Customer: Quill & Son)");
 }
 
-TEST_F(WindowLayout, ABrokenLayoutIsNamedOnceAndAnotherOneServes) {
-    writeLayout("{ broken");
-    script.expectMessage(1);
-    open(customer);
-    EXPECT_TRUE(script.asked.last().contains("Menus.tb"));
-    EXPECT_NE(toolbar().findTool("tooAdd"), nullptr);
-    close();
-    ASSERT_TRUE(QFile::remove(store.folder() + "/Support/Notes/Menus.tb"));
-    open(customer); // a missing one is no fault
-    EXPECT_NE(toolbar().findTool("tooAdd"), nullptr);
+TEST_F(WindowLayout, TheFirstLayoutThatCanBeReadServesAndBrokenOnesAreNamedInOneMessage) {
+    struct Case {
+        const char* ofHost; ///< the key of its only tool; "" is missing, "{" is broken
+        const char* shipped;
+        const char* served;
+        int named;
+    };
+    const Case cases[] = {{"tooHost", "{", "tooHost", 0},
+                          {"", "tooShipped", "tooShipped", 0},
+                          {"{", "tooShipped", "tooShipped", 1},
+                          {"{", "{", "tooAdd", 2},
+                          {"", "{", "tooAdd", 1},
+                          {"", "", "tooAdd", 0}};
+    const QTemporaryDir shipped;
+    QDir(shipped.path()).mkpath("support/Notes");
+    addIn->templateDirectory = shipped.path();
+    const auto write = [](const QString& path, const QByteArray& what) {
+        QFile file(path);
+        file.remove();
+        if (!what.isEmpty() && file.open(QIODevice::WriteOnly)) {
+            file.write(what == "{"
+                           ? what
+                           : R"({"version":1,"bands":[{"key":"b","tools":[{"id":1,"key":")" + what +
+                                 R"(","caption":"c"}]}]})");
+        }
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(std::string(each.ofHost) + ", " + each.shipped);
+        close();
+        write(store.folder() + "/Support/Notes/Menus.tb", each.ofHost);
+        write(shipped.filePath("support/Notes/Menus.tb"), each.shipped);
+        script.asked.clear();
+        script.expectMessage(each.named > 0 ? 1 : 0);
+        open(customer);
+        EXPECT_EQ(script.asked.join(' ').count("Menus.tb"), each.named);
+        EXPECT_NE(toolbar().findTool(each.served), nullptr);
+    }
 }
 
-TEST_F(WindowLayout, WhatAUserCanPressHasAName) {
+TEST_F(WindowLayout, CannotBeMinimisedAndIsNotArrangedWhileItIs) {
     open(customer);
-    const QList<QWidget*> widgets = window->findChildren<QWidget*>();
-    for (const QWidget* widget : widgets) {
+    EXPECT_FALSE(window->windowFlags() & Qt::WindowMinimizeButtonHint);
+    EXPECT_TRUE(window->windowFlags() & Qt::WindowMaximizeButtonHint);
+    const QRect before = list().geometry();
+    window->setWindowStateCode(WindowStateCode::Minimised);
+    window->resize(300, 300);
+    EXPECT_EQ(list().geometry(), before);
+    window->setWindowStateCode(WindowStateCode::Normal);
+    window->resize(310, 310);
+    EXPECT_EQ(list().width(), 310);
+}
+
+TEST_F(WindowLayout, TabGoesRoundWithoutATrapAndWhatTakesTheKeyboardHasAName) {
+    store.addNote("One", customer);
+    open(customer);
+    window->resize(330, 420); // narrow: the bands offer the rest in menus
+    press(Qt::Key_F, Qt::ControlModifier);
+    QStringList passed;
+    const auto go = [&](Qt::Key key, Qt::KeyboardModifiers shift) {
+        for (int i = 0; i < 20 && window->focusWidget() != &editor(); ++i) {
+            passed.append(window->focusWidget()->objectName());
+            EXPECT_FALSE(window->focusWidget()->accessibleName().isEmpty())
+                << passed.last().toStdString();
+            press(key, shift);
+        }
+        passed.append(window->focusWidget()->objectName());
+    };
+    go(Qt::Key_Tab, Qt::NoModifier);
+    press(Qt::Key_F6); // the tabulator is text in the editor: this leads out of it, to the list
+    go(Qt::Key_Backtab, Qt::ShiftModifier);
+    for (const char* name :
+         {"txtFind", "cmdCloseFind", "lsvMain", "picHSplit", "rtxMain", "tooListType"}) {
+        EXPECT_TRUE(passed.contains(name)) << name << " of " << passed.join(' ').toStdString();
+    }
+    for (const QWidget* widget : window->findChildren<QWidget*>()) {
         const bool canBePressed = widget->focusPolicy() != Qt::NoFocus ||
                                   qobject_cast<const QAbstractButton*>(widget) != nullptr;
-        if (canBePressed && widget->isVisible() && !widget->objectName().startsWith("qt_")) {
+        // The clear button of a field belongs to the toolkit and is reached by the field's keys.
+        const bool ofToolkit = widget->objectName().startsWith("qt_") ||
+                               qobject_cast<const QLineEdit*>(widget->parentWidget()) != nullptr;
+        if (canBePressed && widget->isVisible() && !ofToolkit) {
             EXPECT_FALSE(widget->accessibleName().isEmpty())
                 << widget->metaObject()->className() << " " << widget->objectName().toStdString();
         }

@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("YRW_PICTURES")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     if (yrw::test::isTypingChild()) {
         return yrw::test::typeUntilKilled();

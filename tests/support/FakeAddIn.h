@@ -41,6 +41,7 @@ public:
 
     QStringList calls; ///< what the window told the add-in, in order
     std::map<NotesSwitch, bool> switches;
+    QString templateDirectory; ///< where it is not the shipped one
 
     [[nodiscard]] NotesSettings settings() { return NotesSettings(m_settings); }
 
@@ -51,7 +52,9 @@ public:
         return m_store.applicationRef();
     }
     [[nodiscard]] QString DatabaseDirectory() const override { return m_store.folder(); }
-    [[nodiscard]] QString TemplateDirectory() const override { return m_store.templateFolder(); }
+    [[nodiscard]] QString TemplateDirectory() const override {
+        return templateDirectory.isEmpty() ? m_store.templateFolder() : templateDirectory;
+    }
     [[nodiscard]] bool switchOn(NotesSwitch which) const override { return switches.at(which); }
     void setSwitch(NotesSwitch which, bool on) override { switches[which] = on; }
     void setReminderTimerEnabled(bool enabled) override { note("reminder timer", enabled); }

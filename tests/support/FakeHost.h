@@ -147,6 +147,7 @@ public:
     void actAs(qint64 userID) { m_userID = userID; }
 
     QStringList shownHelp;            ///< topics that help was asked for
+    bool hasHelp = true;              ///< what asking for it answers
     QString progID = kFakeHostProgID; ///< what `ProgID` answers
 
     [[nodiscard]] Ref<dao::Database> DAODatabase() override { return m_database; }
@@ -191,7 +192,7 @@ public:
     }
     bool ShowHelp(int topic) override {
         shownHelp += QString::number(topic);
-        return true;
+        return hasHelp;
     }
     [[nodiscard]] Ref<yrw::ICollection> CreateReports() override {
         return make<FakeCollection>(fakeTables().reports);

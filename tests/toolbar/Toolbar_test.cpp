@@ -167,6 +167,14 @@ TEST_F(ToolbarTest, popupRaisesBandOpenFirstAndClickAfterwards) {
     EXPECT_EQ(order.size(), 2);
 }
 
+TEST_F(ToolbarTest, aToolOpensItsMenuBelowItself) {
+    QPoint place;
+    const Connection opening = bar->Click.connect(
+        [&](ITool&) { popup("bndNotePopup", [&](const QMenu& menu) { place = menu.pos(); }); });
+    click("tooDelete");
+    EXPECT_EQ(place, button("tooDelete")->mapToGlobal(QPoint(0, button("tooDelete")->height())));
+}
+
 TEST_F(ToolbarTest, menuShowsStatesShortcutsAndGroups) {
     popup("bndNotePopup", [](QMenu& menu) {
         QStringList texts;
@@ -221,6 +229,9 @@ TEST_F(ToolbarTest, narrowBarOffersTheRestInAMenu) {
     auto* const more = bar->findChild<QToolButton*>("bndRecordsOverflow");
     ASSERT_TRUE(more->isVisible());
     EXPECT_FALSE(bar->findChild<QComboBox*>("tooListType")->isVisible());
+    const Connection filling = bar->ComboDrop.connect([](ITool& tool) {
+        tool.setList({"Active", "Done", "Late"}); // filled when its entries are shown, here too
+    });
     QTimer::singleShot(0, bar, [this] {
         auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         ASSERT_NE(menu, nullptr);
@@ -232,7 +243,7 @@ TEST_F(ToolbarTest, narrowBarOffersTheRestInAMenu) {
         QTest::keyClick(entries, Qt::Key_Return);
     });
     QTest::mouseClick(more, Qt::LeftButton);
-    EXPECT_EQ(picks, QStringList("tooListType=All#3"));
+    EXPECT_EQ(picks, QStringList("tooListType=Late#3"));
     bar->setFixedWidth(2000);
     EXPECT_FALSE(more->isVisible());
     EXPECT_TRUE(bar->findChild<QComboBox*>("tooListType")->isVisible());

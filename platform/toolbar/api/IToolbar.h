@@ -103,8 +103,8 @@ public:
     virtual void recalcLayout() = 0;
     /// Paints anew.
     virtual void refresh() = 0;
-    /// Opens a pop-up band at the mouse pointer, after raising `BandOpen` for it, and returns when
-    /// it closed. No error for an unknown band.
+    /// Opens a pop-up band below the tool whose click is being handled, else at the mouse pointer;
+    /// raises `BandOpen` first and returns when it closed. No error for an unknown band.
     virtual void popup(const QString& bandKey) = 0;
     /// Does what a click on the tool does; nothing when it is missing or disabled.
     virtual void activate(const QString& toolKey) = 0;
