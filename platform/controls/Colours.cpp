@@ -7,11 +7,10 @@ namespace yrw {
 
 namespace {
 
-/// Below this the wanted colour is changed; normal text should have 4.5, but grey on white, which
-/// is meant to recede, has 3.9.
-constexpr double kEnoughContrast = 3.9;
-
+/// What text should have to be read with ease.
 constexpr double kGoodContrast = 4.5;
+/// What it may have on a light background: grey on white, which is meant to recede, has 3.9.
+constexpr double kEnoughContrast = 3.9;
 
 QColor farther(const QColor& background) {
     return contrast(background, Qt::white) > contrast(background, Qt::black) ? QColor(Qt::white)
@@ -36,15 +35,16 @@ double contrast(const QColor& a, const QColor& b) {
 }
 
 QColor readableOn(const QColor& background, const QColor& wanted) {
-    if (contrast(background, wanted) >= kEnoughContrast) {
+    const QColor end = farther(background);
+    const double enough = end == QColor(Qt::white) ? kGoodContrast : kEnoughContrast;
+    if (contrast(background, wanted) >= enough) {
         return wanted;
     }
-    const QColor end = farther(background);
     QColor colour = wanted.toHsl();
     const double step = end == QColor(Qt::white) ? 0.05 : -0.05;
     for (double light = colour.lightnessF() + step; light > 0 && light < 1; light += step) {
         colour.setHslF(colour.hslHueF(), colour.hslSaturationF(), static_cast<float>(light));
-        if (contrast(background, colour) >= kEnoughContrast) {
+        if (contrast(background, colour) >= enough) {
             return colour.toRgb();
         }
     }

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QLabel>
@@ -24,7 +25,7 @@ namespace yrw {
 
 namespace {
 
-constexpr int kReasonWidth = 360; ///< of the reasons of a failure, in pixels
+constexpr int kTextWidth = 360; ///< up to which a box grows before its text wraps, in pixels
 
 const QString kBoxName = QStringLiteral("promptBox");
 
@@ -108,12 +109,27 @@ void nameButtons(const QMessageBox& box) {
     }
 }
 
+/// Makes room for a text of a box, which would else wrap long before its lines end.
+void widen(const QMessageBox& box, const QString& labelName) {
+    auto* const label = box.findChild<QLabel*>(labelName);
+    if (label == nullptr) {
+        return;
+    }
+    int width = 0;
+    const QStringList lines = label->text().split(u'\n');
+    for (const QString& line : lines) {
+        width = qMax(width, label->fontMetrics().horizontalAdvance(line + u' '));
+    }
+    label->setMinimumWidth(qMin(width, kTextWidth));
+}
+
 std::unique_ptr<QMessageBox> makeBox(const QString& text, const QString& title, PromptIcon icon) {
     auto box = std::make_unique<QMessageBox>();
     box->setTextFormat(Qt::PlainText);
     box->setText(withLineBreaks(text));
     box->setWindowTitle(title);
     box->setIcon(iconOf(icon));
+    widen(*box, QStringLiteral("qt_msgbox_label"));
     return box;
 }
 
@@ -200,6 +216,9 @@ int WidgetPrompt::choose(const ChoiceRequest& request) {
     box->setDefaultButton(qobject_cast<QPushButton*>(buttons.value(request.defaultButton)));
     box->setEscapeButton(buttons.value(request.escapeButton));
     nameButtons(*box);
+    if (auto* const column = box->findChild<QDialogButtonBox*>()) {
+        column->setOrientation(Qt::Vertical); // names make captions long: side by side they are cut
+    }
     OpenBox(*this).exec(*box);
     const auto pressed = buttons.indexOf(box->clickedButton());
     return pressed < 0 ? request.escapeButton : int(pressed);
@@ -216,9 +235,7 @@ void WidgetPrompt::errorReport(const ErrorReport& report) {
     QStringList reasons{withLineBreaks(report.text), withLineBreaks(report.description)};
     reasons.removeAll(QString());
     box->setInformativeText(reasons.join(QStringLiteral("\n\n")));
-    if (auto* const label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
-        label->setMinimumWidth(kReasonWidth); // else it is as narrow as the message above it
-    }
+    widen(*box, QStringLiteral("qt_msgbox_informativelabel"));
     box->setStandardButtons(QMessageBox::Ok);
     box->setDetailedText(detailsOf(report));
     nameButtons(*box);
