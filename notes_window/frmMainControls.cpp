@@ -49,6 +49,8 @@ void frmMain::createControls() {
     m_lsvMain->addColumn(QStringLiteral("Subject"), QStringLiteral("subject"), 6600);
     m_lsvMain->addColumn(QStringLiteral("Status"), QStringLiteral("status"), 975);
     m_lsvMain->addColumn(QStringLiteral("Popup?"), QStringLiteral("popup"), 900);
+    m_lsvMain->setSource([this](const QStringList& keys) { return itemsFor(keys); });
+    m_lsvMain->setWorkWatch([this] { return sortingWatch(); });
     m_picHSplit = named(new SplitBar(this), "picHSplit", "Height of list and text");
     m_rtxMain = named(new RichTextBox(this), "rtxMain", "Note text");
     m_rtxMain->setTabChangesFocus(false);
@@ -64,6 +66,7 @@ void frmMain::createControls() {
 void frmMain::connectEvents() {
     connect(m_lsvMain, &ListView::columnClick, this, &frmMain::lsvMain_ColumnClick);
     connect(m_lsvMain, &ListView::itemClick, this, &frmMain::lsvMain_ItemClick);
+    connect(m_lsvMain, &ListView::sourceFailed, this, &frmMain::lsvMain_SourceFailed);
     connect(m_lsvMain, &ListView::itemDblClick, this, [this] { lsvMain_DblClick(); });
     connect(m_lsvMain, &ListView::rightClick, this, [this] { lsvMain_MouseUp(); });
     connect(m_lsvMain->header(), &QHeaderView::sectionResized, this,
