@@ -124,7 +124,8 @@ private:
     void loadToolbar();
     void restoreSize();
     void storeSize();
-    void restoreColumns();
+    [[nodiscard]] QStringList storedColumns() const;
+    void restoreColumns(int first);
     void storeColumns();
     void fitSubject();
     void columnResized(int column);

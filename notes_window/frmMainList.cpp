@@ -153,9 +153,11 @@ bool frmMain::SetUserColumn() {
     const bool mineOnly = isToolChecked(QStringLiteral("tooShowMyNotes"));
     ignoreErrors([&] {
         if (mineOnly) {
+            storeColumns();
             m_lsvMain->removeColumn(kUserColumn);
         } else if (m_lsvMain->columnOf(kUserColumn) < 0) {
             m_lsvMain->addColumn(QStringLiteral("User"), kUserColumn, kUserColumnWidth);
+            restoreColumns(m_lsvMain->columnOf(kUserColumn));
         }
     });
     fitSubject();
@@ -363,13 +365,9 @@ void frmMain::emptyEditor() {
 }
 
 void frmMain::lsvMain_ColumnClick(int column) {
-    if (column == m_lsvMain->sortKey()) {
-        m_lsvMain->setSortOrder(m_lsvMain->sortOrder() == Qt::AscendingOrder ? Qt::DescendingOrder
-                                                                             : Qt::AscendingOrder);
-    } else {
-        m_lsvMain->setSortKey(column);
-    }
-    m_lsvMain->setSorted(true);
+    const bool flips = column == m_lsvMain->sortKey();
+    const bool ascending = (m_lsvMain->sortOrder() == Qt::AscendingOrder) != flips;
+    m_lsvMain->sortBy(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
 /// Shows how far a long sorting is, and lets the user stop it.

@@ -329,6 +329,10 @@ void ListView::setSorted(bool sorted) {
     }
 }
 
+void ListView::sortBy(int column, Qt::SortOrder order) {
+    m_private->change({column, order, true});
+}
+
 void ListView::setEmptyText(const QString& text) {
     m_private->emptyText = text;
     viewport()->update();

@@ -94,6 +94,8 @@ public:
     void setSortOrder(Qt::SortOrder order);
     [[nodiscard]] bool isSorted() const;
     void setSorted(bool sorted);
+    /// Sets key and order and turns sorting on, all at once or, when that is stopped, not at all.
+    void sortBy(int column, Qt::SortOrder order);
     /// What an empty list shows in its middle.
     void setEmptyText(const QString& text);
 

@@ -9,7 +9,7 @@ namespace yrw {
 
 namespace {
 
-constexpr qint64 kComparisonsPerStep = 1 << 16;
+constexpr qint64 kComparisonsPerStep = 1 << 14;
 constexpr size_t kHead = sizeof(quint64);
 
 struct Stopped {};
