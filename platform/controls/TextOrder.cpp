@@ -23,6 +23,13 @@ struct Key {
     int place = 0;
 };
 
+/// Appends a unit of a text that is no ASCII letter: behind all of those.
+void appendUnit(std::string& bytes, char16_t unit) {
+    bytes += char(0x80);
+    bytes += char(unit >> 8);
+    bytes += char(unit & 0xff);
+}
+
 /// Appends a text so that comparing the bytes compares the folded letters.
 void appendFolded(std::string& bytes, QStringView text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -38,10 +45,11 @@ void appendFolded(std::string& bytes, QStringView text) {
         letter = QChar::toCaseFolded(letter);
         if (letter < 0x80) {
             bytes += char(letter);
+        } else if (!QChar::requiresSurrogates(letter)) {
+            appendUnit(bytes, char16_t(letter));
         } else {
-            bytes += char(0x80 | (letter >> 16));
-            bytes += char((letter >> 8) & 0xff);
-            bytes += char(letter & 0xff);
+            appendUnit(bytes, QChar::highSurrogate(letter));
+            appendUnit(bytes, QChar::lowSurrogate(letter));
         }
     }
 }
