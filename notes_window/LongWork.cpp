@@ -12,18 +12,17 @@ namespace {
 
 constexpr qint64 kPatienceMs = 500;
 constexpr qint64 kRefreshMs = 100;
-constexpr qint64 kLookAtClock = 256; ///< steps between two looks at the clock
 
 } // namespace
 
-LongWork::LongWork(const Clock& clock, QWidget* parent, QString text)
+LongWork::LongWork(const Clock& clock, QWidget* parent, QString text, int stepsPerLook)
     : m_clock(clock), m_parent(parent), m_text(std::move(text)),
-      m_nextMs(clock.monotonicMs() + kPatienceMs) {}
+      m_nextMs(clock.monotonicMs() + kPatienceMs), m_stepsPerLook(stepsPerLook) {}
 
 LongWork::~LongWork() = default;
 
 bool LongWork::goOn(qint64 done) {
-    if (++m_steps % kLookAtClock == 0 && m_clock.monotonicMs() >= m_nextMs) {
+    if (++m_steps % m_stepsPerLook == 0 && m_clock.monotonicMs() >= m_nextMs) {
         show(done);
         m_nextMs = m_clock.monotonicMs() + kRefreshMs;
     }

@@ -18,8 +18,9 @@ class Clock;
 /// Lifetime: the clock and the parent outlive it. Thread: the user-interface thread.
 class LongWork {
 public:
-    /// `text` says what is done and has "%1" for the count.
-    LongWork(const Clock& clock, QWidget* parent, QString text);
+    /// `text` says what is done and has "%1" for the count; the clock is looked at once in
+    /// `stepsPerLook` steps.
+    LongWork(const Clock& clock, QWidget* parent, QString text, int stepsPerLook = 256);
     ~LongWork();
     LongWork(const LongWork&) = delete;
     LongWork& operator=(const LongWork&) = delete;
@@ -35,6 +36,7 @@ private:
     QString m_text;
     qint64 m_nextMs; ///< when something is shown next
     qint64 m_steps = 0;
+    int m_stepsPerLook;
     std::unique_ptr<QProgressDialog> m_dialog;
 };
 

@@ -51,10 +51,25 @@ struct frmMain::Shortcut {
     QString toolKey;
 };
 
-const std::vector<frmMain::Command>& frmMain::commands() {
-    static const std::vector<Command> table{
+/// What is done with whole notes.
+std::vector<frmMain::Command> frmMain::noteCommands() {
+    return {
         {20003, u"SaveNote", [](frmMain& f, ITool&) { f.SaveNote(); }},
         {20008, u"PrintNote", [](frmMain& f, ITool&) { f.printNote(); }},
+        {20100, u"AddNote", [](frmMain& f, ITool&) { f.openProperties(nullptr); }},
+        {20101, u"DeleteNote", [](frmMain& f, ITool&) { f.deleteSelected(); }},
+        {20200, u"EditNote", [](frmMain& f, ITool&) { f.lsvMain_DblClick(); }},
+        {20201, u"DoneNote", [](frmMain& f, ITool&) { f.finishSelected(); }},
+        {20202, u"CancelReminders", [](frmMain& f, ITool&) { f.cancelSelectedReminders(); }},
+        {40002, u"Find", [](frmMain& f, ITool&) { f.openFind(); }},
+        {41000, u"PreviewNote", [](frmMain& f, ITool&) { f.previewNote(); }},
+        {41001, u"ExportPdf", [](frmMain& f, ITool&) { f.exportPdf(); }},
+    };
+}
+
+/// What is done with the text.
+std::vector<frmMain::Command> frmMain::textCommands() {
+    return {
         {20045, u"Bold", [](frmMain& f, ITool& t) { f.m_rtxMain->setSelBold(!t.isChecked()); }},
         {20046, u"Italic", [](frmMain& f, ITool& t) { f.m_rtxMain->setSelItalic(!t.isChecked()); }},
         {20047, u"Underline",
@@ -80,11 +95,31 @@ const std::vector<frmMain::Command>& frmMain::commands() {
         {20064, u"InsertFile",
          [](frmMain& f, ITool&) { f.openInsertAttachment(ObjectDisplay::Icon); }},
         {20065, u"InsertStamp", [](frmMain& f, ITool&) { f.InsertStamp(); }},
-        {20100, u"AddNote", [](frmMain& f, ITool&) { f.openProperties(nullptr); }},
-        {20101, u"DeleteNote", [](frmMain& f, ITool&) { f.deleteSelected(); }},
-        {20200, u"EditNote", [](frmMain& f, ITool&) { f.lsvMain_DblClick(); }},
-        {20201, u"DoneNote", [](frmMain& f, ITool&) { f.finishSelected(); }},
-        {20202, u"CancelReminders", [](frmMain& f, ITool&) { f.cancelSelectedReminders(); }},
+        {21002, u"TextColour", [](frmMain& f, ITool&) { f.chooseColour(); }},
+        {30000, u"ChooseFont", [](frmMain& f, ITool&) { f.ChooseFont(); }},
+        {30002, u"SetDefaultFont", [](frmMain& f, ITool&) { f.SetDefaultFont(); }},
+        {40000, u"Undo", [](frmMain& f, ITool&) { f.m_rtxMain->undo(); }},
+        {40001, u"Redo", [](frmMain& f, ITool&) { f.m_rtxMain->redo(); }},
+        {40010, u"Copy", [](frmMain& f, ITool&) { f.m_rtxMain->copy(); }},
+        {40011, u"Paste", [](frmMain& f, ITool&) { f.m_rtxMain->paste(); }},
+        {40012, u"Clear",
+         [](frmMain& f, ITool&) { f.m_rtxMain->textCursor().removeSelectedText(); }},
+        {41010, u"OpenAttachment", [](frmMain& f, ITool&) { f.openPopupObject(); }},
+        {41011, u"SaveAttachment", [](frmMain& f, ITool&) { f.savePopupObject(); }},
+        {41020, u"PasteKeepsLook", [](frmMain& f, ITool& t) { f.togglePasteKeepsLook(t); }},
+        {41021, u"CheckSpelling", [](frmMain& f, ITool& t) { f.toggleSpelling(t); }},
+        {41100, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41101, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41102, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41103, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41104, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
+        {41105, u"AcceptWord", [](frmMain& f, ITool&) { f.acceptWord(); }},
+    };
+}
+
+/// What the list shows, and the options.
+std::vector<frmMain::Command> frmMain::listCommands() {
+    return {
         {20300, u"ShowType", [](frmMain& f, ITool&) { f.showType(1); }},
         {20301, u"ShowType", [](frmMain& f, ITool&) { f.showType(2); }},
         {20302, u"ShowType", [](frmMain& f, ITool&) { f.showType(3); }},
@@ -99,31 +134,19 @@ const std::vector<frmMain::Command>& frmMain::commands() {
              f.settings().remove(QStringLiteral("PopupWindow-W"));
          }},
         {20309, u"FlagNotesRow", [](frmMain& f, ITool& t) { f.toggleOption(t); }},
-        {21002, u"TextColour", [](frmMain& f, ITool&) { f.chooseColour(); }},
-        {30000, u"ChooseFont", [](frmMain& f, ITool&) { f.ChooseFont(); }},
-        {30002, u"SetDefaultFont", [](frmMain& f, ITool&) { f.SetDefaultFont(); }},
-        {40000, u"Undo", [](frmMain& f, ITool&) { f.m_rtxMain->undo(); }},
-        {40001, u"Redo", [](frmMain& f, ITool&) { f.m_rtxMain->redo(); }},
-        {40002, u"Find", [](frmMain& f, ITool&) { f.openFind(); }},
-        {40010, u"Copy", [](frmMain& f, ITool&) { f.m_rtxMain->copy(); }},
-        {40011, u"Paste", [](frmMain& f, ITool&) { f.m_rtxMain->paste(); }},
-        {40012, u"Clear",
-         [](frmMain& f, ITool&) { f.m_rtxMain->textCursor().removeSelectedText(); }},
         {40020, u"ShowType", [](frmMain& f, ITool& t) { f.showType(t.listIndex()); }},
-        {41000, u"PreviewNote", [](frmMain& f, ITool&) { f.previewNote(); }},
-        {41001, u"ExportPdf", [](frmMain& f, ITool&) { f.exportPdf(); }},
-        {41010, u"OpenAttachment", [](frmMain& f, ITool&) { f.openPopupObject(); }},
-        {41011, u"SaveAttachment", [](frmMain& f, ITool&) { f.savePopupObject(); }},
-        {41020, u"PasteKeepsLook", [](frmMain& f, ITool& t) { f.togglePasteKeepsLook(t); }},
-        {41021, u"CheckSpelling", [](frmMain& f, ITool& t) { f.toggleSpelling(t); }},
-        {41100, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
-        {41101, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
-        {41102, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
-        {41103, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
-        {41104, u"ReplaceWord", [](frmMain& f, ITool& t) { f.replaceWord(t); }},
-        {41105, u"AcceptWord", [](frmMain& f, ITool&) { f.acceptWord(); }},
         {40030, u"View", [](frmMain& f, ITool&) { f.m_atbMain->popup(kShowTypeBand); }},
     };
+}
+
+const std::vector<frmMain::Command>& frmMain::commands() {
+    static const std::vector<Command> table = [] {
+        std::vector<Command> all = noteCommands();
+        for (const std::vector<Command>& more : {textCommands(), listCommands()}) {
+            all.insert(all.end(), more.begin(), more.end());
+        }
+        return all;
+    }();
     return table;
 }
 

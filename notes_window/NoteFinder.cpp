@@ -12,7 +12,8 @@ namespace yrw {
 
 namespace {
 
-constexpr int kSliceMs = 12;       ///< of searching; with showing the hits less than two frames
+constexpr int kFirstSliceMs = 4;   ///< of searching; with showing the hits less than two frames
+constexpr int kSliceMs = 12;       ///< of the searching that follows
 constexpr int kIndexMs = 20;       ///< of indexing
 constexpr int kPauseMs = 20;       ///< between two slices of indexing, for whoever else writes
 constexpr int kRefreshMs = 150;    ///< between two showings of more hits
@@ -68,7 +69,7 @@ void NoteFinder::start(const QString& typed, std::vector<qint64> ids) {
         openIndex();
         m_search = m_index->search(dao::foldedWords(typed), std::move(ids));
     });
-    search();
+    search(kFirstSliceMs);
 }
 
 void NoteFinder::stop() {
@@ -81,15 +82,15 @@ void NoteFinder::stop() {
 
 void NoteFinder::goOn() {
     if (m_search) {
-        search();
+        search(kSliceMs);
     } else {
         index();
     }
 }
 
-void NoteFinder::search() {
-    const bool went = m_search && ignoreErrors([this] {
-                          const std::vector<qint64> found = m_search->next(kSliceMs);
+void NoteFinder::search(int milliseconds) {
+    const bool went = m_search && ignoreErrors([this, milliseconds] {
+                          const std::vector<qint64> found = m_search->next(milliseconds);
                           m_hits.insert(found.begin(), found.end());
                           m_inOrder.insert(m_inOrder.end(), found.begin(), found.end());
                       });

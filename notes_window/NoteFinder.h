@@ -50,7 +50,7 @@ Q_SIGNALS:
 
 private:
     void goOn();
-    void search();
+    void search(int milliseconds);
     void index();
     void openIndex();
 

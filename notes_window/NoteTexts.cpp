@@ -68,7 +68,12 @@ QString noteItemKey(qint64 noteID) {
 }
 
 qint64 noteIdOf(QStringView itemKey) {
-    return itemKey.mid(kKeyPrefixLength).toLongLong();
+    // Searching the list reads all its keys at each letter typed: no general parser.
+    qint64 id = 0;
+    for (const QChar digit : itemKey.mid(kKeyPrefixLength)) {
+        id = 10 * id + (digit.unicode() - u'0');
+    }
+    return id;
 }
 
 } // namespace yrw

@@ -54,7 +54,7 @@ void frmMain::Form_Load() {
     loadToolbar();
     setUpEditor();
     restoreSize();
-    restoreColumns();
+    restoreColumns(0);
     UpdateToolStates();
     m_lsvMain->setFocus();
     m_waitingTimer.start(kReminderCountMs);

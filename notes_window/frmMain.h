@@ -14,6 +14,7 @@
 #include <QTextCursor>
 #include <QTimer>
 
+#include <exception>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -25,6 +26,7 @@ namespace yrw {
 
 class FindBar;
 class NoteFinder;
+struct NoteRow;
 class frmInsertAttachment;
 class IBand;
 class NoteAttachments;
@@ -100,6 +102,7 @@ private:
     void atbMain_BandOpen(IBand& band);
     void lsvMain_ColumnClick(int column);
     void lsvMain_ItemClick(const QString& item);
+    void lsvMain_SourceFailed();
     void lsvMain_DblClick();
     void lsvMain_KeyDown(FormKey& key);
     void lsvMain_MouseUp(const QPoint& globalPosition);
@@ -123,7 +126,8 @@ private:
     void loadToolbar();
     void restoreSize();
     void storeSize();
-    void restoreColumns();
+    [[nodiscard]] QStringList storedColumns() const;
+    void restoreColumns(int first);
     void storeColumns();
     void fitSubject();
     void columnResized(int column);
@@ -136,9 +140,14 @@ private:
     void refillList();
     void prepareRefill();
     void showListType(int listIndex);
-    void readNotes(int code, int listIndex, bool mineOnly);
+    void readNotes(int code);
+    [[nodiscard]] Ref<dao::Recordset> openRowsOf(const QVariantList& ids);
+    [[nodiscard]] QList<ListItem> readItems(const QStringList& keys);
+    [[nodiscard]] std::optional<QList<ListItem>> itemsFor(const QStringList& keys);
+    [[nodiscard]] ListItem itemOf(const NoteRow& row);
     [[nodiscard]] ListItem listItem(const Ref<IRecord>& note);
     [[nodiscard]] QString userName(const QString& code);
+    [[nodiscard]] WorkStep sortingWatch();
     void selectAfterRefill(const QString& before);
     void showNoteOf(const QString& item);
     void putIntoEditor(Note& note);
@@ -196,6 +205,9 @@ private:
     void exportPdf();
 
     // Commands (NoteCommands.cpp, NoteListCommands.cpp).
+    [[nodiscard]] static std::vector<Command> noteCommands();
+    [[nodiscard]] static std::vector<Command> textCommands();
+    [[nodiscard]] static std::vector<Command> listCommands();
     [[nodiscard]] static const std::vector<Command>& commands();
     [[nodiscard]] static const std::vector<OptionTool>& options();
     [[nodiscard]] static const std::vector<Shortcut>& shortcuts();
@@ -229,7 +241,9 @@ private:
     Ref<Notes> m_notes;
     Ref<Note> m_note; ///< shown in the editor
     QString m_title;
-    QVariant m_loadedText; ///< rich text of the current note as it was last read or written
+    bool m_textIsStored = false; ///< the editor shows what `m_loadedText` is
+    qint64 m_editedNote = 0;     ///< whose text the editor holds; 0 for none
+    QVariant m_loadedText;       ///< rich text of the current note as it was last read or written
     bool m_initialising = false;
     bool m_loading = false; ///< changes of the editor are not the user's
     bool m_dirty = false;
@@ -237,6 +251,9 @@ private:
     QTimer m_draftTimer;
     QTimer m_waitingTimer;
     QHash<QString, QString> m_userNames;
+    int m_listIndex = 0;      ///< what the list shows, as `tooListType` counts
+    bool m_isListCut = false; ///< its reading was stopped
+    std::exception_ptr m_listFailure;
     int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
     bool m_subjectFits = true; ///< the subject column takes the width that the others leave
     bool m_fitting = false;    ///< columns are resized in code, not by the user

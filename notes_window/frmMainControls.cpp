@@ -25,6 +25,7 @@ namespace {
 constexpr QSize kDesignedSize(860, 620);
 constexpr int kDraftMs = 1800; ///< with the writing less than the two seconds promised
 constexpr int kSubjectColumn = 1;
+constexpr int kUserPlace = 4;         ///< of the user column, when it is there
 constexpr int kMinSubjectWidth = 120; ///< pixels
 const QString kColumnWidths = QStringLiteral("ColumnWidths");
 
@@ -49,6 +50,8 @@ void frmMain::createControls() {
     m_lsvMain->addColumn(QStringLiteral("Subject"), QStringLiteral("subject"), 6600);
     m_lsvMain->addColumn(QStringLiteral("Status"), QStringLiteral("status"), 975);
     m_lsvMain->addColumn(QStringLiteral("Popup?"), QStringLiteral("popup"), 900);
+    m_lsvMain->setSource([this](const QStringList& keys) { return itemsFor(keys); });
+    m_lsvMain->setWorkWatch([this] { return sortingWatch(); });
     m_picHSplit = named(new SplitBar(this), "picHSplit", "Height of list and text");
     m_rtxMain = named(new RichTextBox(this), "rtxMain", "Note text");
     m_rtxMain->setTabChangesFocus(false);
@@ -64,6 +67,7 @@ void frmMain::createControls() {
 void frmMain::connectEvents() {
     connect(m_lsvMain, &ListView::columnClick, this, &frmMain::lsvMain_ColumnClick);
     connect(m_lsvMain, &ListView::itemClick, this, &frmMain::lsvMain_ItemClick);
+    connect(m_lsvMain, &ListView::sourceFailed, this, &frmMain::lsvMain_SourceFailed);
     connect(m_lsvMain, &ListView::itemDblClick, this, [this] { lsvMain_DblClick(); });
     connect(m_lsvMain, &ListView::rightClick, this, &frmMain::lsvMain_MouseUp);
     connect(m_lsvMain->header(), &QHeaderView::sectionResized, this,
@@ -117,11 +121,15 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     return Form::eventFilter(watched, event);
 }
 
-void frmMain::restoreColumns() {
-    const QStringList widths =
-        settings().text(kColumnWidths, QString()).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+QStringList frmMain::storedColumns() const {
+    return settings().text(kColumnWidths, QString()).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+}
+
+/// Gives the columns from one on the widths that the user gave them.
+void frmMain::restoreColumns(int first) {
+    const QStringList widths = storedColumns();
     const QScopedValueRollback<bool> fitting(m_fitting, true);
-    for (int i = 0; i < widths.size() && i < m_lsvMain->columns(); ++i) {
+    for (int i = first; i < widths.size() && i < m_lsvMain->columns(); ++i) {
         if (const int pixels = twipsToPixels(widths[i].toInt()); pixels > 0) {
             m_lsvMain->setColumnWidth(i, pixels);
             m_subjectFits = m_subjectFits && i != kSubjectColumn;
@@ -130,15 +138,15 @@ void frmMain::restoreColumns() {
 }
 
 void frmMain::storeColumns() {
-    // The user column is left out: it has its fixed width whenever it is added. A subject column
-    // that takes what is left has no width of its own.
-    const int userColumn = m_lsvMain->columnOf(QStringLiteral("usercode"));
+    // A subject column that takes what is left has no width of its own.
     QStringList widths;
     for (int i = 0; i < m_lsvMain->columns(); ++i) {
-        if (i != userColumn) {
-            const bool fits = i == kSubjectColumn && m_subjectFits;
-            widths.append(QString::number(fits ? 0 : pixelsToTwips(m_lsvMain->columnWidth(i))));
-        }
+        const bool fits = i == kSubjectColumn && m_subjectFits;
+        widths.append(QString::number(fits ? 0 : pixelsToTwips(m_lsvMain->columnWidth(i))));
+    }
+    // The last column is not there while only the user's own notes are shown.
+    if (m_lsvMain->columns() == kUserPlace) {
+        widths.append(storedColumns().mid(kUserPlace, 1));
     }
     settings().setText(kColumnWidths, widths.join(QLatin1Char(';')));
 }

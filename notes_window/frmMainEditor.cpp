@@ -38,6 +38,7 @@ void frmMain::rtxMain_Change() {
     if (m_loading) {
         return;
     }
+    m_textIsStored = false;
     setDirty(true);
     if (!m_draftTimer.isActive()) {
         m_draftTimer.start();

@@ -7,6 +7,7 @@
 #include "notes_window/FindBar.h"
 #include "notes_window/LongWork.h"
 #include "notes_window/NoteFinder.h"
+#include "notes_window/NoteRow.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/component/NamedCalls.h"
 #include "platform/controls/StatusBar.h"
@@ -15,6 +16,7 @@
 
 #include <QLabel>
 #include <QScopedValueRollback>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -28,69 +30,9 @@ const QString kUserColumn = QStringLiteral("usercode");
 constexpr int kUserColumnWidth = 900; ///< twips
 constexpr int kShowActive = 1;
 constexpr int kShowAll = 3;
-constexpr QColor kDoneColour(0x80, 0x80, 0x80);
-constexpr QColor kReminderColour(0x00, 0x80, 0x00);
 constexpr int kReminderWindowMinutes = 1;
-
-/// What the list shows of one note.
-struct NoteRow {
-    qint64 id = 0;
-    QDateTime date;
-    QString subject;
-    bool active = true;
-    bool popup = false;
-    bool hasReminders = false;
-    QString userCode;
-};
-
-/// Reads rows through columns looked up once.
-class RowReader {
-public:
-    explicit RowReader(const dao::Recordset& rows) : m_rows(rows) {
-        static const std::array names{
-            u"RecordID",          u"Date",         u"Subject",       u"Status",
-            u"AutomaticallyShow", u"ReminderType", u"RecordUserCode"};
-        for (size_t i = 0; i < names.size(); ++i) {
-            m_columns[i] = rows.FieldIndex(names[i]);
-        }
-    }
-    [[nodiscard]] NoteRow read() const {
-        return {m_rows.value(m_columns[0]).toLongLong(),
-                m_rows.value(m_columns[1]).toDateTime(),
-                m_rows.value(m_columns[2]).toString(),
-                m_rows.value(m_columns[3]).toInt() == int(NoteStatus::Active),
-                HostUtility::NullToBoolean(m_rows.value(m_columns[4])),
-                m_rows.value(m_columns[5]).toInt() != int(ReminderKind::None),
-                m_rows.value(m_columns[6]).toString()};
-    }
-
-private:
-    const dao::Recordset& m_rows;
-    std::array<int, 7> m_columns{};
-};
-
-ListItem itemOf(const NoteRow& row) {
-    ListItem item;
-    item.key = noteItemKey(row.id);
-    item.texts = {noteDateText(row.date), row.subject,
-                  row.active ? QStringLiteral("Active") : QStringLiteral("Done"),
-                  row.popup ? QStringLiteral("Y") : QStringLiteral("N")};
-    return item;
-}
-
-void styleAsInAll(ListItem& item, const NoteRow& row) {
-    item.bold = row.active;
-    if (!row.active) {
-        item.foreColour = kDoneColour;
-    }
-}
-
-void styleForReminders(ListItem& item, const NoteRow& row) {
-    if (row.hasReminders) {
-        item.bold = true;
-        item.foreColour = kReminderColour;
-    }
-}
+constexpr qsizetype kFewRows = 64; ///< asked for by their ids
+constexpr qint64 kSparse = 8; ///< of so many ids one is wanted: the others cost more than they save
 
 } // namespace
 
@@ -152,9 +94,11 @@ void frmMain::SetOwnerCaption() {
 
 void frmMain::BuildNotesList() {
     const Hourglass hourglass(prompt());
-    reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.BuildNotesList"),
-                 QStringLiteral("Could not Build the Notes List"), kProblem,
-                 [this] { refillList(); });
+    if (!reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.BuildNotesList"),
+                      QStringLiteral("Could not Build the Notes List"), kProblem,
+                      [this] { refillList(); })) {
+        emptyEditor();
+    }
 }
 
 void frmMain::refillList() {
@@ -168,13 +112,16 @@ void frmMain::refillList() {
     if (type != nullptr && type->listIndex() == 0) {
         type->setListIndex(kShowActive);
     }
-    const int listIndex = type != nullptr ? type->listIndex() : kShowActive;
-    showListType(listIndex);
+    m_listIndex = type != nullptr ? type->listIndex() : kShowActive;
+    showListType(m_listIndex);
     const bool mineOnly = SetUserColumn();
-    const int code = listIndex + (mineOnly ? kNotesMine : 0);
-    readNotes(code, listIndex, mineOnly);
+    readNotes(m_listIndex + (mineOnly ? kNotesMine : 0));
     selectAfterRefill(before);
     countWaitingReminders();
+    if (m_isListCut) {
+        ShowStatus(QStringLiteral("Stopped: the list shows %1 notes, not all.")
+                       .arg(m_lsvMain->allItems()));
+    }
 }
 
 void frmMain::prepareRefill() {
@@ -182,7 +129,10 @@ void frmMain::prepareRefill() {
     m_lsvMain->clearItems();
     m_finder->stop();
     m_userNames.clear();
-    emptyEditor();
+    // The text itself stays until it is known which note is shown next: it may be the same.
+    m_note.reset();
+    m_rtxMain->setEnabled(false);
+    setDirty(false);
 }
 
 void frmMain::showListType(int listIndex) {
@@ -203,60 +153,127 @@ bool frmMain::SetUserColumn() {
     const bool mineOnly = isToolChecked(QStringLiteral("tooShowMyNotes"));
     ignoreErrors([&] {
         if (mineOnly) {
+            storeColumns();
             m_lsvMain->removeColumn(kUserColumn);
         } else if (m_lsvMain->columnOf(kUserColumn) < 0) {
             m_lsvMain->addColumn(QStringLiteral("User"), kUserColumn, kUserColumnWidth);
+            restoreColumns(m_lsvMain->columnOf(kUserColumn));
         }
     });
     fitSubject();
     return mineOnly;
 }
 
-void frmMain::readNotes(int code, int listIndex, bool mineOnly) {
+/// Reads the list front to back. An unsorted one needs no more than the keys at once: the texts of
+/// a row follow when it is shown, and all others as soon as the program has nothing else to do.
+void frmMain::readNotes(int code) {
     RecordsetRequest request;
     request.CursorType = dao::RecordsetType::ForwardOnly;
     request.RecordsetOptions = dao::kReadOnlyOption;
     request.CustomOptions = code;
+    const bool whole = m_lsvMain->isSorted();
+    QStringList keys;
     QList<ListItem> items;
-    LongWork work(services().clock, this, QStringLiteral("Reading the notes: %1 so far."));
+    const auto add = [&] {
+        m_lsvMain->addKeys(keys);
+        m_lsvMain->addItems(items);
+    };
+    bool stopped = false;
     try {
+        LongWork work(services().clock, this, QStringLiteral("Reading the notes: %1 so far."));
         const Ref<dao::Recordset> rows = m_notes->Recordset(request);
-        const RowReader reader(*rows);
-        for (; !rows->AtEof() && work.goOn(items.size()); rows->MoveNext()) {
-            const NoteRow row = reader.read();
-            ListItem item = itemOf(row);
-            if (!mineOnly) {
-                item.texts.append(userName(row.userCode));
-                if (listIndex == kShowAll) {
-                    styleAsInAll(item, row);
-                }
+        const NoteRowReader reader(*rows);
+        for (; !rows->AtEof() && !stopped; rows->MoveNext()) {
+            if (whole) {
+                items.append(itemOf(reader.read()));
+            } else {
+                keys.append(noteItemKey(reader.id()));
             }
-            styleForReminders(item, row);
-            items.append(std::move(item));
+            stopped = !work.goOn(keys.size() + items.size());
         }
         rows->Close();
     } catch (...) {
-        m_lsvMain->addItems(items); // what was read before the failure
+        add(); // what was read before the failure
         throw;
     }
-    m_lsvMain->addItems(items);
+    add();
+    m_isListCut = stopped;
 }
 
-ListItem frmMain::listItem(const Ref<IRecord>& note) {
-    const NoteRow row{note->value(QStringLiteral("RecordID")).toLongLong(),
-                      note->value(QStringLiteral("Date")).toDateTime(),
-                      HostUtility::NullToText(note->value(QStringLiteral("Subject"))),
-                      note->value(QStringLiteral("Status")).toInt() == int(NoteStatus::Active),
-                      HostUtility::NullToBoolean(note->value(QStringLiteral("AutomaticallyShow"))),
-                      note->value(QStringLiteral("ReminderType")).toInt() !=
-                          int(ReminderKind::None),
-                      HostUtility::NullToText(note->value(QStringLiteral("RecordUserCode")))};
-    ListItem item = itemOf(row);
-    if (m_lsvMain->columnOf(kUserColumn) >= 0) {
-        item.texts.append(userName(row.userCode));
+/// Rows are asked for one by one; many that stand close together in one go.
+Ref<dao::Recordset> frmMain::openRowsOf(const QVariantList& ids) {
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::ForwardOnly;
+    request.RecordsetOptions = dao::kReadOnlyOption;
+    const auto [first, last] =
+        std::minmax_element(ids.begin(), ids.end(), [](const QVariant& a, const QVariant& b) {
+            return a.toLongLong() < b.toLongLong();
+        });
+    const qint64 span = last->toLongLong() - first->toLongLong();
+    if (ids.size() <= kFewRows || span > kSparse * ids.size()) {
+        request.RecordData = ids;
+    } else {
+        request.Filter = QStringLiteral("[RecordID] Between %1 And %2")
+                             .arg(first->toLongLong())
+                             .arg(last->toLongLong());
     }
-    styleForReminders(item, row);
-    return item;
+    return m_notes->Recordset(request);
+}
+
+/// The rows of some notes as the list shows them; one that is gone says so.
+QList<ListItem> frmMain::readItems(const QStringList& keys) {
+    QVariantList ids;
+    QSet<qint64> wanted;
+    for (const QString& key : keys) {
+        ids.append(noteIdOf(key));
+        wanted.insert(noteIdOf(key));
+    }
+    const Ref<dao::Recordset> rows = openRowsOf(ids);
+    const NoteRowReader reader(*rows);
+    QList<ListItem> items;
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        if (wanted.remove(reader.id())) {
+            items.append(itemOf(reader.read()));
+        }
+    }
+    rows->Close();
+    for (const qint64 gone : std::as_const(wanted)) {
+        items.append(goneItem(noteItemKey(gone)));
+    }
+    return items;
+}
+
+/// The source of the list's rows. It is asked while the list paints: a failure is kept until
+/// `lsvMain_SourceFailed` reports it.
+std::optional<QList<ListItem>> frmMain::itemsFor(const QStringList& keys) {
+    try {
+        return readItems(keys);
+    } catch (...) {
+        m_listFailure = std::current_exception();
+        return std::nullopt;
+    }
+}
+
+void frmMain::lsvMain_SourceFailed() {
+    reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.BuildNotesList"),
+                 QStringLiteral("Could not Build the Notes List"), kProblem, [this] {
+                     m_lsvMain->removeMissing(); // the list keeps what was read
+                     std::rethrow_exception(m_listFailure);
+                 });
+}
+
+/// A note's row as the list shows it now.
+ListItem frmMain::itemOf(const NoteRow& row) {
+    const bool hasUser = m_lsvMain->columnOf(kUserColumn) >= 0;
+    return listItemOf(row, hasUser ? std::optional(userName(row.userCode)) : std::nullopt,
+                      hasUser && m_listIndex == kShowAll);
+}
+
+/// The row of a note that was added or changed here.
+ListItem frmMain::listItem(const Ref<IRecord>& note) {
+    const NoteRow row = noteRowOf(*note);
+    const bool hasUser = m_lsvMain->columnOf(kUserColumn) >= 0;
+    return listItemOf(row, hasUser ? std::optional(userName(row.userCode)) : std::nullopt, false);
 }
 
 QString frmMain::userName(const QString& code) {
@@ -296,8 +313,15 @@ void frmMain::showNoteOf(const QString& item) {
     const Hourglass hourglass(prompt());
     ShowStatus(QStringLiteral("Getting Note..."));
     try {
-        m_note = query<Note>(m_notes->Item(noteIdOf(item)));
-        putIntoEditor(*m_note);
+        const Ref<Note> note = query<Note>(m_notes->Item(noteIdOf(item)));
+        // The same text again stays, and what was undone and can be undone with it.
+        const bool same = m_textIsStored && m_editedNote == noteIdOf(item) &&
+                          note->value(QStringLiteral("RTFNote")) == m_loadedText;
+        m_note = note;
+        m_rtxMain->setEnabled(true);
+        if (!same) {
+            putIntoEditor(*m_note);
+        }
     } catch (...) {
         // Never leave another note's text where the user would type into it.
         emptyEditor();
@@ -318,6 +342,8 @@ void frmMain::putIntoEditor(Note& note) {
     m_rtxMain->setPlaceholderText(QStringLiteral("Type the text of the note here."));
     m_rtxMain->setEnabled(true);
     rememberLoaded(note);
+    m_editedNote = note.value(QStringLiteral("RecordID")).toLongLong();
+    m_textIsStored = true;
     const QString rtf = HostUtility::NullToText(m_loadedText);
     if (!rtf.isEmpty()) {
         m_rtxMain->setTextRTF(rtf);
@@ -330,6 +356,8 @@ void frmMain::putIntoEditor(Note& note) {
 void frmMain::emptyEditor() {
     const QScopedValueRollback<bool> loading(m_loading, true);
     m_note.reset();
+    m_editedNote = 0;
+    m_textIsStored = false;
     m_rtxMain->setText(QString());
     m_rtxMain->setPlaceholderText(QStringLiteral("The text of the selected note is shown here."));
     if (focusWidget() == m_rtxMain) {
@@ -340,13 +368,16 @@ void frmMain::emptyEditor() {
 }
 
 void frmMain::lsvMain_ColumnClick(int column) {
-    if (column == m_lsvMain->sortKey()) {
-        m_lsvMain->setSortOrder(m_lsvMain->sortOrder() == Qt::AscendingOrder ? Qt::DescendingOrder
-                                                                             : Qt::AscendingOrder);
-    } else {
-        m_lsvMain->setSortKey(column);
-    }
-    m_lsvMain->setSorted(true);
+    const bool flips = column == m_lsvMain->sortKey();
+    const bool ascending = (m_lsvMain->sortOrder() == Qt::AscendingOrder) != flips;
+    m_lsvMain->sortBy(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+}
+
+/// Shows how far a long sorting is, and lets the user stop it.
+WorkStep frmMain::sortingWatch() {
+    const auto work = std::make_shared<LongWork>(services().clock, this,
+                                                 QStringLiteral("Sorting the notes: %1 %."), 1);
+    return [work](int percent) { return work->goOn(percent); };
 }
 
 void frmMain::lsvMain_ItemClick(const QString& item) {

@@ -91,6 +91,7 @@ void frmMain::writeTextInto(Note& note) {
     update.set(kChangeDate, services().clock.now());
     update.end();
     m_loadedText = rtf;
+    m_textIsStored = true;
 }
 
 void frmMain::settleConflict() {
@@ -173,6 +174,7 @@ void frmMain::offerDraft(qint64 noteID) {
         {
             const QScopedValueRollback<bool> loading(m_loading, true);
             m_rtxMain->setTextRTF(draft->rtf);
+            m_textIsStored = false;
         }
         setDirty(true);
         rtxMain_SelChange();

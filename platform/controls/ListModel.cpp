@@ -3,9 +3,9 @@
 #include "platform/controls/Colours.h"
 
 #include <QFont>
+#include <QHash>
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 namespace yrw {
@@ -14,18 +14,7 @@ namespace {
 
 constexpr QChar kSeparator(u'\x1F');
 
-int compareTexts(QStringView a, QStringView b) {
-    // Texts of one column often begin alike; what is the same needs no folding.
-    const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
-    qsizetype same = inA - a.begin();
-    if (same > 0 && a[same - 1].isHighSurrogate()) {
-        --same;
-    }
-    const QStringView restA = a.mid(same);
-    const QStringView restB = b.mid(same);
-    const int folded = restA.compare(restB, Qt::CaseInsensitive);
-    return folded != 0 ? folded : restA.compare(restB, Qt::CaseSensitive);
-}
+constexpr size_t kPage = 64; ///< rows fetched together when one is asked for
 
 QString withoutSeparators(QString text) {
     return text.contains(kSeparator) ? text.replace(kSeparator, u' ') : text;
@@ -110,7 +99,93 @@ void ListModel::clear() {
     beginResetModel();
     m_rows = {};
     m_shown.reset();
+    m_missing = 0;
+    m_hasFailed = false;
+    rowsChanged();
+    endResetModel();
+}
+
+void ListModel::rowsChanged() {
     m_placesValid = false;
+    m_nextToFetch = 0;
+    ++m_changes;
+}
+
+void ListModel::appendKeys(const QStringList& keys) {
+    if (keys.isEmpty()) {
+        return;
+    }
+    const int first = rowCount();
+    beginInsertRows({}, first, first + static_cast<int>(keys.size()) - 1);
+    m_rows.reserve(m_rows.size() + size_t(keys.size()));
+    for (const QString& key : keys) {
+        if (m_shown) {
+            m_shown->push_back(allRows());
+        }
+        m_rows.push_back({key, 0, false, false, false});
+    }
+    m_missing += static_cast<int>(keys.size());
+    rowsChanged();
+    endInsertRows();
+}
+
+const ListModel::Row& ListModel::whole(int row) const {
+    const Row& wanted = at(row);
+    if (!wanted.isWhole && m_source && !m_hasFailed) {
+        std::vector<size_t> places;
+        for (int next = row; next < rowCount() && places.size() < kPage; ++next) {
+            if (!at(next).isWhole) {
+                places.push_back(place(next));
+            }
+        }
+        fetch(places);
+    }
+    return wanted;
+}
+
+bool ListModel::fetch(const std::vector<size_t>& places) const {
+    QStringList keys;
+    QHash<QString, size_t> placeOfKey;
+    for (const size_t place : places) {
+        keys.append(m_rows[place].parts);
+        placeOfKey.insert(m_rows[place].parts, place);
+    }
+    const std::optional<QList<ListItem>> items = m_source(keys);
+    m_hasFailed = !items;
+    if (m_hasFailed) {
+        return false;
+    }
+    for (const ListItem& item : *items) {
+        if (const auto place = placeOfKey.constFind(item.key); place != placeOfKey.constEnd()) {
+            m_rows[*place] = packed(item);
+        }
+    }
+    for (const size_t place : places) {
+        m_rows[place].isWhole = true; // also those that are not there any more
+    }
+    m_missing -= static_cast<int>(places.size());
+    return true;
+}
+
+bool ListModel::fetchSome(int rows) {
+    if (m_missing == 0) {
+        return true;
+    }
+    std::vector<size_t> places;
+    for (; places.size() < size_t(rows) && m_nextToFetch < m_rows.size(); ++m_nextToFetch) {
+        if (!m_rows[m_nextToFetch].isWhole) {
+            places.push_back(m_nextToFetch);
+        }
+    }
+    return m_source && !m_hasFailed && (places.empty() || fetch(places));
+}
+
+void ListModel::removeMissing() {
+    beginResetModel();
+    m_shown.reset();
+    std::erase_if(m_rows, [](const Row& row) { return !row.isWhole; });
+    m_missing = 0;
+    rowsChanged();
     endResetModel();
 }
 
@@ -127,7 +202,7 @@ void ListModel::append(const QList<ListItem>& items) {
         }
         m_rows.push_back(packed(item));
     }
-    m_placesValid = false;
+    rowsChanged();
     endInsertRows();
 }
 
@@ -146,7 +221,7 @@ int ListModel::insertSorted(const ListItem& item, int column, Qt::SortOrder orde
         std::for_each(m_shown->begin() + row, m_shown->end(), [](int& each) { ++each; });
         m_shown->insert(m_shown->begin() + row, place);
     }
-    m_placesValid = false;
+    rowsChanged();
     endInsertRows();
     return row;
 }
@@ -160,8 +235,9 @@ void ListModel::remove(const QString& key) {
     if (row >= 0) {
         beginRemoveRows({}, row, row);
     }
+    m_missing -= m_rows[size_t(place)].isWhole ? 0 : 1;
     m_rows.erase(m_rows.begin() + place);
-    m_placesValid = false;
+    rowsChanged();
     if (m_shown) {
         const int next = rowOfPlace(place);
         std::for_each(m_shown->begin() + next, m_shown->end(), [](int& each) { --each; });
@@ -206,17 +282,17 @@ int ListModel::rowOfPlace(int place) const {
 }
 
 void ListModel::setText(int row, int column, const QString& text) {
-    QString& own = m_rows[place(row)].parts;
-    QStringList parts = own.split(kSeparator);
+    QStringList parts = whole(row).parts.split(kSeparator);
     while (parts.size() <= column + 1) {
         parts.append(QString());
     }
     parts[column + 1] = withoutSeparators(text);
-    own = parts.join(kSeparator);
+    m_rows[place(row)].parts = parts.join(kSeparator);
     Q_EMIT dataChanged(index(row, column), index(row, column));
 }
 
 void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreColour) {
+    (void)whole(row);
     Row& own = m_rows[place(row)];
     own.bold = bold;
     own.hasColour = foreColour.has_value();
@@ -225,7 +301,7 @@ void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreCo
 }
 
 std::optional<QColor> ListModel::foreColour(int row) const {
-    const Row& own = at(row);
+    const Row& own = whole(row);
     return own.hasColour ? std::optional<QColor>(QColor::fromRgb(own.colour)) : std::nullopt;
 }
 
@@ -262,33 +338,30 @@ int ListModel::rowOf(const QString& key) const {
     return row < rowCount() && (*m_shown)[size_t(row)] == place ? row : -1;
 }
 
-void ListModel::sortRows(int column, Qt::SortOrder order) {
-    std::vector<int> places(m_rows.size());
-    std::iota(places.begin(), places.end(), 0);
+bool ListModel::sortRows(int column, Qt::SortOrder order, const WorkStep& goesOn) {
     std::vector<QStringView> texts;
     texts.reserve(m_rows.size());
     for (const Row& row : m_rows) {
         texts.push_back(part(row, column + 1));
     }
-    const auto compared = [&texts](int a, int b) {
-        return compareTexts(texts[size_t(a)], texts[size_t(b)]);
-    };
-    const bool ascending = order == Qt::AscendingOrder;
-    std::stable_sort(places.begin(), places.end(), [&](int a, int b) {
-        return ascending ? compared(a, b) < 0 : compared(b, a) < 0;
-    });
+    const quint64 changes = m_changes;
+    const std::optional<std::vector<int>> places = orderOf(texts, order, goesOn);
+    if (!places || changes != m_changes) {
+        return false;
+    }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::vector<Row> sorted;
     sorted.reserve(m_rows.size());
     std::vector<int> placeAfter(m_rows.size());
-    for (const int place : places) {
+    for (const int place : *places) {
         placeAfter[size_t(place)] = static_cast<int>(sorted.size());
         sorted.push_back(std::move(m_rows[size_t(place)]));
     }
     m_rows = std::move(sorted);
-    m_placesValid = false;
+    rowsChanged();
     moveSelections(placeAfter);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+    return true;
 }
 
 void ListModel::moveSelections(const std::vector<int>& placeAfter) {
@@ -319,7 +392,10 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
-    const Row& row = at(index.row());
+    if (role != Qt::DisplayRole && role != Qt::FontRole && role != Qt::ForegroundRole) {
+        return {};
+    }
+    const Row& row = whole(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return part(row, index.column() + 1).toString();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/controls/ListView.h"
+#include "platform/controls/TextOrder.h"
 
 #include <QAbstractTableModel>
 
@@ -14,7 +15,8 @@ namespace yrw {
 /// Rows and columns of a `ListView`, kept in the order shown.
 ///
 /// A row is one text that holds the key and the texts, since most of the memory of a long list
-/// would otherwise be what surrounds many short texts.
+/// would otherwise be what surrounds many short texts. A row may be known by its key alone; whoever
+/// asks for its texts or style makes the model fetch it, together with the rows below it.
 /// Thread: the user-interface thread.
 class ListModel final : public QAbstractTableModel {
     Q_OBJECT
@@ -29,6 +31,14 @@ public:
 
     void clear();
     void append(const QList<ListItem>& items);
+    /// Appends rows whose texts come from the source when they are asked for.
+    void appendKeys(const QStringList& keys);
+    void setSource(ListSource source) { m_source = std::move(source); }
+    /// Fetches up to so many of the rows that are known by key alone; false when the source failed.
+    bool fetchSome(int rows);
+    /// Rows known by key alone.
+    [[nodiscard]] int missing() const { return m_missing; }
+    void removeMissing();
     /// Inserts a row at its place among sorted rows, behind those with the same text; its row.
     int insertSorted(const ListItem& item, int column, Qt::SortOrder order);
     /// Removes a row by key, shown or not; no error when it is absent.
@@ -45,17 +55,18 @@ public:
     [[nodiscard]] int allRows() const { return static_cast<int>(m_rows.size()); }
 
     [[nodiscard]] QString keyAt(int row) const { return part(at(row), 0).toString(); }
-    [[nodiscard]] bool isBold(int row) const { return at(row).bold; }
+    [[nodiscard]] bool isBold(int row) const { return whole(row).bold; }
     [[nodiscard]] std::optional<QColor> foreColour(int row) const;
     /// Row of a key, -1 when it is absent or not shown.
     [[nodiscard]] int rowOf(const QString& key) const;
     /// Valid until the row is changed.
     [[nodiscard]] QStringView textAt(int row, int column) const {
-        return part(at(row), column + 1);
+        return part(whole(row), column + 1);
     }
 
-    /// Sorts by a column, keeping the order of rows with equal texts.
-    void sortRows(int column, Qt::SortOrder order);
+    /// Sorts by a column, keeping the order of rows with equal texts. False when `goesOn` stopped
+    /// it or rows came or went meanwhile: the rows then stand as before.
+    bool sortRows(int column, Qt::SortOrder order, const WorkStep& goesOn);
     /// Colours are painted so that they can be read on this background.
     void setBackground(const QColor& colour) { m_background = colour; }
 
@@ -76,6 +87,7 @@ private:
         QRgb colour = 0;
         bool hasColour = false;
         bool bold = false;
+        bool isWhole = true; ///< false: known by its key alone
     };
     using Places = std::vector<std::pair<size_t, int>>; ///< hash of a key and its row, sorted
 
@@ -83,17 +95,26 @@ private:
         return m_shown ? size_t((*m_shown)[size_t(row)]) : size_t(row);
     }
     [[nodiscard]] const Row& at(int row) const { return m_rows[place(row)]; }
+    /// A row with its texts, which are fetched when they are missing.
+    [[nodiscard]] const Row& whole(int row) const;
+    bool fetch(const std::vector<size_t>& places) const;
     /// Row at which a place is shown, or would be.
     [[nodiscard]] int rowOfPlace(int place) const;
     /// Place of a key among all rows, -1 when absent.
     [[nodiscard]] int placeOf(const QString& key) const;
     [[nodiscard]] static Row packed(const ListItem& item);
     [[nodiscard]] static QStringView part(const Row& row, int index);
+    void rowsChanged();
     void moveSelections(const std::vector<int>& placeAfter);
     void indexKeys() const;
 
     QList<Column> m_columns;
-    std::vector<Row> m_rows;                 ///< all, in order; where each stands is its place
+    mutable std::vector<Row> m_rows; ///< all, in order; where each stands is its place
+    ListSource m_source;
+    mutable int m_missing = 0;        ///< rows that are not whole
+    mutable bool m_hasFailed = false; ///< the source failed: it is not asked again for these rows
+    size_t m_nextToFetch = 0;         ///< place where `fetchSome` goes on
+    quint64 m_changes = 0;            ///< times that rows came, went or moved
     std::optional<std::vector<int>> m_shown; ///< places of those shown; nothing shows all
     QColor m_background = Qt::white;
     mutable Places m_places; ///< made anew when rows moved

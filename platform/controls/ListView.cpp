@@ -1,6 +1,7 @@
 #include "platform/controls/ListView.h"
 
 #include "platform/controls/ListModel.h"
+#include "platform/controls/PlainToolTip.h"
 #include "platform/forms/Twips.h"
 
 #include <QApplication>
@@ -10,10 +11,14 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <QTimer>
+#include <QToolTip>
 
 namespace yrw {
 
 namespace {
+
+constexpr int kRowsPerTurn = 512; ///< fetched when there is nothing else to do
+constexpr int kRowsPerStep = 512; ///< fetched between two looks at who wants to stop
 
 /// Gives the rows some air.
 class RoomyDelegate final : public QStyledItemDelegate {
@@ -29,25 +34,62 @@ public:
 
 class ListView::Private {
 public:
-    explicit Private(ListView* owner) : list(owner), model(owner), typing(owner) {
+    struct Sorting {
+        int column = 0;
+        Qt::SortOrder order = Qt::AscendingOrder;
+        bool on = false;
+    };
+
+    explicit Private(ListView* owner) : list(owner), model(owner), typing(owner), fetching(owner) {
         typing.setSingleShot(true);
+        QObject::connect(&fetching, &QTimer::timeout, owner, [this] { fetchInPassing(); });
     }
 
-    void sortAll() {
-        if (sorted && model.columnCount() > 0) {
-            model.sortRows(column, order);
+    void fetchInPassing() {
+        const bool went = model.fetchSome(kRowsPerTurn);
+        if (!went || model.missing() == 0) {
+            fetching.stop();
+        }
+        if (!went) {
+            Q_EMIT list->sourceFailed();
+        }
+    }
+    /// Fetches what is missing; false when it was stopped or failed.
+    bool fetchAll(const WorkStep& goesOn) {
+        const int all = model.missing();
+        while (model.missing() > 0) {
+            const int done = 100 - int(qint64(100) * model.missing() / qMax(all, 1));
+            if ((goesOn && !goesOn(done)) || !model.fetchSome(kRowsPerStep)) {
+                return false;
+            }
+        }
+        return true;
+    }
+    /// Sorts as it is wanted now; false when it was stopped.
+    bool sortAll() {
+        if (!sorting.on || model.columnCount() == 0) {
+            return true;
+        }
+        const WorkStep goesOn = beginWork ? beginWork() : WorkStep();
+        return fetchAll(goesOn) && model.sortRows(sorting.column, sorting.order, goesOn);
+    }
+    /// Goes over to another order; one that is stopped leaves everything as it was.
+    void change(const Sorting& to) {
+        const Sorting before = std::exchange(sorting, to);
+        if (!sortAll()) {
+            sorting = before;
         }
         showIndicator();
     }
     void showIndicator() const {
-        list->header()->setSortIndicatorShown(sorted);
-        if (sorted) {
-            list->header()->setSortIndicator(column, order);
+        list->header()->setSortIndicatorShown(sorting.on);
+        if (sorting.on) {
+            list->header()->setSortIndicator(sorting.column, sorting.order);
         }
     }
     [[nodiscard]] int findTyped(int from) const {
         const int rows = model.rowCount();
-        QList<int> columns{column};
+        QList<int> columns{sorting.column};
         for (int i = 0; i < model.columnCount(); ++i) {
             columns.append(i);
         }
@@ -67,9 +109,9 @@ public:
     QTimer typing; ///< runs while letters typed belong to one word
     QString typed;
     QString emptyText;
-    int column = 0;
-    Qt::SortOrder order = Qt::AscendingOrder;
-    bool sorted = false;
+    QTimer fetching; ///< runs while rows are missing
+    std::function<WorkStep()> beginWork;
+    Sorting sorting;
 };
 
 ListView::ListView(QWidget* parent)
@@ -108,11 +150,12 @@ void ListView::removeColumn(const QString& key) {
         return;
     }
     m_private->model.removeColumn(column);
-    if (m_private->column > column) {
-        --m_private->column;
-    } else if (m_private->column == column) {
-        m_private->column = 0;
-        m_private->sortAll();
+    Private::Sorting sorting = m_private->sorting;
+    if (sorting.column > column) {
+        --m_private->sorting.column;
+    } else if (sorting.column == column) {
+        sorting.column = 0;
+        m_private->change(sorting);
     }
     m_private->showIndicator();
 }
@@ -126,12 +169,43 @@ int ListView::columns() const {
 }
 
 void ListView::clearItems() {
+    m_private->fetching.stop();
     m_private->model.clear();
 }
 
 void ListView::addItems(const QList<ListItem>& items) {
     m_private->model.append(items);
-    m_private->sortAll();
+    sortAdded();
+}
+
+void ListView::addKeys(const QStringList& keys) {
+    m_private->model.appendKeys(keys);
+    sortAdded();
+    if (m_private->model.missing() > 0) {
+        m_private->fetching.start(0);
+    }
+}
+
+/// Sorts after rows were added; when that is stopped they stay as they came.
+void ListView::sortAdded() {
+    m_private->sorting.on = m_private->sortAll() && m_private->sorting.on;
+    m_private->showIndicator();
+}
+
+void ListView::setSource(ListSource source) {
+    m_private->model.setSource(std::move(source));
+}
+
+int ListView::missingItems() const {
+    return m_private->model.missing();
+}
+
+void ListView::removeMissing() {
+    m_private->model.removeMissing();
+}
+
+void ListView::setWorkWatch(std::function<WorkStep()> begin) {
+    m_private->beginWork = std::move(begin);
 }
 
 int ListView::addItem(const ListItem& item) {
@@ -220,36 +294,43 @@ void ListView::selectKey(const QString& key) {
 }
 
 int ListView::sortKey() const {
-    return m_private->column;
+    return m_private->sorting.column;
 }
 
 void ListView::setSortKey(int column) {
-    if (column >= 0 && column < columns() && column != m_private->column) {
-        m_private->column = column;
-        m_private->sortAll();
+    Private::Sorting sorting = m_private->sorting;
+    if (column >= 0 && column < columns() && column != sorting.column) {
+        sorting.column = column;
+        m_private->change(sorting);
     }
 }
 
 Qt::SortOrder ListView::sortOrder() const {
-    return m_private->order;
+    return m_private->sorting.order;
 }
 
 void ListView::setSortOrder(Qt::SortOrder order) {
-    if (order != m_private->order) {
-        m_private->order = order;
-        m_private->sortAll();
+    Private::Sorting sorting = m_private->sorting;
+    if (order != sorting.order) {
+        sorting.order = order;
+        m_private->change(sorting);
     }
 }
 
 bool ListView::isSorted() const {
-    return m_private->sorted;
+    return m_private->sorting.on;
 }
 
 void ListView::setSorted(bool sorted) {
-    if (sorted != m_private->sorted) {
-        m_private->sorted = sorted;
-        m_private->sortAll();
+    Private::Sorting sorting = m_private->sorting;
+    if (sorted != sorting.on) {
+        sorting.on = sorted;
+        m_private->change(sorting);
     }
+}
+
+void ListView::sortBy(int column, Qt::SortOrder order) {
+    m_private->change({column, order, true});
 }
 
 void ListView::setEmptyText(const QString& text) {
@@ -265,7 +346,7 @@ void ListView::keyboardSearch(const QString& search) {
     if (!again) {
         m_private->typed = sameWord ? QString(m_private->typed + search) : search;
     }
-    if (itemCount() == 0) {
+    if (itemCount() == 0 || !m_private->fetchAll({})) {
         return;
     }
     const int current = currentIndex().row();
@@ -345,6 +426,20 @@ void ListView::paintEvent(QPaintEvent* event) {
         painter.drawText(viewport()->rect().adjusted(12, 4, -12, -4),
                          Qt::AlignCenter | Qt::TextWordWrap, m_private->emptyText);
     }
+}
+
+bool ListView::viewportEvent(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) {
+        return QTreeView::viewportEvent(event);
+    }
+    // A text that its column cuts off is shown whole.
+    const auto* const help = static_cast<QHelpEvent*>(event);
+    const QModelIndex index = indexAt(help->pos());
+    const bool isCut =
+        index.isValid() && columnWidth(index.column()) < sizeHintForIndex(index).width();
+    QToolTip::showText(help->globalPos(), isCut ? plainToolTip(index.data().toString()) : QString(),
+                       viewport(), visualRect(index));
+    return true;
 }
 
 } // namespace yrw

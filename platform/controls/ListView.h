@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/controls/TextOrder.h"
+
 #include <QColor>
 #include <QTreeView>
 
@@ -16,6 +18,10 @@ struct ListItem {
     bool bold = false;
     std::optional<QColor> foreColour;
 };
+
+/// Gives rows by their keys; one that is left out stays without texts. Nothing means that they
+/// could not be read. It is called while the list paints: it opens no window and raises nothing.
+using ListSource = std::function<std::optional<QList<ListItem>>(const QStringList& keys)>;
 
 /// The list view in report style: a header and rows with keys, over a model.
 ///
@@ -44,6 +50,18 @@ public:
     void clearItems();
     /// Adds many rows in one go.
     void addItems(const QList<ListItem>& items);
+    /// Adds rows by their keys alone. The list asks the source for the rest of a row when it is
+    /// painted or asked for, for all of them before it sorts, and for a few whenever the program
+    /// has nothing else to do, until it has them all.
+    void addKeys(const QStringList& keys);
+    void setSource(ListSource source);
+    /// Rows that are known by their keys alone so far.
+    [[nodiscard]] int missingItems() const;
+    /// Removes the rows that are known by their keys alone.
+    void removeMissing();
+    /// Called at the beginning of each sorting: gives what the sorting reports to, and what may
+    /// stop it. A stopped one leaves the list as it was.
+    void setWorkWatch(std::function<WorkStep()> begin);
     /// Adds one row at its sorted place (at the end while sorting is off); its row.
     int addItem(const ListItem& item);
     void removeItem(const QString& key);
@@ -76,6 +94,8 @@ public:
     void setSortOrder(Qt::SortOrder order);
     [[nodiscard]] bool isSorted() const;
     void setSorted(bool sorted);
+    /// Sets key and order and turns sorting on, all at once or, when that is stopped, not at all.
+    void sortBy(int column, Qt::SortOrder order);
     /// What an empty list shows in its middle.
     void setEmptyText(const QString& text);
 
@@ -84,6 +104,8 @@ Q_SIGNALS:
     void itemClick(const QString& key);
     void itemDblClick(const QString& key);
     void rightClick(const QPoint& globalPosition);
+    /// The source failed; it is not asked again for the rows that are missing.
+    void sourceFailed();
 
 protected:
     void keyboardSearch(const QString& search) override;
@@ -95,8 +117,11 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
 private:
+    void sortAdded();
+
     class Private;
     std::unique_ptr<Private> m_private;
 };

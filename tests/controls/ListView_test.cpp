@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 using namespace yrw;
 
 namespace {
@@ -223,6 +225,35 @@ TEST(StatusBarTest, textStaysAndDoubleClickIsRaised) {
     EXPECT_EQ(raised, 1);
     bar.setText(QString(5000, u'x'));
     EXPECT_LT(bar.minimumSizeHint().width(), 300);
+}
+
+// The keys that a sorting compares, against the comparison of the texts.
+TEST(TextOrder, IsThatOfTheComparisonInBothDirections) {
+    const QStringList texts{"b",
+                            "B",
+                            "",
+                            "ab",
+                            "a",
+                            QString::fromUtf8("\u00c4b"),
+                            "a ",
+                            "A",
+                            QString::fromUtf8("\u00e4b"),
+                            QString::fromUtf8("\U0001F600"),
+                            QString::fromUtf8("\uFB01"),
+                            "ab",
+                            "Zeta 10",
+                            "zeta 9",
+                            "zeta 10"};
+    const std::vector<QStringView> views(texts.begin(), texts.end());
+    for (const Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
+        std::vector<int> expected(views.size());
+        std::iota(expected.begin(), expected.end(), 0);
+        std::stable_sort(expected.begin(), expected.end(), [&](int a, int b) {
+            const int compared = compareTexts(views[size_t(a)], views[size_t(b)]);
+            return order == Qt::AscendingOrder ? compared < 0 : compared > 0;
+        });
+        EXPECT_EQ(orderOf(views, order, {}), expected);
+    }
 }
 
 } // namespace

@@ -291,6 +291,32 @@ TEST_F(RecordsetTest, AStreamGoesOnWhenItHasToLetGoInBetween) {
     }
 }
 
+TEST_F(RecordsetTest, ALongStreamGivesColumnsThatItsFirstRowsWereNotAskedFor) {
+    QStringList expected;
+    for (int i = 0; i < 200; ++i) {
+        expected += u"note "_qs + QString::number(i);
+        addNote(expected.last());
+    }
+    for (const bool writes : {false, true}) {
+        const auto rows = open(RecordsetType::ForwardOnly, u"qryNotes"_qs);
+        QStringList values;
+        for (qint64 row = 0; !rows->AtEof(); rows->MoveNext(), ++row) {
+            const qint64 id = rows->value(u"RecordID").toLongLong();
+            EXPECT_EQ(rows->RecordCount(), row + 1);
+            if (row >= 100) {
+                values += rows->value(u"Subject").toString();
+                EXPECT_TRUE(rows->value(u"RTFNote").isNull());
+                EXPECT_EQ(rows->value(u"RecordID").toLongLong(), id);
+            }
+            if (writes && row == 150) {
+                database->DeleteRows(u"tblNotes"_qs, u"RecordID"_qs, id + 1);
+                expected.removeAt(151);
+            }
+        }
+        EXPECT_EQ(values, expected.mid(100));
+    }
+}
+
 } // namespace
 
 } // namespace yrw::dao

@@ -244,4 +244,35 @@ TEST_F(NoteEditor, AFailedSaveIsReportedAndKeepsTheText) {
     clickRow(keyOf(note)); // refused once, it is not offered again
 }
 
+// Every way of saving that leaves the same note in the editor.
+TEST_F(NoteEditor, UndoGoesBackBehindASave) {
+    const QList<std::function<void()>> saves{
+        [this] { press(Qt::Key_S, Qt::ControlModifier); }, [this] { click("tooShowAll"); },
+        [this] { click("tooShowMyNotes"); }, [this] { clickRow(keyOf(note)); }};
+    for (qsizetype i = 0; i < saves.size(); ++i) {
+        SCOPED_TRACE(i);
+        note = store.addNote("Typed into", customer);
+        note->Field("RTFNote")->setValue("{\\rtf1 before\\par}");
+        open(customer, idOf(note));
+        editor().moveCursor(QTextCursor::End);
+        type(" typed");
+        const QString both = editor().Text();
+        saves[i]();
+        EXPECT_EQ(stored(idOf(note), "PlainNote").toString(), both);
+        EXPECT_FALSE(tool("tooSave").isEnabled());
+        editor().setFocus();
+        press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(editor().Text().trimmed(), "before");
+        EXPECT_TRUE(tool("tooSave").isEnabled());
+        press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(editor().Text(), both);
+        click("tooUndo");
+        press(Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(stored(idOf(note), "PlainNote").toString().trimmed(), "before");
+        clickRow(keyOf(second)); // another note begins anew
+        EXPECT_FALSE(editor().document()->isUndoAvailable());
+        EXPECT_FALSE(editor().document()->isRedoAvailable());
+    }
+}
+
 } // namespace yrw::test

@@ -1,5 +1,4 @@
 // The list: what it shows, in what order, and what choosing a row does.
-#include "notes_window/LongWork.h"
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QHeaderView>
@@ -200,28 +199,6 @@ TEST_F(NotesList, ANoteThatIsGoneLeavesNoOtherTextInTheEditor) {
     EXPECT_EQ(editor().Text(), QString());
 }
 
-TEST_F(NotesList, AReadingThatTakesLongCanBeStopped) {
-    QWidget parent;
-    ManualClock& clock = store.manualClock();
-    LongWork work(clock, &parent, "%1 so far");
-    const auto steps = [&work](qint64 from, qint64 to) {
-        bool goesOn = true;
-        for (qint64 row = from; goesOn && row < to; ++row) {
-            goesOn = work.goOn(row);
-        }
-        return goesOn;
-    };
-    EXPECT_TRUE(steps(0, 1000));
-    EXPECT_EQ(parent.findChild<QWidget*>("prgLongWork"), nullptr);
-    clock.advance(1);
-    EXPECT_TRUE(steps(1000, 2000));
-    auto* const shown = parent.findChild<QWidget*>("prgLongWork");
-    ASSERT_NE(shown, nullptr);
-    EXPECT_TRUE(shown->findChild<QLabel*>()->text().contains("so far"));
-    shown->findChild<QPushButton*>()->click();
-    EXPECT_FALSE(work.goOn(2000));
-}
-
 TEST_F(NotesList, FindNarrowsByWordsInSubjectAndText) {
     addFour();
     first->Field("PlainNote")->setValue(QString::fromUtf8("Caf\u00e9 cr\u00e8me at noon"));
@@ -255,13 +232,10 @@ TEST_F(NotesList, FindNarrowsByWordsInSubjectAndText) {
     EXPECT_EQ(list().itemCount(), 3);
 }
 
-TEST(NotesListFind, GoesOnWhileTheWindowLivesAndStopsWithTheBar) {
-    PromptScript script;
-    TestStore store(QString(), &Clock::instance()); // time passes, so that slices end
-    const Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
-    const Ref<IRecord> customer = store.hostRecord("cu", 1);
+namespace {
+
+void addMany(TestStore& store, const Ref<IRecord>& customer, int notes) {
     store.addNote("Note 0", customer);
-    constexpr int notes = 20'000;
     store.database()->RunScript(
         QStringLiteral(
             "INSERT INTO tblNotes(Subject, Status, OwnerComponentProgID, OwnerObjectKey, "
@@ -269,6 +243,131 @@ TEST(NotesListFind, GoesOnWhileTheWindowLivesAndStopsWithTheBar) {
             "n WHERE i < %1) SELECT 'Note ' || i, 1, OwnerComponentProgID, "
             "OwnerObjectKey, OwnerRecordID FROM n, tblNotes")
             .arg(notes - 1));
+}
+
+/// A clock on which every look takes long, as work does on a slow disk; while it rests, none does.
+class SlowClock final : public Clock {
+public:
+    [[nodiscard]] QDateTime now() const override { return instance().now(); }
+    [[nodiscard]] qint64 monotonicMs() const override { return m_ms += isSlow ? 100 : 0; }
+    bool isSlow = false;
+
+private:
+    mutable qint64 m_ms = 0;
+};
+
+} // namespace
+
+class NotesListLong : public testing::Test {
+protected:
+    static constexpr int kNotes = 20'000;
+    void SetUp() override {
+        addMany(store, customer, kNotes);
+        window = std::make_unique<frmMain>(*addIn, store);
+        window->Initialise(addIn, customer, 0);
+        window->show();
+        list = window->findChild<ListView*>("lsvMain");
+    }
+    void TearDown() override { window->unload(); }
+    /// Runs a command that is slow, and presses Stop as soon as its progress is on the screen.
+    void stopped(const std::function<void()>& command) {
+        clock.isSlow = true;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
+            auto* const shown = window->findChild<QWidget*>("prgLongWork");
+            if (shown != nullptr && shown->isVisible()) {
+                said = shown->findChild<QLabel*>()->text();
+                QTest::mouseClick(shown->findChild<QPushButton*>(), Qt::LeftButton);
+            }
+        });
+        timer.start(0);
+        command();
+        clock.isSlow = false;
+    }
+    void clickHeader(int column) const {
+        QTest::mouseClick(list->header()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(list->header()->sectionPosition(column) + 10, 5));
+    }
+    void waitForTexts() const {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return list->missingItems() == 0; }, 60000));
+    }
+
+    PromptScript script;
+    SlowClock clock;
+    TestStore store{QString(), &clock};
+    Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
+    Ref<IRecord> customer = store.hostRecord("cu", 1);
+    std::unique_ptr<frmMain> window;
+    ListView* list = nullptr;
+    QString said; ///< by the progress
+};
+
+TEST_F(NotesListLong, ARebuildShowsProgressAndStops) {
+    auto& toolbar = *window->findChild<Toolbar*>("atbMain");
+    stopped([&] { toolbar.activate("tooShowAll"); });
+    EXPECT_TRUE(said.contains("so far")) << said.toStdString();
+    const int read = list->itemCount();
+    EXPECT_GT(read, 0);
+    EXPECT_LT(read, kNotes);
+    EXPECT_TRUE(window->findChild<StatusBar*>("stbMain")->text().startsWith("Stopped"));
+    EXPECT_EQ(list->selectedKey(), "xn1"); // and the window works on what there is
+    waitForTexts();
+    EXPECT_EQ(list->text(list->keyAt(read - 1), 1), QStringLiteral("Note %1").arg(read - 1));
+    toolbar.activate("tooShowActive");
+    EXPECT_EQ(list->itemCount(), kNotes);
+}
+
+TEST_F(NotesListLong, ASortShowsProgressAndStopsWithTheOrderBefore) {
+    waitForTexts();
+    stopped([&] { clickHeader(1); });
+    EXPECT_TRUE(said.startsWith("Sorting")) << said.toStdString();
+    EXPECT_FALSE(list->isSorted());
+    EXPECT_FALSE(list->header()->isSortIndicatorShown());
+    EXPECT_EQ(list->keyAt(2), "xn3");
+    EXPECT_EQ(list->selectedKey(), "xn1");
+    clickHeader(1);
+    EXPECT_EQ(list->text(list->keyAt(2), 1), "Note 10");
+    stopped([&] { clickHeader(1); });
+    EXPECT_EQ(list->sortOrder(), Qt::AscendingOrder);
+    EXPECT_EQ(list->text(list->keyAt(2), 1), "Note 10");
+}
+
+// The texts follow the keys: what happens to the list before they are there.
+TEST_F(NotesListLong, WorksBeforeEveryTextIsRead) {
+    ASSERT_GT(list->missingItems(), 0);
+    EXPECT_EQ(list->text("xn12345", 1), "Note 12344"); // far from what is shown
+    store.database()->DeleteRows("tblNotes", "RecordID", 15'000);
+    EXPECT_EQ(list->text("xn15000", 1), "(deleted meanwhile)");
+    QTest::keyClicks(list, "note 1999");
+    EXPECT_EQ(list->selectedKey(), "xn2000");
+    EXPECT_EQ(list->missingItems(), 0);
+    window->findChild<Toolbar*>("atbMain")->activate("tooShowAll");
+    ASSERT_GT(list->missingItems(), 0);
+    clickHeader(1);
+    EXPECT_EQ(list->text(list->keyAt(2), 1), "Note 10");
+    EXPECT_TRUE(list->isBold(list->keyAt(2)));
+    EXPECT_EQ(list->selectedKey(), "xn2000");
+}
+
+TEST_F(NotesListLong, ATextThatCannotBeReadIsReportedOnce) {
+    ASSERT_GT(list->missingItems(), 0);
+    const int missing = list->missingItems();
+    store.closeDatabase();
+    script.expectReport(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list->missingItems() == 0; }, 60000));
+    ASSERT_EQ(script.reports.size(), 1);
+    EXPECT_EQ(script.reports[0].message, "Could not Build the Notes List");
+    EXPECT_EQ(list->itemCount(), kNotes - missing); // what was read stays
+    store.openNotes();
+}
+
+TEST(NotesListFind, GoesOnWhileTheWindowLivesAndStopsWithTheBar) {
+    PromptScript script;
+    TestStore store(QString(), &Clock::instance()); // time passes, so that slices end
+    const Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
+    const Ref<IRecord> customer = store.hostRecord("cu", 1);
+    constexpr int notes = 20'000;
+    addMany(store, customer, notes);
     frmMain window(*addIn, store);
     window.Initialise(addIn, customer, 0);
     window.show();

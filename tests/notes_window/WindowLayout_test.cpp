@@ -111,9 +111,13 @@ TEST_F(WindowLayout, ColumnWidthsAreRemembered) {
     EXPECT_EQ(all, view->width()); // the subject takes what the others leave
     list().setColumnWidth(0, 200);
     list().setColumnWidth(2, 90);
+    list().setColumnWidth(4, 110);
+    click("tooShowMyNotes"); // takes the user column away
     open(customer);
+    click("tooShowMyNotes");
     EXPECT_EQ(list().columnWidth(0), 200);
     EXPECT_EQ(list().columnWidth(2), 90);
+    EXPECT_EQ(list().columnWidth(4), 110);
 }
 
 TEST_F(WindowLayout, AnyOtherToolDoesNothing) {

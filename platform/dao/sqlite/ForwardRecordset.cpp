@@ -1,5 +1,7 @@
 #include "platform/dao/sqlite/ForwardRecordset.h"
 
+#include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace yrw::dao {
@@ -8,6 +10,8 @@ namespace {
 
 /// Rows after which a read counts as long.
 constexpr qint64 kLongRead = 500;
+/// Rows that show which columns a reader wants.
+constexpr qint64 kFirstRows = 64;
 
 } // namespace
 
@@ -45,6 +49,10 @@ void ForwardRecordset::start() {
     } else {
         m_mode = Mode::Stream;
         m_stream = query().rows(connection().handle());
+        m_keyPlace = int(query().items().size());
+        m_places.resize(query().items().size());
+        std::iota(m_places.begin(), m_places.end(), 0);
+        m_asked.assign(m_places.size(), false);
     }
     m_onRow = advance();
 }
@@ -57,7 +65,7 @@ bool ForwardRecordset::advance() {
     bool found = false;
     switch (m_mode) {
     case Mode::Stream:
-        found = m_stream.step();
+        found = m_read == kFirstRows ? stepWithoutUnasked() : m_stream.step();
         break;
     case Mode::Keys:
         found = advanceByKey();
@@ -71,6 +79,29 @@ bool ForwardRecordset::advance() {
         break;
     }
     m_read += found ? 1 : 0;
+    return found;
+}
+
+/// Every column that a statement names costs time on every row, read or not.
+bool ForwardRecordset::stepWithoutUnasked() {
+    std::vector<int> asked;
+    for (size_t column = 0; column < m_asked.size(); ++column) {
+        if (m_asked[column]) {
+            asked.push_back(int(column));
+        }
+    }
+    if (!query().isInKeyOrder() || asked.size() == m_asked.size()) {
+        return m_stream.step();
+    }
+    Statement rest = query().rowsBehind(connection().handle(), m_stream.integer(m_keyPlace), asked);
+    // Begins while the former one still reads, so that both see the same state.
+    const bool found = rest.step();
+    m_stream = std::move(rest);
+    std::fill(m_places.begin(), m_places.end(), -1);
+    for (size_t place = 0; place < asked.size(); ++place) {
+        m_places[size_t(asked[place])] = int(place);
+    }
+    m_keyPlace = int(asked.size());
     return found;
 }
 
@@ -95,16 +126,15 @@ ForwardRecordset::Row ForwardRecordset::wholeRow() const {
 }
 
 void ForwardRecordset::keepRest() {
-    const int keyColumn = int(query().items().size());
     const bool byKey = query().hasKey();
     if (byKey) {
-        m_reader.moveTo(m_stream.integer(keyColumn));
+        m_reader.moveTo(m_stream.integer(m_keyPlace));
     } else {
         m_row = wholeRow();
     }
     while (m_stream.step()) {
         if (byKey) {
-            m_keys.push_back(m_stream.integer(keyColumn));
+            m_keys.push_back(m_stream.integer(m_keyPlace));
         } else {
             m_rows.push_back(wholeRow());
         }
@@ -172,7 +202,11 @@ QVariant ForwardRecordset::rowValue(int column) const {
     }
     requireRest();
     if (m_mode == Mode::Stream) {
-        return m_stream.value(column, query().items()[size_t(column)].column.type);
+        m_asked[size_t(column)] = true;
+        if (const int place = m_places[size_t(column)]; place >= 0) {
+            return m_stream.value(place, query().items()[size_t(column)].column.type);
+        }
+        m_reader.moveTo(m_stream.integer(m_keyPlace));
     }
     if (m_mode == Mode::Rows) {
         return m_row[size_t(column)];

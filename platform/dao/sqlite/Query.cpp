@@ -258,6 +258,25 @@ Statement Query::rows(sqlite3* connection) const {
     return statement;
 }
 
+bool Query::isInKeyOrder() const {
+    return hasKey() && m_order == u" ORDER BY " + m_source->key;
+}
+
+Statement Query::rowsBehind(sqlite3* connection, qint64 key, const std::vector<int>& items) const {
+    QStringList list;
+    for (const int item : items) {
+        list += m_items[size_t(item)].expression;
+    }
+    list += m_source->key;
+    // The sign keeps the engine from choosing another way to the rows than before.
+    const QString behind =
+        (m_where.isEmpty() ? u" WHERE +"_qs : u" AND +"_qs) + m_source->key + u" > :yrwbehind";
+    Statement statement(connection, u"SELECT " + list.join(u", "_qs) + tail() + behind + m_order);
+    bindTo(statement);
+    statement.bind(QStringLiteral(":yrwbehind"), key);
+    return statement;
+}
+
 QString Query::keysSql() const {
     return u"SELECT " + m_source->key + tail() + m_order;
 }

@@ -69,8 +69,14 @@ public:
     void setOrder(const std::vector<OrderTerm>& order);
     void setParameters(const Parameters& parameters);
 
+    /// True when the rows come in the order of their keys.
+    [[nodiscard]] bool isInKeyOrder() const;
+
     /// Statements, bound: the rows, and one row by its key (":yrwkey").
     [[nodiscard]] Statement rows(sqlite3* connection) const;
+    /// The rows behind a key, in key order: some items, by number, and then the key.
+    [[nodiscard]] Statement rowsBehind(sqlite3* connection, qint64 key,
+                                       const std::vector<int>& items) const;
     [[nodiscard]] Statement rowByKey(sqlite3* connection) const;
     /// The text behind `rows`, for asking the engine how it would go about it.
     [[nodiscard]] QString rowsSql() const;
