@@ -178,6 +178,7 @@ void frmNoteProperties::EnableReminderControls(bool enable) {
 void frmNoteProperties::updateTreeState() {
     m_tvwRemindUsers->setEnabled(m_chkReminder->isChecked() &&
                                  chosenOption() != ReminderOption::JustMe);
+    showOwnState();
 }
 
 bool frmNoteProperties::inputIsComplete() {

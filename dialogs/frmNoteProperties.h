@@ -20,6 +20,7 @@ class QTabWidget;
 class QToolButton;
 class QTreeWidget;
 class QTreeWidgetItem;
+class QVBoxLayout;
 
 namespace yrw {
 
@@ -84,6 +85,7 @@ private:
     void LoadReminder();
     void EnableReminderControls(bool enable);
     void updateTreeState();
+    void showOwnState();
     void BuildUsersTree();
     void readRecipients();
     void tickRemindedUsers();
@@ -111,6 +113,7 @@ private:
     [[nodiscard]] QWidget* createTypeRow(QLabel& label);
     [[nodiscard]] QWidget* createReminderFrame();
     [[nodiscard]] QWidget* createReminderPicker();
+    void createUsersTree(QVBoxLayout& layout);
     [[nodiscard]] QWidget* createButtons();
     void connectEvents();
 
@@ -126,6 +129,7 @@ private:
     QToolButton* m_updReminderUp = nullptr;
     QToolButton* m_updReminderDown = nullptr;
     std::array<QRadioButton*, 4> m_optReminder{};
+    QLabel* m_lblOwnState = nullptr;
     QTreeWidget* m_tvwRemindUsers = nullptr;
     std::array<QPushButton*, 2> m_cmdForm{};
 

@@ -130,8 +130,23 @@ QWidget* frmNoteProperties::createReminderFrame() {
     for (size_t i = 0; i < m_optReminder.size(); ++i) {
         m_optReminder[i] = new QRadioButton(captions[i]);
         m_optReminder[i]->setObjectName(indexed("optReminder", int(i)));
-        layout->addWidget(m_optReminder[i]);
+        auto* line = new QHBoxLayout;
+        line->setSpacing(12);
+        line->addWidget(m_optReminder[i]);
+        layout->addLayout(line);
+        if (static_cast<ReminderOption>(i) == ReminderOption::JustMe) {
+            m_lblOwnState = new QLabel; // for the one who stands in no list
+            m_lblOwnState->setObjectName(QStringLiteral("lblOwnState"));
+            m_lblOwnState->setTextFormat(Qt::PlainText);
+            line->addWidget(m_lblOwnState);
+        }
+        line->addStretch(1);
     }
+    createUsersTree(*layout);
+    return m_fraReminder;
+}
+
+void frmNoteProperties::createUsersTree(QVBoxLayout& layout) {
     m_tvwRemindUsers = new QTreeWidget;
     m_tvwRemindUsers->setObjectName(QStringLiteral("tvwRemindUsers"));
     m_tvwRemindUsers->setAccessibleName(QStringLiteral("Users to remind"));
@@ -141,9 +156,8 @@ QWidget* frmNoteProperties::createReminderFrame() {
     m_tvwRemindUsers->setMinimumHeight(130);
     QLabel* label = makeLabel(QStringLiteral("Tick Users to Remind:"), 3);
     label->setBuddy(m_tvwRemindUsers);
-    layout->addWidget(label);
-    layout->addWidget(m_tvwRemindUsers, 1);
-    return m_fraReminder;
+    layout.addWidget(label);
+    layout.addWidget(m_tvwRemindUsers, 1);
 }
 
 QWidget* frmNoteProperties::createReminderPicker() {

@@ -6,6 +6,8 @@
 #include "platform/controls/Colours.h"
 #include "platform/forms/DatePicker.h"
 
+#include <QLabel>
+#include <QRadioButton>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
@@ -158,6 +160,21 @@ void frmNoteProperties::readRecipients() {
     }
     m_tvwRemindUsers->setColumnCount(m_recipients.isEmpty() ? 1 : 2);
     m_tvwRemindUsers->setHeaderHidden(m_recipients.isEmpty());
+}
+
+/// Beside the option for the user alone: how far she is, or the only one who is reminded.
+void frmNoteProperties::showOwnState() {
+    const Ref<IUser> user = currentUser();
+    const QString own =
+        user ? kUserPrefix + user->value(QStringLiteral("RecordID")).toString() : QString();
+    QString state = m_recipients.value(own);
+    if (state.isEmpty() && m_recipients.size() == 1) {
+        state = m_recipients.cbegin().value();
+    }
+    m_lblOwnState->setText(state);
+    m_lblOwnState->setVisible(chosenOption() == ReminderOption::JustMe && !state.isEmpty());
+    m_optReminder[size_t(ReminderOption::JustMe)]->setAccessibleDescription(
+        m_lblOwnState->isHidden() ? QString() : state);
 }
 
 void frmNoteProperties::tickRemindedUsers() {

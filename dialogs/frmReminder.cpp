@@ -4,16 +4,16 @@
 #include "framework/Services.h"
 #include "platform/clock/Clock.h"
 #include "platform/clock/WallTime.h"
+#include "platform/forms/Announcement.h"
 #include "platform/forms/DatePicker.h"
 #include "platform/prompt/ErrorLog.h"
 #include "store/Schema.h"
 
-#include <QAccessible>
-#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QWindow>
 
 #include <limits>
 #include <optional>
@@ -239,23 +239,29 @@ void frmReminder::bringToFront() {
 }
 
 void frmReminder::callUser(int waiting) {
-    QStringList words{lblForm[2]->text(), lblForm[5]->text()};
+    QStringList words{windowTitle(), lblForm[2]->text(), lblForm[5]->text()};
     if (waiting > 1) {
         words += QStringLiteral("%1 reminders are waiting").arg(waiting);
     }
     words += QStringLiteral("%1 goes there").arg(kReachKey.toString());
     setAccessibleDescription(words.join(QStringLiteral(". ")));
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    announce(*this, accessibleDescription());
     m_calls = true;
     askForAttention();
 }
 
 /// A window manager heeds only windows that it has placed already: those that were painted.
 void frmReminder::askForAttention() {
-    if (m_isPainted && std::exchange(m_calls, false)) {
-        QApplication::alert(this);
+    QWindow* const window = windowHandle();
+    if (window == nullptr || !m_isPainted || !std::exchange(m_calls, false) || isActiveWindow()) {
+        return;
     }
+    // A window counts as active, and calls nobody, while the one that owns it is: the host's, where
+    // the user works.
+    QWindow* const owner = window->transientParent();
+    window->setTransientParent(nullptr);
+    window->alert(0);
+    window->setTransientParent(owner);
 }
 
 void frmReminder::takeKeys() {

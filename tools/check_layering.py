@@ -68,7 +68,7 @@ WINDOW_ROOMS = {
 }
 CORE_LIBRARIES = {"QtCore"}
 WINDOW_LIBRARIES = {"QtCore", "QtGui", "QtWidgets", "QtPrintSupport"}
-TEST_LIBRARIES = WINDOW_LIBRARIES | {"QtTest"}
+TEST_LIBRARIES = WINDOW_LIBRARIES | {"QtDBus", "QtTest"}
 
 # Header of an engine -> the only rooms that may include it.
 ENGINES = {

@@ -47,7 +47,9 @@ QString DatePicker::clockChange() const {
     switch (wallTimeKind(hands.date(), hands.time())) {
     case WallTimeKind::Missing:
         return QStringLiteral("The clocks go forward and leave this time out: %1 counts instead.")
-            .arg(value().toString(QStringLiteral("HH:mm")));
+            .arg(value().toString(value().date() == hands.date()
+                                      ? QStringLiteral("HH:mm")
+                                      : QStringLiteral("dd/MM/yyyy HH:mm")));
     case WallTimeKind::Double:
         return QStringLiteral("The clocks go back and this time comes twice: the first counts.");
     case WallTimeKind::Ordinary:

@@ -194,25 +194,48 @@ TEST_F(ReminderPopups, AnAnswerThatCameFirstElsewhereStands) {
     EXPECT_TRUE(window().status.contains(QStringLiteral("answered elsewhere")));
 }
 
-TEST_F(ReminderPopups, ATimeThatTheClocksLeaveOutIsExplained) {
-    const InZone zone("Europe/Berlin");
-    clock.setNow(QDateTime(QDate(2026, 3, 28), QTime(12, 0)));
-    const qint64 reminder = remindMany(1).first();
-    ASSERT_TRUE(minuteTick());
-    auto& picker = control<DatePicker>("dtpReminder");
-    auto& explanation = control<QLabel>("lblClockChange");
-    EXPECT_TRUE(explanation.isHidden());
-    picker.setFocus();
-    QTest::keyClick(&picker, Qt::Key_Home);
-    popup().takeKeys();
-    QTest::keyClicks(&picker, QStringLiteral("29/03/2026 02:30"));
-    picker.setDateTime(QDateTime(QDate(2026, 3, 29), QTime(2, 30), Qt::UTC));
-    EXPECT_FALSE(explanation.isHidden());
-    EXPECT_TRUE(explanation.text().contains(QStringLiteral("03:30 counts")));
-    EXPECT_EQ(picker.text(), "29/03/2026 02:30");
-    click("cmdForm(0)");
-    EXPECT_EQ(stored(reminder, "NextDate").toDateTime().toString(u"dd HH:mm"), "29 03:30");
-    EXPECT_FALSE(DatePicker(QString(), QString()).clockChange().size());
+TEST_F(ReminderPopups, TimesThatTheClocksLeaveOutOrRunThroughTwiceAreExplained) {
+    struct Case {
+        const char* zone;
+        const char* picked;
+        const char* words; ///< part of the explanation; empty for none
+        const char* stored;
+    };
+    const Case cases[] = {
+        {"Pacific/Apia", "2011-12-30 12:00", "31/12/2011 12:00 counts", "2011-12-31 12:00"},
+        {"Pacific/Apia", "2020-09-27 03:30", "04:30 counts", "2020-09-27 04:30"},
+        {"Pacific/Apia", "2021-04-04 03:30", "comes twice", "2021-04-04 03:30"},
+        {"Europe/Berlin", "2026-03-29 02:30", "03:30 counts", "2026-03-29 03:30"},
+        {"Europe/Berlin", "2026-10-25 02:30", "comes twice", "2026-10-25 02:30"},
+        {"America/St_Johns", "2026-03-08 02:15", "03:15 counts", "2026-03-08 03:15"},
+        {"America/St_Johns", "2026-11-01 01:15", "comes twice", "2026-11-01 01:15"},
+        {"Australia/Lord_Howe", "2026-10-04 02:15", "02:45 counts", "2026-10-04 02:45"},
+        {"Australia/Lord_Howe", "2026-04-05 01:45", "comes twice", "2026-04-05 01:45"},
+        {"Australia/Lord_Howe", "2026-04-05 01:15", "", "2026-04-05 01:15"},
+        {"Asia/Kolkata", "2026-03-29 02:30", "", "2026-03-29 02:30"},
+        {"UTC", "2026-10-25 02:30", "", "2026-10-25 02:30"},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(std::string(each.zone) + " " + each.picked);
+        const InZone zone(each.zone);
+        const QString format = QStringLiteral("yyyy-MM-dd HH:mm");
+        const QStringList parts = QString::fromLatin1(each.picked).split(u' ');
+        const QDate day = QDate::fromString(parts[0], Qt::ISODate);
+        clock.setNow(QDateTime(day.addDays(-1), QTime(12, 0)));
+        const qint64 reminder = remindMany(1).first();
+        ASSERT_TRUE(minuteTick());
+        auto& explanation = control<QLabel>("lblClockChange");
+        EXPECT_TRUE(explanation.isHidden());
+        control<DatePicker>("dtpReminder")
+            .setDateTime(QDateTime(day, QTime::fromString(parts[1]), Qt::UTC));
+        EXPECT_EQ(explanation.isHidden(), *each.words == '\0');
+        EXPECT_TRUE(explanation.text().contains(QLatin1String(each.words)))
+            << explanation.text().toStdString();
+        click("cmdForm(0)");
+        EXPECT_EQ(stored(reminder, "NextDate").toDateTime().toString(format),
+                  QLatin1String(each.stored));
+        elsewhere(QStringLiteral("DELETE FROM tblReminders;"));
+    }
 }
 
 TEST_F(ReminderPopups, TheHostsWindowTellsHowLongNobodyChecked) {

@@ -75,13 +75,15 @@ no_popups() {
     ! has_popup "${hosts[0]}" && ! has_popup "${hosts[1]}"
 }
 
-# answer PROCESS: goes to the reminder in front at that host and dismisses it.
+# answer PROCESS: goes to the reminder in front at that host and dismisses it. Alt+D is pressed only
+# where a reminder has the keys: anywhere else it could open a menu, which would take all that follow.
 answer() {
     has_popup "$1" || return 0
-    xdotool windowactivate --sync "$(visible "$1" 'Yarrowen Desk')" key ctrl+alt+r \
-        2>/dev/null # no window may be active yet
+    xdotool windowactivate --sync "$(visible "$1" 'Yarrowen Desk')" key ctrl+alt+r 2>/dev/null
     sleep 0.1
-    xdotool key alt+d
+    case $(xdotool getactivewindow getwindowname 2>/dev/null) in
+        'YRW Reminder'*) xdotool key alt+d ;;
+    esac
     sleep 0.1
 }
 

@@ -259,8 +259,17 @@ TEST_F(NoteProperties, ShowsHowFarEachRecipientIs) {
         EXPECT_EQ(stateOf("Erin Elm"), "");
         EXPECT_EQ(stateOf("Sales"), "");
     }
+    // The one who reminds herself stands in no list.
+    auto& own = control<QLabel>("lblOwnState");
+    EXPECT_TRUE(own.isHidden());
+    click("optReminder(1)");
+    EXPECT_EQ(own.text(), "waiting");
+    EXPECT_TRUE(own.isVisible());
+    EXPECT_EQ(control("optReminder(1)").accessibleDescription(), "waiting");
+    EXPECT_FALSE(control("optReminder(0)").isChecked());
     open(noteWith(ReminderKind::None, {}));
     EXPECT_TRUE(tree().isHeaderHidden());
+    EXPECT_TRUE(control<QLabel>("lblOwnState").isHidden());
 }
 
 TEST_F(NoteProperties, AnHourThatComesTwiceIsExplained) {
