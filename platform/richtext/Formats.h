@@ -23,7 +23,8 @@ enum Property {
     kInlineId = QTextFormat::UserProperty + 1, ///< int: which inline group
     kField,                                    ///< QByteArray: instruction of the field
     kParagraph,                                ///< rtf::ParFormat: lengths in twips, exact
-    kRows ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
+    kRows,     ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
+    kContinues ///< bool: the table goes on the one right before it, which was cut in two
 };
 
 /// Screen lengths of a length in twips.

@@ -134,7 +134,10 @@ void Parser::parValue(const Token& token, int value) {
         pars.style = std::max(0, token.number);
         break;
     case kInTable:
-        m_state.inTable = true;
+        m_state.tableLevel = std::max(m_state.tableLevel, 1);
+        break;
+    case kTableLevel:
+        m_state.tableLevel = std::clamp(token.number, 0, kMostNested);
         break;
     default:
         pars.rightToLeft = value == kRightToLeft;
@@ -154,7 +157,7 @@ void Parser::alignment(const Token&, int value) {
 
 void Parser::pard(const Token&, int) {
     m_state.pars = ParFormat{};
-    m_state.inTable = false;
+    m_state.tableLevel = 0;
     m_state.listNumber = 0;
     m_state.listLevel = 0;
 }
@@ -205,15 +208,12 @@ void Parser::paragraphEnd(const Token&, int) {
     if (!inBody()) {
         return;
     }
-    if (m_rowIndex >= 0 && !m_state.inTable) {
-        endRow();
-    }
-    int row = -1;
-    if (m_state.inTable) {
-        startRow();
-        row = m_rowIndex;
-    }
-    m_builder.endParagraph(paragraphFormat(), format(), row, m_cell);
+    // Behind a row inside a cell comes a paragraph of that cell.
+    const int level = std::max(m_state.tableLevel, lastLevel() - 1);
+    endRows(level);
+    startRows(level);
+    const OpenRow place = level > 0 ? m_open.back() : OpenRow{.index = -1};
+    m_builder.endParagraph(paragraphFormat(), format(), place.index, place.cell);
 }
 
 void Parser::pageBreak(const Token&, int) {
