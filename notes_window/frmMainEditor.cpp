@@ -115,15 +115,15 @@ QString frmMain::currentUserName() {
 FontChoice frmMain::defaultFont() const {
     const NotesSettings store = settings();
     FontChoice font;
-    font.name = store.text(kFontName, QStringLiteral("Comic Sans MS"));
+    font.name = store.text(kFontName);
     bool isNumber = false;
-    const double points = store.text(kFontSize, QStringLiteral("10")).toDouble(&isNumber);
+    const double points = store.text(kFontSize).toDouble(&isNumber);
     font.points = isNumber && points > 0 ? points : 10;
     font.bold = store.boolean(kFontBold);
     font.italic = store.boolean(kFontItalic);
     font.underline = store.boolean(kFontUnderline);
     font.strikethru = store.boolean(kFontStrikethru);
-    font.colour = store.text(kFontColour, QStringLiteral("0")).toInt();
+    font.colour = store.text(kFontColour).toInt();
     return font;
 }
 

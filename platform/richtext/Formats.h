@@ -51,7 +51,4 @@ enum Property {
     return (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
 }
 
-/// Names stand-ins of like widths for the fonts that notes ask for; done once per process.
-void installFontSubstitutes();
-
 } // namespace yrw::richtext

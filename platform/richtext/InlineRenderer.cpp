@@ -36,10 +36,12 @@ InlineRenderer::Look InlineRenderer::makeLook(const rtf::Inline& group) const {
     }
     const rtf::Picture picture = rtf::pictureOf(group.raw);
     look.picture = QPixmap::fromImage(decodePicture(picture.kind, picture.data));
+    look.size = QSizeF(pixels(picture.width, kDots), pixels(picture.height, kDots));
     if (group.kind == rtf::InlineKind::Object) {
         addObjectLook(look, group.raw);
+    } else {
+        look.caption = QStringLiteral("Drawing"); // shown where it cannot be drawn
     }
-    look.size = QSizeF(pixels(picture.width, kDots), pixels(picture.height, kDots));
     if (look.size.isEmpty()) {
         look.size = look.picture.isNull() ? kPlaceholder : QSizeF(look.picture.size());
     }

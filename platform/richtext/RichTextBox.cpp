@@ -1,6 +1,7 @@
 #include "platform/richtext/RichTextBox.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/forms/FontSubstitutes.h"
 #include "platform/richtext/DocumentLoader.h"
 #include "platform/richtext/DocumentScanner.h"
 #include "platform/richtext/Formats.h"
@@ -25,7 +26,7 @@ using richtext::DocumentScanner;
 RichTextBox::RichTextBox(QWidget* parent)
     : QTextEdit(parent),
       m_renderer(std::make_unique<richtext::InlineRenderer>(m_inlines, nullptr)) {
-    richtext::installFontSubstitutes();
+    installFontSubstitutes();
     m_default.name = QStringLiteral("Comic Sans MS");
     document()->documentLayout()->registerHandler(richtext::kInlineObject, m_renderer.get());
     connect(this, &QTextEdit::textChanged, this, &RichTextBox::contentChanged);

@@ -15,6 +15,12 @@ constexpr int kLongestLength = 31680; ///< 22 inches in twips, the most a length
 constexpr int kLargestSize = 3276;    ///< half points
 constexpr qsizetype kMostTabs = 64;
 
+/// There is room for the numbers of more fonts above.
+int fontNumberOf(int number) {
+    constexpr int kLargestNumber = 1 << 24;
+    return std::clamp(number, 0, kLargestNumber);
+}
+
 int length(int twips) {
     return std::clamp(twips, -kLongestLength, kLongestLength);
 }
@@ -93,15 +99,16 @@ void Parser::plain(const Token&, int) {
 }
 
 void Parser::fontNumber(const Token& token, int) {
+    const int number = fontNumberOf(token.number);
     if (m_state.destination == Destination::FontTable) {
         closeFont();
-        m_font = Font{.number = token.number, .name = {}};
+        m_font = Font{.number = number, .name = {}};
         m_fontPage = 0;
         m_fontOpen = true;
         return;
     }
-    m_state.chars.font = m_builder.fontByNumber(token.number);
-    auto page = m_fontPages.find(token.number);
+    m_state.chars.font = m_builder.fontByNumber(number);
+    auto page = m_fontPages.find(number);
     page = page == m_fontPages.end() ? m_fontPages.find(m_defaultNumber) : page;
     m_state.codePage = page == m_fontPages.end() ? 0 : page->second;
 }
@@ -189,7 +196,7 @@ void Parser::documentValue(const Token& token, int value) {
         m_documentPage = token.number > 0 ? token.number : m_documentPage;
         break;
     case kDefaultFont:
-        m_defaultNumber = token.number;
+        m_defaultNumber = fontNumberOf(token.number);
         break;
     case kMac:
         m_documentPage = 10000;

@@ -309,7 +309,9 @@ void Parser::deliver(QStringView text) {
         m_pn.listAfter += text;
         break;
     case Destination::ListLevelText:
-        m_levels.back().text += text.toLatin1();
+        if (!m_levels.empty()) { // a list table inside the text begins anew
+            m_levels.back().text += text.toLatin1();
+        }
         break;
     default:
         break;

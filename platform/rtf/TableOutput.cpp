@@ -87,7 +87,7 @@ bool TableOutput::fillCells(int cells) {
 
 bool TableOutput::endRow() {
     const OpenRow open = m_open.back();
-    const bool wroteFormat = fillCells(static_cast<int>(row(open.row).edges.size()));
+    bool wroteFormat = fillCells(static_cast<int>(row(open.row).edges.size()));
     if (m_open.size() == 1) {
         if (open.holdsTable) {
             definition(row(open.row)); // the rows inside had theirs
@@ -100,6 +100,7 @@ bool TableOutput::endRow() {
         m_out.word("nestrow");
         m_out.raw("}");
         m_out.raw(kPlainEnd);
+        wroteFormat = true; // other readers count the next paragraph as of no table
     }
     m_out.raw("\r\n");
     m_open.pop_back();

@@ -19,7 +19,7 @@ public:
     /// paragraph formats.
     bool enter(const Paragraph& paragraph);
     /// Ends the paragraph, and the cells and rows that end with it. `next` is the paragraph behind
-    /// it, or null. True when that wrote paragraph formats.
+    /// it, or null. True when the next paragraph must state its format.
     bool leave(const Paragraph& paragraph, const Paragraph* next);
     /// The words that a paragraph format begins with, so many tables around it.
     void format(int level);
