@@ -14,6 +14,8 @@ namespace {
 
 /// A table much larger than its cells is cut in two, for the screen's table has all of them.
 constexpr int kEmptyCells = 256;
+/// So is a longer one: the screen lays a table out at once.
+constexpr int kMostRows = 200;
 
 } // namespace
 
@@ -169,7 +171,8 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
         const int edges = static_cast<int>(source(row).edges.size());
         const int wider = std::max({columns, edges, 1});
         const int count = static_cast<int>(rows.size());
-        if (count > 0 && wider * (count + 1) > 2 * (cells + edges) + kEmptyCells) {
+        const bool sparse = wider * (count + 1) > 2 * (cells + edges) + kEmptyCells;
+        if (count == kMostRows || (count > 0 && sparse)) {
             break;
         }
         columns = wider;

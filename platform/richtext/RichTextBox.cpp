@@ -51,7 +51,6 @@ void RichTextBox::load(const rtf::Document& source) {
     {
         const QSignalBlocker quiet(this);
         document()->setUndoRedoEnabled(false);
-        document()->clear();
         m_inlines.clear();
         m_renderer->reset();
         m_header = source;
@@ -63,8 +62,12 @@ void RichTextBox::load(const rtf::Document& source) {
         m_header.parFormats.clear();
         m_header.inlines.clear();
         m_header.fields.clear();
+        // An insertion point that the text pushes to its end, or a text that was not emptied in the
+        // same step, would have all of it laid out at once; so it happens while it is looked at.
+        setTextCursor(QTextCursor());
         QTextCursor cursor(document());
         cursor.beginEditBlock();
+        document()->clear();
         DocumentLoader(source, m_inlines, logicalDpiX()).insert(cursor);
         cursor.endEditBlock();
         document()->setUndoRedoEnabled(true);

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QImage>
+#include <QPalette>
 #include <QTest>
 #include <QTextDocument>
 #include <QTextFrame>
@@ -66,6 +68,34 @@ TEST(Content, GoesThroughTheEditorWithoutLoss) {
         box.setTextRTF(written);
         EXPECT_EQ(box.TextRTF(), written) << body;
     }
+}
+
+TEST(Content, AutomaticTextIsReadOnAnyGround) {
+    RichTextBox box;
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(40, 40, 40));
+    dark.setColor(QPalette::Text, Qt::white);
+    box.setPalette(dark);
+    box.setTextRTF(around("\\highlight1 marked\\highlight0\\par\\pard{\\*\\pn\\pnlvlbody\\pndec"
+                          "\\pnstart5{\\pntxta .}}\\fi-360\\li720 five"));
+    box.resize(300, 100);
+    const QImage picture = box.grab().toImage();
+    bool number = false;
+    bool letters = false;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 5; x < 60; ++x) {
+            const QRgb dot = picture.pixel(x, y);
+            letters = letters || (dot == qRgb(0, 0, 0) && y < 14);
+            number = number || (qGray(dot) > 200 && y > 20 && x < 48);
+        }
+    }
+    EXPECT_TRUE(letters); // black on yellow
+    EXPECT_TRUE(number);  // white on grey
+    box.setSelStart(2);
+    EXPECT_EQ(box.SelColor(), 0);
+    box.selectAll();
+    box.setSelColor(0x0000FF);
+    EXPECT_EQ(box.SelColor(), 0x0000FF);
 }
 
 TEST(Content, TablesWithNothingBetweenStayTwo) {
