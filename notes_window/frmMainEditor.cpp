@@ -5,6 +5,7 @@
 #include "framework/Services.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/clock/Clock.h"
+#include "platform/richtext/Formats.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
@@ -83,6 +84,12 @@ void frmMain::AppendText(const QString& text, bool bold, bool newParagraph) {
         cursor.insertBlock();
     }
     QTextCharFormat plain = cursor.charFormat();
+    // What stands behind a link or an object is no part of it.
+    for (const int property :
+         {int(richtext::kField), int(richtext::kInlineId), int(QTextFormat::ObjectType),
+          int(QTextFormat::IsAnchor), int(QTextFormat::AnchorHref)}) {
+        plain.clearProperty(property);
+    }
     if (bold) {
         QTextCharFormat strong = plain;
         strong.setFontWeight(QFont::Bold);

@@ -254,6 +254,18 @@ QString linkObject(const QByteArray& path, bool package, const QByteArray& pictu
     return QString::fromLatin1(rtf);
 }
 
+TEST_F(NoteAttachmentsTest, ADateBehindALinkOrAnObjectIsTextOfItsOwn) {
+    open(customer);
+    for (const char* before : {"{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt link}}",
+                               "{\\object{\\*\\objclass Odd}{\\*\\objdata 01}}"}) {
+        editor().setTextRTF(QLatin1String("{\\rtf1 ") + before + QLatin1String("}"));
+        press(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+        const QString rtf = editor().TextRTF();
+        EXPECT_TRUE(QRegularExpression("}+ ?10/03/2026 ").match(rtf).hasMatch())
+            << rtf.toStdString();
+    }
+}
+
 TEST_F(NoteAttachmentsTest, SavesWhatALinkLeadsToElseItsPicture) {
     const QString target = folder.filePath("out");
     const QString linked = file("b.xls", "sheet");
