@@ -1,5 +1,6 @@
 #include "dialogs/frmAutoNotes.h"
 
+#include "platform/forms/FontSubstitutes.h"
 #include "platform/forms/ScreenMetrics.h"
 #include "platform/forms/Twips.h"
 
@@ -386,6 +387,7 @@ void frmAutoNotes::saveSize() {
 
 void frmAutoNotes::createControls() {
     setWindowTitle(QStringLiteral("Automatic Notes"));
+    installFontSubstitutes();
     setFont(QFont(QStringLiteral("Comic Sans MS"), kFormPoints));
     setMinimumSize(kLeastSize);
     setAutoFillBackground(true);

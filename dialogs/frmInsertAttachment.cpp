@@ -3,7 +3,9 @@
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
+#include "framework/Settings.h"
 
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -21,6 +23,7 @@ namespace {
 /// Explorer style, path and file must exist, several may be chosen, no read-only box.
 constexpr int kOpenFlags = 530948;
 constexpr int kFieldWidth = 340;
+const QString kLastFolder = QStringLiteral("LastFolder");
 
 /// Offered where the system settings name no other filter.
 const QString kDefaultFilter =
@@ -70,11 +73,14 @@ void frmInsertAttachment::txtFile_Change() {
 }
 
 void frmInsertAttachment::cmdBrowse_Click() {
+    NotesSettings settings(m_addIn->services().settings);
+    const QString last = settings.text(kLastFolder);
     const QString chosen = m_addIn->services().utility.OpenFile(
         QStringLiteral("Please select the file to insert"), QStringLiteral("Insert File"),
-        fileFilter(), kOpenFlags);
+        fileFilter(), kOpenFlags, QFileInfo(last).isDir() ? last : QString());
     if (!chosen.isEmpty()) {
         m_txtFile->setText(chosen);
+        settings.setText(kLastFolder, HostUtility::FolderOfPath(chosen));
     }
 }
 

@@ -64,8 +64,9 @@ qint64 HostUtility::RemoveKeyPrefix(const QString& key, const QString& prefix) {
 }
 
 QString HostUtility::OpenFile(const QString& promptText, const QString& title,
-                              const QString& filter, int flags) const {
+                              const QString& filter, int flags, const QString& folder) const {
     FileRequest request;
+    request.folder = folder;
     request.title = title;
     request.prompt = promptText;
     request.filter = filter;

@@ -34,9 +34,11 @@ public:
     [[nodiscard]] static bool NullToBoolean(const QVariant& value);
     /// The number behind a key's prefix ("xn17" and "xn" give 17); 0 when it is none.
     [[nodiscard]] static qint64 RemoveKeyPrefix(const QString& key, const QString& prefix);
-    /// Shows the open-file dialog; the first chosen path, empty when cancelled.
+    /// Shows the open-file dialog; the first chosen path, empty when cancelled. It begins in the
+    /// given folder; without one, where the last one ended.
     [[nodiscard]] QString OpenFile(const QString& promptText, const QString& title,
-                                   const QString& filter, int flags) const;
+                                   const QString& filter, int flags,
+                                   const QString& folder = {}) const;
 
 private:
     Prompt& m_prompt;

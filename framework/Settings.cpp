@@ -43,6 +43,7 @@ constexpr SettingKey kKeys[] = {
      SettingSection::Own},
     {u"SpellingLanguage", u"", "Language of the dictionary, as de_AT; empty: the user's",
      SettingSection::Own},
+    {u"LastFolder", u"", "Folder that the last attached file was chosen in", SettingSection::Own},
     {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed", SettingSection::Own},
 };
 

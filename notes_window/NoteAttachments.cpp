@@ -1,11 +1,13 @@
 #include "notes_window/NoteAttachments.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/files/FileSystem.h"
 #include "platform/prompt/Prompt.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/rtf/EmbeddedObject.h"
 
 #include <QDesktopServices>
+#include <QFile>
 #include <QFileInfo>
 #include <QMimeDatabase>
 #include <QSaveFile>
@@ -18,6 +20,7 @@ namespace yrw {
 namespace {
 
 const QString kOpenTitle = QStringLiteral("Open Attachment");
+const QString kSaveTitle = QStringLiteral("Save Attachment");
 const QString kSource = QStringLiteral("YRWNotes.frmMain.Attachments");
 
 /// Programs of any system: what is harmless here may be sent on.
@@ -65,12 +68,19 @@ bool isProgram(const QString& name, const QByteArray& data) {
            isProgramType(types.mimeTypeForData(data));
 }
 
-NoteAttachments::NoteAttachments(RichTextBox& box, Prompt& prompt) : m_box(box), m_prompt(prompt) {}
+NoteAttachments::NoteAttachments(RichTextBox& box, Prompt& prompt, const FileSystem& files)
+    : m_box(box), m_prompt(prompt), m_files(files) {}
 
 void NoteAttachments::tellNoFile(int index) {
-    m_prompt.message(QStringLiteral("\"%1\" holds no file: it is a link, or its data is damaged.")
-                         .arg(m_box.objectName(index)),
-                     QStringLiteral("Attachment"), PromptIcon::Information);
+    const QString link = m_box.objectLink(index);
+    const QString text =
+        link.isEmpty()
+            ? QStringLiteral("The data of \"%1\" is damaged: no file can be taken from it.")
+                  .arg(m_box.objectName(index))
+            : QStringLiteral("\"%1\" holds no file but a link to this one:\r%2\r\rOpen it there, "
+                             "or save a copy of it from the menu of the link.")
+                  .arg(m_box.objectName(index), link);
+    m_prompt.message(text, QStringLiteral("Attachment"), PromptIcon::Information);
 }
 
 void NoteAttachments::open(int index) {
@@ -109,22 +119,69 @@ void NoteAttachments::open(int index) {
     }
 }
 
-void NoteAttachments::saveAs(int index) {
-    const auto file = m_box.objectFile(index);
-    if (!file) {
-        tellNoFile(index);
-        return;
+/// The file that a link leads to, when the user agrees to read it; nothing when it is not there.
+std::optional<rtf::PackagedFile> NoteAttachments::linkedFile(const QString& path, bool& refused) {
+    if (path.isEmpty() || !m_files.fileExists(path)) {
+        return std::nullopt;
     }
+    const QString found = m_files.resolve(path);
+    const PromptAnswer answer = m_prompt.question(
+        QStringLiteral("The note holds a link to this file:\r%1\r\rDo you want to save a copy of "
+                       "it?")
+            .arg(found),
+        kSaveTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::Yes);
+    refused = answer != PromptAnswer::Yes;
+    QFile file(found);
+    if (refused || !file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    return rtf::PackagedFile{QFileInfo(found).fileName(), found, file.readAll()};
+}
+
+/// What can be saved of an object; the user was told where that is nothing, or only a picture.
+std::optional<rtf::PackagedFile> NoteAttachments::fileToSave(int index) {
+    if (const auto file = m_box.objectFile(index)) {
+        return file;
+    }
+    bool refused = false;
+    const QString link = m_box.objectLink(index);
+    if (const auto file = linkedFile(link, refused); file || refused) {
+        return file;
+    }
+    const QString reason =
+        link.isEmpty()
+            ? QStringLiteral("The data of \"%1\" is damaged.").arg(m_box.objectName(index))
+            : QStringLiteral("\"%1\" is a link to this file, which cannot be reached:\r%2\r\rMake "
+                             "its drive or folder available and try again.")
+                  .arg(m_box.objectName(index), link);
+    const auto picture = m_box.objectPicture(index);
+    if (!picture) {
+        m_prompt.message(reason, kSaveTitle, PromptIcon::Information);
+        return std::nullopt;
+    }
+    const PromptAnswer answer = m_prompt.question(
+        reason + QStringLiteral("\r\rDo you want to save the picture that the note shows instead?"),
+        kSaveTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::Yes);
+    return answer == PromptAnswer::Yes ? picture : std::nullopt;
+}
+
+void NoteAttachments::saveAs(int index) {
+    if (const auto file = fileToSave(index)) {
+        write(*file);
+    }
+}
+
+void NoteAttachments::write(const rtf::PackagedFile& file) {
     FileRequest request;
-    request.title = QStringLiteral("Save Attachment");
+    request.title = kSaveTitle;
     request.filter = QStringLiteral("Anything (*.*)|*.*|");
-    request.name = file->label;
+    request.name = file.label;
     const QString path = m_prompt.saveFile(request);
     if (path.isEmpty()) {
         return;
     }
     QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || out.write(file->data) != file->data.size() ||
+    if (!out.open(QIODevice::WriteOnly) || out.write(file.data) != file.data.size() ||
         !out.commit()) {
         throw AutomationError(
             kErrorDiskFull, kSource,

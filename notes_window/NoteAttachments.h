@@ -3,8 +3,14 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 namespace yrw {
 
+namespace rtf {
+struct PackagedFile;
+}
+class FileSystem;
 class Prompt;
 class RichTextBox;
 
@@ -15,22 +21,27 @@ class RichTextBox;
 /// What a user does with the files inside a note: open a copy, save one.
 ///
 /// Indexes are those of the box's objects. A failure raises an `AutomationError`.
-/// Lifetime: box and door outlive it. Thread: the user-interface thread.
+/// Lifetime: box, door and file system outlive it. Thread: the user-interface thread.
 class NoteAttachments {
 public:
-    NoteAttachments(RichTextBox& box, Prompt& prompt);
+    NoteAttachments(RichTextBox& box, Prompt& prompt, const FileSystem& files);
 
     /// Asks, naming the kind of file, and lets the desktop open a private copy. Programs are
     /// refused.
     void open(int index);
-    /// Asks for a place and writes the file there.
+    /// Asks for a place and writes the file there. Of a link, the file that it leads to, after a
+    /// question that shows its path; where that cannot be reached, the picture that the note has.
     void saveAs(int index);
 
 private:
     void tellNoFile(int index);
+    [[nodiscard]] std::optional<rtf::PackagedFile> fileToSave(int index);
+    [[nodiscard]] std::optional<rtf::PackagedFile> linkedFile(const QString& path, bool& refused);
+    void write(const rtf::PackagedFile& file);
 
     RichTextBox& m_box;
     Prompt& m_prompt;
+    const FileSystem& m_files;
 };
 
 } // namespace yrw

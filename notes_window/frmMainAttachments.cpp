@@ -37,7 +37,7 @@ const QString kPrintTitle = QStringLiteral("Print Note");
 } // namespace
 
 void frmMain::setUpEditor() {
-    m_attachments = std::make_unique<NoteAttachments>(*m_rtxMain, prompt());
+    m_attachments = std::make_unique<NoteAttachments>(*m_rtxMain, prompt(), services().files);
     m_rtxMain->setPrompt(&prompt());
     m_rtxMain->setFileHandler(
         [this](const QString& path) { InsertFile(path, ObjectDisplay::Icon); });

@@ -5,6 +5,7 @@
 #include "framework/Services.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/clock/Clock.h"
+#include "platform/richtext/Formats.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
@@ -87,6 +88,12 @@ void frmMain::AppendText(const QString& text, bool bold, bool newParagraph) {
         cursor.insertBlock();
     }
     QTextCharFormat plain = cursor.charFormat();
+    // What stands behind a link or an object is no part of it.
+    for (const int property :
+         {int(richtext::kField), int(richtext::kInlineId), int(QTextFormat::ObjectType),
+          int(QTextFormat::IsAnchor), int(QTextFormat::AnchorHref)}) {
+        plain.clearProperty(property);
+    }
     if (bold) {
         QTextCharFormat strong = plain;
         strong.setFontWeight(QFont::Bold);
@@ -119,15 +126,15 @@ QString frmMain::currentUserName() {
 FontChoice frmMain::defaultFont() const {
     const NotesSettings store = settings();
     FontChoice font;
-    font.name = store.text(kFontName, QStringLiteral("Comic Sans MS"));
+    font.name = store.text(kFontName);
     bool isNumber = false;
-    const double points = store.text(kFontSize, QStringLiteral("10")).toDouble(&isNumber);
+    const double points = store.text(kFontSize).toDouble(&isNumber);
     font.points = isNumber && points > 0 ? points : 10;
     font.bold = store.boolean(kFontBold);
     font.italic = store.boolean(kFontItalic);
     font.underline = store.boolean(kFontUnderline);
     font.strikethru = store.boolean(kFontStrikethru);
-    font.colour = store.text(kFontColour, QStringLiteral("0")).toInt();
+    font.colour = store.text(kFontColour).toInt();
     return font;
 }
 

@@ -282,12 +282,21 @@ std::optional<FontChoice> WidgetPrompt::chooseFont(const FontChoice& start) {
     font.setUnderline(start.underline);
     font.setStrikeOut(start.strikethru);
     QFontDialog dialog(font);
+    const QString shown = dialog.selectedFont().family().isEmpty() ? dialog.currentFont().family()
+                                                                   : dialog.selectedFont().family();
     if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
         return std::nullopt;
     }
     const QFont chosen = dialog.selectedFont();
-    return FontChoice{chosen.family(),    chosen.pointSizeF(), chosen.bold(), chosen.italic(),
-                      chosen.underline(), chosen.strikeOut(),  start.colour};
+    // A font that the screen lacks is shown as another; left alone, it stays the one asked for.
+    const bool keeps = chosen.family() == shown && !start.name.isEmpty();
+    return FontChoice{keeps ? start.name : chosen.family(),
+                      chosen.pointSizeF(),
+                      chosen.bold(),
+                      chosen.italic(),
+                      chosen.underline(),
+                      chosen.strikeOut(),
+                      start.colour};
 }
 
 std::optional<int> WidgetPrompt::chooseColour(int start) {

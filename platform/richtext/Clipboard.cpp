@@ -13,6 +13,7 @@
 #include <QMimeData>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
+#include <QTextTable>
 
 #include <algorithm>
 
@@ -69,6 +70,23 @@ void takeLook(rtf::Document& model, const rtf::CharFormat& look, const QString& 
         format.lineMultiple = false;
         format.style = 0;
     }
+}
+
+int tablesAround(const QTextCursor& cursor) {
+    int count = 0;
+    for (const QTextFrame* frame = cursor.currentFrame(); frame != nullptr;
+         frame = frame->parentFrame()) {
+        count += qobject_cast<const QTextTable*>(frame) != nullptr ? 1 : 0;
+    }
+    return count;
+}
+
+int tablesDeep(const rtf::Document& model) {
+    int deepest = 0;
+    for (const rtf::Paragraph& paragraph : model.paragraphs) {
+        deepest = std::max(deepest, model.depthOf(paragraph.row));
+    }
+    return deepest;
 }
 
 } // namespace
@@ -142,8 +160,8 @@ void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
         takeLook(model, richtext::fromScreen(cursor.charFormat()),
                  SelFontName().value_or(m_default.name));
     }
-    if (cursor.currentTable() != nullptr) {
-        // A table inside a cell is shown as its text.
+    if (tablesAround(cursor) + tablesDeep(model) > rtf::kMostNested) {
+        // Tables that would lie too deep are shown as their text.
         for (rtf::Paragraph& paragraph : model.paragraphs) {
             paragraph.row = -1;
         }

@@ -14,11 +14,8 @@ namespace {
 
 /// A table much larger than its cells is cut in two, for the screen's table has all of them.
 constexpr int kEmptyCells = 256;
-
-bool sameList(const rtf::ParFormat& a, const rtf::ParFormat& b) {
-    return a.list == b.list && a.listStart == b.listStart && a.listBefore == b.listBefore &&
-           a.listAfter == b.listAfter && a.left == b.left;
-}
+/// So is a longer one: the screen lays a table out at once.
+constexpr int kMostRows = 200;
 
 } // namespace
 
@@ -40,23 +37,48 @@ void DocumentLoader::prepareFormats() {
 
 void DocumentLoader::insert(QTextCursor& cursor) {
     prepareFormats();
-    const int count = static_cast<int>(m_source.paragraphs.size());
+    range(cursor, 0, {});
+}
+
+/// True for a paragraph of the cell, or of a table inside it.
+bool DocumentLoader::isIn(int paragraph, const Cell& cell) const {
+    if (paragraph >= static_cast<int>(m_source.paragraphs.size())) {
+        return false;
+    }
+    if (cell.level == 0) {
+        return true;
+    }
+    const rtf::CellPath path = m_source.cellsOf(at(paragraph));
+    if (path.depth < cell.level) {
+        return false;
+    }
+    const rtf::CellPlace& place = path.at(cell.level - 1);
+    return place.row == cell.row && std::min(place.cell, cell.lastColumn) == cell.column;
+}
+
+int DocumentLoader::range(QTextCursor& cursor, int first, const Cell& cell) {
+    m_list = nullptr;
     bool newBlock = false;
-    for (int i = 0; i < count;) {
-        if (at(i).row >= 0) {
+    bool behindTable = false;
+    int i = first;
+    while (isIn(i, cell)) {
+        if (m_source.depthOf(at(i).row) > cell.level) {
             // An empty block right before a table is not shown, so a real one needs a second.
             if (newBlock && cursor.block().length() == 1) {
                 cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
             }
-            m_list = nullptr;
-            i = table(cursor, i);
+            i = table(cursor, i, cell, behindTable);
             newBlock = false;
+            behindTable = true;
             continue;
         }
         paragraph(cursor, at(i), newBlock);
         newBlock = true;
+        behindTable = false;
         ++i;
     }
+    m_list = nullptr;
+    return i;
 }
 
 void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph,
@@ -85,7 +107,7 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
         m_list = nullptr;
         return;
     }
-    if (m_list != nullptr && sameList(m_listOf, format)) {
+    if (m_list != nullptr && rtf::isSameList(m_listOf, format)) {
         m_list->add(cursor.block());
         return;
     }
@@ -131,44 +153,45 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
     cursor.insertText(text, chars);
 }
 
-int DocumentLoader::rowsOfTable(int first, int& columns) const {
-    int rows = 0;
+/// The row of a table in that many others that a paragraph lies in.
+int DocumentLoader::rowAt(int paragraph, int level) const {
+    return m_source.cellsOf(at(paragraph)).at(level).row;
+}
+
+/// The rows of the table that begins at a paragraph.
+std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) const {
+    std::vector<int> rows;
+    int columns = 0;
     int cells = 0;
-    columns = 0;
-    const int count = static_cast<int>(m_source.paragraphs.size());
-    for (int i = first, row = -1; i < count && at(i).row >= 0; ++i) {
-        if (at(i).row == row) {
+    for (int i = first; isIn(i, around) && m_source.depthOf(at(i).row) > around.level; ++i) {
+        const int row = rowAt(i, around.level);
+        if (!rows.empty() && rows.back() == row) {
             continue;
         }
-        row = at(i).row;
-        const int edges =
-            static_cast<int>(m_source.rows[static_cast<std::size_t>(row)].edges.size());
+        const int edges = static_cast<int>(source(row).edges.size());
         const int wider = std::max({columns, edges, 1});
-        if (rows > 0 && wider * (rows + 1) > 2 * (cells + edges) + kEmptyCells) {
+        const int count = static_cast<int>(rows.size());
+        const bool sparse = wider * (count + 1) > 2 * (cells + edges) + kEmptyCells;
+        if (count == kMostRows || (count > 0 && sparse)) {
             break;
         }
         columns = wider;
         cells += edges;
-        ++rows;
+        rows.push_back(row);
     }
     return rows;
 }
 
-QList<rtf::Row> DocumentLoader::rowsAsRead(int first, int rows) const {
-    QList<rtf::Row> found;
-    for (int i = first, row = -1; found.size() < rows; ++i) {
-        if (at(i).row != row) {
-            row = at(i).row;
-            found.append(m_source.rows[static_cast<std::size_t>(row)]);
-        }
+QTextTableFormat DocumentLoader::tableFormat(const std::vector<int>& rows) const {
+    const rtf::Row& look = source(rows.front());
+    QList<rtf::Row> asRead;
+    qsizetype columns = 1;
+    for (const int row : rows) {
+        asRead.append(source(row));
+        asRead.last().parent = -1;
+        asRead.last().parentCell = 0;
+        columns = std::max(columns, asRead.last().edges.size());
     }
-    return found;
-}
-
-int DocumentLoader::table(QTextCursor& cursor, int first) {
-    int columns = 0;
-    const int rows = rowsOfTable(first, columns);
-    const rtf::Row& look = m_source.rows[static_cast<std::size_t>(at(first).row)];
     QTextTableFormat format;
     format.setCellPadding(pixels(look.gap, m_dotsPerInch) / 2);
     format.setCellSpacing(0);
@@ -183,34 +206,33 @@ int DocumentLoader::table(QTextCursor& cursor, int first) {
         left = std::max(edge, left);
     }
     format.setColumnWidthConstraints(widths);
-    format.setProperty(kRows, QVariant::fromValue(rowsAsRead(first, rows)));
-    QTextTable* const table = cursor.insertTable(rows, columns, format);
-    int paragraph = first;
-    for (int row = 0; row < rows; ++row) {
-        paragraph = fillRow(table, row, paragraph);
-    }
-    cursor.setPosition(table->lastPosition() + 1);
-    m_list = nullptr;
-    return paragraph;
+    format.setProperty(kRows, QVariant::fromValue(asRead));
+    return format;
 }
 
-int DocumentLoader::fillRow(QTextTable* table, int row, int first) {
-    const int count = static_cast<int>(m_source.paragraphs.size());
-    const int wanted = at(first).row;
-    const auto inColumn = [&](int i, int column) {
-        return i < count && at(i).row == wanted &&
-               std::min(at(i).cell, table->columns() - 1) == column;
-    };
-    int i = first;
-    while (i < count && at(i).row == wanted) {
-        const int column = std::min(at(i).cell, table->columns() - 1);
-        QTextCursor cell = table->cellAt(row, column).firstCursorPosition();
-        m_list = nullptr;
-        for (bool newBlock = false; inColumn(i, column); ++i, newBlock = true) {
-            paragraph(cell, at(i), newBlock);
+int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bool continues) {
+    const std::vector<int> rows = rowsOfTable(first, around);
+    QTextTableFormat format = tableFormat(rows);
+    if (continues) {
+        format.setProperty(kContinues, true);
+    }
+    const auto columns = static_cast<int>(format.columnWidthConstraints().size());
+    QTextTable* const table = cursor.insertTable(static_cast<int>(rows.size()), columns, format);
+    int paragraph = first;
+    for (int row = 0; row < table->rows(); ++row) {
+        Cell cell{.level = around.level + 1,
+                  .row = rows[static_cast<std::size_t>(row)],
+                  .lastColumn = columns - 1};
+        while (isIn(paragraph, around) && m_source.depthOf(at(paragraph).row) >= cell.level &&
+               rowAt(paragraph, around.level) == cell.row) {
+            const int column = m_source.cellsOf(at(paragraph)).at(around.level).cell;
+            cell.column = std::min(column, cell.lastColumn);
+            QTextCursor inside = table->cellAt(row, cell.column).firstCursorPosition();
+            paragraph = range(inside, paragraph, cell);
         }
     }
-    return i;
+    cursor.setPosition(table->lastPosition() + 1);
+    return paragraph;
 }
 
 } // namespace yrw::richtext

@@ -3,11 +3,11 @@
 #include "platform/rtf/Model.h"
 
 #include <QTextCursor>
+#include <QTextTableFormat>
 
 #include <vector>
 
 class QTextList;
-class QTextTable;
 
 namespace yrw::richtext {
 
@@ -26,17 +26,31 @@ public:
     void insert(QTextCursor& cursor);
 
 private:
+    /// A cell of the source, in so many tables; level 0 is the whole document.
+    struct Cell {
+        int level = 0;
+        int row = -1;
+        int column = 0;
+        int lastColumn = 0; ///< of its table; cells further right count as that
+    };
+
     void prepareFormats();
+    /// Inserts the paragraphs of a cell from `first` on; returns the paragraph behind them.
+    int range(QTextCursor& cursor, int first, const Cell& cell);
     void paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph, bool newBlock);
     void runs(QTextCursor& cursor, const rtf::Paragraph& paragraph);
     void run(QTextCursor& cursor, const rtf::Run& run);
     void joinList(QTextCursor& cursor, const rtf::ParFormat& format);
     /// Inserts the table that begins at paragraph `first`; returns the paragraph behind it.
-    [[nodiscard]] QList<rtf::Row> rowsAsRead(int first, int rows) const;
-    int table(QTextCursor& cursor, int first);
-    int rowsOfTable(int first, int& columns) const;
-    int fillRow(QTextTable* table, int row, int paragraph);
+    int table(QTextCursor& cursor, int first, const Cell& around, bool continues);
+    [[nodiscard]] QTextTableFormat tableFormat(const std::vector<int>& rows) const;
+    [[nodiscard]] std::vector<int> rowsOfTable(int first, const Cell& around) const;
+    [[nodiscard]] bool isIn(int paragraph, const Cell& cell) const;
+    [[nodiscard]] int rowAt(int paragraph, int level) const;
     [[nodiscard]] const rtf::Paragraph& at(int paragraph) const;
+    [[nodiscard]] const rtf::Row& source(int row) const {
+        return m_source.rows[static_cast<std::size_t>(row)];
+    }
 
     const rtf::Document& m_source;
     std::vector<rtf::Inline>& m_inlines;

@@ -107,6 +107,7 @@ void DocumentScanner::ensureParagraph() {
 }
 
 void DocumentScanner::frame(QTextFrame::iterator it, const QTextFrame::iterator& end) {
+    bool behindTable = false;
     while (it != end) {
         const QTextBlock current = it.currentBlock();
         const QTextFrame* const inner = it.currentFrame();
@@ -114,16 +115,20 @@ void DocumentScanner::frame(QTextFrame::iterator it, const QTextFrame::iterator&
         if (inner != nullptr) {
             const auto* const asTable = qobject_cast<const QTextTable*>(inner);
             const bool whole = inner->firstPosition() > m_begin && inner->lastPosition() < m_end;
-            if (asTable != nullptr && m_row < 0 && whole) {
+            if (asTable != nullptr && m_level < rtf::kMostNested && whole) {
                 table(*asTable);
+                behindTable = true;
             } else {
                 frame(inner->begin(), inner->end());
             }
             continue;
         }
-        // An empty block right before a table is not shown and is no paragraph.
-        const bool beforeTable = current.length() == 1 && it != end &&
-                                 qobject_cast<QTextTable*>(it.currentFrame()) != nullptr;
+        // An empty block right before a table is not shown and is no paragraph; but it keeps two
+        // tables apart that would else be one.
+        const auto* const next = it != end ? qobject_cast<QTextTable*>(it.currentFrame()) : nullptr;
+        const bool beforeTable = current.length() == 1 && next != nullptr &&
+                                 (!behindTable || next->format().boolProperty(kContinues));
+        behindTable = false;
         const bool inside =
             current.position() < m_end && current.position() + current.length() > m_begin;
         if (inside && !beforeTable) {
@@ -134,9 +139,13 @@ void DocumentScanner::frame(QTextFrame::iterator it, const QTextFrame::iterator&
 
 void DocumentScanner::table(const QTextTable& table) {
     const QList<rtf::Row> looks = rowsOf(table, m_dotsPerInch);
+    const rtf::CellPlace around{m_row, m_cell};
+    ++m_level;
     for (int row = 0; row < table.rows(); ++row) {
         m_row = static_cast<int>(m_result.rows.size());
         m_result.rows.push_back(looks[row]);
+        m_result.rows.back().parent = around.row;
+        m_result.rows.back().parentCell = around.cell;
         for (int column = 0; column < looks[row].edges.size(); ++column) {
             m_cell = column;
             const QTextTableCell cell = table.cellAt(row, column);
@@ -148,7 +157,9 @@ void DocumentScanner::table(const QTextTable& table) {
             }
         }
     }
-    m_row = -1;
+    --m_level;
+    m_row = around.row;
+    m_cell = around.cell;
 }
 
 void DocumentScanner::block(const QTextBlock& block) {

@@ -48,6 +48,7 @@ private:
     int m_end = 0;
     int m_row = -1;
     int m_cell = 0;
+    int m_level = 0;                        ///< number of tables around the present place
     std::unordered_map<int, int> m_formats; ///< model format by the text document's format index
 };
 

@@ -24,6 +24,14 @@ int colourOf(const QBrush& brush) {
                                         : static_cast<int>(brush.color().rgb() & 0xFFFFFF);
 }
 
+/// Black or white, whichever can be read on a ground.
+QColor readableOn(int background) {
+    constexpr int kMiddle = 128;
+    const QRgb ground =
+        background == rtf::kAutomatic ? qRgb(255, 255, 255) : static_cast<QRgb>(background);
+    return qGray(ground) >= kMiddle ? QColor(Qt::black) : QColor(Qt::white);
+}
+
 Qt::Alignment screenAlignment(rtf::Alignment alignment) {
     switch (alignment) {
     case rtf::Alignment::Right:
@@ -104,6 +112,11 @@ QTextCharFormat toScreen(const rtf::CharFormat& format, const QString& fontName)
     chars.setForeground(brushOf(format.colour));
     if (format.background != rtf::kAutomatic) {
         chars.setBackground(brushOf(format.background));
+        if (format.colour == rtf::kAutomatic) {
+            // On a ground of its own the screen's text colour might not be seen.
+            chars.setForeground(readableOn(format.background));
+            chars.setProperty(kAutomaticColour, true);
+        }
     }
     if (format.script != rtf::Script::Normal) {
         chars.setVerticalAlignment(format.script == rtf::Script::Super
@@ -121,8 +134,10 @@ rtf::CharFormat fromScreen(const QTextCharFormat& format) {
     chars.italic = format.fontItalic();
     chars.underline = format.fontUnderline();
     chars.strike = format.fontStrikeOut();
-    chars.colour = colourOf(format.foreground());
     chars.background = colourOf(format.background());
+    const bool automatic = format.boolProperty(kAutomaticColour) &&
+                           format.foreground().color() == readableOn(chars.background);
+    chars.colour = automatic ? rtf::kAutomatic : colourOf(format.foreground());
     if (format.verticalAlignment() == QTextCharFormat::AlignSuperScript) {
         chars.script = rtf::Script::Super;
     } else if (format.verticalAlignment() == QTextCharFormat::AlignSubScript) {
@@ -208,19 +223,6 @@ QTextCharFormat toScreen(const FontChoice& font) {
     chars.strike = font.strikethru;
     chars.colour = font.colour == 0 ? rtf::kAutomatic : swapRedBlue(font.colour);
     return toScreen(chars, font.name);
-}
-
-void installFontSubstitutes() {
-    static const bool done = [] {
-        QFont::insertSubstitutions(QStringLiteral("Comic Sans MS"),
-                                   {QStringLiteral("Comic Neue"), QStringLiteral("Comic Relief")});
-        QFont::insertSubstitutions(
-            QStringLiteral("MS Sans Serif"),
-            {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
-        QFont::insertSubstitutions(QStringLiteral("Tahoma"), {QStringLiteral("DejaVu Sans")});
-        return true;
-    }();
-    Q_UNUSED(done)
 }
 
 } // namespace yrw::richtext

@@ -23,7 +23,9 @@ enum Property {
     kInlineId = QTextFormat::UserProperty + 1, ///< int: which inline group
     kField,                                    ///< QByteArray: instruction of the field
     kParagraph,                                ///< rtf::ParFormat: lengths in twips, exact
-    kRows ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
+    kAutomaticColour, ///< bool: the text's colour was chosen for its background, not by a user
+    kRows,     ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
+    kContinues ///< bool: the table goes on the one right before it, which was cut in two
 };
 
 /// Screen lengths of a length in twips.
@@ -49,8 +51,5 @@ enum Property {
 [[nodiscard]] constexpr int swapRedBlue(int colour) {
     return (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
 }
-
-/// Names stand-ins of like widths for the fonts that notes ask for; done once per process.
-void installFontSubstitutes();
 
 } // namespace yrw::richtext

@@ -16,6 +16,7 @@ namespace yrw::richtext {
 namespace {
 
 constexpr double kDots = 96;
+constexpr double kCaptionPixels = 12;
 constexpr QSizeF kPlaceholder{48, 48};
 
 } // namespace
@@ -36,10 +37,12 @@ InlineRenderer::Look InlineRenderer::makeLook(const rtf::Inline& group) const {
     }
     const rtf::Picture picture = rtf::pictureOf(group.raw);
     look.picture = QPixmap::fromImage(decodePicture(picture.kind, picture.data));
+    look.size = QSizeF(pixels(picture.width, kDots), pixels(picture.height, kDots));
     if (group.kind == rtf::InlineKind::Object) {
         addObjectLook(look, group.raw);
+    } else {
+        look.caption = QStringLiteral("Drawing"); // shown where it cannot be drawn
     }
-    look.size = QSizeF(pixels(picture.width, kDots), pixels(picture.height, kDots));
     if (look.size.isEmpty()) {
         look.size = look.picture.isNull() ? kPlaceholder : QSizeF(look.picture.size());
     }
@@ -74,7 +77,7 @@ QSizeF InlineRenderer::intrinsicSize(QTextDocument* document, int, const QTextFo
     return look(format).size * (device != nullptr ? device->logicalDpiY() / kDots : 1.0);
 }
 
-void InlineRenderer::drawObject(QPainter* painter, const QRectF& rect, QTextDocument*, int,
+void InlineRenderer::drawObject(QPainter* painter, const QRectF& rect, QTextDocument* document, int,
                                 const QTextFormat& format) {
     const Look& shown = look(format);
     if (shown.size.isEmpty()) {
@@ -85,6 +88,12 @@ void InlineRenderer::drawObject(QPainter* painter, const QRectF& rect, QTextDocu
         return;
     }
     painter->save();
+    // In pixels of the layout: the painter of a printer counts points in its own dots.
+    const QPaintDevice* const device = document->documentLayout()->paintDevice();
+    QFont font = painter->font();
+    font.setPixelSize(static_cast<int>(kCaptionPixels *
+                                       (device != nullptr ? device->logicalDpiY() / kDots : 1.0)));
+    painter->setFont(font);
     painter->setPen(QPen(Qt::gray, 1, Qt::DashLine));
     painter->drawRect(rect.adjusted(0.5, 0.5, -0.5, -0.5));
     painter->drawText(rect, Qt::AlignCenter | Qt::TextWordWrap, shown.caption);

@@ -45,8 +45,9 @@ void paintNumber(QPainter& painter, const QTextBlock& block, const QRectF& rect,
     layout.endLayout();
     const QTextLine first = block.layout()->lineAt(0);
     const QPointF text = block.layout()->position() + first.naturalTextRect().topLeft();
-    painter.setPen(format.hasProperty(QTextFormat::ForegroundBrush) ? format.foreground().color()
-                                                                    : colour);
+    // Automatic text has an empty brush.
+    const QBrush brush = format.foreground();
+    painter.setPen(brush.style() == Qt::NoBrush ? colour : brush.color());
     layout.draw(&painter, QPointF(text.x() - line.horizontalAdvance(),
                                   text.y() + first.ascent() - line.ascent()));
 }

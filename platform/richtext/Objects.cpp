@@ -7,6 +7,7 @@
 #include "platform/rtf/EmbeddedObject.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QScrollBar>
@@ -116,6 +117,31 @@ std::optional<rtf::PackagedFile> RichTextBox::objectFile(int index) const {
         return rtf::readPackage(object->native);
     }
     return rtf::PackagedFile{nameOfClass(object->className, object->native), {}, object->native};
+}
+
+QString RichTextBox::objectLink(int index) const {
+    const rtf::Inline* const group = objectGroup(index);
+    const auto object =
+        group == nullptr ? std::nullopt : rtf::readObject(rtf::objectOf(group->raw).data);
+    return object ? rtf::linkOf(*object) : QString();
+}
+
+std::optional<rtf::PackagedFile> RichTextBox::objectPicture(int index) const {
+    const rtf::Inline* const group = objectGroup(index);
+    const rtf::Picture picture = group == nullptr ? rtf::Picture{} : rtf::pictureOf(group->raw);
+    if (picture.data.isEmpty()) {
+        return std::nullopt;
+    }
+    const QString name = QFileInfo(objectName(index)).completeBaseName();
+    const QImage image = richtext::decodePicture(picture.kind, picture.data);
+    if (image.isNull()) { // a drawing: other programs show it
+        const bool enhanced = picture.kind == rtf::PictureKind::Emf;
+        return rtf::PackagedFile{name + (enhanced ? u".emf" : u".wmf"), {}, picture.data};
+    }
+    QBuffer png;
+    png.open(QIODevice::WriteOnly);
+    image.save(&png, "PNG");
+    return rtf::PackagedFile{name + u".png", {}, png.data()};
 }
 
 QString RichTextBox::objectCopy(int index) const {

@@ -1,6 +1,7 @@
 #include "platform/richtext/RichTextBox.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/forms/FontSubstitutes.h"
 #include "platform/richtext/DocumentLoader.h"
 #include "platform/richtext/DocumentScanner.h"
 #include "platform/richtext/Formats.h"
@@ -25,7 +26,7 @@ using richtext::DocumentScanner;
 RichTextBox::RichTextBox(QWidget* parent)
     : QTextEdit(parent),
       m_renderer(std::make_unique<richtext::InlineRenderer>(m_inlines, nullptr)) {
-    richtext::installFontSubstitutes();
+    installFontSubstitutes();
     m_default.name = QStringLiteral("Comic Sans MS");
     document()->documentLayout()->registerHandler(richtext::kInlineObject, m_renderer.get());
     connect(this, &QTextEdit::textChanged, this, &RichTextBox::contentChanged);
@@ -50,7 +51,6 @@ void RichTextBox::load(const rtf::Document& source) {
     {
         const QSignalBlocker quiet(this);
         document()->setUndoRedoEnabled(false);
-        document()->clear();
         m_inlines.clear();
         m_renderer->reset();
         m_header = source;
@@ -62,8 +62,12 @@ void RichTextBox::load(const rtf::Document& source) {
         m_header.parFormats.clear();
         m_header.inlines.clear();
         m_header.fields.clear();
+        // An insertion point that the text pushes to its end, or a text that was not emptied in the
+        // same step, would have all of it laid out at once; so it happens while it is looked at.
+        setTextCursor(QTextCursor());
         QTextCursor cursor(document());
         cursor.beginEditBlock();
+        document()->clear();
         DocumentLoader(source, m_inlines, logicalDpiX()).insert(cursor);
         cursor.endEditBlock();
         document()->setUndoRedoEnabled(true);

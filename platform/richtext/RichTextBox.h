@@ -102,6 +102,10 @@ public:
     /// The object's content as a file; nothing for a link or damaged data. The label is a plain
     /// file name.
     [[nodiscard]] std::optional<rtf::PackagedFile> objectFile(int index) const;
+    /// The path of the file that an object is a link to, as the object names it; else empty.
+    [[nodiscard]] QString objectLink(int index) const;
+    /// The picture that an object shows, as a file; nothing for one without.
+    [[nodiscard]] std::optional<rtf::PackagedFile> objectPicture(int index) const;
     /// Writes an object's content into a folder that only its user may read and that is gone when
     /// the program ends; the copy is read-only and carries the object's name. Empty where
     /// `objectFile` gives nothing or the disk is full.

@@ -17,6 +17,7 @@ constexpr quint32 kVersion = 0x501;
 constexpr quint32 kLinked = 1;
 constexpr quint32 kEmbedded = 2;
 constexpr quint16 kStreamMark = 2;
+constexpr quint16 kLinkedFile = 1;
 constexpr quint16 kEmbeddedFile = 3;
 constexpr int kLargest = 31680; ///< twips
 
@@ -122,6 +123,21 @@ std::optional<PackagedFile> readPackage(QByteArrayView native) {
     file.label = baseName(wideLabel && !wideLabel->isEmpty() ? *wideLabel : label);
     file.originalPath = widePath && !widePath->isEmpty() ? *widePath : path;
     return file;
+}
+
+QString linkOf(const EmbeddedObject& object) {
+    if (object.linked) {
+        return decode(1252, object.topic);
+    }
+    ByteReader reader(object.native);
+    const quint16 mark = reader.u16();
+    reader.text(); // the label
+    const QString path = decode(1252, reader.text());
+    reader.u16();
+    const quint16 kind = reader.u16();
+    const bool link = object.className == kPackageClass && !reader.failed() &&
+                      mark == kStreamMark && kind == kLinkedFile;
+    return link ? path : QString();
 }
 
 QByteArray writePackage(const PackagedFile& file) {

@@ -43,6 +43,8 @@ struct ObjectGroup {
 
 /// Reads the native data of a "Package" object; nothing when it is damaged.
 [[nodiscard]] std::optional<PackagedFile> readPackage(QByteArrayView native);
+/// The path of the file that an object is a link to; empty for one that holds its data.
+[[nodiscard]] QString linkOf(const EmbeddedObject& object);
 [[nodiscard]] QByteArray writePackage(const PackagedFile& file);
 
 /// The last part of a path with either separator, without characters that a file name cannot

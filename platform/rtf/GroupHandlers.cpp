@@ -17,18 +17,18 @@ void Parser::skipHere() {
     }
 }
 
-void Parser::destination(const Token& token, int value) {
+void Parser::destination(const Token&, int value) {
     const auto wanted = static_cast<Destination>(value);
     if (wanted == Destination::Skip) {
-        if (token.text == "nesttableprops" && inBody()) {
-            // A table inside a cell is shown as text; this group ends a row of it.
-            appendCharacter(kLineBreak);
-        }
         skipHere();
         return;
     }
     if (wanted == Destination::Body || m_stack.size() < 2) {
         return; // text goes where the group around it sends it
+    }
+    if (wanted == Destination::NestedRow && !inBody()) {
+        skipHere();
+        return;
     }
     if (wanted == Destination::Pn) {
         m_pn = ParFormat{};

@@ -15,6 +15,12 @@ constexpr int kLongestLength = 31680; ///< 22 inches in twips, the most a length
 constexpr int kLargestSize = 3276;    ///< half points
 constexpr qsizetype kMostTabs = 64;
 
+/// There is room for the numbers of more fonts above.
+int fontNumberOf(int number) {
+    constexpr int kLargestNumber = 1 << 24;
+    return std::clamp(number, 0, kLargestNumber);
+}
+
 int length(int twips) {
     return std::clamp(twips, -kLongestLength, kLongestLength);
 }
@@ -93,15 +99,16 @@ void Parser::plain(const Token&, int) {
 }
 
 void Parser::fontNumber(const Token& token, int) {
+    const int number = fontNumberOf(token.number);
     if (m_state.destination == Destination::FontTable) {
         closeFont();
-        m_font = Font{.number = token.number, .name = {}};
+        m_font = Font{.number = number, .name = {}};
         m_fontPage = 0;
         m_fontOpen = true;
         return;
     }
-    m_state.chars.font = m_builder.fontByNumber(token.number);
-    auto page = m_fontPages.find(token.number);
+    m_state.chars.font = m_builder.fontByNumber(number);
+    auto page = m_fontPages.find(number);
     page = page == m_fontPages.end() ? m_fontPages.find(m_defaultNumber) : page;
     m_state.codePage = page == m_fontPages.end() ? 0 : page->second;
 }
@@ -134,7 +141,10 @@ void Parser::parValue(const Token& token, int value) {
         pars.style = std::max(0, token.number);
         break;
     case kInTable:
-        m_state.inTable = true;
+        m_state.tableLevel = std::max(m_state.tableLevel, 1);
+        break;
+    case kTableLevel:
+        m_state.tableLevel = std::clamp(token.number, 0, kMostNested);
         break;
     default:
         pars.rightToLeft = value == kRightToLeft;
@@ -154,7 +164,7 @@ void Parser::alignment(const Token&, int value) {
 
 void Parser::pard(const Token&, int) {
     m_state.pars = ParFormat{};
-    m_state.inTable = false;
+    m_state.tableLevel = 0;
     m_state.listNumber = 0;
     m_state.listLevel = 0;
 }
@@ -186,7 +196,7 @@ void Parser::documentValue(const Token& token, int value) {
         m_documentPage = token.number > 0 ? token.number : m_documentPage;
         break;
     case kDefaultFont:
-        m_defaultNumber = token.number;
+        m_defaultNumber = fontNumberOf(token.number);
         break;
     case kMac:
         m_documentPage = 10000;
@@ -205,15 +215,12 @@ void Parser::paragraphEnd(const Token&, int) {
     if (!inBody()) {
         return;
     }
-    if (m_rowIndex >= 0 && !m_state.inTable) {
-        endRow();
-    }
-    int row = -1;
-    if (m_state.inTable) {
-        startRow();
-        row = m_rowIndex;
-    }
-    m_builder.endParagraph(paragraphFormat(), format(), row, m_cell);
+    // Behind a row inside a cell comes a paragraph of that cell.
+    const int level = std::max(m_state.tableLevel, lastLevel() - 1);
+    endRows(level);
+    startRows(level);
+    const OpenRow place = level > 0 ? m_open.back() : OpenRow{.index = -1};
+    m_builder.endParagraph(paragraphFormat(), format(), place.index, place.cell);
 }
 
 void Parser::pageBreak(const Token&, int) {

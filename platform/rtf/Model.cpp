@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace yrw::rtf {
 
@@ -33,14 +34,25 @@ bool sameRun(const Document& a, const Run& left, const Document& b, const Run& r
            (left.field < 0 || at(a.fields, left.field) == at(b.fields, right.field));
 }
 
+/// Rows are the same when their looks are and those of the rows around them.
+bool sameRow(const Document& a, int rowA, const Document& b, int rowB) {
+    while (rowA >= 0 && rowB >= 0) {
+        Row left = at(a.rows, rowA);
+        const Row& right = at(b.rows, rowB);
+        rowA = std::exchange(left.parent, right.parent);
+        rowB = right.parent;
+        if (!(left == right)) {
+            return false;
+        }
+    }
+    return rowA < 0 && rowB < 0;
+}
+
 bool sameParagraph(const Document& a, const Paragraph& left, const Document& b,
                    const Paragraph& right) {
     if (left.runCount != right.runCount || left.cell != right.cell ||
-        (left.row < 0) != (right.row < 0) ||
-        !(at(a.parFormats, left.format) == at(b.parFormats, right.format))) {
-        return false;
-    }
-    if (left.row >= 0 && !(at(a.rows, left.row) == at(b.rows, right.row))) {
+        !(at(a.parFormats, left.format) == at(b.parFormats, right.format)) ||
+        !sameRow(a, left.row, b, right.row)) {
         return false;
     }
     if (left.runCount == 0) {
@@ -54,7 +66,47 @@ bool sameParagraph(const Document& a, const Paragraph& left, const Document& b,
     return true;
 }
 
+/// True when the second paragraph begins another cell of the innermost row around both.
+bool isNextCell(const Document& document, const Paragraph& one, const Paragraph& next) {
+    if (one.row < 0 || next.row < 0) {
+        return false;
+    }
+    const CellPath a = document.cellsOf(one);
+    const CellPath b = document.cellsOf(next);
+    for (int level = 0; level < std::min(a.depth, b.depth); ++level) {
+        if (!(a.at(level) == b.at(level))) {
+            return a.at(level).row == b.at(level).row;
+        }
+    }
+    return false;
+}
+
 } // namespace
+
+bool isSameList(const ParFormat& a, const ParFormat& b) {
+    return a.list == b.list && a.listStart == b.listStart && a.listBefore == b.listBefore &&
+           a.listAfter == b.listAfter && a.left == b.left;
+}
+
+int Document::depthOf(int row) const {
+    int depth = 0;
+    for (; row >= 0; row = at(rows, row).parent) {
+        ++depth;
+    }
+    return depth;
+}
+
+CellPath Document::cellsOf(const Paragraph& paragraph) const {
+    CellPath path;
+    path.depth = std::min(depthOf(paragraph.row), kMostNested);
+    CellPlace place{paragraph.row, paragraph.cell};
+    for (int level = path.depth - 1; level >= 0; --level) {
+        path.places[static_cast<std::size_t>(level)] = place;
+        const Row& row = at(rows, place.row);
+        place = {row.parent, row.parentCell};
+    }
+    return path;
+}
 
 QString Document::plainText() const {
     QString plain;
@@ -71,10 +123,8 @@ QString Document::plainText() const {
             }
         }
         if (i + 1 < paragraphs.size()) {
-            const Paragraph& next = paragraphs[i + 1];
-            const bool sameRow = paragraph.row >= 0 && paragraph.row == next.row;
-            plain += sameRow && paragraph.cell != next.cell ? QStringLiteral("\t")
-                                                            : QStringLiteral("\r\n");
+            plain += isNextCell(*this, paragraph, paragraphs[i + 1]) ? QStringLiteral("\t")
+                                                                     : QStringLiteral("\r\n");
         }
     }
     plain.replace(QChar(kLineBreak), QStringLiteral("\r\n"));
@@ -86,7 +136,10 @@ bool operator==(const Document& a, const Document& b) {
         return false;
     }
     for (std::size_t i = 0; i < a.paragraphs.size(); ++i) {
-        if (!sameParagraph(a, a.paragraphs[i], b, b.paragraphs[i])) {
+        // Rows of one look are still two rows.
+        const bool sameRows = i == 0 || (a.paragraphs[i].row == a.paragraphs[i - 1].row) ==
+                                            (b.paragraphs[i].row == b.paragraphs[i - 1].row);
+        if (!sameRows || !sameParagraph(a, a.paragraphs[i], b, b.paragraphs[i])) {
             return false;
         }
     }

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 
+#include <array>
 #include <vector>
 
 namespace yrw::rtf {
@@ -14,6 +15,8 @@ inline constexpr int kAutomatic = -1;
 inline constexpr char16_t kInlineMark = 0xFFFC;
 /// A line break inside a paragraph.
 inline constexpr char16_t kLineBreak = 0x2028;
+/// Tables lie in each other at most so deep; what is deeper counts as of the deepest.
+inline constexpr int kMostNested = 8;
 
 enum class Script : quint8 { Normal, Super, Sub };
 
@@ -82,20 +85,41 @@ struct Paragraph {
     int runCount = 0;
     int format = 0; ///< index into `Document::parFormats`
     int mark = 0;   ///< format of an empty paragraph, index into `Document::charFormats`
-    int row = -1;   ///< index into `Document::rows`, or -1 outside a table
+    int row = -1;   ///< innermost row, index into `Document::rows`; -1 outside a table
     int cell = 0;   ///< column in that row
 
     friend bool operator==(const Paragraph&, const Paragraph&) = default;
 };
 
-/// A table row; consecutive rows with nothing between them make a table.
+/// A table row; consecutive rows with nothing between them make a table. A row inside a cell of
+/// another is followed by a paragraph of that cell, if an empty one.
 struct Row {
     int left = 0;         ///< twips from the margin
     int gap = 108;        ///< half the space between cells, twips
     bool borders = false; ///< cells have a frame
     QList<int> edges;     ///< right edge of each cell, twips from the margin
+    int parent = -1;      ///< row around this one, an earlier one of `Document::rows`; -1: none
+    int parentCell = 0;   ///< column in that row
 
     friend bool operator==(const Row&, const Row&) = default;
+};
+
+/// A cell of a table.
+struct CellPlace {
+    int row = -1;
+    int cell = 0;
+
+    friend bool operator==(const CellPlace&, const CellPlace&) = default;
+};
+
+/// The cells that a paragraph lies in, the outermost first.
+struct CellPath {
+    std::array<CellPlace, kMostNested> places;
+    int depth = 0;
+
+    [[nodiscard]] const CellPlace& at(int level) const {
+        return places[static_cast<std::size_t>(level)];
+    }
 };
 
 /// A font of the font table. Numbers stay as read, for kept groups refer to them.
@@ -107,6 +131,9 @@ struct Font {
 
     friend bool operator==(const Font&, const Font&) = default;
 };
+
+/// True when the items of one list may have these formats: its numbers go on.
+[[nodiscard]] bool isSameList(const ParFormat& a, const ParFormat& b);
 
 enum class InlineKind : quint8 { Picture, Object, Kept };
 
@@ -148,6 +175,9 @@ struct Document {
     int defaultFont = 0;     ///< index into `fonts`
     bool incomplete = false; ///< the input was cut off or damaged
 
+    /// Number of rows that lie around each other, that one included; 0 for -1.
+    [[nodiscard]] int depthOf(int row) const;
+    [[nodiscard]] CellPath cellsOf(const Paragraph& paragraph) const;
     /// The text without formats: paragraphs end in CR LF except the last, cells in a tab, and an
     /// object shows as a blank.
     [[nodiscard]] QString plainText() const;

@@ -78,11 +78,11 @@ void Parser::run() {
 void Parser::finish() {
     flush();
     m_document.incomplete = m_document.incomplete || m_tokens.overran() || m_overflow > 0;
-    if (m_rowIndex >= 0) {
+    if (!m_open.empty()) {
         if (!m_builder.paragraphIsEmpty()) {
-            endCell();
+            endCell(static_cast<int>(m_open.size()));
         }
-        endRow();
+        endRows(0);
     }
     if (m_document.paragraphs.empty() || !m_builder.paragraphIsEmpty() ||
         m_document.paragraphs.back().row >= 0) {
@@ -309,7 +309,9 @@ void Parser::deliver(QStringView text) {
         m_pn.listAfter += text;
         break;
     case Destination::ListLevelText:
-        m_levels.back().text += text.toLatin1();
+        if (!m_levels.empty()) { // a list table inside the text begins anew
+            m_levels.back().text += text.toLatin1();
+        }
         break;
     default:
         break;

@@ -23,7 +23,8 @@ enum class Destination : quint8 {
     PnAfter,
     ListTable,
     ListLevelText,
-    ListOverrides
+    ListOverrides,
+    NestedRow ///< the format of a row inside a cell
 };
 
 /// What a group inherits from the one around it.
@@ -39,7 +40,7 @@ struct State {
     int listNumber = 0; ///< \ls
     int listLevel = 0;  ///< \ilvl
     Destination destination = Destination::Body;
-    bool inTable = false;
+    int tableLevel = 0;     ///< number of tables around the paragraph
     bool starred = false;   ///< the group began with \*
     bool fresh = false;     ///< nothing was read in the group yet
     bool isField = false;   ///< a \field group
@@ -51,6 +52,12 @@ struct ListLevel {
     ListKind kind = ListKind::None;
     int start = 1;
     QByteArray text;
+};
+
+/// A row whose cells are being read.
+struct OpenRow {
+    int index = 0; ///< in `Document::rows`
+    int cell = 0;  ///< the cell that is being read
 };
 
 /// One pass over the input. Control words are looked up in a table of handlers (Words.cpp).
@@ -102,9 +109,13 @@ private:
     bool skipped(const Token& token);
     void deliver(QStringView text);
     void applyList();
-    void endCell();
-    void startRow();
+    void startRows(int level);
+    void endCell(int level);
     void endRow();
+    void endRows(int level);
+    void cellWord(int level);
+    void rowWord(int level);
+    [[nodiscard]] int lastLevel() const;
     void closeFont();
     void useDefaultFont(int codePage);
     void ensureDefaultFont();
@@ -146,9 +157,9 @@ private:
     bool m_colourSet = false;
 
     ParFormat m_pn;
-    Row m_row;
-    int m_rowIndex = -1;
-    int m_cell = 0;
+    Row m_row;                   ///< format of the next row, as far as it is known
+    Row m_nestedRow;             ///< the same of a row inside a cell
+    std::vector<OpenRow> m_open; ///< the outermost first
     std::unordered_map<int, std::vector<ListLevel>> m_lists; ///< by list id
     std::unordered_map<int, int> m_overrides;                ///< list id by \ls number
     std::vector<ListLevel> m_levels;

@@ -46,24 +46,39 @@ QString textAfterNumber(const QByteArray& level) {
 
 } // namespace
 
-void Parser::startRow() {
-    if (m_rowIndex < 0) {
-        m_rowIndex = static_cast<int>(m_document.rows.size());
-        m_document.rows.push_back(m_row);
-        m_cell = 0;
+/// Number of tables around the last paragraph.
+int Parser::lastLevel() const {
+    return m_document.paragraphs.empty() ? 0 : m_document.depthOf(m_document.paragraphs.back().row);
+}
+
+void Parser::startRows(int level) {
+    while (static_cast<int>(m_open.size()) < level) {
+        Row row = m_open.empty() ? m_row : Row{};
+        if (!m_open.empty()) {
+            row.parent = m_open.back().index;
+            row.parentCell = m_open.back().cell;
+        }
+        m_open.push_back({.index = static_cast<int>(m_document.rows.size())});
+        m_document.rows.push_back(row);
     }
 }
 
-void Parser::endCell() {
-    startRow();
-    m_builder.endParagraph(paragraphFormat(), format(), m_rowIndex, m_cell);
-    ++m_cell;
+void Parser::endCell(int level) {
+    endRows(level);
+    startRows(level);
+    m_builder.endParagraph(paragraphFormat(), format(), m_open.back().index, m_open.back().cell);
+    ++m_open.back().cell;
 }
 
+/// Ends the innermost open row in the format that its end gave it.
 void Parser::endRow() {
-    Row row = m_row;
-    int count = std::max(m_cell, 1);
-    if (!m_document.paragraphs.empty() && m_document.paragraphs.back().row == m_rowIndex) {
+    const OpenRow open = m_open.back();
+    Row& stored = m_document.rows[static_cast<std::size_t>(open.index)];
+    Row row = m_open.size() == 1 ? m_row : m_nestedRow;
+    row.parent = stored.parent;
+    row.parentCell = stored.parentCell;
+    int count = std::max(open.cell, 1);
+    if (m_document.paragraphs.back().row == open.index) {
         count = std::max(count, m_document.paragraphs.back().cell + 1); // a cell left open
     }
     // Cells without an edge are one inch wide; edges without a cell are not there.
@@ -71,47 +86,74 @@ void Parser::endRow() {
         row.edges.append((row.edges.isEmpty() ? row.left : row.edges.last()) + 1440);
     }
     row.edges.resize(count);
-    m_document.rows[static_cast<std::size_t>(m_rowIndex)] = row;
-    m_rowIndex = -1;
-    m_cell = 0;
+    stored = row;
+    m_open.pop_back();
+    m_nestedRow = Row{};
+}
+
+/// Ends the rows that lie deeper than `level`.
+void Parser::endRows(int level) {
+    while (static_cast<int>(m_open.size()) > level) {
+        const int innermost = static_cast<int>(m_open.size());
+        if (lastLevel() > innermost) {
+            endCell(innermost);
+        }
+        endRow();
+    }
+}
+
+void Parser::cellWord(int level) {
+    endRows(level);
+    if (static_cast<int>(m_open.size()) == level && m_open.back().cell >= kMostCells) {
+        appendCharacter('\t');
+    } else {
+        endCell(level);
+    }
+}
+
+void Parser::rowWord(int level) {
+    endRows(level);
+    if (!m_builder.paragraphIsEmpty()) {
+        endCell(level);
+    }
+    endRows(level - 1);
 }
 
 void Parser::tableWord(const Token& token, int value) {
-    if (!inBody()) {
+    const bool nested = m_state.destination == Destination::NestedRow;
+    if (!inBody() && !nested) {
         return;
     }
+    Row& row = nested ? m_nestedRow : m_row;
     switch (value) {
     case kRowStart:
-        m_row = Row{};
+        row = Row{};
         break;
     case kCellEdge:
-        if (m_row.edges.size() < kMostCells) {
-            m_row.edges.append(std::clamp(token.number, -31680, 31680));
+        if (row.edges.size() < kMostCells) {
+            row.edges.append(std::clamp(token.number, -31680, 31680));
         }
         break;
     case kRowGap:
-        m_row.gap = std::clamp(token.number, 0, 1440);
+        row.gap = std::clamp(token.number, 0, 1440);
         break;
     case kRowLeft:
-        m_row.left = std::clamp(token.number, -31680, 31680);
+        row.left = std::clamp(token.number, -31680, 31680);
         break;
     case kBorders:
-        m_row.borders = true;
+        row.borders = true;
         break;
     case kCellEnd:
-        if (m_cell < kMostCells) {
-            endCell();
-        } else {
-            appendCharacter('\t');
-        }
+        cellWord(1);
+        break;
+    case kRowEnd:
+        rowWord(1);
+        break;
+    case kNestedCellEnd:
+        cellWord(std::max(m_state.tableLevel, 2));
         break;
     default:
-        if (!m_builder.paragraphIsEmpty()) {
-            endCell();
-        }
-        if (m_rowIndex >= 0) {
-            endRow();
-        }
+        rowWord(std::clamp(static_cast<int>(m_open.size()), 2, kMostNested));
         break;
     }
 }

@@ -28,10 +28,21 @@ enum ParWord {
     kStyle,
     kRightToLeft,
     kLeftToRight,
-    kInTable
+    kInTable,
+    kTableLevel
 };
 enum DocumentWord { kSkipCount, kAnsiCodePage, kDefaultFont, kMac, kPc, kPca };
-enum TableWord { kRowStart, kCellEdge, kRowGap, kRowLeft, kCellEnd, kRowEnd, kBorders };
+enum TableWord {
+    kRowStart,
+    kCellEdge,
+    kRowGap,
+    kRowLeft,
+    kBorders,
+    kCellEnd,
+    kRowEnd,
+    kNestedCellEnd,
+    kNestedRowEnd
+};
 enum ListWord { kListNumber, kListLevel };
 enum ListTableWord { kListStart, kListId, kLevelStart, kLevelKind, kLevelFirst };
 enum FontTableWord { kCharset, kFontCodePage, kFamily };

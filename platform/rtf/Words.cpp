@@ -58,6 +58,7 @@ constexpr WordEntry kWords[] = {
     {"rtlpar", &P::parValue, kRightToLeft},
     {"ltrpar", &P::parValue, kLeftToRight},
     {"intbl", &P::parValue, kInTable},
+    {"itap", &P::parValue, kTableLevel},
     {"tx", &P::tab, 0},
     {"ql", &P::alignment, static_cast<int>(Alignment::Left)},
     {"qr", &P::alignment, static_cast<int>(Alignment::Right)},
@@ -69,8 +70,6 @@ constexpr WordEntry kWords[] = {
     {"page", &P::pageBreak, 0},
     {"line", &P::character, kLineBreak},
     {"tab", &P::character, '\t'},
-    {"nestcell", &P::character, '\t'},
-    {"nestrow", &P::character, kLineBreak},
     {"emdash", &P::character, 0x2014},
     {"endash", &P::character, 0x2013},
     {"emspace", &P::character, 0x2003},
@@ -98,6 +97,8 @@ constexpr WordEntry kWords[] = {
     {"trleft", &P::tableWord, kRowLeft},
     {"cell", &P::tableWord, kCellEnd},
     {"row", &P::tableWord, kRowEnd},
+    {"nestcell", &P::tableWord, kNestedCellEnd},
+    {"nestrow", &P::tableWord, kNestedRowEnd},
     {"clbrdrt", &P::tableWord, kBorders},
     {"clbrdrb", &P::tableWord, kBorders},
     {"clbrdrl", &P::tableWord, kBorders},
@@ -144,6 +145,7 @@ constexpr WordEntry kWords[] = {
     {"listtable", &P::destination, number(Destination::ListTable)},
     {"leveltext", &P::destination, number(Destination::ListLevelText)},
     {"listoverridetable", &P::destination, number(Destination::ListOverrides)},
+    {"nesttableprops", &P::destination, number(Destination::NestedRow)},
     {"object", &P::picture, static_cast<int>(InlineKind::Object)},
     {"pict", &P::picture, static_cast<int>(InlineKind::Picture)},
     {"shppict", &P::picture, kBetterPicture},
@@ -155,9 +157,9 @@ constexpr WordEntry kWords[] = {
 
 /// Groups that hold no text and are not kept: what they say is known otherwise or is no use.
 constexpr std::string_view kSkippedGroups[] = {
-    "generator",      "pntext",   "listtext", "listname",  "levelnumbers",  "nonesttables",
-    "nesttableprops", "fontemb",  "fontfile", "falt",      "panose",        "fname",
-    "listpicture",    "pnseclvl", "fldtype",  "datafield", "wgrffmtfilter", "latentstyles"};
+    "generator", "pntext",   "listtext",  "listname",      "levelnumbers", "nonesttables",
+    "fontemb",   "fontfile", "falt",      "panose",        "fname",        "listpicture",
+    "pnseclvl",  "fldtype",  "datafield", "wgrffmtfilter", "latentstyles"};
 /// Groups that belong to the document as a whole.
 constexpr std::string_view kHeaderGroups[] = {"info",    "stylesheet", "header",  "headerl",
                                               "headerr", "headerf",    "footer",  "footerl",

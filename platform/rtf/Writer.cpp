@@ -2,6 +2,7 @@
 
 #include "platform/rtf/ListNumber.h"
 #include "platform/rtf/Output.h"
+#include "platform/rtf/TableOutput.h"
 
 #include <QHash>
 
@@ -33,8 +34,8 @@ private:
     void fontTable();
     void colourTable();
     void paragraph(int index);
-    void paragraphFormat(const ParFormat& format, bool inTable);
-    void listItem(const ParFormat& format, bool first);
+    void paragraphFormat(const ParFormat& format, int level);
+    void listItem(const ParFormat& format, bool defined);
     void listDefinition(const ParFormat& format);
     void content(const Paragraph& paragraph);
     void openField(int field);
@@ -42,9 +43,7 @@ private:
     void characterFormat(const CharFormat& format);
     void flag(bool wanted, bool& present, const char* on, const char* off);
     void script(Script wanted);
-    void startRow(const Row& row);
     void endOfParagraph(int index);
-    void finishRow(const Row& row);
     [[nodiscard]] bool isBullet(const Font& font) const;
     int colourIndex(int colour);
 
@@ -54,11 +53,11 @@ private:
     bool m_charsKnown = false;
     CharFormat m_outside; ///< the formats around an open field
     int m_field = -1;
+    TableOutput m_tables{m_document, m_out};
     std::optional<ParFormat> m_pars;
-    bool m_inTable = false;
-    int m_row = -1;
-    int m_cell = 0;
-    int m_item = 0; ///< number of the present list item
+    int m_level = 0;                 ///< number of tables around the present paragraph
+    std::optional<ParFormat> m_list; ///< of the list item before
+    int m_item = 0;                  ///< its number
     int m_symbolFont = 0;
     QHash<int, int> m_colours;
 };
@@ -180,37 +179,31 @@ void Writer::colourTable() {
 void Writer::paragraph(int index) {
     const Paragraph& paragraph = at(m_document.paragraphs, index);
     const ParFormat& format = at(m_document.parFormats, paragraph.format);
-    if (paragraph.row >= 0 && paragraph.row != m_row) {
-        startRow(at(m_document.rows, paragraph.row));
-        m_row = paragraph.row;
-        m_cell = 0;
+    if (m_tables.enter(paragraph)) {
+        m_pars.reset();
     }
-    for (; paragraph.row >= 0 && m_cell < paragraph.cell; ++m_cell) {
-        paragraphFormat(ParFormat{}, true);
-        m_out.word("cell");
-    }
-    const bool same = m_pars && *m_pars == format && m_inTable == (paragraph.row >= 0);
+    const int level = m_document.depthOf(paragraph.row);
+    const bool same = m_pars && *m_pars == format && m_level == level;
     if (!same) {
-        paragraphFormat(format, paragraph.row >= 0);
+        paragraphFormat(format, level);
     }
-    if (format.list != ListKind::None) {
-        listItem(format, !same);
+    if (format.list == ListKind::None) {
+        m_list.reset();
+    } else {
+        listItem(format, same);
     }
     content(paragraph);
     endOfParagraph(index);
 }
 
-void Writer::paragraphFormat(const ParFormat& format, bool inTable) {
+void Writer::paragraphFormat(const ParFormat& format, int level) {
     static constexpr std::array<const char*, 4> kAlignments = {"ql", "qr", "qc", "qj"};
     const auto length = [this](const char* name, int twips) {
         if (twips != 0) {
             m_out.word(name, twips);
         }
     };
-    m_out.word("pard");
-    if (inTable) {
-        m_out.word("intbl");
-    }
+    m_tables.format(level);
     length("s", format.style);
     if (format.rightToLeft) {
         m_out.word("rtlpar");
@@ -233,11 +226,12 @@ void Writer::paragraphFormat(const ParFormat& format, bool inTable) {
         m_out.word(kAlignments[static_cast<std::size_t>(format.alignment)]);
     }
     m_pars = format;
-    m_inTable = inTable;
+    m_level = level;
 }
 
-void Writer::listItem(const ParFormat& format, bool first) {
-    m_item = first ? format.listStart : m_item + 1;
+void Writer::listItem(const ParFormat& format, bool defined) {
+    m_item = m_list && isSameList(*m_list, format) ? m_item + 1 : format.listStart;
+    m_list = format;
     m_out.raw("{");
     m_out.word("pntext");
     if (format.list == ListKind::Bullet) {
@@ -250,7 +244,7 @@ void Writer::listItem(const ParFormat& format, bool first) {
     }
     m_out.word("tab");
     m_out.raw("}");
-    if (first) {
+    if (!defined) {
         listDefinition(format);
     }
 }
@@ -373,57 +367,24 @@ void Writer::characterFormat(const CharFormat& format) {
     m_charsKnown = true;
 }
 
-void Writer::startRow(const Row& row) {
-    m_out.word("trowd");
-    m_out.word("trgaph", row.gap);
-    m_out.word("trleft", row.left);
-    for (const int edge : row.edges) {
-        if (row.borders) {
-            for (const char* side : {"clbrdrl", "clbrdrt", "clbrdrr", "clbrdrb"}) {
-                m_out.word(side);
-                m_out.word("brdrw", 15);
-                m_out.word("brdrs");
-            }
-        }
-        m_out.word("cellx", edge);
-    }
-}
-
 void Writer::endOfParagraph(int index) {
     const Paragraph& paragraph = at(m_document.paragraphs, index);
     const bool last = index + 1 == static_cast<int>(m_document.paragraphs.size());
-    if (paragraph.row < 0) {
-        if (!last) {
-            m_out.word("par");
-            m_out.raw("\r\n");
+    const Paragraph* const next = last ? nullptr : &at(m_document.paragraphs, index + 1);
+    if (paragraph.row >= 0) {
+        if (m_tables.leave(paragraph, next)) {
+            m_pars.reset();
         }
-        return;
-    }
-    const Paragraph* next = last ? nullptr : &at(m_document.paragraphs, index + 1);
-    const bool sameRow = next != nullptr && next->row == paragraph.row;
-    if (sameRow && next->cell == paragraph.cell) {
+        if (last) {
+            paragraphFormat(ParFormat{}, 0);
+        }
+    } else if (!last) {
         m_out.word("par");
         m_out.raw("\r\n");
-        return;
     }
-    m_out.word("cell");
-    ++m_cell;
-    if (!sameRow) {
-        finishRow(at(m_document.rows, paragraph.row));
+    if (next != nullptr && (next->row != paragraph.row || next->cell != paragraph.cell)) {
+        m_list.reset(); // each cell counts for itself
     }
-    if (last) {
-        paragraphFormat(ParFormat{}, false);
-    }
-}
-
-void Writer::finishRow(const Row& row) {
-    for (; m_cell < row.edges.size(); ++m_cell) {
-        m_out.word("cell");
-    }
-    m_out.word("row");
-    m_out.raw("\r\n");
-    m_row = -1;
-    m_cell = 0;
 }
 
 } // namespace

@@ -42,12 +42,17 @@ TEST_F(InsertAttachment, WarnsOfLinksInAnyCase) {
 
 TEST_F(InsertAttachment, BrowsesWithTheFilterOfTheSystemSettings) {
     open();
-    script.chooseFiles({"/a/first.txt", "/a/second.txt"});
+    script.chooseFiles({store.folder() + "/first.txt", "/a/second.txt"});
     press("cmdBrowse");
-    EXPECT_EQ(control<QLineEdit>("txtFile").text(), "/a/first.txt");
+    EXPECT_EQ(script.fileRequests.last().folder, "");
+    open(); // the folder is remembered beyond the dialog
+    script.chooseFiles({"/gone/first.txt"});
+    press("cmdBrowse");
+    EXPECT_EQ(script.fileRequests.last().folder, store.folder());
     script.chooseFiles({});
     press("cmdBrowse");
-    EXPECT_EQ(control<QLineEdit>("txtFile").text(), "/a/first.txt");
+    EXPECT_EQ(script.fileRequests.last().folder, "");
+    EXPECT_EQ(control<QLineEdit>("txtFile").text(), "/gone/first.txt");
     EXPECT_EQ(script.asked.first(), "Insert File: Please select the file to insert");
     EXPECT_TRUE(script.fileRequests[0].several);
     EXPECT_EQ(script.fileRequests[0].filter.count('|'), 10);
@@ -58,7 +63,7 @@ TEST_F(InsertAttachment, BrowsesWithTheFilterOfTheSystemSettings) {
         "DELETE FROM tblSystem; INSERT INTO tblSystem (FileOpenFilter) VALUES ('Notes|*.nts|')");
     script.chooseFiles({});
     press("cmdBrowse");
-    EXPECT_EQ(script.fileRequests[2].filter, "Notes|*.nts|");
+    EXPECT_EQ(script.fileRequests[3].filter, "Notes|*.nts|");
 }
 
 TEST_F(InsertAttachment, OkRaisesTheChoiceWhileHiddenAndComesBackWhenCancelled) {

@@ -237,6 +237,78 @@ TEST_F(NoteAttachmentsTest, TheMenuSavesAnAttachmentAndShowsThatOnlyThere) {
     });
 }
 
+/// An object that is a link, in the older way or as a package, with or without a picture.
+QString linkObject(const QByteArray& path, bool package, const QByteArray& picture) {
+    const auto counted = [](const QByteArray& text) -> QByteArray {
+        const char size[] = {static_cast<char>(text.size() + 1), 0, 0, 0};
+        return QByteArray(size, 4) + text + QByteArray(1, '\0');
+    };
+    QByteArray stream("\1\5\0\0\1\0\0\0", 8);
+    stream += counted("Excel.Sheet.8") + counted(path) + counted("R1C1");
+    if (package) {
+        const QByteArray native = QByteArray("\2\0b.xls\0", 8) + path + QByteArray("\0\0\0\1\0", 5);
+        stream = rtf::writeObject({.className = rtf::kPackageClass, .native = native});
+    }
+    const QByteArray rtf = "{\\rtf1{\\object\\objlink{\\*\\objclass Excel.Sheet.8}{\\*\\objdata " +
+                           stream.toHex() + "}{\\result " + picture + "}} x}";
+    return QString::fromLatin1(rtf);
+}
+
+TEST_F(NoteAttachmentsTest, ADateBehindALinkOrAnObjectIsTextOfItsOwn) {
+    open(customer);
+    for (const char* before : {"{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt link}}",
+                               "{\\object{\\*\\objclass Odd}{\\*\\objdata 01}}"}) {
+        editor().setTextRTF(QLatin1String("{\\rtf1 ") + before + QLatin1String("}"));
+        press(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+        const QString rtf = editor().TextRTF();
+        EXPECT_TRUE(QRegularExpression("}+ ?10/03/2026 ").match(rtf).hasMatch())
+            << rtf.toStdString();
+    }
+}
+
+TEST_F(NoteAttachmentsTest, SavesWhatALinkLeadsToElseItsPicture) {
+    const QString target = folder.filePath("out");
+    const QString linked = file("b.xls", "sheet");
+    const QByteArray reached = QString(folder.path() + "\\B.XLS").replace('/', '\\').toUtf8();
+    const QByteArray picture = "{\\pict\\emfblip 01000000}";
+    struct Case {
+        QByteArray path;
+        bool package;
+        QByteArray picture;
+        QList<PromptAnswer> answers;
+        QByteArray told;
+        QByteArray saved; ///< nothing when nothing is
+    };
+    const QList<Case> cases{
+        {reached, false, picture, {PromptAnswer::Yes}, "/b.xls", "sheet"},
+        {reached, true, picture, {PromptAnswer::Yes}, "/b.xls", "sheet"},
+        {reached, false, picture, {PromptAnswer::No}, "/b.xls", ""},
+        {"C:\\gone\\c.xls", false, picture, {PromptAnswer::Yes}, "C:\\gone", "\1"},
+        {"C:\\gone\\c.xls", true, picture, {PromptAnswer::No}, "C:\\gone", ""},
+        {"C:\\gone\\c.xls", false, "", {}, "Make its drive or folder available", ""},
+    };
+    open(customer);
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.path.toStdString());
+        QFile::remove(target);
+        editor().setTextRTF(linkObject(each.path, each.package, each.picture));
+        ASSERT_EQ(editor().objectCount(), 1);
+        for (const PromptAnswer answer : each.answers) {
+            script.answer(answer);
+        }
+        script.expectMessage(each.answers.isEmpty() ? 1 : 0);
+        if (!each.saved.isEmpty()) {
+            script.chooseFiles({target});
+        }
+        menuAt(placeOf(0), [](QMenu& menu) { choose(menu, "Save Attachment As..."); });
+        EXPECT_TRUE(script.asked.join('|').contains(each.told));
+        QFile out(target);
+        ASSERT_EQ(out.open(QIODevice::ReadOnly), !each.saved.isEmpty());
+        EXPECT_EQ(out.readAll().left(5).startsWith(each.saved), true);
+        script.asked.clear();
+    }
+}
+
 TEST_F(NoteAttachmentsTest, UnknownWordsAreOfferedOthersWhereADictionaryIsInstalled) {
     const QString affixes = file("xx_YY.aff", "SET UTF-8\nTRY abcdefghijklmnopqrstuvwxyz\n");
     const QString words = file("xx_YY.dic", "3\nbreakfast\nopen\nwindow\n");

@@ -5,6 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QImage>
+#include <QPalette>
+#include <QTest>
+#include <QTextDocument>
+#include <QTextFrame>
+
 namespace yrw {
 namespace {
 
@@ -24,6 +30,17 @@ const char* const kBodies[] = {
     "z\\cell\\row\\pard x",
     "\\trowd\\cellx1000\\cellx3000\\pard\\intbl a\\cell b\\cell\\row\\trowd\\trgaph50\\cellx1500"
     "\\cellx2500\\cellx4000\\intbl c\\cell d\\cell e\\cell\\row\\pard x", // rows differ
+    "\\trowd\\cellx5000\\cellx9000\\pard\\intbl a\\par\\pard\\intbl\\itap2 b\\nestcell c\\nestcell"
+    "{\\*\\nesttableprops\\trowd\\trgaph60\\clbrdrt\\brdrs\\cellx1005\\cellx2010\\nestrow}"
+    "d\\nestcell\\nestcell"
+    "{\\*\\nesttableprops\\trowd\\cellx1005\\cellx2010\\nestrow}\\pard\\intbl\\par "
+    "e\\par\\par\\itap2 f\\nestcell"
+    "{\\*\\nesttableprops\\trowd\\cellx1005\\nestrow}\\pard\\intbl\\cell\\itap3 g\\nestcell"
+    "{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}\\itap2\\nestcell{\\*"
+    "\\nesttableprops\\trowd\\cellx1005"
+    "\\nestrow}\\pard\\intbl h\\cell\\row\\pard after",
+    "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 five\\par\\qc "
+    "six\\par\\pard x",
     "one\\par\\par\\par two\\line three\\tab x\\par\\par",
 };
 
@@ -51,6 +68,64 @@ TEST(Content, GoesThroughTheEditorWithoutLoss) {
         box.setTextRTF(written);
         EXPECT_EQ(box.TextRTF(), written) << body;
     }
+}
+
+TEST(Content, AutomaticTextIsReadOnAnyGround) {
+    RichTextBox box;
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(40, 40, 40));
+    dark.setColor(QPalette::Text, Qt::white);
+    box.setPalette(dark);
+    box.setTextRTF(around("\\highlight1 marked\\highlight0\\par\\pard{\\*\\pn\\pnlvlbody\\pndec"
+                          "\\pnstart5{\\pntxta .}}\\fi-360\\li720 five"));
+    box.resize(300, 100);
+    const QImage picture = box.grab().toImage();
+    bool number = false;
+    bool letters = false;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 5; x < 60; ++x) {
+            const QRgb dot = picture.pixel(x, y);
+            letters = letters || (dot == qRgb(0, 0, 0) && y < 14);
+            number = number || (qGray(dot) > 200 && y > 20 && x < 48);
+        }
+    }
+    EXPECT_TRUE(letters); // black on yellow
+    EXPECT_TRUE(number);  // white on grey
+    box.setSelStart(2);
+    EXPECT_EQ(box.SelColor(), 0);
+    box.selectAll();
+    box.setSelColor(0x0000FF);
+    EXPECT_EQ(box.SelColor(), 0x0000FF);
+}
+
+TEST(Content, TablesWithNothingBetweenStayTwo) {
+    const QString table = around("\\trowd\\cellx2000\\pard\\intbl a\\cell\\row\\pard x");
+    RichTextBox box;
+    box.setTextRTF(table);
+    box.setSelStart(box.document()->characterCount() - 1);
+    box.setSelRTF(table);
+    box.setSelStart(static_cast<int>(box.document()->toPlainText().indexOf(u'x')));
+    QTest::keyClick(&box, Qt::Key_Delete); // what stood between them
+    EXPECT_EQ(box.document()->rootFrame()->childFrames().size(), 2);
+    box.setTextRTF(box.TextRTF());
+    EXPECT_EQ(box.document()->rootFrame()->childFrames().size(), 2);
+    EXPECT_EQ(box.Text(), "a\r\n\r\na\r\nx");
+}
+
+TEST(Content, ATablePastedIntoACellStaysATable) {
+    RichTextBox box;
+    const QString table = around("\\trowd\\cellx2000\\pard\\intbl a\\cell\\row\\pard x");
+    box.setTextRTF(table);
+    for (int i = 0; i < 12; ++i) { // more than can lie in each other
+        box.setSelStart(std::min(i + 1, rtf::kMostNested));
+        box.setSelRTF(table);
+    }
+    const QString written = box.TextRTF();
+    EXPECT_TRUE(written.contains("\\itap8"));
+    EXPECT_FALSE(written.contains("\\itap9"));
+    EXPECT_EQ(box.Text().count(u'a'), 13);
+    box.setTextRTF(written);
+    EXPECT_EQ(box.TextRTF(), written);
 }
 
 TEST(Content, AnObjectAloneIsNoTextButContent) {

@@ -50,6 +50,9 @@ TEST(Hostile, InputsThatFuzzingFound) {
         "{\\rtf{\\*{p}\\p",                         // a group whose first part was text already
         QByteArray("{\\rtf{\\pict\0p", 13),         // a NUL that ends a control word
         "{\\rtf a{\\field{\\*\\fldinst X}\\par}b}", // a field that shows nothing but an end of line
+        // A list table inside the text of a level, and a font number with none above it.
+        "{\\rtf{\\*\\listtable\\list\\listlevel{\\leveltext{\\*\\listtable\\list}x\\b}}}",
+        "{\\rtf{\\fonttbl{\\f2147483647 A;}}{\\*\\pn\\pnlvlblt}a}",
     };
     for (const QByteArray& input : inputs) {
         check(input);

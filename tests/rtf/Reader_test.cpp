@@ -82,7 +82,12 @@ constexpr TextCase kTextCases[] = {
     {"nested table",
      "\\trowd\\cellx9\\intbl a{\\itap2 b\\nestcell{\\*\\nesttableprops\\nestrow}"
      "{\\nonesttables\\par}}\\cell\\row\\pard x",
-     u"ab\t||x"},
+     u"ab||x"},
+    {"cells of nested rows",
+     "\\trowd\\cellx9\\cellx99\\intbl a\\par{\\itap2 b\\nestcell "
+     "c\\nestcell{\\*\\nesttableprops\\nestrow}"
+     "d\\nestcell{\\*\\nesttableprops\\nestrow}}e\\cell f\\cell\\row\\pard x",
+     u"a|b\tc|d|e\tf|x"},
     {"footnote", "a{\\footnote f}b", u"ab"},
     {"line break by backslash", "a\\\nb", u"a|b"},
 };

@@ -34,6 +34,22 @@ const char* const kBodies[] = {
     "\\b c\\b0\\cell\\row\\intbl d\\cell\\cell\\row\\pard after\\par",
     "\\trowd\\cellx1000\\pard\\intbl last is a table\\cell\\row",
     "\\trowd\\cellx1000\\cellx2000\\intbl one of two\\cell\\row\\pard x",
+    "\\trowd\\cellx4000\\cellx9000\\pard\\intbl a\\par\\pard\\intbl\\itap2 "
+    "b\\nestcell{\\nonesttables\\par}"
+    "c\\par d\\nestcell{\\nonesttables\\par}{\\*\\nesttableprops\\trowd\\trgaph50\\clbrdrt\\brdrs"
+    "\\cellx1000\\cellx2500\\nestrow}{\\nonesttables\\par}e\\nestcell{\\*"
+    "\\nesttableprops\\trowd\\cellx900"
+    "\\nestrow}\\pard\\intbl\\itap1\\cell\\pard\\intbl "
+    "f\\cell\\trowd\\cellx4000\\cellx9000\\row\\pard after",
+    "\\trowd\\cellx9000\\pard\\intbl\\itap4 "
+    "deep\\nestcell{\\*\\nesttableprops\\trowd\\cellx99\\nestrow}"
+    "\\pard\\intbl\\itap3 "
+    "x\\nestcell{\\*\\nesttableprops\\trowd\\cellx199\\nestrow}\\pard\\intbl\\itap2 y"
+    "\\nestcell two\\nestcell{\\*\\nesttableprops\\trowd\\cellx299\\nestrow}\\pard\\intbl "
+    "z\\cell\\row\\pard",
+    "\\trowd\\cellx9000\\intbl{\\itap3 "
+    "torn\\nestcell}{\\*\\nesttableprops\\nestrow}x\\row\\pard\\itap2 open\\par"
+    "\\pard stray\\nestrow\\par",
     "{\\field{\\*\\fldinst{HYPERLINK \"http://a.example/\"}}{\\fldrslt{\\ul\\cf1 link\\b bold}}} "
     "after\\par",
     "a{\\field{\\*\\fldinst PAGE}{\\fldrslt 1}}{\\field{\\*\\fldinst EMPTY}{\\fldrslt}}b",
