@@ -1,56 +1,23 @@
 // Pictures of the window in its states, for people to look at:
-//   [YRW_PICTURES=DIR] [YRW_DARK=1] [QT_SCALE_FACTOR=2] test_notes_window --gtest_filter=Pictures.*
+//   [YRW_PICTURES=DIR] [YRW_DARK=1] [QT_SCALE_FACTOR=2] test_notes_window
+//   --gtest_filter=*Pictures.*
 #include "notes_window/LongWork.h"
 #include "platform/forms/WidgetPrompt.h"
 #include "tests/notes_window/WindowFixture.h"
+#include "tests/support/Pictures.h"
 
 #include <QComboBox>
-#include <QDir>
 #include <QMenu>
-#include <QPainter>
-#include <QStyleFactory>
 
 namespace yrw::test {
 
-class Pictures : public WindowFixture {
+class WindowPictures : public WindowFixture {
 protected:
     void SetUp() override {
-        m_folder = qEnvironmentVariable("YRW_PICTURES", QStringLiteral("notes-window-pictures"));
-        QDir().mkpath(m_folder);
         WindowFixture::SetUp();
-        QApplication::setStyle(QStyleFactory::create("Fusion"));
-        if (qEnvironmentVariableIsSet("YRW_DARK")) {
-            QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2a, 0x2a, 0x2a));
-            dark.setColor(QPalette::Highlight, QColor(0x30, 0x60, 0xb0));
-            QApplication::setPalette(dark);
-        }
         addIn = make<FakeAddIn>(store, m_prompt);
     }
-    /// Paints every window on the screen where it lies.
-    void keep(const QString& name) {
-        QCoreApplication::processEvents();
-        const qreal scale = window->devicePixelRatioF();
-        QWidgetList shown;
-        QRect all;
-        for (QWidget* each : QApplication::topLevelWidgets()) {
-            if (each->isVisible() && !each->inherits("QTipLabel")) {
-                each == window.get() ? shown.prepend(each) : shown.append(each);
-                all |= each->geometry();
-            }
-        }
-        QPixmap picture(all.size() * scale);
-        picture.setDevicePixelRatio(scale);
-        picture.fill(Qt::darkCyan);
-        QPainter painter(&picture);
-        for (QWidget* each : shown) {
-            painter.drawPixmap(each->geometry().topLeft() - all.topLeft(), each->grab());
-        }
-        painter.end();
-        EXPECT_TRUE(picture.save(QStringLiteral("%1/%2-%3.png")
-                                     .arg(m_folder)
-                                     .arg(++m_number, 2, 10, QLatin1Char('0'))
-                                     .arg(name)));
-    }
+    void keep(const QString& name) { m_pictures.keep(name, *window); }
     void toFront() const {
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -98,11 +65,10 @@ protected:
     }
 
     WidgetPrompt m_prompt{store.clock()};
-    QString m_folder;
-    int m_number = 0;
+    yrw::Pictures m_pictures{QStringLiteral("notes-window-pictures")};
 };
 
-TEST_F(Pictures, OfEveryState) {
+TEST_F(WindowPictures, OfEveryState) {
     open(customer);
     keep("empty");
     keepDuring("add-dialog", [&] { press(Qt::Key_Insert); });
