@@ -44,6 +44,10 @@ constexpr SettingKey kKeys[] = {
     {u"SpellingLanguage", u"", "Language of the dictionary, as de_AT; empty: the user's",
      SettingSection::Own},
     {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed", SettingSection::Own},
+    {u"ToolbarBands", u"",
+     "Rows of the notes window's toolbar bands and where floating ones are; empty: as the layout "
+     "file says",
+     SettingSection::Own},
 };
 
 const SettingKey* find(const QString& key) {
