@@ -45,6 +45,10 @@ constexpr SettingKey kKeys[] = {
      SettingSection::Own},
     {u"LastFolder", u"", "Folder that the last attached file was chosen in", SettingSection::Own},
     {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed", SettingSection::Own},
+    {u"ToolbarBands", u"",
+     "Rows of the notes window's toolbar bands and where floating ones are; empty: as the layout "
+     "file says",
+     SettingSection::Own},
 };
 
 const SettingKey* find(const QString& key) {

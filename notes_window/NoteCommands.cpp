@@ -234,6 +234,7 @@ void frmMain::Form_KeyDown(FormKey& key) {
         // The tabulator belongs to the text: this is the way out of it.
         key.consumed = true;
         QWidget& other = m_lsvMain->hasFocus() ? static_cast<QWidget&>(*m_rtxMain) : *m_lsvMain;
+        other.activateWindow(); // a floating band may have the keyboard
         other.setFocus();
         return;
     }

@@ -27,6 +27,8 @@ constexpr int kMinEditorHeight = 50; ///< between the splitter's top and the inn
 constexpr int kSplitHeight = 7;
 constexpr int kReminderCountMs = 60000;
 
+const QString kToolbarBands = QStringLiteral("ToolbarBands");
+
 /// A stored size in pixels; the present one for a size that is absent, no number, 0, negative or
 /// larger than the screen.
 int storedPixels(const QString& text, int present, int screen) {
@@ -52,6 +54,7 @@ frmMain::~frmMain() = default;
 
 void frmMain::Form_Load() {
     loadToolbar();
+    m_atbMain->setArrangement(settings().text(kToolbarBands));
     setUpEditor();
     restoreSize();
     restoreColumns(0);
@@ -80,6 +83,7 @@ void frmMain::Form_Unload() {
 }
 
 void frmMain::atbMain_BandMove() {
+    settings().setText(kToolbarBands, m_atbMain->arrangement());
     arrange();
 }
 

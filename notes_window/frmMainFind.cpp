@@ -22,6 +22,7 @@ const QColor kMarkColour(0xff, 0xe0, 0x66);
 void frmMain::openFind() {
     m_findBar->show();
     arrange();
+    activateWindow(); // a floating band may have the keyboard
     m_findBar->focusField();
     m_finder->prepare();
 }

@@ -17,6 +17,17 @@ QList<Form*>& loadedForms() {
     return forms;
 }
 
+/// The form that a control is in; for a control of a tool window, such as a floating toolbar band,
+/// the form that the window lies over.
+Form* formOf(const QWidget& control) {
+    QWidget* const window = control.window();
+    auto* const form = qobject_cast<Form*>(window);
+    if (form != nullptr || window->windowType() != Qt::Tool || window->parentWidget() == nullptr) {
+        return form;
+    }
+    return qobject_cast<Form*>(window->parentWidget()->window());
+}
+
 /// Hands each event of a window to the form that it is, and closings to the forms that the window
 /// owns. One for the process: a filter per form would make each event cost as much as there are
 /// forms.
@@ -31,8 +42,7 @@ public:
         if (event->type() == QEvent::Close && !ownedFormsClose(watched, event)) {
             return true;
         }
-        return handOn(qobject_cast<Form*>(static_cast<QWidget*>(watched)->window()), watched,
-                      event);
+        return handOn(formOf(*static_cast<QWidget*>(watched)), watched, event);
     }
 
 private:
@@ -231,7 +241,7 @@ bool Form::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::ShortcutOverride:
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
-        if (watched->isWidgetType() && static_cast<QWidget*>(watched)->window() == this) {
+        if (watched->isWidgetType() && formOf(*static_cast<QWidget*>(watched)) == this) {
             return m_preview->filter(
                 static_cast<QWidget*>(watched), static_cast<QKeyEvent*>(event),
                 [this](FormKey& key) { Form_KeyDown(key); },

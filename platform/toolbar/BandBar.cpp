@@ -1,14 +1,13 @@
 #include "platform/toolbar/BandBar.h"
 
 #include "platform/forms/Twips.h"
+#include "platform/toolbar/BandGrip.h"
 #include "platform/toolbar/BandMenu.h"
 #include "platform/toolbar/ToolControls.h"
 #include "platform/toolbar/ToolIcons.h"
 
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QStyleOption>
 
 namespace yrw {
 
@@ -28,9 +27,11 @@ QSize sizeOf(const QWidget& control) {
 BandEvents::~BandEvents() = default;
 
 BandBar::BandBar(ToolBand& band, BandEvents& events, QWidget* parent)
-    : QWidget(parent), m_band(band), m_events(events), m_overflow(new QToolButton(this)) {
+    : QWidget(parent), m_band(band), m_events(events), m_overflow(new QToolButton(this)),
+      m_grip(new BandGrip(band, events, this)) {
     setObjectName(band.key());
-    setAccessibleName(band.caption().isEmpty() ? band.key() : band.caption());
+    setAccessibleName(band.shownCaption());
+    m_grip->setObjectName(band.key() + u"Grip");
     for (const auto& tool : band.tools()) {
         if (tool->isVisible()) {
             QWidget* const control =
@@ -89,15 +90,32 @@ int BandBar::widthOf(const Item& item, bool first) {
 }
 
 int BandBar::preferredWidth() const {
-    int width = kGripWidth + kMargin;
+    return gripWidth() + toolsWidth() + kMargin;
+}
+
+int BandBar::toolsWidth() const {
+    int width = 0;
     for (const Item& item : m_items) {
         width += widthOf(item, &item == &m_items.front());
     }
     return width;
 }
 
+int BandBar::gripWidth() const {
+    return m_floating ? kMargin : kGripWidth;
+}
+
+void BandBar::setFloating(bool floating) {
+    m_floating = floating;
+    m_grip->setVisible(!floating);
+}
+
+QSize BandBar::floatingSize() const {
+    return {toolsWidth() + 2 * kMargin, sizeHint().height()};
+}
+
 int BandBar::leastWidth() const {
-    return qMin(preferredWidth(), kGripWidth + m_overflow->sizeHint().width() + kMargin);
+    return qMin(preferredWidth(), gripWidth() + m_overflow->sizeHint().width() + kMargin);
 }
 
 QSize BandBar::sizeHint() const {
@@ -134,7 +152,8 @@ QList<QWidget*> BandBar::focusable() const {
 void BandBar::arrange() {
     const bool fits = preferredWidth() <= width();
     const int end = width() - kMargin - (fits ? 0 : m_overflow->sizeHint().width());
-    int x = kGripWidth;
+    int x = gripWidth();
+    m_grip->setGeometry(0, kMargin, kGripWidth, height() - 2 * kMargin);
     bool full = false;
     m_lines.clear();
     for (const Item& item : m_items) {
@@ -198,32 +217,9 @@ void BandBar::resizeEvent(QResizeEvent* event) {
 
 void BandBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    QStyleOption grip;
-    grip.initFrom(this);
-    grip.rect = QRect(0, kMargin, kGripWidth, height() - 2 * kMargin);
-    grip.state |= QStyle::State_Horizontal;
-    style()->drawPrimitive(QStyle::PE_IndicatorToolBarHandle, &grip, &painter, this);
     painter.setPen(palette().color(QPalette::Mid));
     for (const int x : m_lines) {
         painter.drawLine(x, 2 * kMargin, x, height() - 2 * kMargin - 1);
-    }
-}
-
-void BandBar::mousePressEvent(QMouseEvent* event) {
-    m_dragging = event->button() == Qt::LeftButton && event->position().x() < kGripWidth;
-    event->setAccepted(m_dragging);
-}
-
-void BandBar::mouseMoveEvent(QMouseEvent* event) {
-    if (m_dragging) {
-        m_events.bandDragged(m_band, mapToParent(event->position().toPoint()));
-    }
-}
-
-void BandBar::mouseReleaseEvent(QMouseEvent*) {
-    if (m_dragging) {
-        m_dragging = false;
-        m_events.bandDropped(m_band);
     }
 }
 

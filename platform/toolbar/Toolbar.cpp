@@ -2,8 +2,10 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "platform/toolbar/BandGrip.h"
 #include "platform/toolbar/ToolbarPrivate.h"
 
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QFile>
 #include <QPointer>
@@ -108,6 +110,14 @@ void Toolbar::activate(const QString& toolKey) {
     }
 }
 
+QString Toolbar::arrangement() const {
+    return m_private->arrangement();
+}
+
+void Toolbar::setArrangement(const QString& text) {
+    m_private->setArrangement(text);
+}
+
 int Toolbar::heightForWidth(int) const {
     return m_private->height();
 }
@@ -123,6 +133,27 @@ QSize Toolbar::minimumSizeHint() const {
 void Toolbar::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     m_private->arrange();
+}
+
+void Toolbar::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    // Later, when their owner is on the screen too.
+    QMetaObject::invokeMethod(
+        this, [this] { m_private->showFloats(); }, Qt::QueuedConnection);
+}
+
+void Toolbar::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    m_private->showFloats();
+}
+
+void Toolbar::contextMenuEvent(QContextMenuEvent* event) {
+    const QWidget* const at = childAt(event->pos());
+    if (at == nullptr || qobject_cast<const BandBar*>(at) != nullptr ||
+        qobject_cast<const BandGrip*>(at) != nullptr ||
+        event->reason() == QContextMenuEvent::Keyboard) {
+        m_private->menuWanted(event->globalPos());
+    }
 }
 
 } // namespace yrw

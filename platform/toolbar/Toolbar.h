@@ -13,7 +13,8 @@ class FileSystem;
 /// The toolbar control; see `IToolbar`.
 ///
 /// The layout is a JSON file (`loadLayout`). Docked bands lie in rows; a band that is too narrow
-/// for its tools offers the rest in an overflow menu; a band can be moved by its grip.
+/// for its tools offers the rest in an overflow menu. A band can be moved by its grip: to another
+/// place or row, or off the toolbar, where it floats in a small window until it is docked again.
 /// Each tool's button has the tool's key as object name and its caption as accessible name.
 class Toolbar : public QWidget, public IToolbar {
     Q_OBJECT
@@ -44,6 +45,14 @@ public:
     /// As `popup`, at a place on the screen: for a menu that the keyboard asks for.
     void popupAt(const QString& bandKey, const QPoint& globalPosition);
 
+    /// Where the user has put the bands, as a text to be stored; empty while they lie as the
+    /// layout says.
+    [[nodiscard]] QString arrangement() const;
+    /// Puts the bands where such a text says, and the others where the layout says. Bands that are
+    /// not there are passed over; a text of another form is as good as an empty one.
+    /// Raises no event.
+    void setArrangement(const QString& text);
+
     [[nodiscard]] int heightForWidth(int width) const override;
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] QSize sizeHint() const override;
@@ -51,6 +60,9 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     class Private;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/toolbar/BandArrangement.h"
 #include "platform/toolbar/api/IToolbar.h"
 
 #include <functional>
@@ -95,10 +96,15 @@ public:
     [[nodiscard]] const std::vector<std::unique_ptr<BandTool>>& tools() const { return m_tools; }
     BandTool& add(ToolData data);
     void report(BandTool* tool, ToolChange kind) { m_changed(*this, tool, kind); }
-    /// True when the band takes room: it is visible, docked and has a visible tool.
+    /// True when the band is on the screen: it is visible, no menu, and has a visible tool.
     [[nodiscard]] bool isShown() const;
-    [[nodiscard]] int row() const noexcept { return m_row; }
-    void setRow(int row) noexcept { m_row = row; }
+    [[nodiscard]] const BandDocking& docking() const noexcept { return m_docking; }
+    void setDocking(const BandDocking& docking) { m_docking = docking; }
+    /// Where the band lies before the user moves it.
+    [[nodiscard]] const BandDocking& home() const noexcept { return m_home; }
+    void setHome(const BandDocking& home) { m_home = m_docking = home; }
+    /// Caption; the key when there is none.
+    [[nodiscard]] QString shownCaption() const { return m_caption.isEmpty() ? m_key : m_caption; }
 
     [[nodiscard]] QString key() const override { return m_key; }
     [[nodiscard]] QString caption() const override { return m_caption; }
@@ -119,7 +125,8 @@ private:
     bool m_popup;
     bool m_enabled = true;
     bool m_visible = true;
-    int m_row = 0;
+    BandDocking m_docking;
+    BandDocking m_home;
     Changed m_changed;
     std::vector<std::unique_ptr<BandTool>> m_tools;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/toolbar/BandMenu.h"
+#include "platform/toolbar/FloatingBand.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -9,6 +10,8 @@
 #include <algorithm>
 
 namespace yrw {
+
+Toolbar::Private::~Private() = default;
 
 ToolBand* Toolbar::Private::find(const QString& key) const {
     for (const auto& band : m_bands) {
@@ -25,15 +28,16 @@ bool Toolbar::Private::contains(const ToolBand* band) const {
 }
 
 ToolBand& Toolbar::Private::add(const QString& key, bool popup) {
-    int row = 0;
+    BandDocking below;
     for (const auto& band : m_bands) {
-        row = band->isPopup() ? row : qMax(row, band->row() + 1);
+        const int last = qMax(band->docking().row, band->home().row);
+        below.row = band->isPopup() ? below.row : qMax(below.row, last + 1);
     }
     m_bands.push_back(std::make_unique<ToolBand>(
         key, popup, [this](ToolBand& band, BandTool* tool, ToolChange change) {
             changed(band, tool, change);
         }));
-    m_bands.back()->setRow(row);
+    m_bands.back()->setHome(below);
     return *m_bands.back();
 }
 
@@ -43,6 +47,7 @@ void Toolbar::Private::remove(const QString& key) {
         return;
     }
     drop();
+    endFloats();
     std::erase_if(m_bands, [band](const auto& own) { return own.get() == band; });
     rebuild();
 }
@@ -50,11 +55,13 @@ void Toolbar::Private::remove(const QString& key) {
 void Toolbar::Private::load(const QList<BandLayout>& layout) {
     m_loading = true;
     drop();
+    endFloats();
     m_bands.clear();
+    int place = 0;
     for (const BandLayout& read : layout) {
         ToolBand& band = add(read.key, read.popup);
         band.setCaption(read.caption);
-        band.setRow(read.row);
+        band.setHome({read.row, place++, std::nullopt});
         band.setVisible(read.visible);
         for (const ToolData& tool : read.tools) {
             band.add(tool);
@@ -123,59 +130,45 @@ void Toolbar::Private::drop() {
         bar->deleteLater();
     }
     m_bars.clear();
+    m_drag.reset();
 }
 
 void Toolbar::Private::rebuild() {
-    const QWidget* const focus = QApplication::focusWidget();
-    const QString focusKey =
-        focus != nullptr && m_toolbar.isAncestorOf(focus) ? focus->objectName() : QString();
-    std::vector<ToolBand*> order;
-    for (const BandBar* const bar : m_bars) {
-        order.push_back(&bar->band());
-    }
+    const QWidget* const focused = QApplication::focusWidget();
+    const bool inBar = focused != nullptr &&
+                       std::any_of(m_bars.begin(), m_bars.end(),
+                                   [&](const BandBar* bar) { return bar->isAncestorOf(focused); });
+    const QString focusKey = inBar ? focused->objectName() : QString();
     drop();
     for (const auto& band : m_bands) {
-        if (std::find(order.begin(), order.end(), band.get()) == order.end()) {
-            order.push_back(band.get());
-        }
-    }
-    for (ToolBand* const band : order) {
-        if (contains(band) && band->isShown()) {
+        if (band->isShown()) {
             m_bars.push_back(new BandBar(*band, *this, &m_toolbar));
             m_bars.back()->show();
         }
     }
-    numberRows();
-    arrange();
-    setTabStop(nullptr);
-    m_toolbar.updateGeometry();
+    settle();
     if (!focusKey.isEmpty()) {
         if (auto* const control = m_toolbar.findChild<QWidget*>(focusKey)) {
-            control->setFocus();
+            focus(*control, Qt::OtherFocusReason);
         }
     }
 }
 
 Toolbar::Private::Rows Toolbar::Private::rows() const {
-    int count = 0;
-    for (const BandBar* const bar : m_bars) {
-        count = qMax(count, bar->band().row() + 1);
-    }
-    Rows all(static_cast<size_t>(count));
+    Rows all;
+    int number = -1;
     for (BandBar* const bar : m_bars) {
-        all[size_t(bar->band().row())].push_back(bar);
+        const BandDocking& docking = bar->band().docking();
+        if (docking.floating) {
+            continue;
+        }
+        if (all.empty() || docking.row != number) {
+            all.emplace_back();
+        }
+        number = docking.row;
+        all.back().push_back(bar);
     }
     return all;
-}
-
-void Toolbar::Private::numberRows() {
-    int number = 0;
-    for (const std::vector<BandBar*>& row : rows()) {
-        for (BandBar* const bar : row) {
-            bar->band().setRow(number);
-        }
-        number += row.empty() ? 0 : 1;
-    }
 }
 
 int Toolbar::Private::rowHeight() const {
@@ -232,20 +225,21 @@ void Toolbar::Private::arrange() {
 }
 
 QList<QWidget*> Toolbar::Private::focusable() const {
-    QList<QWidget*> controls;
-    for (const std::vector<BandBar*>& row : rows()) {
-        for (const BandBar* const bar : row) {
-            controls.append(bar->focusable());
-        }
+    QList<QWidget*> docked;
+    QList<QWidget*> floating;
+    for (const BandBar* const bar : m_bars) {
+        (bar->band().docking().floating ? floating : docked).append(bar->focusable());
     }
-    return controls;
+    return docked + floating;
 }
 
 void Toolbar::Private::setTabStop(QWidget* control) {
     const QList<QWidget*> controls = focusable();
-    QWidget* stop = control;
+    QWidget* stop = m_toolbar.isAncestorOf(control) ? control : nullptr;
     for (QWidget* const candidate : controls) {
-        if (qobject_cast<QToolButton*>(candidate) == nullptr) {
+        // A floating band is reached by the arrow keys, and by Tab from no control of the window.
+        if (qobject_cast<QToolButton*>(candidate) == nullptr ||
+            !m_toolbar.isAncestorOf(candidate)) {
             continue;
         }
         stop = stop == nullptr ? candidate : stop;
@@ -256,8 +250,17 @@ void Toolbar::Private::setTabStop(QWidget* control) {
 void Toolbar::Private::focusFirst() {
     const QList<QWidget*> controls = focusable();
     if (!controls.isEmpty()) {
-        controls.first()->setFocus(Qt::ShortcutFocusReason);
+        focus(*controls.first(), Qt::ShortcutFocusReason);
     }
+}
+
+void Toolbar::Private::focus(QWidget& control, Qt::FocusReason reason) {
+    if (auto* const window = qobject_cast<FloatingBand*>(control.window())) {
+        window->takeKeyboard();
+    } else if (!control.isActiveWindow()) {
+        control.activateWindow();
+    }
+    control.setFocus(reason);
 }
 
 void Toolbar::Private::focusMoved(QWidget& from, int step) {
@@ -269,7 +272,7 @@ void Toolbar::Private::focusMoved(QWidget& from, int step) {
     }
     const int next = step == -2 ? 0 : step == 2 ? count - 1 : (here + step + count) % count;
     setTabStop(controls.at(next));
-    controls.at(next)->setFocus(Qt::TabFocusReason);
+    focus(*controls.at(next), Qt::TabFocusReason);
 }
 
 void Toolbar::Private::toolClicked(ToolBand& band, const QString& toolKey) {
@@ -299,37 +302,6 @@ void Toolbar::Private::entryPicked(ToolBand& band, const QString& toolKey, int e
 void Toolbar::Private::comboDropped(ToolBand& band, const QString& toolKey) {
     if (ITool* const tool = band.findTool(toolKey)) {
         m_toolbar.ComboDrop.raise(*tool);
-    }
-}
-
-void Toolbar::Private::bandDragged(ToolBand& band, const QPoint& place) {
-    BandBar* const bar = barOf(band);
-    const int rowCount = static_cast<int>(rows().size());
-    const int row = std::clamp(place.y() / qMax(1, rowHeight()), 0, rowCount);
-    std::vector<BandBar*> order;
-    for (BandBar* const other : m_bars) {
-        if (other != bar) {
-            order.push_back(other);
-        }
-    }
-    const auto before = std::find_if(order.begin(), order.end(), [&](const BandBar* other) {
-        return other->band().row() == row && place.x() < other->geometry().center().x();
-    });
-    order.insert(before, bar);
-    if (order == m_bars && band.row() == row) {
-        return;
-    }
-    m_moved = true;
-    m_bars = order;
-    band.setRow(row);
-    numberRows();
-    arrange();
-    m_toolbar.updateGeometry();
-}
-
-void Toolbar::Private::bandDropped(ToolBand& band) {
-    if (std::exchange(m_moved, false)) {
-        m_toolbar.BandMove.raise(band);
     }
 }
 

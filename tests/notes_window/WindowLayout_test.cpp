@@ -120,6 +120,42 @@ TEST_F(WindowLayout, ColumnWidthsAreRemembered) {
     EXPECT_EQ(list().columnWidth(4), 110);
 }
 
+TEST_F(WindowLayout, BandsStayWhereTheUserPutThem) {
+    setStored("ToolbarBands", "what;is:this");
+    store.addNote("One", customer); // so that no tool is off
+    open(customer);
+    EXPECT_EQ(toolbar().arrangement(), ""); // as the layout says
+    const int height = toolbar().height();
+    const int editorTop = list().y();
+    for (const char* grip : {"bndFormattingGrip", "bndInsertGrip"}) {
+        auto* const handle = toolbar().findChild<QWidget*>(grip);
+        QTest::mousePress(handle, Qt::LeftButton, {}, QPoint(3, 5));
+        QTest::mouseMove(handle, QPoint(40, 300));
+        QTest::mouseRelease(handle, Qt::LeftButton, {}, QPoint(40, 300));
+    }
+    EXPECT_EQ(toolbar().height(), height / 2);
+    EXPECT_EQ(list().y(), editorTop - height / 2);
+    const QString arrangement = toolbar().arrangement();
+    EXPECT_EQ(arrangement.count('@'), 2) << arrangement.toStdString();
+    EXPECT_EQ(storedText("ToolbarBands"), arrangement);
+    open(customer);
+    EXPECT_EQ(toolbar().arrangement(), arrangement);
+    EXPECT_EQ(toolbar().height(), height / 2);
+    auto* const bold = toolbar().findChild<QWidget*>("tooBold");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bold->isVisible(); }));
+    // With the keyboard in a floating band the window's keys work as ever.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
+    press(Qt::Key_F10);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left); // the last one
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() != window.get(); }));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
+    EXPECT_FALSE(window->findChild<QWidget*>("picFind")->isHidden());
+    QTest::keyClick(bold, Qt::Key_F6);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
+    close();
+    EXPECT_FALSE(bold->isVisible());
+}
+
 TEST_F(WindowLayout, AnyOtherToolDoesNothing) {
     writeLayout(R"({"version": 1, "bands": [{"key": "bndRecords", "tools": [
         {"id": 20053, "key": "tooOne", "caption": "One"},

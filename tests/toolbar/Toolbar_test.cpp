@@ -249,31 +249,6 @@ TEST_F(ToolbarTest, narrowBarOffersTheRestInAMenu) {
     EXPECT_TRUE(bar->findChild<QComboBox*>("tooListType")->isVisible());
 }
 
-TEST_F(ToolbarTest, gripMovesABandToAnotherRow) {
-    QStringList moved;
-    const Connection moving = bar->BandMove.connect([&](IBand& band) { moved.append(band.key()); });
-    auto* const band = bar->findChild<QWidget*>("bndFormatting");
-    const int height = bar->heightForWidth(800);
-    const QPoint grip(3, 5);
-    const auto drag = [&](const QPoint& by) {
-        QTest::mousePress(band, Qt::LeftButton, {}, grip);
-        QTest::mouseMove(band, grip + by);
-        QTest::mouseRelease(band, Qt::LeftButton, {}, grip);
-    };
-    drag(QPoint(0, 0));
-    EXPECT_TRUE(moved.isEmpty());
-    drag(QPoint(0, 3 * band->height()));
-    EXPECT_EQ(moved, QStringList("bndFormatting"));
-    EXPECT_EQ(band->y(), height);
-    EXPECT_EQ(bar->heightForWidth(800), 2 * height);
-    drag(QPoint(0, -height));
-    EXPECT_EQ(band->pos(), QPoint(0, 0));
-    EXPECT_EQ(bar->heightForWidth(800), height);
-    EXPECT_EQ(moved.size(), 2);
-    bar->recalcLayout();
-    EXPECT_EQ(bar->findChild<QWidget*>("bndFormatting")->pos(), QPoint(0, 0));
-}
-
 TEST_F(ToolbarTest, keysWalkAlongTheTools) {
     QTest::keyClick(&window, Qt::Key_F10);
     EXPECT_TRUE(button("tooAdd")->hasFocus());

@@ -113,7 +113,7 @@ public:
     Event<IBand&> BandOpen;       ///< before a pop-up band is shown
     Event<ITool&> ComboSelChange; ///< the user picked an entry of a combo tool
     Event<ITool&> ComboDrop;      ///< before the list of a combo tool is shown
-    Event<IBand&> BandMove;       ///< the user moved a docked band
+    Event<IBand&> BandMove;       ///< the user moved, floated or docked a band
 };
 
 } // namespace yrw
