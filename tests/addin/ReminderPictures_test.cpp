@@ -21,9 +21,10 @@ protected:
 TEST_F(ReminderPictures, OfOneTwoSevenAndForty) {
     const qint64 note = addNote(QStringLiteral("cu"), 2);
     const Ref<IRecord> stored = Module1::instance().application()->Notes()->Item(QVariant(note));
-    stored->setValue(QStringLiteral("Subject"), QStringLiteral("Ring Quill & Son about order 41"));
-    stored->setValue(QStringLiteral("PlainNote"),
-                     QStringLiteral("They asked for another delivery date.\r\nMind the price."));
+    stored->Field(QStringLiteral("Subject"))
+        ->setValue(QStringLiteral("Ring Quill & Son about order 41"));
+    stored->Field(QStringLiteral("PlainNote"))
+        ->setValue(QStringLiteral("They asked for another delivery date.\r\nMind the price."));
     int due = 0;
     for (const int count : {1, 2, 7, 40}) {
         for (; due < count; ++due) {
