@@ -151,6 +151,7 @@ private:
     void selectAfterRefill(const QString& before);
     void showNoteOf(const QString& item);
     void putIntoEditor(Note& note);
+    void turnEditorOff();
     void emptyEditor();
     void leaveItem(const QString& item);
     void replaceItem(const ListItem& item);

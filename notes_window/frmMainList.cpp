@@ -131,7 +131,7 @@ void frmMain::prepareRefill() {
     m_userNames.clear();
     // The text itself stays until it is known which note is shown next: it may be the same.
     m_note.reset();
-    m_rtxMain->setEnabled(false);
+    turnEditorOff();
     setDirty(false);
 }
 
@@ -353,6 +353,13 @@ void frmMain::putIntoEditor(Note& note) {
     }
 }
 
+void frmMain::turnEditorOff() {
+    if (focusWidget() == m_rtxMain) {
+        m_lsvMain->setFocus(); // else the keyboard would be nowhere
+    }
+    m_rtxMain->setEnabled(false);
+}
+
 void frmMain::emptyEditor() {
     const QScopedValueRollback<bool> loading(m_loading, true);
     m_note.reset();
@@ -360,10 +367,7 @@ void frmMain::emptyEditor() {
     m_textIsStored = false;
     m_rtxMain->setText(QString());
     m_rtxMain->setPlaceholderText(QStringLiteral("The text of the selected note is shown here."));
-    if (focusWidget() == m_rtxMain) {
-        m_lsvMain->setFocus(); // turned off, the editor would leave the keyboard nowhere
-    }
-    m_rtxMain->setEnabled(false);
+    turnEditorOff();
     setDirty(false);
 }
 
