@@ -1,6 +1,8 @@
 #include "cli/ProgressLine.h"
 #include "tests/cli/CommandFixture.h"
 
+#include <QRegularExpression>
+
 namespace yrw::test {
 namespace {
 
@@ -88,6 +90,22 @@ TEST_F(ExportTest, ConvertsRichText) {
     EXPECT_TRUE(html.contains(QStringLiteral("<b>bold</b>"))) << qPrintable(html);
     EXPECT_TRUE(html.contains(QStringLiteral("&lt;&amp;&gt;")));
     EXPECT_FALSE(html.contains(QStringLiteral("href")));
+    const QByteArray nested =
+        "{\\rtf1\\trowd\\cellx5000\\cellx9000\\pard\\intbl a\\par\\pard\\intbl\\itap2 b\\nestcell c"
+        "\\nestcell{\\*\\nesttableprops\\trowd\\cellx1000\\cellx2000\\nestrow}d\\nestcell "
+        "e\\nestcell"
+        "{\\*\\nesttableprops\\trowd\\cellx1000\\cellx2000\\nestrow}\\pard\\intbl f\\cell "
+        "g\\cell\\row"
+        "\\intbl h\\cell i\\cell\\row\\pard j\\par}";
+    const QString tables =
+        runBare({QStringLiteral("rtf"), QStringLiteral("-"), QStringLiteral("--to"),
+                 QStringLiteral("html")},
+                nested)
+            .out.section(QStringLiteral("<body>"), 1)
+            .remove(QRegularExpression(QStringLiteral("</?(p|span|body|html)\\b[^>]*>|\n")));
+    EXPECT_EQ(tables, QStringLiteral("<table><tr><td>a<table><tr><td>b</td><td>c</td></tr>"
+                                     "<tr><td>d</td><td>e</td></tr></table>f</td><td>g</td></tr>"
+                                     "<tr><td>h</td><td>i</td></tr></table>j"));
     EXPECT_TRUE(convert("rtf").out.endsWith(QStringLiteral("\r\n\\par\r\n}\r\n")));
     EXPECT_EQ(runBare({QStringLiteral("rtf"), QStringLiteral("/no/such/file")}).status,
               kExitFailed);

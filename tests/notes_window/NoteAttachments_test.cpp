@@ -160,6 +160,25 @@ TEST_F(NoteAttachmentsTest, ALargeFileIsAskedAboutAndNoBringsTheDialogBack) {
     EXPECT_TRUE(script.asked.last().contains("\"large.bin\" has 11 MB."));
 }
 
+TEST_F(NoteAttachmentsTest, ADialogThatIsStillHeldGoesBeforeAnotherOpens) {
+    open(customer);
+    QPointer<QWidget> first;
+    whenDialogOpens([&](QWidget& dialog) {
+        first = &dialog;
+        whenDialogOpens([&](QWidget& second) {
+            EXPECT_NE(first.data(), &second);
+            EXPECT_TRUE(qobject_cast<frmInsertAttachment*>(first)->isUnloaded());
+            EXPECT_FALSE(first->isVisible());
+            clickIn(second, "cmdForm(1)");
+        });
+        toolbar().activate("tooInsertIcon");
+    });
+    click("tooInsertContent");
+    EXPECT_EQ(dialogs, 2);
+    EXPECT_TRUE(first.isNull());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
 TEST_F(NoteAttachmentsTest, OpensAPrivateReadOnlyCopyAfterAQuestion) {
     Desktop desktop;
     open(customer);
@@ -197,6 +216,11 @@ TEST_F(NoteAttachmentsTest, NeverOpensWhatADesktopWouldRun) {
         {"a.py", "import os", true},
         {"a.jar", "PK", true},
         {"a.lnk", "L", true},
+        {"a.AppImage",
+         "\x7f"
+         "ELF",
+         true},
+        {"a.html", "<script>", false},
         {"a.txt", "hello", false},
         {"a.pdf", "%PDF-1.4", false},
         {"a.doc", "\xd0\xcf\x11\xe0", false},
@@ -209,12 +233,18 @@ TEST_F(NoteAttachmentsTest, NeverOpensWhatADesktopWouldRun) {
     }
     Desktop desktop;
     open(customer);
-    insertIn(file("a.sh", "echo"));
-    click("tooInsertIcon");
-    script.expectMessage();
-    QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
-    EXPECT_TRUE(script.asked.last().contains("(shell script) is not opened"));
-    EXPECT_TRUE(desktop.opened.isEmpty());
+    for (const bool executable : {true, false}) {
+        editor().setText(QString());
+        const QString path = file("a.sh", "echo");
+        QFile::setPermissions(path, executable ? QFile::Permissions(0x7700) : QFile::ReadOwner);
+        insertIn(path);
+        click("tooInsertIcon");
+        script.expectMessage();
+        QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
+        EXPECT_TRUE(script.asked.last().contains("(shell script) is not opened"));
+        EXPECT_TRUE(desktop.opened.isEmpty());
+        QFile::remove(path);
+    }
 }
 
 TEST_F(NoteAttachmentsTest, TheMenuSavesAnAttachmentAndShowsThatOnlyThere) {
@@ -385,7 +415,9 @@ QString told(const QString& program, const QStringList& arguments) {
 }
 
 TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
-    ASSERT_FALSE(QStandardPaths::findExecutable("pdftotext").isEmpty());
+    for (const char* program : {"pdftotext", "pdfinfo", "pdffonts"}) {
+        ASSERT_FALSE(QStandardPaths::findExecutable(program).isEmpty()) << program;
+    }
     QString rtf =
         "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs48 Large\\par\\fs20 "
         "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 item\\par "
@@ -415,6 +447,20 @@ TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
     for (int i = 0; i < 120; ++i) {
         EXPECT_EQ(text.count(QString("Line %1 of the note").arg(i)), 1) << i;
     }
+    const QString facts = told("pdfinfo", {pdf});
+    EXPECT_TRUE(QRegularExpression("Pages: +3\n").match(facts).hasMatch()) << facts.toStdString();
+    EXPECT_TRUE(facts.contains("Title:")) << facts.toStdString();
+    const QRegularExpressionMatch size =
+        QRegularExpression("Page size: +([0-9.]+) x ([0-9.]+) pts").match(facts);
+    const QSizeF wanted = QPrinter().pageLayout().fullRect(QPageLayout::Point).size();
+    EXPECT_NEAR(size.captured(1).toDouble(), wanted.width(), 1);
+    EXPECT_NEAR(size.captured(2).toDouble(), wanted.height(), 1);
+    const QStringList fonts = told("pdffonts", {pdf}).split('\n').mid(2);
+    EXPECT_TRUE(fonts.join('\n').contains("DejaVuSans"));
+    for (const QString& font : fonts) { // embedded, so that it prints the same elsewhere
+        EXPECT_TRUE(font.isEmpty() || QRegularExpression(" yes +yes +").match(font).hasMatch())
+            << font.toStdString();
+    }
     // The height of a word's box follows the size of its font: 24 and 10 points.
     const QString boxes = told("pdftotext", {"-bbox", pdf, "-"});
     const auto height = [&](const QString& word) {
@@ -425,6 +471,36 @@ TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
     };
     EXPECT_NEAR(height("Large") / height("Line"), 2.4, 0.1);
     EXPECT_NEAR(height("Line"), 10 * 1.17, 1.5);
+}
+
+TEST_F(NoteAttachmentsTest, TheStatusTellsOfPrintingUntilItIsOverInAnyWay) {
+    open(customer);
+    const auto* const status = window->findChild<StatusBar*>();
+    ASSERT_NE(status, nullptr);
+    for (const bool fails : {false, true}) {
+        QString during;
+        script.whileOpen = [&] {
+            if (during.isEmpty()) {
+                during = status->text();
+                if (fails) {
+                    throw AutomationError(kErrorDiskFull, "test", "no paper");
+                }
+            }
+        };
+        if (fails) {
+            script.expectReport();
+        } else {
+            script.choosePrinter(nullptr); // cancels
+        }
+        click("tooPrint");
+        EXPECT_EQ(during, "Printing...");
+        EXPECT_EQ(status->text(), "Done");
+    }
+    script.whileOpen = nullptr;
+    script.chooseFiles({"/no/such/folder/note.pdf"});
+    script.expectReport();
+    click("tooExportPdf");
+    EXPECT_EQ(status->text(), "Done");
 }
 
 TEST_F(NoteAttachmentsTest, PrintsAndPreviewsThroughTheDoor) {
