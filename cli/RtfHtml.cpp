@@ -1,10 +1,12 @@
 #include "cli/RtfHtml.h"
 
+#include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/Picture.h"
 
 #include <QUrl>
 
 #include <iterator>
+#include <optional>
 
 namespace yrw {
 
@@ -76,6 +78,19 @@ QString pictureHtml(const QByteArray& group) {
     return QStringLiteral("<img alt=\"\" src=\"data:image/%1;base64,%2\"%3>")
         .arg(isPng ? QStringLiteral("png") : QStringLiteral("jpeg"),
              QString::fromLatin1(picture.data.toBase64()), size);
+}
+
+/// What an attachment shows, else its name.
+QString objectHtml(const QByteArray& group) {
+    if (const rtf::Picture picture = rtf::pictureOf(group);
+        picture.kind == rtf::PictureKind::Png || picture.kind == rtf::PictureKind::Jpeg) {
+        return pictureHtml(group);
+    }
+    const auto object = rtf::readObject(rtf::objectOf(group).data);
+    const auto file = object && object->className == rtf::kPackageClass
+                          ? rtf::readPackage(object->native)
+                          : std::nullopt;
+    return file ? u'[' + file->label.toHtmlEscaped() + u']' : QStringLiteral("[attachment]");
 }
 
 bool isSafeLink(const QString& link) {
@@ -189,7 +204,7 @@ private:
             case rtf::InlineKind::Picture:
                 return pictureHtml(object.raw);
             case rtf::InlineKind::Object:
-                return QStringLiteral("[attachment]");
+                return objectHtml(object.raw);
             case rtf::InlineKind::Kept:
                 return {};
             }
