@@ -84,7 +84,12 @@ const InlineRenderer::Look& InlineRenderer::look(const QTextFormat& format) {
         return known->second;
     }
     const auto index = static_cast<std::size_t>(id);
-    return m_looks[id] = index < m_inlines.size() ? makeLook(m_inlines[index]) : Look{};
+    if (index >= m_inlines.size()) {
+        // Text that is just going; its number is soon another group's.
+        static const Look nothing;
+        return nothing;
+    }
+    return m_looks[id] = makeLook(m_inlines[index]);
 }
 
 QSizeF InlineRenderer::intrinsicSize(QTextDocument* document, int, const QTextFormat& format) {

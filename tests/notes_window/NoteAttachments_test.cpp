@@ -1,4 +1,4 @@
-// Files inside notes, the text's menu, spelling, and what comes out on paper.
+// Files inside notes, the text's menu and spelling.
 #include "dialogs/frmInsertAttachment.h"
 #include "notes_window/NoteAttachments.h"
 #include "platform/rtf/EmbeddedObject.h"
@@ -9,11 +9,8 @@
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <QPrinter>
-#include <QProcess>
 #include <QRadioButton>
 #include <QRegularExpression>
-#include <QStandardPaths>
 
 namespace yrw::test {
 
@@ -104,6 +101,35 @@ TEST_F(NoteAttachmentsTest, ToolsAndKeyAttachAFileThatSurvivesTheDatabase) {
     // Nothing but attachments is no text.
     EXPECT_TRUE(stored(idOf(note), "PlainNote").isNull());
     EXPECT_FALSE(stored(idOf(note), "RTFNote").isNull());
+}
+
+TEST_F(NoteAttachmentsTest, ObjectsKeepTheirBytesThroughTenSavesAndReopenings) {
+    const QByteArray content = QByteArray::fromHex("00ff0d0a1a7d5c") + "{\\bin}";
+    const QString unknown =
+        "{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 0aFF 00\n1}{\\result ?}}";
+    note->Field("RTFNote")->setValue(QString("{\\rtf1 " + unknown + "}"));
+    open(customer);
+    insertIn(file("list.dat", content));
+    click("tooInsertIcon");
+    QString before;
+    for (int i = 0; i < 10; ++i) {
+        type("x");
+        press(Qt::Key_S, Qt::ControlModifier);
+        QString rtf = stored(idOf(note), "RTFNote").toString();
+        const auto objects = QRegularExpression("\\{\\\\object.*\\\\objdata[^}]*\\}",
+                                                QRegularExpression::DotMatchesEverythingOption)
+                                 .match(rtf)
+                                 .captured();
+        EXPECT_TRUE(before.isEmpty() || objects == before) << i;
+        before = objects;
+        restart();
+        editor().moveCursor(QTextCursor::End);
+    }
+    EXPECT_TRUE(before.contains("{\\*\\objdata 0aFF 00\n1}")) << before.right(300).toStdString();
+    EXPECT_EQ(editor().Text().count('x'), 10);
+    ASSERT_EQ(editor().objectCount(), 2);
+    const bool first = editor().objectName(0) == "list.dat";
+    EXPECT_EQ(editor().objectFile(first ? 0 : 1)->data, content);
 }
 
 TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
@@ -239,6 +265,7 @@ TEST_F(NoteAttachmentsTest, NeverOpensWhatADesktopWouldRun) {
         QFile::setPermissions(path, executable ? QFile::Permissions(0x7700) : QFile::ReadOwner);
         insertIn(path);
         click("tooInsertIcon");
+        ASSERT_EQ(editor().objectAt(placeOf(0)), 0) << executable;
         script.expectMessage();
         QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
         EXPECT_TRUE(script.asked.last().contains("(shell script) is not opened"));
@@ -404,117 +431,6 @@ TEST_F(NoteAttachmentsTest, AConflictBringsTheOthersAttachmentsAlong) {
     ASSERT_EQ(editor().objectCount(), 2);
     EXPECT_EQ(editor().objectFile(0)->data, "mine");
     EXPECT_EQ(editor().objectFile(1)->data, "theirs");
-}
-
-/// What a program of poppler says of a file; empty without the program.
-QString told(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished();
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
-
-TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
-    for (const char* program : {"pdftotext", "pdfinfo", "pdffonts"}) {
-        ASSERT_FALSE(QStandardPaths::findExecutable(program).isEmpty()) << program;
-    }
-    QString rtf =
-        "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs48 Large\\par\\fs20 "
-        "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 item\\par "
-        "\\pard ";
-    for (int i = 0; i < 120; ++i) {
-        rtf += QString("Line %1 of the note\\par ").arg(i);
-    }
-    note->BeginMultipleFieldUpdate();
-    note->Field("RTFNote")->setValue(QString(rtf + "}"));
-    note->EndMultipleFieldUpdate();
-    open(customer);
-    const QString pdf = folder.filePath("note.pdf");
-    script.chooseFiles({pdf});
-    click("tooExportPdf");
-    EXPECT_EQ(script.fileRequests.last().name, "First.pdf");
-
-    const QString text = told("pdftotext", {"-layout", pdf, "-"});
-    const QStringList pages = text.split('\f', Qt::SkipEmptyParts);
-    ASSERT_EQ(pages.size(), 3) << text.toStdString();
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(pages[i].contains(QString("Page %1 of 3").arg(i + 1)));
-        EXPECT_TRUE(pages[i].contains("First"));
-        EXPECT_TRUE(pages[i].contains("Anna Ash")) << pages[i].toStdString();
-        EXPECT_TRUE(pages[i].contains("10/03/2026 09:00"));
-    }
-    EXPECT_TRUE(QRegularExpression("5\\. +item").match(pages[0]).hasMatch()) << "list number";
-    for (int i = 0; i < 120; ++i) {
-        EXPECT_EQ(text.count(QString("Line %1 of the note").arg(i)), 1) << i;
-    }
-    const QString facts = told("pdfinfo", {pdf});
-    EXPECT_TRUE(QRegularExpression("Pages: +3\n").match(facts).hasMatch()) << facts.toStdString();
-    EXPECT_TRUE(facts.contains("Title:")) << facts.toStdString();
-    const QRegularExpressionMatch size =
-        QRegularExpression("Page size: +([0-9.]+) x ([0-9.]+) pts").match(facts);
-    const QSizeF wanted = QPrinter().pageLayout().fullRect(QPageLayout::Point).size();
-    EXPECT_NEAR(size.captured(1).toDouble(), wanted.width(), 1);
-    EXPECT_NEAR(size.captured(2).toDouble(), wanted.height(), 1);
-    const QStringList fonts = told("pdffonts", {pdf}).split('\n').mid(2);
-    EXPECT_TRUE(fonts.join('\n').contains("DejaVuSans"));
-    for (const QString& font : fonts) { // embedded, so that it prints the same elsewhere
-        EXPECT_TRUE(font.isEmpty() || QRegularExpression(" yes +yes +").match(font).hasMatch())
-            << font.toStdString();
-    }
-    // The height of a word's box follows the size of its font: 24 and 10 points.
-    const QString boxes = told("pdftotext", {"-bbox", pdf, "-"});
-    const auto height = [&](const QString& word) {
-        const QRegularExpression box("yMin=\"([0-9.]+)\" xMax=\"[0-9.]+\" yMax=\"([0-9.]+)\">" +
-                                     word + "<");
-        const QRegularExpressionMatch match = box.match(boxes);
-        return match.captured(2).toDouble() - match.captured(1).toDouble();
-    };
-    EXPECT_NEAR(height("Large") / height("Line"), 2.4, 0.1);
-    EXPECT_NEAR(height("Line"), 10 * 1.17, 1.5);
-}
-
-TEST_F(NoteAttachmentsTest, TheStatusTellsOfPrintingUntilItIsOverInAnyWay) {
-    open(customer);
-    const auto* const status = window->findChild<StatusBar*>();
-    ASSERT_NE(status, nullptr);
-    for (const bool fails : {false, true}) {
-        QString during;
-        script.whileOpen = [&] {
-            if (during.isEmpty()) {
-                during = status->text();
-                if (fails) {
-                    throw AutomationError(kErrorDiskFull, "test", "no paper");
-                }
-            }
-        };
-        if (fails) {
-            script.expectReport();
-        } else {
-            script.choosePrinter(nullptr); // cancels
-        }
-        click("tooPrint");
-        EXPECT_EQ(during, "Printing...");
-        EXPECT_EQ(status->text(), "Done");
-    }
-    script.whileOpen = nullptr;
-    script.chooseFiles({"/no/such/folder/note.pdf"});
-    script.expectReport();
-    click("tooExportPdf");
-    EXPECT_EQ(status->text(), "Done");
-}
-
-TEST_F(NoteAttachmentsTest, PrintsAndPreviewsThroughTheDoor) {
-    open(customer);
-    type("on paper");
-    for (const char* key : {"tooPrint", "tooPreview"}) {
-        QPrinter printer;
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(folder.filePath(QString(key) + ".pdf"));
-        script.choosePrinter(&printer);
-        click(key);
-        EXPECT_GT(QFileInfo(printer.outputFileName()).size(), 1000) << key;
-    }
-    EXPECT_EQ(script.asked, QStringList({"print: Print Note", "preview: Print Preview"}));
 }
 
 } // namespace yrw::test
