@@ -1,10 +1,12 @@
 #include "cli/RtfHtml.h"
 
+#include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/Picture.h"
 
 #include <QUrl>
 
 #include <iterator>
+#include <optional>
 
 namespace yrw {
 
@@ -78,6 +80,19 @@ QString pictureHtml(const QByteArray& group) {
              QString::fromLatin1(picture.data.toBase64()), size);
 }
 
+/// What an attachment shows, else its name.
+QString objectHtml(const QByteArray& group) {
+    if (const rtf::Picture picture = rtf::pictureOf(group);
+        picture.kind == rtf::PictureKind::Png || picture.kind == rtf::PictureKind::Jpeg) {
+        return pictureHtml(group);
+    }
+    const auto object = rtf::readObject(rtf::objectOf(group).data);
+    const auto file = object && object->className == rtf::kPackageClass
+                          ? rtf::readPackage(object->native)
+                          : std::nullopt;
+    return file ? u'[' + file->label.toHtmlEscaped() + u']' : QStringLiteral("[attachment]");
+}
+
 bool isSafeLink(const QString& link) {
     const QString scheme = QUrl(link).scheme().toLower();
     return scheme == u"http" || scheme == u"https" || scheme == u"mailto";
@@ -96,35 +111,43 @@ public:
             addParagraph(paragraph, format);
         }
         enterList({});
-        leaveTable();
+        leaveTables(0);
         return m_html;
     }
 
 private:
+    /// Closes the cells and tables that a paragraph is not in, and opens those that it is in.
     void enterCell(const rtf::Paragraph& paragraph) {
-        if (paragraph.row == m_row && paragraph.cell == m_cell) {
+        const rtf::CellPath path = m_document.cellsOf(paragraph);
+        int same = 0;
+        while (same < path.depth && same < m_path.depth && path.at(same) == m_path.at(same)) {
+            ++same;
+        }
+        if (same == path.depth && same == m_path.depth) {
             return;
         }
         enterList({});
-        if (paragraph.row < 0) {
-            leaveTable();
-            return;
+        // Cells that follow each other in one cell around them are of one table.
+        const bool goesOn = same < path.depth && same < m_path.depth;
+        leaveTables(goesOn ? same + 1 : same);
+        if (goesOn) {
+            m_html += path.at(same).row == m_path.at(same).row
+                          ? QStringLiteral("</td><td>")
+                          : QStringLiteral("</td></tr>\n<tr><td>");
         }
-        if (m_row < 0) {
-            m_html += QStringLiteral("<table>\n<tr><td>");
-        } else {
-            m_html += paragraph.row == m_row ? QStringLiteral("</td><td>")
-                                             : QStringLiteral("</td></tr>\n<tr><td>");
+        for (int level = m_path.depth; level < path.depth; ++level) {
+            const rtf::Row& row = m_document.rows.at(std::size_t(path.at(level).row));
+            m_html += row.borders ? QStringLiteral("<table border=\"1\" style=\"border-collapse:"
+                                                   "collapse\">\n<tr><td>")
+                                  : QStringLiteral("<table>\n<tr><td>");
         }
-        m_row = paragraph.row;
-        m_cell = paragraph.cell;
+        m_path = path;
     }
-    void leaveTable() {
-        if (m_row >= 0) {
+    /// Leaves the tables that lie in so many others or more.
+    void leaveTables(int level) {
+        for (; m_path.depth > level; --m_path.depth) {
             m_html += QStringLiteral("</td></tr>\n</table>\n");
         }
-        m_row = -1;
-        m_cell = 0;
     }
     void enterList(const rtf::ParFormat& format) {
         if (format.list == m_list) {
@@ -181,7 +204,7 @@ private:
             case rtf::InlineKind::Picture:
                 return pictureHtml(object.raw);
             case rtf::InlineKind::Object:
-                return QStringLiteral("[attachment]");
+                return objectHtml(object.raw);
             case rtf::InlineKind::Kept:
                 return {};
             }
@@ -200,8 +223,7 @@ private:
     const rtf::Document& m_document;
     QString m_html;
     rtf::ListKind m_list = rtf::ListKind::None;
-    int m_row = -1;
-    int m_cell = 0;
+    rtf::CellPath m_path; ///< the open cells
 };
 
 } // namespace

@@ -96,8 +96,9 @@ private:
         context.clip = view.adjusted(0, 0.5, 0, -0.5);
         // Paper is white, whatever the screen's colours are.
         context.palette.setColor(QPalette::Text, Qt::black);
+        context.palette.setColor(QPalette::Base, Qt::white);
         m_text->documentLayout()->draw(&painter, context);
-        richtext::paintListNumbers(painter, *m_text, context.clip, Qt::black);
+        richtext::paintListNumbers(painter, *m_text, context.clip, context.palette);
         painter.restore();
     }
 

@@ -15,6 +15,7 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QPrinter>
+#include <QScopeGuard>
 
 namespace yrw {
 
@@ -218,8 +219,8 @@ void frmMain::printNote() {
         return;
     }
     ShowStatus(QStringLiteral("Printing..."));
+    const auto done = qScopeGuard([this] { ShowStatus(QStringLiteral("Done")); });
     prompt().print(kPrintTitle, [this](QPrinter& printer) { paintNote(printer); });
-    ShowStatus(QStringLiteral("Done"));
 }
 
 void frmMain::previewNote() {
@@ -243,13 +244,13 @@ void frmMain::exportPdf() {
         return;
     }
     ShowStatus(QStringLiteral("Printing..."));
+    const auto done = qScopeGuard([this] { ShowStatus(QStringLiteral("Done")); });
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(path);
     printer.setDocName(m_note->value(QStringLiteral("Subject")).toString());
     printer.setPageMargins(kPageMargins, QPageLayout::Millimeter);
     paintNote(printer);
-    ShowStatus(QStringLiteral("Done"));
     if (printer.printerState() == QPrinter::Error || QFileInfo(path).size() == 0) {
         throw AutomationError(kErrorDiskFull, QStringLiteral("YRWNotes.frmMain.ExportPdf"),
                               QStringLiteral("\"%1\" cannot be written.").arg(path));

@@ -104,7 +104,7 @@ void frmMain::markHits() {
             marks.append(mark);
         }
     }
-    m_rtxMain->setExtraSelections(marks);
+    m_rtxMain->setMarks(marks);
 }
 
 void frmMain::showEmptyText() {

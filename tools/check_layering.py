@@ -42,7 +42,7 @@ ROOMS = {
     "platform/controls": {"platform/controls/api", "platform/dao", "platform/forms"},
     "platform/spelling": set(),
     "platform/richtext": {
-        "platform/rtf", "platform/forms", "platform/prompt", "platform/spelling",
+        "platform/rtf", "platform/controls", "platform/forms", "platform/prompt", "platform/spelling",
     },
     "framework": {
         "platform/clock", "platform/settings", "platform/files", "platform/prompt",

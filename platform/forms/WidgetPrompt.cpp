@@ -11,6 +11,7 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPrintDialog>
@@ -281,14 +282,15 @@ std::optional<FontChoice> WidgetPrompt::chooseFont(const FontChoice& start) {
     font.setItalic(start.italic);
     font.setUnderline(start.underline);
     font.setStrikeOut(start.strikethru);
+    // A font that the screen lacks would lose its style in the dialog; its substitute keeps it.
+    font.setFamilies({QFontInfo(font).family()});
     QFontDialog dialog(font);
-    const QString shown = dialog.selectedFont().family().isEmpty() ? dialog.currentFont().family()
-                                                                   : dialog.selectedFont().family();
+    const QString shown = dialog.currentFont().family();
     if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
         return std::nullopt;
     }
     const QFont chosen = dialog.selectedFont();
-    // A font that the screen lacks is shown as another; left alone, it stays the one asked for.
+    // Left alone, the font stays the one asked for.
     const bool keeps = chosen.family() == shown && !start.name.isEmpty();
     return FontChoice{keeps ? start.name : chosen.family(),
                       chosen.pointSizeF(),

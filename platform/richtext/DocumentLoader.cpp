@@ -197,6 +197,7 @@ QTextTableFormat DocumentLoader::tableFormat(const std::vector<int>& rows) const
     format.setCellSpacing(0);
     format.setBorderCollapse(true);
     format.setBorder(look.borders ? 1 : 0);
+    format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
     format.setLeftMargin(std::max(0.0, pixels(look.left, m_dotsPerInch)));
     QList<QTextLength> widths;
     for (int column = 0, left = look.left; column < columns; ++column) {

@@ -6,10 +6,12 @@
 #include "platform/rtf/Picture.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QBuffer>
-#include <QImageReader>
+#include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QTextDocument>
+
+#include <algorithm>
 
 namespace yrw::richtext {
 
@@ -18,6 +20,16 @@ namespace {
 constexpr double kDots = 96;
 constexpr double kCaptionPixels = 12;
 constexpr QSizeF kPlaceholder{48, 48};
+constexpr double kWidestPlaceholder = 240;
+
+/// A frame that a caption fits in.
+QSizeF placeholder(const QString& caption) {
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(static_cast<int>(kCaptionPixels));
+    constexpr double kMargins = 12;
+    const double width = QFontMetricsF(font).horizontalAdvance(caption) + kMargins;
+    return {std::clamp(width, kPlaceholder.width(), kWidestPlaceholder), kPlaceholder.height()};
+}
 
 } // namespace
 
@@ -44,7 +56,7 @@ InlineRenderer::Look InlineRenderer::makeLook(const rtf::Inline& group) const {
         look.caption = QStringLiteral("Drawing"); // shown where it cannot be drawn
     }
     if (look.size.isEmpty()) {
-        look.size = look.picture.isNull() ? kPlaceholder : QSizeF(look.picture.size());
+        look.size = look.picture.isNull() ? placeholder(look.caption) : QSizeF(look.picture.size());
     }
     return look;
 }
@@ -53,11 +65,15 @@ void InlineRenderer::addObjectLook(Look& look, const QByteArray& raw) const {
     const rtf::ObjectGroup group = rtf::objectOf(raw);
     const auto object = rtf::readObject(group.data);
     look.caption = objectCaption(group, object);
-    if (look.picture.isNull() && object && object->native.startsWith("BM")) {
-        look.picture = QPixmap::fromImage(decodeImage(object->native));
+    if (look.picture.isNull() && object) {
+        look.picture = QPixmap::fromImage(objectImage(*object));
     }
     if (look.size.isEmpty()) {
         look.size = QSizeF(pixels(group.width, kDots), pixels(group.height, kDots));
+    }
+    if (look.size.isEmpty() && object) {
+        look.size = QSizeF(pixels(object->presentation.width, kDots),
+                           pixels(object->presentation.height, kDots));
     }
 }
 
@@ -68,7 +84,12 @@ const InlineRenderer::Look& InlineRenderer::look(const QTextFormat& format) {
         return known->second;
     }
     const auto index = static_cast<std::size_t>(id);
-    return m_looks[id] = index < m_inlines.size() ? makeLook(m_inlines[index]) : Look{};
+    if (index >= m_inlines.size()) {
+        // Text that is just going; its number is soon another group's.
+        static const Look nothing;
+        return nothing;
+    }
+    return m_looks[id] = makeLook(m_inlines[index]);
 }
 
 QSizeF InlineRenderer::intrinsicSize(QTextDocument* document, int, const QTextFormat& format) {
@@ -96,7 +117,7 @@ void InlineRenderer::drawObject(QPainter* painter, const QRectF& rect, QTextDocu
     painter->setFont(font);
     painter->setPen(QPen(Qt::gray, 1, Qt::DashLine));
     painter->drawRect(rect.adjusted(0.5, 0.5, -0.5, -0.5));
-    painter->drawText(rect, Qt::AlignCenter | Qt::TextWordWrap, shown.caption);
+    painter->drawText(rect, Qt::AlignCenter | Qt::TextWrapAnywhere, shown.caption);
     painter->restore();
 }
 

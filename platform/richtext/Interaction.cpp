@@ -1,5 +1,6 @@
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/ListNumbers.h"
+#include "platform/richtext/ReadableColours.h"
 #include "platform/richtext/RichTextBox.h"
 
 #include <QApplication>
@@ -59,14 +60,32 @@ void RichTextBox::leaveLink() {
     }
 }
 
+void RichTextBox::setMarks(const QList<ExtraSelection>& marks) {
+    m_marks = marks;
+    setExtraSelections(m_readable + m_marks);
+}
+
+/// Marks what is in view and would be painted dark on dark. Another paint follows only where that
+/// has changed.
+void RichTextBox::makeColoursReadable() {
+    const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const QList<ExtraSelection> pieces = richtext::readableColours(
+        *document(), viewport()->rect().translated(scrolled), palette().color(QPalette::Base));
+    if (!richtext::isSame(pieces, m_readable)) {
+        m_readable = pieces;
+        setExtraSelections(m_readable + m_marks);
+    }
+}
+
 bool RichTextBox::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::Paint) {
+        makeColoursReadable();
         const bool painted = QTextEdit::viewportEvent(event);
         const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
         QPainter painter(viewport());
         painter.translate(-scrolled);
         const QRect shown = static_cast<QPaintEvent*>(event)->rect().translated(scrolled);
-        richtext::paintListNumbers(painter, *document(), shown, palette().color(QPalette::Text));
+        richtext::paintListNumbers(painter, *document(), shown, palette());
         return painted;
     }
     if (event->type() == QEvent::ToolTip) {

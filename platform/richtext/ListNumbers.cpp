@@ -1,10 +1,12 @@
 #include "platform/richtext/ListNumbers.h"
 
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/ReadableColours.h"
 #include "platform/rtf/ListNumber.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
+#include <QPalette>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextLayout>
@@ -30,7 +32,7 @@ QString numberOf(const QTextBlock& block) {
 }
 
 void paintNumber(QPainter& painter, const QTextBlock& block, const QRectF& rect,
-                 const QString& number, const QColor& colour) {
+                 const QString& number, const QPalette& palette) {
     if (block.layout()->lineCount() == 0) {
         return;
     }
@@ -47,7 +49,9 @@ void paintNumber(QPainter& painter, const QTextBlock& block, const QRectF& rect,
     const QPointF text = block.layout()->position() + first.naturalTextRect().topLeft();
     // Automatic text has an empty brush.
     const QBrush brush = format.foreground();
-    painter.setPen(brush.style() == Qt::NoBrush ? colour : brush.color());
+    painter.setPen(brush.style() == Qt::NoBrush
+                       ? palette.color(QPalette::Text)
+                       : shownColour(brush.color(), palette.color(QPalette::Base)));
     layout.draw(&painter, QPointF(text.x() - line.horizontalAdvance(),
                                   text.y() + first.ascent() - line.ascent()));
 }
@@ -55,7 +59,7 @@ void paintNumber(QPainter& painter, const QTextBlock& block, const QRectF& rect,
 } // namespace
 
 void paintListNumbers(QPainter& painter, const QTextDocument& document, const QRectF& clip,
-                      const QColor& colour) {
+                      const QPalette& palette) {
     const QAbstractTextDocumentLayout& layout = *document.documentLayout();
     const int first = layout.hitTest(clip.topLeft(), Qt::FuzzyHit);
     for (QTextBlock block = document.findBlock(std::max(first, 0)); block.isValid();
@@ -66,7 +70,7 @@ void paintListNumbers(QPainter& painter, const QTextDocument& document, const QR
         }
         const QString number = numberOf(block);
         if (!number.isEmpty() && rect.intersects(clip)) {
-            paintNumber(painter, block, rect, number, colour);
+            paintNumber(painter, block, rect, number, palette);
         }
     }
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QColor>
 #include <QRectF>
 
 class QPainter;
+class QPalette;
 class QTextDocument;
 
 namespace yrw::richtext {
@@ -12,6 +12,6 @@ namespace yrw::richtext {
 /// those within `clip` of a document whose top left corner is the painter's origin. `colour` is
 /// that of automatic text.
 void paintListNumbers(QPainter& painter, const QTextDocument& document, const QRectF& clip,
-                      const QColor& colour);
+                      const QPalette& palette);
 
 } // namespace yrw::richtext

@@ -128,12 +128,23 @@ QString RichTextBox::objectLink(int index) const {
 
 std::optional<rtf::PackagedFile> RichTextBox::objectPicture(int index) const {
     const rtf::Inline* const group = objectGroup(index);
-    const rtf::Picture picture = group == nullptr ? rtf::Picture{} : rtf::pictureOf(group->raw);
+    if (group == nullptr) {
+        return std::nullopt;
+    }
+    rtf::Picture picture = rtf::pictureOf(group->raw);
+    if (picture.data.isEmpty()) {
+        const auto object = rtf::readObject(rtf::objectOf(group->raw).data);
+        picture = object ? object->presentation : rtf::Picture{};
+    }
     if (picture.data.isEmpty()) {
         return std::nullopt;
     }
     const QString name = QFileInfo(objectName(index)).completeBaseName();
     const QImage image = richtext::decodePicture(picture.kind, picture.data);
+    if (image.isNull() && picture.kind != rtf::PictureKind::Emf &&
+        picture.kind != rtf::PictureKind::Wmf) {
+        return std::nullopt; // damaged
+    }
     if (image.isNull()) { // a drawing: other programs show it
         const bool enhanced = picture.kind == rtf::PictureKind::Emf;
         return rtf::PackagedFile{name + (enhanced ? u".emf" : u".wmf"), {}, picture.data};

@@ -111,6 +111,17 @@ QImage decodePicture(rtf::PictureKind kind, const QByteArray& data) {
     }
 }
 
+QImage objectImage(const rtf::EmbeddedObject& object) {
+    constexpr char kBitmapHeader[] = "\x28\0\0"; // and a NUL: 40 bytes long
+    QImage own;
+    if (object.native.startsWith("BM")) {
+        own = decodeImage(object.native, "bmp");
+    } else if (object.native.startsWith(QByteArrayView(kBitmapHeader, sizeof kBitmapHeader))) {
+        own = decodeImage(object.native, "dib");
+    }
+    return own.isNull() ? decodePicture(object.presentation.kind, object.presentation.data) : own;
+}
+
 QByteArray pictureGroup(const QImage& image) {
     rtf::Picture picture;
     picture.kind = rtf::PictureKind::Png;

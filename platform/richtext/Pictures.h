@@ -15,6 +15,10 @@ namespace yrw::richtext {
 /// Decodes the data of a picture group; of a metafile, the bitmap it paints.
 [[nodiscard]] QImage decodePicture(rtf::PictureKind kind, const QByteArray& data);
 
+/// How an object looks whose group shows nothing: the picture that it is, else the one stored
+/// beside its data; null without one that can be decoded.
+[[nodiscard]] QImage objectImage(const rtf::EmbeddedObject& object);
+
 /// The group of an image, stored as PNG and shown at 96 dots per inch or smaller, so that it fits
 /// the width of a page's text.
 [[nodiscard]] QByteArray pictureGroup(const QImage& image);

@@ -138,6 +138,10 @@ public:
     /// Looks at every word anew, after the checker has learnt one.
     void checkSpellingAgain();
 
+    /// Paints pieces of the text in another format, which stays out of the content; replaces those
+    /// marked before.
+    void setMarks(const QList<ExtraSelection>& marks);
+
     /// A copy of the content to be painted elsewhere, with pictures and objects: laid out at this
     /// widget's resolution (`logicalDpiY`) with the metrics of paper. It must end before the box.
     [[nodiscard]] std::unique_ptr<QTextDocument> printable();
@@ -182,6 +186,7 @@ private:
     void leaveLink();
     [[nodiscard]] bool leavesList(const QKeyEvent& event) const;
     void openLink(const QString& target);
+    void makeColoursReadable();
     void insertModel(rtf::Document model, bool keepLook);
     void insertInline(rtf::InlineKind kind, const QByteArray& raw);
     void insertForeignHtml(const QString& html);
@@ -207,6 +212,8 @@ private:
     std::optional<QPoint> m_objectPressed; ///< where the mouse went down on an object
     qint64 m_largestFile = 64LL * 1024 * 1024;
     bool m_pasteKeepsLook = false;
+    QList<ExtraSelection> m_marks;
+    QList<ExtraSelection> m_readable; ///< text in view whose own colour cannot be read
 };
 
 } // namespace yrw

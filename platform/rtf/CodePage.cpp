@@ -52,6 +52,19 @@ QByteArray iconvName(int codePage) {
     }
 }
 
+/// True when the letters and digits of ASCII mean themselves; rich text itself is written in them,
+/// so a page of mainframes that has others in their place cannot be its own.
+bool keepsAscii(iconv_t handle) {
+    QByteArray letters("AZaz09");
+    std::array<char16_t, 6> decoded{};
+    char* from = letters.data();
+    auto fromLeft = static_cast<std::size_t>(letters.size());
+    char* to = reinterpret_cast<char*>(decoded.data());
+    std::size_t toLeft = sizeof decoded;
+    iconv(handle, &from, &fromLeft, &to, &toLeft);
+    return fromLeft == 0 && std::equal(decoded.begin(), decoded.end(), u"AZaz09");
+}
+
 /// Converters are kept: opening one loads a table.
 iconv_t converter(int codePage) {
     static thread_local std::map<int, IconvHandle> open;
@@ -61,6 +74,9 @@ iconv_t converter(int codePage) {
     }
     iconv_t handle = iconv_open("UTF-16LE", iconvName(codePage).constData());
     if (handle == reinterpret_cast<iconv_t>(-1)) { // NOLINT: iconv's own failure value
+        handle = nullptr;
+    } else if (!keepsAscii(handle)) {
+        iconv_close(handle);
         handle = nullptr;
     }
     open[codePage] = IconvHandle(handle);

@@ -8,6 +8,7 @@
 #include <QStringView>
 
 #include <algorithm>
+#include <cmath>
 
 namespace yrw::rtf {
 
@@ -16,6 +17,7 @@ namespace {
 constexpr quint32 kVersion = 0x501;
 constexpr quint32 kLinked = 1;
 constexpr quint32 kEmbedded = 2;
+constexpr quint32 kPresentation = 5;
 constexpr quint16 kStreamMark = 2;
 constexpr quint16 kLinkedFile = 1;
 constexpr quint16 kEmbeddedFile = 3;
@@ -68,6 +70,41 @@ std::optional<QString> wide(ByteReader& reader) {
     return text;
 }
 
+/// Twips of hundredths of a millimetre, which may count downwards.
+int twips(quint32 himetric) {
+    constexpr double kHimetricPerInch = 2540;
+    constexpr double kTwipsPerInch = 1440;
+    const double length = std::abs(static_cast<double>(static_cast<qint32>(himetric)));
+    return static_cast<int>(std::min<double>(kLargest, length * kTwipsPerInch / kHimetricPerInch));
+}
+
+/// The picture behind an object's data; none where there is none or a length does not fit.
+Picture presentation(ByteReader& reader) {
+    constexpr qsizetype kMetafileFrame = 8; // mapping and size once more
+    reader.u32();
+    if (reader.u32() != kPresentation) {
+        return {};
+    }
+    const QByteArrayView type = reader.countedText();
+    Picture picture;
+    picture.width = twips(reader.u32());
+    picture.height = twips(reader.u32());
+    QByteArrayView data = reader.take(reader.u32());
+    if (reader.failed()) {
+        return {};
+    }
+    if (type == "METAFILEPICT" && data.size() > kMetafileFrame) {
+        picture.kind = PictureKind::Wmf;
+        data = data.sliced(kMetafileFrame);
+    } else if (type == "DIB") {
+        picture.kind = PictureKind::Dib;
+    } else {
+        return {};
+    }
+    picture.data = data.toByteArray();
+    return picture;
+}
+
 } // namespace
 
 std::optional<EmbeddedObject> readObject(QByteArrayView stream) {
@@ -85,7 +122,15 @@ std::optional<EmbeddedObject> readObject(QByteArrayView stream) {
     if (!object.linked) {
         object.native = reader.take(reader.u32()).toByteArray();
     }
-    return reader.failed() ? std::nullopt : std::make_optional(object);
+    if (reader.failed()) {
+        return std::nullopt;
+    }
+    if (object.linked) {
+        reader.countedText(); // the network's name of the file
+        reader.take(8);       // how the link is kept up to date
+    }
+    object.presentation = presentation(reader);
+    return object;
 }
 
 QByteArray writeObject(const EmbeddedObject& object) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/rtf/Picture.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
@@ -17,7 +19,8 @@ struct EmbeddedObject {
     QByteArray className = {}; ///< e.g. "Package", "PBrush"
     QByteArray topic = {};     ///< of a link: the file's path
     QByteArray item = {};
-    QByteArray native = {}; ///< the object's own data; empty for a link
+    QByteArray native = {};    ///< the object's own data; empty for a link
+    Picture presentation = {}; ///< how it looks, stored beside the data; kind None without one
 };
 
 /// A file inside a "Package" object.
@@ -38,7 +41,7 @@ struct ObjectGroup {
 
 /// Reads an object's data stream; nothing when a length in it does not fit.
 [[nodiscard]] std::optional<EmbeddedObject> readObject(QByteArrayView stream);
-/// The stream of an embedded object, without a picture of its own.
+/// The stream of an embedded object, without a picture beside the data.
 [[nodiscard]] QByteArray writeObject(const EmbeddedObject& object);
 
 /// Reads the native data of a "Package" object; nothing when it is damaged.

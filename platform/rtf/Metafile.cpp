@@ -17,6 +17,8 @@ qsizetype bitmapOffset(quint16 function) {
     switch (function) {
     case 0x0F43: // StretchDIBits
         return 22;
+    case 0x0D33: // SetDIBitsToDevice
+        return 18;
     case 0x0B41: // DibStretchBlt
         return 20;
     case 0x0940: // DibBitBlt

@@ -1,6 +1,8 @@
 #include "cli/ProgressLine.h"
 #include "tests/cli/CommandFixture.h"
 
+#include <QRegularExpression>
+
 namespace yrw::test {
 namespace {
 
@@ -78,17 +80,36 @@ TEST_F(ExportTest, WritesAFileWholeOrNotAtAll) {
 TEST_F(ExportTest, ConvertsRichText) {
     const QByteArray rtf = "{\\rtf1{\\colortbl ;\\red255\\green0\\blue0;}\\b bold\\b0  <&>\\par "
                            "{\\field{\\*\\fldinst HYPERLINK \"javascript:x\"}{\\fldrslt js}}\\par}";
-    const auto convert = [&](const char* to) {
+    const auto convert = [&](const char* to, const QByteArray& from) {
         return runBare({QStringLiteral("rtf"), QStringLiteral("-"), QStringLiteral("--to"),
                         QString::fromLatin1(to)},
-                       rtf);
+                       from);
     };
-    EXPECT_EQ(convert("text").out, QStringLiteral("bold <&>\njs\n"));
-    const QString html = convert("html").out;
+    EXPECT_EQ(convert("text", rtf).out, QStringLiteral("bold <&>\njs\n"));
+    const QString html = convert("html", rtf).out;
     EXPECT_TRUE(html.contains(QStringLiteral("<b>bold</b>"))) << qPrintable(html);
     EXPECT_TRUE(html.contains(QStringLiteral("&lt;&amp;&gt;")));
     EXPECT_FALSE(html.contains(QStringLiteral("href")));
-    EXPECT_TRUE(convert("rtf").out.endsWith(QStringLiteral("\r\n\\par\r\n}\r\n")));
+    const QByteArray nested =
+        "{\\rtf1\\trowd\\cellx5000\\cellx9000\\pard\\intbl a\\par\\pard\\intbl\\itap2 b\\nestcell c"
+        "\\nestcell{\\*\\nesttableprops\\trowd\\cellx1000\\cellx2000\\nestrow}d\\nestcell "
+        "e\\nestcell"
+        "{\\*\\nesttableprops\\trowd\\cellx1000\\cellx2000\\nestrow}\\pard\\intbl f\\cell "
+        "g\\cell\\row"
+        "\\intbl h\\cell i\\cell\\row\\pard j\\par}";
+    const QString tables =
+        convert("html", nested)
+            .out.section(QStringLiteral("<body>"), 1)
+            .remove(QRegularExpression(QStringLiteral("</?(p|span|body|html)\\b[^>]*>|\n")));
+    EXPECT_EQ(tables, QStringLiteral("<table><tr><td>a<table><tr><td>b</td><td>c</td></tr>"
+                                     "<tr><td>d</td><td>e</td></tr></table>f</td><td>g</td></tr>"
+                                     "<tr><td>h</td><td>i</td></tr></table>j"));
+    const QByteArray shown = "{\\rtf1{\\object{\\*\\objdata 01}{\\result{\\pict\\pngblip 89}}}"
+                             "{\\object{\\*\\objdata 01}}}";
+    EXPECT_TRUE(
+        convert("html", shown)
+            .out.contains(QRegularExpression(QStringLiteral("<img [^>]*iQ==.*\\[attachment\\]"))));
+    EXPECT_TRUE(convert("rtf", rtf).out.endsWith(QStringLiteral("\r\n\\par\r\n}\r\n")));
     EXPECT_EQ(runBare({QStringLiteral("rtf"), QStringLiteral("/no/such/file")}).status,
               kExitFailed);
 }

@@ -7,9 +7,12 @@
 #include "platform/prompt/ErrorLog.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QColorDialog>
 #include <QFile>
+#include <QFontDatabase>
+#include <QFontDialog>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
@@ -210,6 +213,49 @@ TEST_F(WidgetPromptTest, coloursAreBlueGreenRed) {
     EXPECT_EQ(prompt.chooseColour(0x112233), 0xCCBBAA);
     whenOpen([](QWidget* box) { box->close(); });
     EXPECT_EQ(prompt.chooseColour(0), std::nullopt);
+}
+
+TEST_F(WidgetPromptTest, aFontThatTheScreenLacksKeepsItsNameWhenLeftAlone) {
+    const FontChoice start{"No Such Font Here", 13, true, false, true, false, 0x112233};
+    whenOpen([](QWidget* box) { qobject_cast<QFontDialog*>(box)->accept(); });
+    const auto kept = prompt.chooseFont(start);
+    ASSERT_TRUE(kept.has_value());
+    EXPECT_EQ(kept->name, start.name);
+    EXPECT_EQ(kept->points, 13);
+    EXPECT_TRUE(kept->bold);
+    EXPECT_TRUE(kept->underline);
+    EXPECT_FALSE(kept->italic || kept->strikethru);
+    EXPECT_EQ(kept->colour, start.colour);
+    const QString other = QFontDatabase::families().constLast();
+    whenOpen([&other](QWidget* box) {
+        qobject_cast<QFontDialog*>(box)->setCurrentFont(QFont(other));
+        qobject_cast<QFontDialog*>(box)->accept();
+    });
+    EXPECT_EQ(prompt.chooseFont(start)->name, other);
+}
+
+TEST_F(WidgetPromptTest, anythingElseShowsFilesWithoutADot) {
+    const QTemporaryDir folder;
+    for (const char* name : {"README", "a.txt", "a.doc"}) {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    const std::pair<const char*, int> cases[] = {{"Anything else (*.*)|*.*|", 3},
+                                                 {"Text File (*.txt; *.rtf)|*.txt;*.rtf|", 1}};
+    for (const auto& [filter, count] : cases) {
+        whenOpen([count = count](QWidget* box) {
+            auto* const files = box->findChild<QAbstractItemView*>("listView");
+            ASSERT_NE(files, nullptr);
+            EXPECT_TRUE(QTest::qWaitFor([&] {
+                return files->model()->rowCount(files->rootIndex()) == count;
+            })) << files->model()->rowCount(files->rootIndex());
+            box->close();
+        });
+        FileRequest request;
+        request.folder = folder.path();
+        request.filter = filter;
+        prompt.openFiles(request);
+    }
 }
 
 TEST_F(WidgetPromptTest, dialogsCancelledGiveNothing) {

@@ -1,4 +1,4 @@
-// Files inside notes, the text's menu, spelling, and what comes out on paper.
+// Files inside notes, the text's menu and spelling.
 #include "dialogs/frmInsertAttachment.h"
 #include "notes_window/NoteAttachments.h"
 #include "platform/rtf/EmbeddedObject.h"
@@ -9,11 +9,8 @@
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <QPrinter>
-#include <QProcess>
 #include <QRadioButton>
 #include <QRegularExpression>
-#include <QStandardPaths>
 
 namespace yrw::test {
 
@@ -106,6 +103,35 @@ TEST_F(NoteAttachmentsTest, ToolsAndKeyAttachAFileThatSurvivesTheDatabase) {
     EXPECT_FALSE(stored(idOf(note), "RTFNote").isNull());
 }
 
+TEST_F(NoteAttachmentsTest, ObjectsKeepTheirBytesThroughTenSavesAndReopenings) {
+    const QByteArray content = QByteArray::fromHex("00ff0d0a1a7d5c") + "{\\bin}";
+    const QString unknown =
+        "{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 0aFF 00\n1}{\\result ?}}";
+    note->Field("RTFNote")->setValue(QString("{\\rtf1 " + unknown + "}"));
+    open(customer);
+    insertIn(file("list.dat", content));
+    click("tooInsertIcon");
+    QString before;
+    for (int i = 0; i < 10; ++i) {
+        type("x");
+        press(Qt::Key_S, Qt::ControlModifier);
+        QString rtf = stored(idOf(note), "RTFNote").toString();
+        const auto objects = QRegularExpression("\\{\\\\object.*\\\\objdata[^}]*\\}",
+                                                QRegularExpression::DotMatchesEverythingOption)
+                                 .match(rtf)
+                                 .captured();
+        EXPECT_TRUE(before.isEmpty() || objects == before) << i;
+        before = objects;
+        restart();
+        editor().moveCursor(QTextCursor::End);
+    }
+    EXPECT_TRUE(before.contains("{\\*\\objdata 0aFF 00\n1}")) << before.right(300).toStdString();
+    EXPECT_EQ(editor().Text().count('x'), 10);
+    ASSERT_EQ(editor().objectCount(), 2);
+    const bool first = editor().objectName(0) == "list.dat";
+    EXPECT_EQ(editor().objectFile(first ? 0 : 1)->data, content);
+}
+
 TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
     addIn->settings().setText("LargestAttachment", "11");
     const QString large = file("large.bin", QByteArray(12 * 1024 * 1024, 'x'));
@@ -160,6 +186,25 @@ TEST_F(NoteAttachmentsTest, ALargeFileIsAskedAboutAndNoBringsTheDialogBack) {
     EXPECT_TRUE(script.asked.last().contains("\"large.bin\" has 11 MB."));
 }
 
+TEST_F(NoteAttachmentsTest, ADialogThatIsStillHeldGoesBeforeAnotherOpens) {
+    open(customer);
+    QPointer<QWidget> first;
+    whenDialogOpens([&](QWidget& dialog) {
+        first = &dialog;
+        whenDialogOpens([&](QWidget& second) {
+            EXPECT_NE(first.data(), &second);
+            EXPECT_TRUE(qobject_cast<frmInsertAttachment*>(first)->isUnloaded());
+            EXPECT_FALSE(first->isVisible());
+            clickIn(second, "cmdForm(1)");
+        });
+        toolbar().activate("tooInsertIcon");
+    });
+    click("tooInsertContent");
+    EXPECT_EQ(dialogs, 2);
+    EXPECT_TRUE(first.isNull());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
 TEST_F(NoteAttachmentsTest, OpensAPrivateReadOnlyCopyAfterAQuestion) {
     Desktop desktop;
     open(customer);
@@ -197,6 +242,11 @@ TEST_F(NoteAttachmentsTest, NeverOpensWhatADesktopWouldRun) {
         {"a.py", "import os", true},
         {"a.jar", "PK", true},
         {"a.lnk", "L", true},
+        {"a.AppImage",
+         "\x7f"
+         "ELF",
+         true},
+        {"a.html", "<script>", false},
         {"a.txt", "hello", false},
         {"a.pdf", "%PDF-1.4", false},
         {"a.doc", "\xd0\xcf\x11\xe0", false},
@@ -209,12 +259,19 @@ TEST_F(NoteAttachmentsTest, NeverOpensWhatADesktopWouldRun) {
     }
     Desktop desktop;
     open(customer);
-    insertIn(file("a.sh", "echo"));
-    click("tooInsertIcon");
-    script.expectMessage();
-    QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
-    EXPECT_TRUE(script.asked.last().contains("(shell script) is not opened"));
-    EXPECT_TRUE(desktop.opened.isEmpty());
+    for (const bool executable : {true, false}) {
+        editor().setText(QString());
+        const QString path = file("a.sh", "echo");
+        QFile::setPermissions(path, executable ? QFile::Permissions(0x7700) : QFile::ReadOwner);
+        insertIn(path);
+        click("tooInsertIcon");
+        ASSERT_EQ(editor().objectAt(placeOf(0)), 0) << executable;
+        script.expectMessage();
+        QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
+        EXPECT_TRUE(script.asked.last().contains("(shell script) is not opened"));
+        EXPECT_TRUE(desktop.opened.isEmpty());
+        QFile::remove(path);
+    }
 }
 
 TEST_F(NoteAttachmentsTest, TheMenuSavesAnAttachmentAndShowsThatOnlyThere) {
@@ -374,71 +431,6 @@ TEST_F(NoteAttachmentsTest, AConflictBringsTheOthersAttachmentsAlong) {
     ASSERT_EQ(editor().objectCount(), 2);
     EXPECT_EQ(editor().objectFile(0)->data, "mine");
     EXPECT_EQ(editor().objectFile(1)->data, "theirs");
-}
-
-/// What a program of poppler says of a file; empty without the program.
-QString told(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished();
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
-
-TEST_F(NoteAttachmentsTest, PaperHasHeadingPageNumbersAndTheSizesOfTheScreen) {
-    ASSERT_FALSE(QStandardPaths::findExecutable("pdftotext").isEmpty());
-    QString rtf =
-        "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs48 Large\\par\\fs20 "
-        "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 item\\par "
-        "\\pard ";
-    for (int i = 0; i < 120; ++i) {
-        rtf += QString("Line %1 of the note\\par ").arg(i);
-    }
-    note->BeginMultipleFieldUpdate();
-    note->Field("RTFNote")->setValue(QString(rtf + "}"));
-    note->EndMultipleFieldUpdate();
-    open(customer);
-    const QString pdf = folder.filePath("note.pdf");
-    script.chooseFiles({pdf});
-    click("tooExportPdf");
-    EXPECT_EQ(script.fileRequests.last().name, "First.pdf");
-
-    const QString text = told("pdftotext", {"-layout", pdf, "-"});
-    const QStringList pages = text.split('\f', Qt::SkipEmptyParts);
-    ASSERT_EQ(pages.size(), 3) << text.toStdString();
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(pages[i].contains(QString("Page %1 of 3").arg(i + 1)));
-        EXPECT_TRUE(pages[i].contains("First"));
-        EXPECT_TRUE(pages[i].contains("Anna Ash")) << pages[i].toStdString();
-        EXPECT_TRUE(pages[i].contains("10/03/2026 09:00"));
-    }
-    EXPECT_TRUE(QRegularExpression("5\\. +item").match(pages[0]).hasMatch()) << "list number";
-    for (int i = 0; i < 120; ++i) {
-        EXPECT_EQ(text.count(QString("Line %1 of the note").arg(i)), 1) << i;
-    }
-    // The height of a word's box follows the size of its font: 24 and 10 points.
-    const QString boxes = told("pdftotext", {"-bbox", pdf, "-"});
-    const auto height = [&](const QString& word) {
-        const QRegularExpression box("yMin=\"([0-9.]+)\" xMax=\"[0-9.]+\" yMax=\"([0-9.]+)\">" +
-                                     word + "<");
-        const QRegularExpressionMatch match = box.match(boxes);
-        return match.captured(2).toDouble() - match.captured(1).toDouble();
-    };
-    EXPECT_NEAR(height("Large") / height("Line"), 2.4, 0.1);
-    EXPECT_NEAR(height("Line"), 10 * 1.17, 1.5);
-}
-
-TEST_F(NoteAttachmentsTest, PrintsAndPreviewsThroughTheDoor) {
-    open(customer);
-    type("on paper");
-    for (const char* key : {"tooPrint", "tooPreview"}) {
-        QPrinter printer;
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(folder.filePath(QString(key) + ".pdf"));
-        script.choosePrinter(&printer);
-        click(key);
-        EXPECT_GT(QFileInfo(printer.outputFileName()).size(), 1000) << key;
-    }
-    EXPECT_EQ(script.asked, QStringList({"print: Print Note", "preview: Print Preview"}));
 }
 
 } // namespace yrw::test

@@ -1,4 +1,5 @@
 // The text: what is saved when, conflicts, drafts, formats and what is appended.
+#include "platform/rtf/Writer.h"
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QStandardPaths>
@@ -123,6 +124,50 @@ TEST_F(NoteEditor, AppendsDatesTimesAndStamps) {
         EXPECT_EQ(editor().SelStart(), editor().document()->toPlainText().size());
         editor().setSelStart(editor().SelStart() - 4);
         EXPECT_EQ(editor().SelBold(), each.bold);
+    }
+}
+
+// The rich text itself gets what is appended in the place of its ending.
+TEST_F(NoteEditor, WhatIsAppendedComesBeforeTheEndingOfTheRichText) {
+    const QString ending = "\r\n\\par\r\n}\r\n";
+    const QString braces = QString::fromUtf8("O}{\\b Неill");
+    const char* const texts[] = {
+        "",
+        " ",
+        "ends in blanks   ",
+        "\\b in bold text",
+        "\\b bold\\b0  and not",
+        "two\\par lines\\par",
+        "\\cf1\\i red",
+        "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 an item\\par"};
+    const QString head = "{\\rtf1{\\fonttbl{\\f0 Arial;}}{\\colortbl;\\red255;}\\f0\\fs20 ";
+    const QString stamp = "[10/03/26 09:00 Anna " + braces + "] - ";
+    store.host().DAODatabase()->RunScript("UPDATE tblUsers SET LastName = '" + braces +
+                                          "' WHERE UserID = 1");
+    store.actAs(1);
+    open(customer);
+    for (const char* text : texts) {
+        for (const Qt::Key key : {Qt::Key_D, Qt::Key_T, Qt::Key_M}) {
+            SCOPED_TRACE(std::string(text) + char(key));
+            editor().setTextRTF(head + QLatin1String(text) + u'}');
+            RichTextBox expected;
+            for (int i = 0; i < 2; ++i) {
+                expected.setTextRTF(editor().TextRTF());
+                QString rtf = expected.TextRTF();
+                ASSERT_EQ(rtf.right(11), ending);
+                rtf.chop(11);
+                if (key == Qt::Key_M) {
+                    rtf += expected.Text().isEmpty() ? "" : "\\par\r\n";
+                    rtf += "\\b " + rtf::escape(stamp) + "\\cf0\\b0 ";
+                } else {
+                    rtf += key == Qt::Key_D ? "10/03/2026" : "09:00";
+                }
+                expected.setTextRTF(rtf + " }");
+                press(key, Qt::ControlModifier | Qt::ShiftModifier);
+                EXPECT_EQ(editor().Text(), expected.Text());
+                EXPECT_EQ(editor().TextRTF(), expected.TextRTF());
+            }
+        }
     }
 }
 

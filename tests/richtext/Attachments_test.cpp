@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
+#include <QtEndian>
 
 namespace yrw {
 namespace {
@@ -53,6 +54,85 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
         ASSERT_TRUE(embedded);
         EXPECT_EQ(embedded->data, content);
         EXPECT_EQ(embedded->label, QString::fromUtf8("żółw.dat"));
+    }
+}
+
+QByteArray number(quint32 value) {
+    const quint32 stored = qToLittleEndian(value);
+    return {reinterpret_cast<const char*>(&stored), sizeof stored};
+}
+
+QByteArray counted(const QByteArray& text) {
+    return number(static_cast<quint32>(text.size() + 1)) + text + '\0';
+}
+
+/// The stream of an object as older programs stored it; a link where there are no data.
+QByteArray stream(const QByteArray& native, const QByteArray& shownAs, const QByteArray& picture) {
+    const QByteArray head = number(0x501) + number(native.isEmpty() ? 1 : 2) + counted("PBrush") +
+                            counted("C:\\p.bmp") + counted("0 0 8 8");
+    const QByteArray data = native.isEmpty() ? counted("net") + QByteArray(8, '\0')
+                                             : number(static_cast<quint32>(native.size())) + native;
+    return head + data + number(0x501) + number(5) + counted(shownAs) + number(1000) +
+           number(static_cast<quint32>(-1000)) + number(static_cast<quint32>(picture.size())) +
+           picture;
+}
+
+/// How many dots of a box are as green as the test's pictures.
+int greenDots(RichTextBox& box) {
+    const QImage shown = box.grab().toImage();
+    int count = 0;
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x) {
+            count += shown.pixel(x, y) == qRgb(0, 255, 0) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+TEST_F(Attachments, AnOldObjectShowsThePictureInItsDataAndKeepsThemThroughTenSaves) {
+    QImage green(8, 8, QImage::Format_RGB32);
+    green.fill(Qt::green);
+    ASSERT_TRUE(green.save(m_folder.filePath("p.bmp")));
+    QFile saved(m_folder.filePath("p.bmp"));
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    const QByteArray bmp = saved.readAll();
+    const QByteArray dib = bmp.mid(14); // without the header of a file
+    const QByteArray frame(8, '\x8');
+    const QByteArray metafile = QByteArray(18, '\0') +
+                                number(static_cast<quint32>(dib.size() + 24) / 2) + "\x33\x0d" +
+                                QByteArray(18, '\0') + dib;
+    const QByteArray drawing = QByteArray(18, '\0') + QByteArray::fromHex("030000000000");
+    struct Case {
+        const char* what;
+        QByteArray stream;
+        bool shows;
+        bool stored; ///< beside the data is a picture that can be saved
+    };
+    const Case cases[] = {
+        {"picture file", stream(bmp, "", ""), true, false},
+        {"picture without a file's header", stream(dib, "", ""), true, false},
+        {"metafile beside the data", stream("D", "METAFILEPICT", frame + metafile), true, true},
+        {"bitmap beside the data", stream("D", "DIB", dib), true, true},
+        {"bitmap beside a damaged picture", stream("BM", "DIB", dib), true, true},
+        {"metafile of a link", stream("", "METAFILEPICT", frame + metafile), true, true},
+        {"lines only", stream("D", "METAFILEPICT", frame + drawing), false, true},
+        {"damaged", stream("D", "DIB", "(\0\0\0"), false, false},
+        {"cut off", stream("D", "DIB", dib).chopped(1), false, false},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.what);
+        RichTextBox box;
+        box.resize(300, 200);
+        box.setTextRTF(
+            QString::fromLatin1("{\\rtf1{\\object\\objemb{\\*\\objclass PBrush}{\\*\\objdata " +
+                                each.stream.toHex() + "}}}"));
+        ASSERT_EQ(box.objectCount(), 1);
+        EXPECT_EQ(greenDots(box) > 0, each.shows);
+        for (int i = 0; i < 10; ++i) {
+            box.setTextRTF(box.TextRTF());
+        }
+        EXPECT_EQ(rtf::objectOf(box.TextRTF().toLatin1()).data, each.stream);
+        EXPECT_EQ(box.objectPicture(0).has_value(), each.stored);
     }
 }
 

@@ -161,5 +161,38 @@ TEST(Content, HugeTablesAndDeepGroupsAreShownInTime) {
     EXPECT_EQ(box.Text(), "x");
 }
 
+TEST(Content, ADarkColourIsPaintedLighterOnADarkGroundAndKept) {
+    const QString stored =
+        QStringLiteral("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}{\\colortbl;\\red0\\green0\\blue255;"
+                       "\\red255\\green255\\blue0;}\\f0\\fs96\\cf1 blue\\par "
+                       "\\cf0 plain\\par\\cf1\\highlight2 own\\par}");
+    RichTextBox box;
+    box.resize(500, 400);
+    box.setTextRTF(stored);
+    const QString written = box.TextRTF();
+    const auto shows = [&box](QRgb colour) {
+        const QImage shown = box.grab().toImage();
+        for (int y = 0; y < shown.height() / 3; ++y) { // the first line
+            for (int x = 0; x < shown.width(); ++x) {
+                if (shown.pixel(x, y) == colour) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(shows(qRgb(0, 0, 255)));
+    QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2a, 0x2a, 0x2a));
+    dark.setColor(QPalette::Base, QColor(0x2a, 0x2a, 0x2a));
+    box.setPalette(dark);
+    EXPECT_FALSE(shows(qRgb(0, 0, 255)));
+    EXPECT_EQ(box.extraSelections().size(), 1); // what has a ground of its own stays as it is
+    EXPECT_EQ(box.TextRTF(), written);
+    EXPECT_EQ(box.SelColor(), 0xff0000);
+    EXPECT_FALSE(box.document()->isModified());
+    box.setPalette(QPalette(Qt::lightGray));
+    EXPECT_TRUE(shows(qRgb(0, 0, 255)));
+}
+
 } // namespace
 } // namespace yrw

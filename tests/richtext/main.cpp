@@ -1,3 +1,5 @@
+#include "tests/richtext/DragPeer.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -8,6 +10,9 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
+    if (yrw::test::isDragPeer()) {
+        return yrw::test::runDragPeer();
+    }
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -33,6 +33,10 @@ TEST(EmbeddedObject, ReadsAStoredPackage) {
     ASSERT_TRUE(object);
     EXPECT_EQ(object->className, "Package");
     EXPECT_FALSE(object->linked);
+    EXPECT_EQ(object->presentation.kind, PictureKind::Wmf);
+    EXPECT_EQ(object->presentation.width, 1133);
+    EXPECT_EQ(object->presentation.height, 850);
+    EXPECT_TRUE(object->presentation.data.startsWith(QByteArray::fromHex("010009000003")));
     const auto file = readPackage(object->native);
     ASSERT_TRUE(file);
     EXPECT_EQ(file->label, "sheet.txt");

@@ -1,3 +1,4 @@
+#include "platform/rtf/Writer.h"
 #include "tests/rtf/Helpers.h"
 
 #include <gtest/gtest.h>
@@ -101,6 +102,16 @@ CharFormat formatAt(const Document& document, int position) {
         }
     }
     return {};
+}
+
+TEST(Reader, ACodePageThatCannotWriteRichTextIsNotBelieved) {
+    for (const int page : {37, 500, 1148, 1200, 99999, 0, -1}) {
+        const QByteArray rtf =
+            "{\\rtf1\\ansi\\ansicpg" + QByteArray::number(page) + " %caf\\'e9\\par}";
+        const Document document = readBytes(rtf);
+        EXPECT_EQ(document.plainText(), QString::fromUtf8("%café")) << page;
+        EXPECT_EQ(readBytes(write(document)).plainText(), document.plainText()) << page;
+    }
 }
 
 TEST(Reader, FormatsFollowTheirGroup) {

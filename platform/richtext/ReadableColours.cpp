@@ -1,0 +1,77 @@
+#include "platform/richtext/ReadableColours.h"
+
+#include "platform/controls/Colours.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextTable>
+
+#include <algorithm>
+
+namespace yrw::richtext {
+
+namespace {
+
+bool isDark(const QColor& ground) {
+    return contrast(ground, Qt::white) > contrast(ground, Qt::black);
+}
+
+void addPieces(QList<QTextEdit::ExtraSelection>& pieces, const QTextBlock& block,
+               const QColor& ground) {
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+        const QTextFragment fragment = it.fragment();
+        const QTextCharFormat format = fragment.charFormat();
+        const bool coloured = format.foreground().style() != Qt::NoBrush &&
+                              format.background().style() == Qt::NoBrush;
+        const QColor wanted = format.foreground().color();
+        const QColor shown = coloured ? shownColour(wanted, ground) : wanted;
+        if (shown == wanted) {
+            continue;
+        }
+        QTextEdit::ExtraSelection piece;
+        piece.cursor = QTextCursor(block);
+        piece.cursor.setPosition(fragment.position());
+        piece.cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
+        piece.format.setForeground(shown);
+        pieces.append(piece);
+    }
+}
+
+} // namespace
+
+QColor shownColour(const QColor& wanted, const QColor& ground) {
+    return isDark(ground) ? readableOn(ground, wanted) : wanted;
+}
+
+QList<QTextEdit::ExtraSelection> readableColours(const QTextDocument& document, const QRectF& view,
+                                                 const QColor& ground) {
+    QList<QTextEdit::ExtraSelection> pieces;
+    if (!isDark(ground)) {
+        return pieces;
+    }
+    const QAbstractTextDocumentLayout& layout = *document.documentLayout();
+    const int first = layout.hitTest(view.topLeft(), Qt::FuzzyHit);
+    for (QTextBlock block = document.findBlock(std::max(first, 0)); block.isValid();
+         block = block.next()) {
+        const QRectF rect = layout.blockBoundingRect(block);
+        if (rect.top() > view.bottom() && QTextCursor(block).currentTable() == nullptr) {
+            break;
+        }
+        if (rect.intersects(view)) {
+            addPieces(pieces, block, ground);
+        }
+    }
+    return pieces;
+}
+
+bool isSame(const QList<QTextEdit::ExtraSelection>& a, const QList<QTextEdit::ExtraSelection>& b) {
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(),
+        [](const QTextEdit::ExtraSelection& one, const QTextEdit::ExtraSelection& other) {
+            return one.format == other.format && one.cursor.anchor() == other.cursor.anchor() &&
+                   one.cursor.position() == other.cursor.position();
+        });
+}
+
+} // namespace yrw::richtext
