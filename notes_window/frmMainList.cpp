@@ -132,6 +132,9 @@ void frmMain::prepareRefill() {
     m_userNames.clear();
     // The text itself stays until it is known which note is shown next: it may be the same.
     m_note.reset();
+    if (focusWidget() == m_rtxMain) {
+        m_lsvMain->setFocus(); // turned off, the editor would leave the keyboard nowhere
+    }
     m_rtxMain->setEnabled(false);
     setDirty(false);
 }

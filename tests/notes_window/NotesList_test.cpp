@@ -351,7 +351,8 @@ TEST_F(NotesListLong, ALongNoteStopsWhereItIsAndIsNotSavedOver) {
     QGuiApplication::clipboard()->setText("clip");
     editor().setFocus();
     QTest::keyClicks(&editor(), "x");
-    QTest::keySequence(&editor(), QKeySequence("Ctrl+A,Ctrl+V,Ctrl+Shift+V,Ctrl+B,Ctrl+S"));
+    editor().selectAll();
+    QTest::keySequence(&editor(), QKeySequence("Ctrl+V,Ctrl+Shift+V,Ctrl+B,Ctrl+S"));
     for (const char* tool :
          {"tooInsertDate", "tooInsertStamp", "tooBullets", "tooPaste", "tooClear", "tooPrint"}) {
         window->findChild<Toolbar*>("atbMain")->activate(tool);
@@ -385,7 +386,9 @@ TEST_F(NotesListLong, ALongNoteGivesWayToTheOneThatIsWantedNext) {
 /// Remembers the texts that a status bar painted.
 class StatusReader : public QObject {
 public:
-    explicit StatusReader(StatusBar& bar) : m_bar(bar) { bar.installEventFilter(this); }
+    explicit StatusReader(StatusBar& bar) : m_bar(bar) {
+        bar.findChild<QLabel*>("statusText")->installEventFilter(this);
+    }
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() == QEvent::Paint) {
             texts.append(m_bar.text());
@@ -402,12 +405,13 @@ TEST_F(NotesListLong, ALongSaveSaysHowFarItIs) {
     makeLong(1);
     clickRow(1);
     QTest::keyClicks(&editor(), "x");
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     const StatusReader reader(*window->findChild<StatusBar*>("stbMain"));
     clock.isSlow = true;
     QTest::keyClick(&editor(), Qt::Key_S, Qt::ControlModifier);
     clock.isSlow = false;
     EXPECT_EQ(reader.texts.value(0), "Saving changes...");
-    EXPECT_EQ(reader.texts.filter("Saving changes: 50 %").size() > 0, true);
+    EXPECT_TRUE(reader.texts.contains("Saving changes: 50 %..."));
     EXPECT_EQ(status(), "Done");
     EXPECT_TRUE(noteOf(1)->value("PlainNote").toString().endsWith("line\r\nend"));
 }
