@@ -138,6 +138,45 @@ void againstHtml(const QByteArray& rtf) {
     std::printf("editor to RTF %.1f ms\n", saving);
 }
 
+QByteArray rowsOfTable(int rows) {
+    QByteArray rtf = "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}}";
+    for (int i = 0; i < rows; ++i) {
+        rtf += "\\trowd\\cellx2000\\cellx5000\\pard\\intbl " + QByteArray::number(i) +
+               "\\cell some text\\cell\\row\r\n";
+    }
+    return rtf + "\\pard end\\par}";
+}
+
+QByteArray itemsOfList(int items) {
+    QByteArray rtf = "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}}";
+    for (int i = 0; i < items; ++i) {
+        rtf += "\\pard{\\pntext "
+               "1.\\tab}{\\*\\pn\\pnlvlbody\\pndec\\pnstart1{\\pntxta.}}\\fi-360\\li720 "
+               "item " +
+               QByteArray::number(i) + " of a long list\\par\r\n";
+    }
+    return rtf + "}";
+}
+
+/// A long note in a window: until it is read, until its beginning is painted, and a save.
+void openLarge(const char* what, const QByteArray& rtf) {
+    yrw::RichTextBox box;
+    box.resize(800, 400);
+    box.show();
+    QCoreApplication::processEvents();
+    const QString text = QString::fromLatin1(rtf);
+    const double opened = fastest([&] { box.setTextRTF(text); }, 1);
+    const double painted = fastest([&] { (void)box.grab(); }, 1);
+    const double idle = fastest([] { QCoreApplication::processEvents(); }, 1);
+    const double saved = fastest([&] { (void)box.texts(); }, 1);
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("%s, %.0f MB: opened in %.0f ms, painted in %.0f ms, events %.0f ms: %.0f ms per "
+                "10 MB (target <= 1000); texts to save in %.0f ms; peak %ld MB\n",
+                what, rtf.size() / 1e6, opened, painted, idle,
+                (opened + painted + idle) / (rtf.size() / 1e7), saved, usage.ru_maxrss / 1024);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -145,6 +184,17 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
+    if (argc > 1) { // one large note, so that the peak of memory is its own
+        const int megabytes = QByteArray(argv[1]).toInt();
+        if (megabytes > 0) {
+            openLarge("text", sample(megabytes * 1000LL * 1000));
+        } else if (qstrcmp(argv[1], "list") == 0) {
+            openLarge("list", itemsOfList(argc > 2 ? QByteArray(argv[2]).toInt() : 100 * 1000));
+        } else {
+            openLarge("table", rowsOfTable(100 * 1000));
+        }
+        return 0;
+    }
     const QByteArray rtf = sample(1000 * 1000);
     againstConverter(rtf);
     againstHtml(rtf);

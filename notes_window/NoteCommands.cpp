@@ -103,7 +103,11 @@ std::vector<frmMain::Command> frmMain::textCommands() {
         {40010, u"Copy", [](frmMain& f, ITool&) { f.m_rtxMain->copy(); }},
         {40011, u"Paste", [](frmMain& f, ITool&) { f.m_rtxMain->paste(); }},
         {40012, u"Clear",
-         [](frmMain& f, ITool&) { f.m_rtxMain->textCursor().removeSelectedText(); }},
+         [](frmMain& f, ITool&) {
+             if (!f.m_rtxMain->isReadOnly()) {
+                 f.m_rtxMain->textCursor().removeSelectedText();
+             }
+         }},
         {41010, u"OpenAttachment", [](frmMain& f, ITool&) { f.openPopupObject(); }},
         {41011, u"SaveAttachment", [](frmMain& f, ITool&) { f.savePopupObject(); }},
         {41020, u"PasteKeepsLook", [](frmMain& f, ITool& t) { f.togglePasteKeepsLook(t); }},
@@ -324,15 +328,22 @@ void frmMain::toggleOption(const ITool& tool) {
 
 void frmMain::UpdateToolStates() {
     const bool shown = bool(m_note);
-    for (const QString& key : {kFormattingBand, kStandardBand, kInsertBand}) {
+    const bool whole = shown && !isNoteCut();
+    for (const QString& key : {kFormattingBand, kInsertBand}) {
         if (IBand* band = m_atbMain->findBand(key)) {
-            band->setEnabled(shown);
+            band->setEnabled(whole);
         }
+    }
+    if (IBand* band = m_atbMain->findBand(kStandardBand)) {
+        band->setEnabled(shown);
     }
     constexpr int toolSave = 20003;
     constexpr int toolDone = 20201;
-    for (const int id : {20008, 41000, 41001, 20101, 20200, 20202}) {
+    for (const int id : {20101, 20200, 20202}) {
         setToolEnabled(id, shown);
+    }
+    for (const int id : {20008, 41000, 41001}) {
+        setToolEnabled(id, whole);
     }
     setToolEnabled(toolSave, shown && m_dirty);
     setToolEnabled(toolDone, shown && !m_note->Done());

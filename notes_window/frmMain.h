@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -152,6 +153,8 @@ private:
     void showNoteOf(const QString& item);
     void putIntoEditor(Note& note);
     void turnEditorOff();
+    bool readIntoEditor(const QString& rtf);
+    [[nodiscard]] bool isNoteCut() const;
     void emptyEditor();
     void leaveItem(const QString& item);
     void replaceItem(const ListItem& item);
@@ -169,6 +172,7 @@ private:
     // The text (frmMainEditor.cpp, frmMainSaving.cpp).
     void writeText();
     void writeTextInto(Note& note);
+    [[nodiscard]] std::function<void(int percent)> savingWatch();
     void settleConflict();
     [[nodiscard]] TextChoice askWhoseText(Note& theirs);
     void appendOther(Note& theirs);
@@ -248,6 +252,8 @@ private:
     bool m_initialising = false;
     bool m_loading = false; ///< changes of the editor are not the user's
     bool m_dirty = false;
+    bool m_isShowing = false;          ///< a note is being read into the editor
+    std::optional<QString> m_nextItem; ///< the list item to be shown after that
     NoteDrafts m_drafts;
     QTimer m_draftTimer;
     QTimer m_waitingTimer;

@@ -147,7 +147,7 @@ void frmMain::prepareObjectTools(IBand& band) {
 /// Offers words for an unknown one, as many as there are; the tools are made when first needed.
 void frmMain::prepareWordTools(IBand& band) {
     m_misspelt = m_rtxMain->misspellingAt(m_popupPoint);
-    const bool unknown = !m_misspelt.isNull();
+    const bool unknown = !m_misspelt.isNull() && !m_rtxMain->isReadOnly();
     const QStringList words =
         unknown ? m_spellChecker->suggestions(m_misspelt.selectedText()) : QStringList();
     for (int i = 0; i <= kWordTools; ++i) {

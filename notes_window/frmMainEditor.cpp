@@ -36,8 +36,8 @@ const QString kFontColour = QStringLiteral("DefaultFontColour");
 } // namespace
 
 void frmMain::rtxMain_Change() {
-    if (m_loading) {
-        return;
+    if (m_loading || isNoteCut()) {
+        return; // what shows only the beginning of a note is never saved
     }
     m_textIsStored = false;
     setDirty(true);

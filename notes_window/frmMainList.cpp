@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace yrw {
 
@@ -299,8 +300,17 @@ void frmMain::selectAfterRefill(const QString& before) {
 }
 
 void frmMain::ShowNote(const QString& item) {
-    reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.ShowNote"),
-                 QStringLiteral("Could not Show the Note"), kProblem, [&] { showNoteOf(item); });
+    m_nextItem = item;
+    if (m_isShowing) {
+        return; // the note that is being read gives way
+    }
+    const QScopedValueRollback<bool> showing(m_isShowing, true);
+    while (m_nextItem) {
+        const QString next = *std::exchange(m_nextItem, std::nullopt);
+        reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.ShowNote"),
+                     QStringLiteral("Could not Show the Note"), kProblem,
+                     [&] { showNoteOf(next); });
+    }
 }
 
 void frmMain::showNoteOf(const QString& item) {
@@ -333,8 +343,14 @@ void frmMain::showNoteOf(const QString& item) {
     rtxMain_SelChange();
     setDirty(false);
     ShowStatus(QStringLiteral("Done"));
-    offerDraft(noteIdOf(item));
-    markHits();
+    if (!m_nextItem) {
+        offerDraft(noteIdOf(item));
+        markHits();
+    }
+    if (isNoteCut()) {
+        ShowStatus(QStringLiteral("Stopped: only the beginning of this note is shown, and it "
+                                  "cannot be changed. Choose the note again to read all of it."));
+    }
 }
 
 void frmMain::putIntoEditor(Note& note) {
@@ -346,8 +362,9 @@ void frmMain::putIntoEditor(Note& note) {
     m_textIsStored = true;
     const QString rtf = HostUtility::NullToText(m_loadedText);
     if (!rtf.isEmpty()) {
-        m_rtxMain->setTextRTF(rtf);
+        m_textIsStored = readIntoEditor(rtf); // one that was stopped is read anew next time
     } else {
+        m_rtxMain->setReadOnly(false);
         m_rtxMain->setText(QString());
         m_rtxMain->setSelColor(defaultFont().colour);
     }
@@ -360,11 +377,27 @@ void frmMain::turnEditorOff() {
     m_rtxMain->setEnabled(false);
 }
 
+/// Shows how far the reading of a long text is, and lets the user stop it; false when he did. What
+/// was read by then can be looked at, but not changed: to save it would lose the rest.
+bool frmMain::readIntoEditor(const QString& rtf) {
+    LongWork work(services().clock, this, QStringLiteral("Reading the note: %1 %."));
+    const bool whole =
+        m_rtxMain->setTextRTF(rtf, [&](int percent) { return work.goOn(percent) && !m_nextItem; });
+    m_rtxMain->setReadOnly(!whole);
+    return whole;
+}
+
+/// The reading of the note that is shown was stopped.
+bool frmMain::isNoteCut() const {
+    return m_note && m_rtxMain->isReadOnly();
+}
+
 void frmMain::emptyEditor() {
     const QScopedValueRollback<bool> loading(m_loading, true);
     m_note.reset();
     m_editedNote = 0;
     m_textIsStored = false;
+    m_rtxMain->setReadOnly(false);
     m_rtxMain->setText(QString());
     m_rtxMain->setPlaceholderText(QStringLiteral("The text of the selected note is shown here."));
     turnEditorOff();

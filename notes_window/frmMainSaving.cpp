@@ -83,15 +83,29 @@ void frmMain::writeText() {
 }
 
 void frmMain::writeTextInto(Note& note) {
-    const bool empty = m_rtxMain->isEmpty();
-    const QVariant rtf = empty ? QVariant() : textOrNull(m_rtxMain->TextRTF());
+    const RichTextBox::Texts texts = m_rtxMain->texts(savingWatch());
+    const QVariant rtf = m_rtxMain->isEmpty() ? QVariant() : textOrNull(texts.rtf);
     MultipleFieldUpdate update(note);
-    update.set(kPlainNote, textOrNull(m_rtxMain->Text()));
+    update.set(kPlainNote, textOrNull(texts.plain));
     update.set(kRtfNote, rtf);
     update.set(kChangeDate, services().clock.now());
     update.end();
     m_loadedText = rtf;
     m_textIsStored = true;
+}
+
+/// Says in the status bar how far a long save is. It cannot be stopped, and no events are handled:
+/// whatever is saved is saved as it was when the save began.
+std::function<void(int)> frmMain::savingWatch() {
+    constexpr qint64 patienceMs = 500;
+    constexpr qint64 refreshMs = 100;
+    const Clock& clock = services().clock;
+    return [this, &clock, next = clock.monotonicMs() + patienceMs](int percent) mutable {
+        if (clock.monotonicMs() >= next) {
+            ShowStatus(QStringLiteral("Saving changes: %1 %...").arg(percent));
+            next = clock.monotonicMs() + refreshMs;
+        }
+    };
 }
 
 void frmMain::settleConflict() {
@@ -173,9 +187,13 @@ void frmMain::offerDraft(qint64 noteID) {
     if (answer == PromptAnswer::Yes) {
         {
             const QScopedValueRollback<bool> loading(m_loading, true);
-            m_rtxMain->setTextRTF(draft->rtf);
             m_textIsStored = false;
+            if (!readIntoEditor(draft->rtf)) {
+                UpdateToolStates();
+                return; // it is offered again with the note
+            }
         }
+        UpdateToolStates();
         setDirty(true);
         rtxMain_SelChange();
     } else if (answer == PromptAnswer::No) {

@@ -119,6 +119,9 @@ bool RichTextBox::canInsertFromMimeData(const QMimeData* source) const {
 }
 
 void RichTextBox::insertFromMimeData(const QMimeData* source) {
+    if (isReadOnly()) {
+        return;
+    }
     if (source->hasFormat(kOwnType)) {
         insertModel(rtf::read(QByteArrayView(source->data(kOwnType))), true);
         return;

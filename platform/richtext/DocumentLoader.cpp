@@ -16,6 +16,8 @@ namespace {
 constexpr int kEmptyCells = 256;
 /// So is a longer one: the screen lays a table out at once.
 constexpr int kMostRows = 200;
+/// And a longer list: the screen's list goes through all its items for each new one.
+constexpr int kMostItems = 200;
 
 } // namespace
 
@@ -35,14 +37,24 @@ void DocumentLoader::prepareFormats() {
     }
 }
 
-void DocumentLoader::insert(QTextCursor& cursor) {
+bool DocumentLoader::insert(QTextCursor& cursor) {
     prepareFormats();
     range(cursor, 0, {});
+    return !m_stopped;
+}
+
+/// False once the insertion was ended.
+bool DocumentLoader::goesOn(int paragraph) {
+    if (m_goesOn && !m_stopped) {
+        const auto percent = 100 * static_cast<std::size_t>(paragraph) / m_source.paragraphs.size();
+        m_stopped = !m_goesOn(static_cast<int>(percent));
+    }
+    return !m_stopped;
 }
 
 /// True for a paragraph of the cell, or of a table inside it.
 bool DocumentLoader::isIn(int paragraph, const Cell& cell) const {
-    if (paragraph >= static_cast<int>(m_source.paragraphs.size())) {
+    if (m_stopped || paragraph >= static_cast<int>(m_source.paragraphs.size())) {
         return false;
     }
     if (cell.level == 0) {
@@ -71,6 +83,9 @@ int DocumentLoader::range(QTextCursor& cursor, int first, const Cell& cell) {
             newBlock = false;
             behindTable = true;
             continue;
+        }
+        if (!goesOn(i)) {
+            break;
         }
         paragraph(cursor, at(i), newBlock);
         newBlock = true;
@@ -107,19 +122,30 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
         m_list = nullptr;
         return;
     }
-    if (m_list != nullptr && rtf::isSameList(m_listOf, format)) {
+    const bool continues = m_list != nullptr && rtf::isSameList(m_listOf, format);
+    if (continues && m_list->count() < kMostItems) {
         m_list->add(cursor.block());
         return;
     }
-    m_list = cursor.createList(listFormat(format));
+    QTextListFormat look = listFormat(format);
+    if (continues) {
+        look.setProperty(kContinues, true);
+        if (format.list != rtf::ListKind::Bullet) {
+            look.setStyle(QTextListFormat::ListStyleUndefined); // its numbers do not begin with 1
+        }
+    }
+    m_list = cursor.createList(look);
     m_listOf = format;
 }
 
 void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) {
-    for (int r = 0; r < paragraph.runCount; ++r) {
-        run(cursor,
-            m_source
-                .runs[static_cast<std::size_t>(paragraph.firstRun) + static_cast<std::size_t>(r)]);
+    const auto number = static_cast<int>(&paragraph - m_source.paragraphs.data());
+    const auto first = static_cast<std::size_t>(paragraph.firstRun);
+    for (auto r = first; r < first + static_cast<std::size_t>(paragraph.runCount); ++r) {
+        if (!goesOn(number)) {
+            return;
+        }
+        run(cursor, m_source.runs[r]);
     }
 }
 

@@ -5,6 +5,8 @@
 #include <QTextCursor>
 #include <QTextTableFormat>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 class QTextList;
@@ -17,13 +19,17 @@ namespace yrw::richtext {
 /// Thread: the user-interface thread.
 class DocumentLoader {
 public:
+    /// Called with the percentage done before each piece of text; false ends the insertion there.
+    using Step = std::function<bool(int percent)>;
+
     DocumentLoader(const rtf::Document& source, std::vector<rtf::Inline>& inlines,
-                   double dotsPerInch)
-        : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch) {}
+                   double dotsPerInch, Step goesOn = {})
+        : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch),
+          m_goesOn(std::move(goesOn)) {}
 
     /// Inserts everything at the cursor; the first paragraph keeps the block's own format when the
-    /// cursor stands in text.
-    void insert(QTextCursor& cursor);
+    /// cursor stands in text. False when `goesOn` ended it before.
+    bool insert(QTextCursor& cursor);
 
 private:
     /// A cell of the source, in so many tables; level 0 is the whole document.
@@ -39,6 +45,7 @@ private:
     int range(QTextCursor& cursor, int first, const Cell& cell);
     void paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph, bool newBlock);
     void runs(QTextCursor& cursor, const rtf::Paragraph& paragraph);
+    [[nodiscard]] bool goesOn(int paragraph);
     void run(QTextCursor& cursor, const rtf::Run& run);
     void joinList(QTextCursor& cursor, const rtf::ParFormat& format);
     /// Inserts the table that begins at paragraph `first`; returns the paragraph behind it.
@@ -55,6 +62,8 @@ private:
     const rtf::Document& m_source;
     std::vector<rtf::Inline>& m_inlines;
     double m_dotsPerInch;
+    Step m_goesOn;
+    bool m_stopped = false;
     std::vector<QTextCharFormat> m_chars;
     std::vector<QTextBlockFormat> m_blocks;
     QTextList* m_list = nullptr;

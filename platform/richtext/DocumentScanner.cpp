@@ -163,6 +163,9 @@ void DocumentScanner::table(const QTextTable& table) {
 }
 
 void DocumentScanner::block(const QTextBlock& block) {
+    if (m_progress) {
+        m_progress(static_cast<int>(100LL * (block.position() - m_begin) / (m_end - m_begin)));
+    }
     for (auto it = block.begin(); !it.atEnd(); ++it) {
         fragment(it.fragment());
     }

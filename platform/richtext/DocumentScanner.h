@@ -6,7 +6,9 @@
 #include <QTextCursor>
 #include <QTextFrame>
 
+#include <functional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 class QTextFragment;
@@ -24,6 +26,10 @@ public:
     DocumentScanner(const rtf::Document& header, const std::vector<rtf::Inline>& inlines,
                     const QTextCursor& insertion, double dotsPerInch);
 
+    /// Called with the percentage done before each paragraph.
+    void setProgress(std::function<void(int percent)> progress) {
+        m_progress = std::move(progress);
+    }
     [[nodiscard]] rtf::Document scan(const QTextDocument& document);
     /// The part from position `begin` up to `end`; a table only when all of it lies inside.
     [[nodiscard]] rtf::Document scan(const QTextDocument& document, int begin, int end);
@@ -48,6 +54,7 @@ private:
     int m_end = 0;
     int m_row = -1;
     int m_cell = 0;
+    std::function<void(int percent)> m_progress;
     int m_level = 0;                        ///< number of tables around the present place
     std::unordered_map<int, int> m_formats; ///< model format by the text document's format index
 };

@@ -25,7 +25,7 @@ enum Property {
     kParagraph,                                ///< rtf::ParFormat: lengths in twips, exact
     kAutomaticColour, ///< bool: the text's colour was chosen for its background, not by a user
     kRows,     ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
-    kContinues ///< bool: the table goes on the one right before it, which was cut in two
+    kContinues ///< bool: the table or list goes on the one right before it, which was cut in two
 };
 
 /// Screen lengths of a length in twips.

@@ -11,13 +11,26 @@
 #include <QTextDocument>
 #include <QTextLayout>
 #include <QTextList>
-#include <QTextTable>
 
 #include <algorithm>
 
 namespace yrw::richtext {
 
 namespace {
+
+/// The number of items in the lists that a list goes on.
+int itemsBefore(const QTextList* list) {
+    int items = 0;
+    while (list->format().boolProperty(kContinues)) {
+        const QTextList* const before = list->item(0).previous().textList();
+        if (before == nullptr || before == list) {
+            break; // the user put something between them
+        }
+        items += before->count();
+        list = before;
+    }
+    return items;
+}
 
 /// The number of an item that the toolkit does not number; empty for other blocks.
 QString numberOf(const QTextBlock& block) {
@@ -27,7 +40,8 @@ QString numberOf(const QTextBlock& block) {
     }
     const auto format = block.blockFormat().property(kParagraph).value<rtf::ParFormat>();
     return format.listBefore +
-           rtf::listNumber(format.list, format.listStart + list->itemNumber(block)) +
+           rtf::listNumber(format.list,
+                           format.listStart + itemsBefore(list) + list->itemNumber(block)) +
            format.listAfter;
 }
 
@@ -60,16 +74,19 @@ void paintNumber(QPainter& painter, const QTextBlock& block, const QRectF& rect,
 
 void paintListNumbers(QPainter& painter, const QTextDocument& document, const QRectF& clip,
                       const QPalette& palette) {
+    // Only what is looked at is asked for its place: to ask lays out all text up to there, or more.
     const QAbstractTextDocumentLayout& layout = *document.documentLayout();
     const int first = layout.hitTest(clip.topLeft(), Qt::FuzzyHit);
-    for (QTextBlock block = document.findBlock(std::max(first, 0)); block.isValid();
-         block = block.next()) {
-        const QRectF rect = layout.blockBoundingRect(block);
-        if (rect.top() > clip.bottom() && QTextCursor(block).currentTable() == nullptr) {
-            return;
-        }
+    const int last = std::max(layout.hitTest(clip.bottomLeft(), Qt::FuzzyHit),
+                              layout.hitTest(clip.bottomRight(), Qt::FuzzyHit));
+    for (QTextBlock block = document.findBlock(std::max(first, 0));
+         block.isValid() && block.position() <= last; block = block.next()) {
         const QString number = numberOf(block);
-        if (!number.isEmpty() && rect.intersects(clip)) {
+        if (number.isEmpty()) {
+            continue;
+        }
+        const QRectF rect = layout.blockBoundingRect(block);
+        if (rect.intersects(clip)) {
             paintNumber(painter, block, rect, number, palette);
         }
     }

@@ -12,6 +12,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QDesktopServices>
+#include <QPointer>
 #include <QSignalBlocker>
 #include <QTextDocument>
 
@@ -23,12 +24,21 @@ namespace yrw {
 using richtext::DocumentLoader;
 using richtext::DocumentScanner;
 
+namespace {
+
+QString plainOf(const rtf::Document& model) {
+    const bool onlyObjects = std::all_of(model.text.begin(), model.text.end(),
+                                         [](QChar c) { return c == QChar(rtf::kInlineMark); });
+    return onlyObjects && model.paragraphs.size() == 1 ? QString() : model.plainText();
+}
+
+} // namespace
+
 RichTextBox::RichTextBox(QWidget* parent)
     : QTextEdit(parent),
       m_renderer(std::make_unique<richtext::InlineRenderer>(m_inlines, nullptr)) {
     installFontSubstitutes();
     m_default.name = QStringLiteral("Comic Sans MS");
-    document()->documentLayout()->registerHandler(richtext::kInlineObject, m_renderer.get());
     connect(this, &QTextEdit::textChanged, this, &RichTextBox::contentChanged);
     connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::selectionStateChanged);
     connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::selectionStateChanged);
@@ -47,68 +57,96 @@ RichTextBox::RichTextBox(QWidget* parent)
 
 RichTextBox::~RichTextBox() = default;
 
-void RichTextBox::load(const rtf::Document& source) {
+/// Fills a document that nothing shows yet: it is laid out when it is looked at, and whatever
+/// happens in `goesOn` finds the box as it was. False when it was stopped.
+bool RichTextBox::fill(QTextDocument& fresh, rtf::Document source,
+                       std::vector<rtf::Inline>& inlines, const LoadStep& goesOn) const {
+    fresh.setUndoRedoEnabled(false);
+    QTextCursor cursor(&fresh);
+    cursor.beginEditBlock();
+    const bool whole = DocumentLoader(source, inlines, logicalDpiX(), goesOn).insert(cursor);
+    cursor.endEditBlock();
+    fresh.setUndoRedoEnabled(true);
+    fresh.setModified(false);
+    return whole;
+}
+
+void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
+    fresh->documentLayout()->registerHandler(richtext::kInlineObject, m_renderer.get());
+    setExtraSelections({});
+    const QPointer<QTextDocument> before(document());
+    fresh->setParent(this);
+    setDocument(fresh.release());
+    if (m_spelling != nullptr) {
+        m_spelling->setDocument(document());
+    }
+    delete before;
+    setTextCursor(QTextCursor(document()));
+}
+
+bool RichTextBox::load(rtf::Document source, const LoadStep& goesOn) {
+    rtf::Document header;
+    header.colours = source.colours;
+    header.fonts = source.fonts;
+    header.kept = source.kept;
+    header.codePage = source.codePage;
+    header.defaultFont = source.defaultFont;
+    header.incomplete = source.incomplete;
+    auto fresh = std::make_unique<QTextDocument>();
+    fresh->setDefaultFont(document()->defaultFont());
+    std::vector<rtf::Inline> inlines;
+    const bool whole = fill(*fresh, std::move(source), inlines, goesOn);
+    header.incomplete = header.incomplete || !whole;
     {
         const QSignalBlocker quiet(this);
-        document()->setUndoRedoEnabled(false);
-        m_inlines.clear();
+        m_inlines.swap(inlines);
         m_renderer->reset();
-        m_header = source;
-        m_header.text.clear();
-        m_header.runs.clear();
-        m_header.paragraphs.clear();
-        m_header.rows.clear();
-        m_header.charFormats.clear();
-        m_header.parFormats.clear();
-        m_header.inlines.clear();
-        m_header.fields.clear();
-        // An insertion point that the text pushes to its end, or a text that was not emptied in the
-        // same step, would have all of it laid out at once; so it happens while it is looked at.
-        setTextCursor(QTextCursor());
-        QTextCursor cursor(document());
-        cursor.beginEditBlock();
-        document()->clear();
-        DocumentLoader(source, m_inlines, logicalDpiX()).insert(cursor);
-        cursor.endEditBlock();
-        document()->setUndoRedoEnabled(true);
-        document()->setModified(false);
-        setTextCursor(QTextCursor(document()));
+        m_header = std::move(header);
+        take(std::move(fresh));
     }
     Q_EMIT contentChanged();
     Q_EMIT selectionStateChanged();
+    return whole;
 }
 
-rtf::Document RichTextBox::scan() const {
-    return DocumentScanner(m_header, m_inlines, textCursor(), logicalDpiX()).scan(*document());
+rtf::Document RichTextBox::scan(const std::function<void(int percent)>& progress) const {
+    DocumentScanner scanner(m_header, m_inlines, textCursor(), logicalDpiX());
+    scanner.setProgress(progress);
+    return scanner.scan(*document());
 }
 
 QString RichTextBox::TextRTF() const {
     return QString::fromLatin1(rtf::write(scan()));
 }
 
-void RichTextBox::setTextRTF(const QString& rtf) {
+bool RichTextBox::setTextRTF(const QString& rtf, const LoadStep& goesOn) {
     if (rtf::isRtf(rtf)) {
-        load(rtf::read(QStringView(rtf)));
-    } else {
-        setText(rtf);
+        return load(rtf::read(QStringView(rtf)), goesOn);
     }
+    return load(plainModel(rtf), goesOn);
 }
 
 QString RichTextBox::Text() const {
-    const rtf::Document model = scan();
-    const bool onlyObjects = std::all_of(model.text.begin(), model.text.end(),
-                                         [](QChar c) { return c == QChar(rtf::kInlineMark); });
-    return onlyObjects && model.paragraphs.size() == 1 ? QString() : model.plainText();
+    return plainOf(scan());
 }
 
-void RichTextBox::setText(const QString& text) {
+RichTextBox::Texts RichTextBox::texts(const std::function<void(int percent)>& progress) const {
+    const rtf::Document model = scan(progress);
+    return {.rtf = QString::fromLatin1(rtf::write(model)), .plain = plainOf(model)};
+}
+
+rtf::Document RichTextBox::plainModel(const QString& text) const {
     rtf::Document source = rtf::fromPlainText(text);
     // The formats of a plain text are the default ones.
     source.fonts.front().name = m_default.name;
     for (rtf::CharFormat& format : source.charFormats) {
         format = richtext::fromScreen(richtext::toScreen(m_default));
     }
-    load(source);
+    return source;
+}
+
+void RichTextBox::setText(const QString& text) {
+    load(plainModel(text));
 }
 
 bool RichTextBox::isEmpty() const {
@@ -146,8 +184,8 @@ void RichTextBox::setSpellChecker(std::shared_ptr<SpellChecker> checker) {
     delete m_spelling;
     m_spelling = nullptr;
     if (checker) {
-        // Made as a child of the document, which ends with the box.
         m_spelling = new richtext::SpellingUnderlines(*document(), std::move(checker));
+        m_spelling->setParent(this); // the document is another one with each text
     }
 }
 

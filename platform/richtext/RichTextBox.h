@@ -47,15 +47,26 @@ public:
 
     /// The content as a whole RTF document; see platform/rtf for what is written.
     [[nodiscard]] QString TextRTF() const;
+    /// Called again and again during work that may take long with the percentage done; false stops
+    /// it. It may handle events: until the work is done the box shows what it showed before.
+    using LoadStep = std::function<bool(int percent)>;
     /// Replaces the content by an RTF document; what cannot be shown is kept and written back.
     /// Text that is not RTF is shown as plain text. Clears undo; raises `contentChanged`.
-    void setTextRTF(const QString& rtf);
+    /// False when it was stopped: then the content is what was read so far, and incomplete.
+    bool setTextRTF(const QString& rtf, const LoadStep& goesOn = {});
     /// The text without formatting; paragraphs end in CR LF except the last.
     [[nodiscard]] QString Text() const;
+    struct Texts {
+        QString rtf;   ///< as `TextRTF`
+        QString plain; ///< as `Text`
+    };
+    /// Both texts at once; `progress` is called again and again with the percentage done, and must
+    /// not handle events.
+    [[nodiscard]] Texts texts(const std::function<void(int percent)>& progress = {}) const;
     void setText(const QString& text);
     /// True when there is neither text nor an object.
     [[nodiscard]] bool isEmpty() const;
-    /// True when the last `setTextRTF` could not read its input whole.
+    /// True when the last `setTextRTF` could not read its input whole or was stopped.
     [[nodiscard]] bool isIncomplete() const;
 
     [[nodiscard]] std::optional<bool> SelBold() const;
@@ -176,8 +187,12 @@ protected:
 private:
     using ParagraphChange = std::function<void(rtf::ParFormat&)>;
 
-    void load(const rtf::Document& document);
-    [[nodiscard]] rtf::Document scan() const;
+    bool load(rtf::Document source, const LoadStep& goesOn = {});
+    [[nodiscard]] bool fill(QTextDocument& fresh, rtf::Document source,
+                            std::vector<rtf::Inline>& inlines, const LoadStep& goesOn) const;
+    void take(std::unique_ptr<QTextDocument> fresh);
+    [[nodiscard]] rtf::Document plainModel(const QString& text) const;
+    [[nodiscard]] rtf::Document scan(const std::function<void(int percent)>& progress = {}) const;
     void applyDefaultToEmpty();
     void changeCharacters(const QTextCharFormat& change);
     void changeParagraphs(const ParagraphChange& change);

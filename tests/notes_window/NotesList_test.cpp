@@ -1,6 +1,7 @@
 // The list: what it shows, in what order, and what choosing a row does.
 #include "tests/notes_window/WindowFixture.h"
 
+#include <QClipboard>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -288,6 +289,28 @@ protected:
         QTest::mouseClick(list->header()->viewport(), Qt::LeftButton, Qt::NoModifier,
                           QPoint(list->header()->sectionPosition(column) + 10, 5));
     }
+    void clickRow(int row) const {
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualRect(list->model()->index(row, 0)).center());
+    }
+    [[nodiscard]] RichTextBox& editor() const {
+        return *window->findChild<RichTextBox*>("rtxMain");
+    }
+    [[nodiscard]] QString status() const {
+        return window->findChild<StatusBar*>("stbMain")->text();
+    }
+    /// Gives the note of a row a text of many lines that ends in "end".
+    QString makeLong(int row) {
+        const QString rtf = "{\\rtf1 " + QString("line\\par ").repeated(20'000) + "end}";
+        const Ref<IRecord> note = noteOf(row);
+        note->BeginMultipleFieldUpdate();
+        note->Field("RTFNote")->setValue(rtf);
+        note->EndMultipleFieldUpdate();
+        return rtf;
+    }
+    [[nodiscard]] Ref<IRecord> noteOf(int row) {
+        return store.notesOf(customer)->Item(QVariant(list->keyAt(row).mid(2).toLongLong()));
+    }
     void waitForTexts() const {
         ASSERT_TRUE(QTest::qWaitFor([&] { return list->missingItems() == 0; }, 60000));
     }
@@ -315,6 +338,82 @@ TEST_F(NotesListLong, ARebuildShowsProgressAndStops) {
     EXPECT_EQ(list->text(list->keyAt(read - 1), 1), QStringLiteral("Note %1").arg(read - 1));
     toolbar.activate("tooShowActive");
     EXPECT_EQ(list->itemCount(), kNotes);
+}
+
+TEST_F(NotesListLong, ALongNoteStopsWhereItIsAndIsNotSavedOver) {
+    const QString rtf = makeLong(1);
+    stopped([&] { clickRow(1); });
+    EXPECT_TRUE(said.startsWith("Reading the note: ")) << said.toStdString();
+    EXPECT_TRUE(status().startsWith("Stopped")) << status().toStdString();
+    const QString shown = editor().Text();
+    EXPECT_TRUE(shown.startsWith("line\r\nline")) << shown.left(40).toStdString();
+    EXPECT_FALSE(shown.contains("end"));
+    QGuiApplication::clipboard()->setText("clip");
+    editor().setFocus();
+    QTest::keyClicks(&editor(), "x");
+    editor().selectAll();
+    QTest::keySequence(&editor(), QKeySequence("Ctrl+V,Ctrl+Shift+V,Ctrl+B,Ctrl+S"));
+    for (const char* tool :
+         {"tooInsertDate", "tooInsertStamp", "tooBullets", "tooPaste", "tooClear", "tooPrint"}) {
+        window->findChild<Toolbar*>("atbMain")->activate(tool);
+    }
+    EXPECT_EQ(editor().Text(), shown);
+    clickRow(2);
+    EXPECT_EQ(noteOf(1)->value("RTFNote"), rtf);
+    QTest::keyClicks(&editor(), "other"); // the next note is whole
+    clickRow(1);
+    EXPECT_TRUE(editor().Text().endsWith("line\r\nend"));
+    QTest::keyClicks(&editor(), "now ");
+    clickRow(2);
+    EXPECT_EQ(editor().Text(), "other");
+    EXPECT_TRUE(noteOf(1)->value("PlainNote").toString().startsWith("now line"));
+    EXPECT_TRUE(script.asked.empty());
+}
+
+TEST_F(NotesListLong, ALongNoteGivesWayToTheOneThatIsWantedNext) {
+    makeLong(1);
+    clickRow(2);
+    QTest::keyClicks(&editor(), "second");
+    clock.isSlow = true;
+    QTimer::singleShot(0, window.get(), [&] { window->ShowNote(list->keyAt(2)); });
+    clickRow(1);
+    clock.isSlow = false;
+    EXPECT_EQ(editor().Text(), "second");
+    EXPECT_FALSE(editor().isReadOnly());
+    EXPECT_EQ(noteOf(2)->value("PlainNote"), "second");
+}
+
+/// Remembers the texts that a status bar painted.
+class StatusReader : public QObject {
+public:
+    explicit StatusReader(StatusBar& bar) : m_bar(bar) {
+        bar.findChild<QLabel*>("statusText")->installEventFilter(this);
+    }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            texts.append(m_bar.text());
+        }
+        return false;
+    }
+    QStringList texts;
+
+private:
+    StatusBar& m_bar;
+};
+
+TEST_F(NotesListLong, ALongSaveSaysHowFarItIs) {
+    makeLong(1);
+    clickRow(1);
+    QTest::keyClicks(&editor(), "x");
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    const StatusReader reader(*window->findChild<StatusBar*>("stbMain"));
+    clock.isSlow = true;
+    QTest::keyClick(&editor(), Qt::Key_S, Qt::ControlModifier);
+    clock.isSlow = false;
+    EXPECT_EQ(reader.texts.value(0), "Saving changes...");
+    EXPECT_TRUE(reader.texts.contains("Saving changes: 50 %..."));
+    EXPECT_EQ(status(), "Done");
+    EXPECT_TRUE(noteOf(1)->value("PlainNote").toString().endsWith("line\r\nend"));
 }
 
 TEST_F(NotesListLong, ASortShowsProgressAndStopsWithTheOrderBefore) {

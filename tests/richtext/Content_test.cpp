@@ -147,6 +147,44 @@ TEST(Content, ATruncatedNoteIsReportedAndItsTextShown) {
     EXPECT_FALSE(box.isIncomplete());
 }
 
+TEST(Content, AStoppedReadingShowsWhatItReadAndTillThenWhatWasThere) {
+    RichTextBox box;
+    box.setText("before");
+    int steps = 0;
+    const bool whole = box.setTextRTF(
+        around(QByteArray("a\\par\\trowd\\cellx900\\intbl b\\cell\\row ").repeated(9)),
+        [&](int percent) {
+            EXPECT_EQ(box.Text(), "before");
+            EXPECT_LT(percent, 100);
+            return ++steps < 8;
+        });
+    EXPECT_FALSE(whole);
+    EXPECT_EQ(steps, 8);
+    EXPECT_TRUE(box.isIncomplete());
+    EXPECT_EQ(box.Text().count('a'), 2);
+    EXPECT_EQ(box.Text().count('b'), 1);
+}
+
+TEST(Content, LongListsAndTablesAreWrittenAsOne) {
+    for (const char* piece :
+         {"{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody\\pndec\\pnstart3{\\pntxta.}}item\\par ",
+          "{\\pntext\\'B7\\tab}{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}item\\par ",
+          "\\trowd\\cellx900\\intbl item\\cell\\row "}) {
+        const QString rtf = around(QByteArray(QByteArray(piece).repeated(450) + "\\pard end"));
+        RichTextBox box;
+        box.setTextRTF(rtf);
+        EXPECT_EQ(rtf::read(QStringView(box.TextRTF())), rtf::read(QStringView(rtf))) << piece;
+    }
+}
+
+TEST(Content, TheFirstLookAtALongTableLaysOutLittleOfIt) {
+    RichTextBox box;
+    box.resize(300, 200);
+    box.setTextRTF(around(QByteArray("\\trowd\\cellx900\\intbl a\\cell\\row ").repeated(2000)));
+    (void)box.grab();
+    EXPECT_EQ(box.document()->lastBlock().previous().layout()->lineCount(), 0);
+}
+
 TEST(Content, HugeTablesAndDeepGroupsAreShownInTime) {
     RichTextBox box;
     QString wide = QStringLiteral("{\\rtf1 ");
