@@ -73,6 +73,8 @@ bool RichTextBox::fill(QTextDocument& fresh, rtf::Document source,
 
 void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
     fresh->documentLayout()->registerHandler(richtext::kInlineObject, m_renderer.get());
+    m_marks.clear(); // they point into the text that goes
+    m_readable.clear();
     setExtraSelections({});
     const QPointer<QTextDocument> before(document());
     fresh->setParent(this);
