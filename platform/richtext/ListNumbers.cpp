@@ -1,5 +1,6 @@
 #include "platform/richtext/ListNumbers.h"
 
+#include "platform/richtext/BlocksInView.h"
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/ReadableColours.h"
 #include "platform/rtf/ListNumber.h"
@@ -74,22 +75,16 @@ void paintNumber(QPainter& painter, const QTextBlock& block, const QRectF& rect,
 
 void paintListNumbers(QPainter& painter, const QTextDocument& document, const QRectF& clip,
                       const QPalette& palette) {
-    // Only what is looked at is asked for its place: to ask lays out all text up to there, or more.
-    const QAbstractTextDocumentLayout& layout = *document.documentLayout();
-    const int first = layout.hitTest(clip.topLeft(), Qt::FuzzyHit);
-    const int last = std::max(layout.hitTest(clip.bottomLeft(), Qt::FuzzyHit),
-                              layout.hitTest(clip.bottomRight(), Qt::FuzzyHit));
-    for (QTextBlock block = document.findBlock(std::max(first, 0));
-         block.isValid() && block.position() <= last; block = block.next()) {
+    eachBlockInView(document, clip, [&](const QTextBlock& block) {
         const QString number = numberOf(block);
         if (number.isEmpty()) {
-            continue;
+            return;
         }
-        const QRectF rect = layout.blockBoundingRect(block);
+        const QRectF rect = document.documentLayout()->blockBoundingRect(block);
         if (rect.intersects(clip)) {
             paintNumber(painter, block, rect, number, palette);
         }
-    }
+    });
 }
 
 } // namespace yrw::richtext

@@ -1,11 +1,10 @@
 #include "platform/richtext/ReadableColours.h"
 
 #include "platform/controls/Colours.h"
+#include "platform/richtext/BlocksInView.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QTextBlock>
 #include <QTextDocument>
-#include <QTextTable>
 
 #include <algorithm>
 
@@ -50,18 +49,8 @@ QList<QTextEdit::ExtraSelection> readableColours(const QTextDocument& document, 
     if (!isDark(ground)) {
         return pieces;
     }
-    const QAbstractTextDocumentLayout& layout = *document.documentLayout();
-    const int first = layout.hitTest(view.topLeft(), Qt::FuzzyHit);
-    for (QTextBlock block = document.findBlock(std::max(first, 0)); block.isValid();
-         block = block.next()) {
-        const QRectF rect = layout.blockBoundingRect(block);
-        if (rect.top() > view.bottom() && QTextCursor(block).currentTable() == nullptr) {
-            break;
-        }
-        if (rect.intersects(view)) {
-            addPieces(pieces, block, ground);
-        }
-    }
+    eachBlockInView(document, view,
+                    [&](const QTextBlock& block) { addPieces(pieces, block, ground); });
     return pieces;
 }
 
