@@ -50,7 +50,7 @@ fill() {
 
 # visible PROCESS NAME: the first window of a process with that name.
 visible() {
-    xdotool search --onlyvisible --all --pid "$1" --name "$2" 2>/dev/null | sed -n 1p
+    xdotool search --onlyvisible --all --pid "$1" --name "$2" 2>/dev/null | sed -n 1p || true
 }
 is_open() {
     [[ -n $(visible "$1" 'Yarrowen Desk') ]]
@@ -79,10 +79,14 @@ no_popups() {
 # where a reminder has the keys: anywhere else it could open a menu, which would take all that follow.
 answer() {
     has_popup "$1" || return 0
-    xdotool windowactivate --sync "$(visible "$1" 'Yarrowen Desk')" key ctrl+alt+r 2>/dev/null
+    local window
+    window=$(visible "$1" 'Yarrowen Desk')
+    xdotool windowactivate "$window" 2>/dev/null || true # no window may be active yet
+    sleep 0.1
+    xdotool key ctrl+alt+r
     sleep 0.1
     case $(xdotool getactivewindow getwindowname 2>/dev/null) in
-        'YRW Reminder'*) xdotool key alt+d ;;
+        'YRW Reminder'*) xdotool key alt+d || true ;;
     esac
     sleep 0.1
 }
