@@ -2,6 +2,7 @@
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QDir>
+#include <QPointer>
 #include <QScreen>
 #include <QTemporaryDir>
 
@@ -141,7 +142,7 @@ TEST_F(WindowLayout, BandsStayWhereTheUserPutThem) {
     open(customer);
     EXPECT_EQ(toolbar().arrangement(), arrangement);
     EXPECT_EQ(toolbar().height(), height / 2);
-    auto* const bold = toolbar().findChild<QWidget*>("tooBold");
+    const QPointer<QWidget> bold = toolbar().findChild<QWidget*>("tooBold");
     ASSERT_TRUE(QTest::qWaitFor([&] { return bold->isVisible(); }));
     // With the keyboard in a floating band the window's keys work as ever.
     ASSERT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
@@ -153,7 +154,7 @@ TEST_F(WindowLayout, BandsStayWhereTheUserPutThem) {
     QTest::keyClick(bold, Qt::Key_F6);
     EXPECT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
     close();
-    EXPECT_FALSE(bold->isVisible());
+    EXPECT_TRUE(bold == nullptr || !bold->isVisible());
 }
 
 TEST_F(WindowLayout, AnyOtherToolDoesNothing) {
