@@ -59,7 +59,7 @@ RichTextBox::~RichTextBox() = default;
 
 /// Fills a document that nothing shows yet: it is laid out when it is looked at, and whatever
 /// happens in `goesOn` finds the box as it was. False when it was stopped.
-bool RichTextBox::fill(QTextDocument& fresh, rtf::Document source,
+bool RichTextBox::fill(QTextDocument& fresh, const rtf::Document& source,
                        std::vector<rtf::Inline>& inlines, const LoadStep& goesOn) const {
     fresh.setUndoRedoEnabled(false);
     QTextCursor cursor(&fresh);
@@ -86,7 +86,7 @@ void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
     setTextCursor(QTextCursor(document()));
 }
 
-bool RichTextBox::load(rtf::Document source, const LoadStep& goesOn) {
+bool RichTextBox::load(rtf::Document&& source, const LoadStep& goesOn) {
     rtf::Document header;
     header.colours = source.colours;
     header.fonts = source.fonts;
@@ -97,7 +97,11 @@ bool RichTextBox::load(rtf::Document source, const LoadStep& goesOn) {
     auto fresh = std::make_unique<QTextDocument>();
     fresh->setDefaultFont(document()->defaultFont());
     std::vector<rtf::Inline> inlines;
-    const bool whole = fill(*fresh, std::move(source), inlines, goesOn);
+    bool whole = false;
+    {
+        const rtf::Document text = std::move(source); // gone before the old text is
+        whole = fill(*fresh, text, inlines, goesOn);
+    }
     header.incomplete = header.incomplete || !whole;
     {
         const QSignalBlocker quiet(this);

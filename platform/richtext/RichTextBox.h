@@ -187,8 +187,8 @@ protected:
 private:
     using ParagraphChange = std::function<void(rtf::ParFormat&)>;
 
-    bool load(rtf::Document source, const LoadStep& goesOn = {});
-    [[nodiscard]] bool fill(QTextDocument& fresh, rtf::Document source,
+    bool load(rtf::Document&& source, const LoadStep& goesOn = {});
+    [[nodiscard]] bool fill(QTextDocument& fresh, const rtf::Document& source,
                             std::vector<rtf::Inline>& inlines, const LoadStep& goesOn) const;
     void take(std::unique_ptr<QTextDocument> fresh);
     [[nodiscard]] rtf::Document plainModel(const QString& text) const;
