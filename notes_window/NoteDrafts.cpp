@@ -1,5 +1,7 @@
 #include "notes_window/NoteDrafts.h"
 
+#include "platform/component/UserFolders.h"
+
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
@@ -45,11 +47,7 @@ NoteDrafts::NoteDrafts(const QString& folder, const QString& database) {
 }
 
 QString NoteDrafts::userFolder() {
-    QString state = qEnvironmentVariable("XDG_STATE_HOME");
-    if (!QDir::isAbsolutePath(state)) {
-        state = QDir::homePath() + QStringLiteral("/.local/state");
-    }
-    return state + QStringLiteral("/yrwnotes/drafts");
+    return userfolders::state() + QStringLiteral("/yrwnotes/drafts");
 }
 
 bool NoteDrafts::write(const NoteDraft& draft) {

@@ -1,11 +1,11 @@
 #include "host/desk/DeskWindow.h"
 #include "host/desk/ProgramServices.h"
+#include "platform/component/UserFolders.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLocale>
 #include <QProgressDialog>
-#include <QStandardPaths>
 #include <QTextStream>
 
 #include <memory>
@@ -26,8 +26,7 @@ int fail(ExitStatus status, const QString& text) {
 }
 
 QString defaultDataFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-           QStringLiteral("/yarrowen-desk");
+    return userfolders::data() + QStringLiteral("/yarrowen-desk");
 }
 
 /// Shows how far the making of a large database is.

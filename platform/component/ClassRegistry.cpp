@@ -1,12 +1,13 @@
 #include "platform/component/ClassRegistry.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/component/TrustedFile.h"
+#include "platform/component/UserFolders.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QLibrary>
 #include <QSettings>
-#include <QStandardPaths>
 
 #include <utility>
 
@@ -22,14 +23,21 @@ namespace {
 }
 
 QString defaultFile() {
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return data + u"/yarrowen/classes.ini";
+    return userfolders::data() + u"/yarrowen/classes.ini";
 }
 
 /// Program ids hold no slash or backslash, so that they can name a group of the file.
 void checkProgramId(const QString& programId) {
     if (programId.isEmpty() || programId.contains(u'/') || programId.contains(u'\\')) {
         fail(QStringLiteral("'%1' is not a program id.").arg(programId));
+    }
+}
+
+/// A relative path would mean another file in each folder that a program is started from.
+void checkIsAbsolute(const QString& programId, const QString& libraryFile) {
+    if (!QDir::isAbsolutePath(libraryFile)) {
+        fail(QStringLiteral("The component of '%1' is registered without its full path: %2")
+                 .arg(programId, libraryFile));
     }
 }
 
@@ -60,6 +68,12 @@ IClassFactory& factoryOf(const ClassRegistration& found) {
         fail(QStringLiteral("The component of '%1' is not there: %2")
                  .arg(found.programId, found.libraryFile));
     }
+    if (const QString reason = reasonToDistrust(found.libraryFile); !reason.isEmpty()) {
+        fail(
+            QStringLiteral("The component of '%1' is not loaded, since others could change what it "
+                           "does: %2")
+                .arg(found.programId, reason));
+    }
     QLibrary library(found.libraryFile);
     // Code of the window toolkit in a library must never be unloaded.
     library.setLoadHints(QLibrary::PreventUnloadHint);
@@ -89,6 +103,7 @@ ClassRegistry::ClassRegistry(QString file) : m_file(std::move(file)) {}
 
 void ClassRegistry::registerClass(const ClassRegistration& registration) const {
     checkProgramId(registration.programId);
+    checkIsAbsolute(registration.programId, registration.libraryFile);
     QDir().mkpath(QFileInfo(m_file).absolutePath());
     QSettings file(m_file, QSettings::IniFormat);
     file.beginGroup(registration.programId);
@@ -118,6 +133,7 @@ ClassRegistration ClassRegistry::find(const QString& programId) const {
     if (found.classId.isEmpty() || found.libraryFile.isEmpty()) {
         fail(QStringLiteral("'%1' is not registered on this computer.").arg(programId));
     }
+    checkIsAbsolute(programId, found.libraryFile);
     return found;
 }
 

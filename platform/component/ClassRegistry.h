@@ -28,18 +28,19 @@ public:
     [[nodiscard]] const QString& file() const noexcept { return m_file; }
 
     /// Writes a registration, replacing an earlier one. Raises `kErrorCannotCreateObject` when the
-    /// file cannot be written.
+    /// library's path is not absolute or the file cannot be written.
     void registerClass(const ClassRegistration& registration) const;
     /// Removes a registration; no error when there is none. Raises like `registerClass`.
     void unregisterClass(const QString& programId) const;
-    /// Looks a program id up. Raises `kErrorCannotCreateObject` when it is not registered or the
-    /// file cannot be read.
+    /// Looks a program id up. Raises `kErrorCannotCreateObject` when it is not registered, is
+    /// registered with a relative path, or the file cannot be read.
     [[nodiscard]] ClassRegistration find(const QString& programId) const;
 
-    /// Makes an object of the registered class: loads its library (for the life of the process),
-    /// asks `DllGetClassObject` for the factory, checks the contract version, makes one instance.
-    /// Every failure raises `kErrorCannotCreateObject` with one sentence that says what is wrong
-    /// and names the program id and the file.
+    /// Makes an object of the registered class: loads its library (for the life of the process)
+    /// unless somebody else could have changed it or a folder on the way to it, asks
+    /// `DllGetClassObject` for the factory, checks the contract version, makes one instance. Every
+    /// failure raises `kErrorCannotCreateObject` with one sentence that says what is wrong and
+    /// names the program id and the file.
     [[nodiscard]] Ref<Counted> createObject(const QString& programId) const;
 
 private:

@@ -1,5 +1,7 @@
 #include "platform/prompt/ErrorLog.h"
 
+#include "platform/component/UserFolders.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -8,11 +10,7 @@
 namespace yrw {
 
 QString errorLogFile() {
-    QString state = qEnvironmentVariable("XDG_STATE_HOME");
-    if (state.isEmpty()) {
-        state = QDir::homePath() + u"/.local/state";
-    }
-    return state + u"/yarrowen/log.txt";
+    return userfolders::state() + u"/yarrowen/log.txt";
 }
 
 void appendToErrorLog(const QDateTime& when, const ErrorReport& report) {

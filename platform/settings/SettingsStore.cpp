@@ -1,9 +1,10 @@
 #include "platform/settings/SettingsStore.h"
 
+#include "platform/component/UserFolders.h"
+
 #include <QDir>
 #include <QFile>
 #include <QSettings>
-#include <QStandardPaths>
 
 #include <utility>
 
@@ -42,8 +43,7 @@ QString textOf(const QVariant& value) {
 
 } // namespace
 
-SettingsStore::SettingsStore()
-    : SettingsStore(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)) {}
+SettingsStore::SettingsStore() : SettingsStore(userfolders::config()) {}
 
 SettingsStore::SettingsStore(QString folder) : m_folder(std::move(folder)) {}
 

@@ -4,9 +4,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace yrw;
@@ -74,6 +78,71 @@ TEST_F(ClassRegistryTest, SaysWhatIsWrongAndNamesProgramIdOrFile) {
     for (const QString& unknown : {u"Test.Unknown"_s, QString(), u"a/b"_s}) {
         EXPECT_TRUE(failure(unknown).contains(u'\'' + unknown + u'\''));
     }
+}
+
+/// Copies of a component in a folder, one of which somebody else could change in some way.
+TEST_F(ClassRegistryTest, LoadsNothingThatOthersCanChange) {
+    constexpr uid_t kOther = 65534;
+    const struct {
+        const char* what;
+        const char* place; ///< below the folder; what is registered
+        mode_t fileMode;
+        mode_t folderMode;
+        uid_t owner;
+        gid_t group;
+        const char* words; ///< nothing: it is loaded
+    } cases[] = {
+        {"the user's own", "a/Part.so", 0755, 0755, 0, 0, nullptr},
+        {"own group may write", "b/Part.so", 0775, 0775, 0, 0, nullptr},
+        {"sticky folder", "c/Part.so", 0644, 01777, 0, 0, nullptr},
+        {"file for all", "d/Part.so", 0666, 0755, 0, 0, "d/Part.so can be changed by every user"},
+        {"folder for all", "e/Part.so", 0644, 0777, 0, 0, "/e can be changed by every user"},
+        {"another group", "f/Part.so", 0664, 0755, 0, 100, "f/Part.so can be changed by other"},
+        {"another's", "g/Part.so", 0644, 0755, kOther, 0, "g/Part.so belongs to another user"},
+        {"link into a folder for all", "link/Part.so", 0644, 0777, 0, 0, "/h can be changed by"},
+    };
+    ASSERT_TRUE(QFile::link(path(u"h"_s), path(u"link"_s)));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        if (geteuid() != 0 && (c.owner != 0 || c.group != 0)) {
+            continue; // only the administrator can give files away
+        }
+        const QString library = path(QString::fromLatin1(c.place));
+        const bool linked = library.contains(u"link");
+        const QString parent = linked ? path(u"h"_s) : QFileInfo(library).path();
+        ASSERT_TRUE(QDir().mkpath(parent));
+        ASSERT_TRUE(QFile::copy(kParts + u"/Component.so", library));
+        const QByteArray file = QFile::encodeName(library);
+        if (c.owner != 0 || c.group != 0) {
+            ASSERT_EQ(chown(file.constData(), c.owner, c.group), 0);
+        }
+        ASSERT_EQ(chmod(file.constData(), c.fileMode), 0);
+        ASSERT_EQ(chmod(QFile::encodeName(parent).constData(), c.folderMode), 0);
+        add(u"Test.Own"_s, u"{good}"_s, library);
+        const QString words = failure(u"Test.Own"_s);
+        if (c.words == nullptr) {
+            EXPECT_EQ(words, QString());
+        } else {
+            EXPECT_TRUE(words.contains(QLatin1StringView(c.words))) << qPrintable(words);
+        }
+    }
+}
+
+TEST_F(ClassRegistryTest, TakesFullPathsOnly) {
+    EXPECT_THROW(add(u"Test.One"_s, u"{1}"_s, u"lib/one.so"_s), AutomationError);
+    add(u"Test.One"_s, u"{1}"_s, u"/lib/one.so"_s);
+    QFile file(registry.file());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const QByteArray changed = file.readAll().replace("/lib/one.so", "one.so");
+    file.resize(0);
+    ASSERT_TRUE(file.seek(0) && file.write(changed) > 0);
+    file.close();
+    EXPECT_TRUE(failure(u"Test.One"_s).contains(u"without its full path"));
+    // A relative folder of the user's data would be another one in each folder.
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", "data");
+    EXPECT_EQ(ClassRegistry().file(), QDir::homePath() + u"/.local/share/yarrowen/classes.ini");
+    qputenv("XDG_DATA_HOME", before);
 }
 
 TEST_F(ClassRegistryTest, AnotherProcessSeesWhatIsEnteredAndTakenOut) {
