@@ -12,6 +12,55 @@ namespace yrw {
 
 namespace {
 
+/// The bytes of an INI file as lines of it are read: a backslash takes the next byte with it,
+/// quotes hold line ends and all else, and a semicolon outside of them begins a comment.
+class IniLines {
+public:
+    explicit IniLines(const QByteArray& text) : m_text(text) {}
+
+    /// False as soon as a line is neither a group, a comment, empty, nor a key with its value.
+    [[nodiscard]] bool areWellFormed() {
+        while (m_at < m_text.size()) {
+            if (!isWellFormedLine()) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    bool isWellFormedLine() {
+        while (m_at < m_text.size() && QByteArrayView(" \t\r\n").contains(m_text[m_at])) {
+            ++m_at;
+        }
+        if (m_at == m_text.size() || m_text[m_at] == '#' || m_text[m_at] == ';') {
+            const qsizetype end = m_text.indexOf('\n', m_at);
+            m_at = end < 0 ? m_text.size() : end;
+            return true;
+        }
+        const qsizetype start = m_at;
+        bool inQuotes = false;
+        bool hasValue = false;
+        for (; m_at < m_text.size(); ++m_at) {
+            const char c = m_text[m_at];
+            if (c == '"') {
+                inQuotes = !inQuotes;
+            } else if (c == '\\') {
+                ++m_at;
+            } else if (!inQuotes && c == '=') {
+                hasValue = true;
+            } else if (!inQuotes && (c == '\n' || c == '\r' || c == ';')) {
+                break;
+            }
+        }
+        const QByteArray line = m_text.mid(start, m_at - start).trimmed();
+        return !inQuotes && (hasValue || (line.startsWith('[') && line.endsWith(']')));
+    }
+
+    const QByteArray& m_text;
+    qsizetype m_at = 0;
+};
+
 /// False for a file that is no INI file throughout: QSettings would serve what it understands of
 /// it and drop the rest when it writes.
 bool isWellFormed(const QString& path) {
@@ -22,17 +71,8 @@ bool isWellFormed(const QString& path) {
     if (!file.open(QIODevice::ReadOnly)) {
         return false;
     }
-    bool continued = false; // a backslash at its end goes on with the next line
-    while (!file.atEnd()) {
-        const QByteArray line = file.readLine().trimmed();
-        const bool group = line.startsWith('[') && line.endsWith(']');
-        const bool comment = line.isEmpty() || line.startsWith(';') || line.startsWith('#');
-        if (!continued && !group && !comment && !line.contains('=')) {
-            return false;
-        }
-        continued = line.endsWith('\\');
-    }
-    return true;
+    const QByteArray text = file.readAll();
+    return IniLines(text).areWellFormed();
 }
 
 /// A text with commas that was typed by hand, without quotes, is read as a list.
@@ -80,8 +120,10 @@ bool SettingsStore::write(const QString& application,
                           const std::function<void(QSettings&)>& change) {
     if (isWellFormed(fileOf(application))) {
         QSettings file(fileOf(application), QSettings::IniFormat);
-        change(file);
-        file.sync();
+        if (file.status() == QSettings::NoError) {
+            change(file);
+            file.sync();
+        }
         if (file.status() == QSettings::NoError) {
             return true;
         }

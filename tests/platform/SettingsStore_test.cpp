@@ -63,15 +63,21 @@ TEST_F(SettingsStoreTest, SeesAndKeepsWhatAnotherProgramWrote) {
 }
 
 TEST_F(SettingsStoreTest, ABrokenFileGivesDefaultsAndOneWarningAndIsKept) {
-    const QByteArray broken = "[YRWNotes%20Settings]\nHeight 4000 and no sign between\n";
-    writeFile(broken);
-    EXPECT_EQ(get(u"Height"_s), u"default");
-    EXPECT_TRUE(store.takeProblem().contains(store.fileOf(kApp)));
-    EXPECT_EQ(get(u"Height"_s), u"default");
-    EXPECT_TRUE(store.takeProblem().isEmpty());
-
-    EXPECT_FALSE(save(u"Width"_s, u"1"_s));
-    EXPECT_EQ(fileText(), broken);
+    for (const char* broken : {
+             "[YRWNotes%20Settings]\nHeight 4000 and no sign between\n",
+             "[YRWNotes%20Settings]\nHei\"ght=4000\"\nWidth=1\n", // the sign is in quotes
+             "[YRWNotes%20Settings]\nHei;ght=4000\nWidth=1\n",    // the sign is in a comment
+             "[YRWNotes%20Settings]\nHeight=\"4000\nWidth=1\n",   // a quote is left open
+         }) {
+        SCOPED_TRACE(broken);
+        SettingsStore fresh(folder.filePath(u"not/yet"_s));
+        writeFile(broken);
+        EXPECT_EQ(fresh.get(kApp, kSection, u"Height"_s, u"default"_s), u"default");
+        EXPECT_TRUE(fresh.takeProblem().contains(fresh.fileOf(kApp)));
+        EXPECT_FALSE(fresh.save(kApp, kSection, u"Width"_s, u"1"_s));
+        EXPECT_TRUE(fresh.takeProblem().isEmpty()); // said once
+        EXPECT_EQ(fileText(), broken);
+    }
 }
 
 TEST_F(SettingsStoreTest, AFileThatCannotBeWrittenIsNamedOnce) {
