@@ -1,12 +1,12 @@
 // The window's life, its size and the arrangement of its controls.
 #include "notes_window/frmMain.h"
 
-#include "dialogs/frmInsertAttachment.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/FindBar.h"
 #include "notes_window/NoteAttachments.h"
 #include "notes_window/SplitBar.h"
+#include "notes_window/frmInsertAttachment.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/files/FileSystem.h"
 #include "platform/forms/Twips.h"
@@ -113,9 +113,11 @@ void frmMain::picHSplit_DblClick() {
 void frmMain::loadToolbar() {
     const QString inFolder = QStringLiteral("\\support\\notes\\Menus.tb");
     QStringList problems;
+    QStringList missing;
     for (const QString& folder : {m_addIn.DatabaseDirectory(), m_addIn.TemplateDirectory()}) {
         const QString path = folder + inFolder;
         if (!services().files.fileExists(path)) {
+            missing.append(QStringLiteral("%1 is not there.").arg(services().files.resolve(path)));
             continue;
         }
         try {
@@ -126,6 +128,7 @@ void frmMain::loadToolbar() {
         }
     }
     if (m_atbMain->bandCount() == 0) {
+        problems = problems.isEmpty() ? missing : problems;
         QFile builtIn(QStringLiteral(":/notes_window/Menus.tb"));
         builtIn.open(QIODevice::ReadOnly);
         m_atbMain->loadLayoutText(builtIn.readAll(), builtIn.fileName());

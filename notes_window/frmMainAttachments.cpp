@@ -2,12 +2,12 @@
 #include "notes_window/frmMain.h"
 
 #include "dialogs/Hourglass.h"
-#include "dialogs/frmInsertAttachment.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/NoteAttachments.h"
 #include "notes_window/NotePrint.h"
 #include "notes_window/NoteTexts.h"
+#include "notes_window/frmInsertAttachment.h"
 #include "platform/forms/PageMargins.h"
 #include "platform/spelling/SpellChecker.h"
 #include "platform/toolbar/Toolbar.h"

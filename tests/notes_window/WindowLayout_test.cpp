@@ -183,7 +183,7 @@ TEST_F(WindowLayout, TheFirstLayoutThatCanBeReadServesAndBrokenOnesAreNamedInOne
                           {"{", "tooShipped", "tooShipped", 1},
                           {"{", "{", "tooAdd", 2},
                           {"", "{", "tooAdd", 1},
-                          {"", "", "tooAdd", 0}};
+                          {"", "", "tooAdd", 2}};
     const QTemporaryDir shipped;
     QDir(shipped.path()).mkpath("support/Notes");
     addIn->templateDirectory = shipped.path();
