@@ -133,14 +133,21 @@ bool SettingsStore::write(const QString& application,
 }
 
 void SettingsStore::noteProblem(const QString& application, bool writing) const {
-    if (m_problemTold) {
+    if (std::exchange(m_problemTold, true)) {
         return;
     }
-    m_problemTold = true;
-    m_problem = (writing ? QStringLiteral("The settings file could not be written: %1")
+    m_problem = (writing ? QStringLiteral("The settings file could not be written, so changes of "
+                                          "settings are not kept: %1")
                          : QStringLiteral("The settings file could not be read, so the defaults "
-                                          "are used: %1"))
+                                          "are used and changes of settings are not kept: %1"))
                     .arg(fileOf(application));
+    if (m_handler) {
+        m_handler(QString(m_problem));
+    }
+}
+
+void SettingsStore::setProblemHandler(std::function<void(const QString&)> handler) {
+    m_handler = std::move(handler);
 }
 
 QString SettingsStore::takeProblem() {
