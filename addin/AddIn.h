@@ -25,8 +25,9 @@ class frmTimer;
 ///
 /// `setComponent` takes the host's objects and connects their events; `Activate` opens the notes
 /// database, places the tools and starts the timers; `DeActivate` and the object's end take all of
-/// that back. Any order and any number of calls is fine. While the notes database is closed, or
-/// after `DeActivate`, clicks, painting and `ShowNotes` do nothing.
+/// that back. Any order and any number of calls is fine. Several may serve one host and join in
+/// one database: the first that is active handles what the user does. While the notes database is
+/// closed, or after `DeActivate`, clicks, painting and `ShowNotes` do nothing.
 ///
 /// No handler of an event of the host raises: what the host raises in one ends that handler.
 /// Lifetime: counted. The host may let go at any time, also while the notes window is open.
@@ -80,6 +81,8 @@ public:
     [[nodiscard]] int GetPopupFormCount() const { return AutoNotes::popupCount(); }
 
     // For the handlers of the two grids.
+    /// True while another add-in, activated before this one, serves the same host.
+    [[nodiscard]] bool isBehind() const;
     /// True while this add-in is active and the shared database is open.
     [[nodiscard]] bool isDatabaseOpen() const;
     [[nodiscard]] HostDataHelper& dataHelper() const { return m_module.dataHelper(); }
@@ -96,6 +99,8 @@ public:
     void cleanUpAutoNotes() noexcept;
 
     // For the process-wide state.
+    /// True while this add-in has a tool in that toolbar of its host.
+    [[nodiscard]] bool hasToolIn(const IToolbar* toolbar) const noexcept;
     /// Makes this add-in's host the one that is served.
     void becomeServed() noexcept;
     void databaseOpened() noexcept;
@@ -125,8 +130,10 @@ private:
     template <class... Args, class Handler>
     void on(Event<Args...>& event, Handler handler);
     [[nodiscard]] bool reachesDatabase(ITool& tool) const;
+    [[nodiscard]] QWidget* hostWindow() const noexcept;
 
     // Life.
+    [[nodiscard]] bool isTurnedAway();
     void start() noexcept;
     void switchToolsOn();
     void startTimer();
@@ -135,14 +142,21 @@ private:
 
     // Opening the notes database.
     void OpenDatabase();
+    [[nodiscard]] QString folderOfHost() const;
     void openDatabaseOfHost();
     bool CreateNotesDatabase(const QString& path);
+    [[nodiscard]] Ref<IHostApplication> requiredHost() const;
     void takeCurrentUser();
+    void takeUserNames();
+    void takeProgramId(IHostApplication& host);
     void readHighlightColour();
 
     // Reminders.
+    void stopReminders();
     bool runCheck(bool quietly);
     bool checkReminders();
+    void findDueReminders();
+    [[nodiscard]] bool isHostBusy() noexcept;
     [[nodiscard]] std::deque<qint64> dueReminders();
     void showWaitingReminders();
     void goOnShowing();
@@ -173,6 +187,8 @@ private:
     GuardedPtr<IGridController> mobjLowerGridClass;
     GuardedPtr<IRecordGrid> dbgUpper;
     GuardedPtr<IRecordGrid> dbgLower;
+    GuardedPtr<IGridSplits> m_upperSplits;
+    GuardedPtr<IGridSplits> m_lowerSplits;
     GuardedPtr<IStatusBar> stbMain;
     std::vector<Connection> m_connections;
 

@@ -24,7 +24,7 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
     ignoreErrors([this] { closeAnsweredReminders(); });
     repaintGrids();
     if (hadPopup && !m_released) {
-        m_autoNotes.check(mobjUpperGridClass, true, true);
+        m_autoNotes.check(mobjUpperGridClass, true);
     }
 }
 
@@ -62,7 +62,7 @@ void AddIn::showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID) {
     });
     window->Initialise(Ref<INotesAddIn>(this), record, noteRecordID);
     prompt().setMousePointer(MousePointer::Default); // the user is waited for
-    window->showModal(m_interface ? m_interface->Window() : nullptr);
+    window->showModal(hostWindow());
 }
 
 } // namespace yrw

@@ -35,11 +35,12 @@ void GridEvents::on(Event<Args...>& event, Handler handler) {
     }));
 }
 
-void GridEvents::connect(IGridController* controller, IRecordGrid* grid) {
+void GridEvents::connect(IGridController* controller, IRecordGrid* grid, IGridSplits* splits) {
     stop();
     m_connections.clear();
     m_controller = controller;
     m_grid = grid;
+    m_splits = splits;
     if (m_controller) {
         connectController();
     }
@@ -112,7 +113,7 @@ void GridEvents::refresh() noexcept {
 }
 
 bool GridEvents::isSingleSplit() const {
-    return m_grid && m_grid->splitCount() < 2;
+    return m_grid && m_splits && m_splits->splitCount() < 2;
 }
 
 bool GridEvents::wantsMarks() const {
@@ -213,8 +214,8 @@ void GridEvents::FetchRowRemark(dao::Bookmark bookmark, RowRemark& remark) {
 
 void GridEvents::RowColChange(dao::Bookmark before) {
     m_addIn.cleanUpAutoNotes();
-    if (m_settingBack || m_flagColumn < 0 || !isSingleSplit() || !m_addIn.isDatabaseOpen() ||
-        !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {
+    if (m_settingBack || m_addIn.isBehind() || m_flagColumn < 0 || !isSingleSplit() ||
+        !m_addIn.isDatabaseOpen() || !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {
         return;
     }
     if (m_grid->currentColumn() != m_flagColumn) {
@@ -243,7 +244,8 @@ void GridEvents::Scroll() {
 // Row marking.
 
 bool GridEvents::marks(NotesSwitch which) {
-    if (m_suppressed || !m_addIn.switchOn(which) || !m_addIn.isDatabaseOpen() || !isSingleSplit()) {
+    if (m_suppressed || m_addIn.isBehind() || !m_addIn.switchOn(which) ||
+        !m_addIn.isDatabaseOpen() || !isSingleSplit()) {
         return false;
     }
     if (!m_clone && !m_cloneTried && m_controller) {
@@ -305,15 +307,15 @@ void GridEvents::closeClone() noexcept {
 
 void GridEvents::fetchRowStyles() {
     if (m_addIn.switchOn(NotesSwitch::HighlightNotesRow) && m_grid->columnOf(kRecordID) >= 0) {
-        for (int split = 0; split < m_grid->splitCount(); ++split) {
-            m_grid->setFetchRowStyle(split, split == 0);
+        for (int split = 0; split < m_splits->splitCount(); ++split) {
+            m_splits->setFetchRowStyle(split, split == 0);
         }
     }
 }
 
 void GridEvents::fetchCellStyles() {
     if (m_addIn.switchOn(NotesSwitch::FlagNotesRow) && m_flagColumn >= 0) {
-        m_grid->setFetchCellStyle(0, true);
+        m_splits->setFetchCellStyle(0, true);
     }
 }
 

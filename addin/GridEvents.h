@@ -24,8 +24,9 @@ public:
     GridEvents(const GridEvents&) = delete;
     GridEvents& operator=(const GridEvents&) = delete;
 
-    /// Takes a controller and its grid (either may be nothing) in place of those held.
-    void connect(IGridController* controller, IRecordGrid* grid);
+    /// Takes a controller, its grid and the grid's splits (each may be nothing) in place of those
+    /// held.
+    void connect(IGridController* controller, IRecordGrid* grid, IGridSplits* splits);
     /// Takes up what the grid shows already, after the database was opened.
     void start() noexcept;
     /// Closes what was opened for marking; idempotent.
@@ -70,6 +71,7 @@ private:
     AddIn& m_addIn;
     GuardedPtr<IGridController> m_controller;
     GuardedPtr<IRecordGrid> m_grid;
+    GuardedPtr<IGridSplits> m_splits;
     std::vector<Connection> m_connections;
 
     Ref<dao::Recordset> m_clone; ///< moved to painted rows only

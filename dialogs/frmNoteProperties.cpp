@@ -70,9 +70,10 @@ void frmNoteProperties::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRe
         LoadNote();
         LoadReminder();
     }
-    const Ref<IRecord> group = currentGroup();
-    const QString groupName =
-        group ? HostUtility::NullToText(group->value(QStringLiteral("GroupName"))) : QString();
+    QString groupName; // stays empty for who is in none, or where the host does not tell
+    ignoreErrors([&] {
+        groupName = HostUtility::NullToText(currentGroup()->value(QStringLiteral("GroupName")));
+    });
     m_optReminder[3]->setText(QStringLiteral("Remind Everyone in the '") + asCaption(groupName) +
                               QStringLiteral("' &Group"));
     EnableReminderControls(m_chkReminder->isChecked());
@@ -276,13 +277,15 @@ Ref<IHostApplication> frmNoteProperties::hostApplication() const {
 }
 
 Ref<IUser> frmNoteProperties::currentUser() const {
-    const Ref<IHostApplication> application = hostApplication();
-    return application ? application->CurrentIUser() : nullptr;
+    Ref<IUser> user;
+    ignoreErrors([&] { user = hostApplication()->CurrentIUser(); });
+    return user;
 }
 
 Ref<IRecord> frmNoteProperties::currentGroup() const {
-    const Ref<IUser> user = currentUser();
-    return user ? user->Group() : nullptr;
+    Ref<IRecord> group;
+    ignoreErrors([&] { group = currentUser()->Group(); });
+    return group;
 }
 
 } // namespace yrw

@@ -104,6 +104,7 @@ private:
     [[nodiscard]] Prompt& prompt() const;
     [[nodiscard]] QDateTime now() const;
     [[nodiscard]] Ref<IHostApplication> hostApplication() const;
+    /// The user who works with the host; nothing where the host does not tell.
     [[nodiscard]] Ref<IUser> currentUser() const;
     [[nodiscard]] Ref<IRecord> currentGroup() const;
 

@@ -209,8 +209,13 @@ bool frmNoteProperties::AnyUserTicked() const {
 void frmNoteProperties::RaiseReminders() {
     const QDateTime due = m_dtpReminder->value();
     if (chosenOption() == ReminderOption::JustMe) {
-        AddReminder.raise(m_record, due,
-                          currentUser()->value(QStringLiteral("RecordID")).toLongLong());
+        const Ref<IUser> user = currentUser();
+        if (!user) {
+            throw AutomationError(kErrorObjectRequired,
+                                  QStringLiteral("YRWNOTES.frmNoteProperties"),
+                                  QStringLiteral("The host does not tell who works with it."));
+        }
+        AddReminder.raise(m_record, due, user->value(QStringLiteral("RecordID")).toLongLong());
         return;
     }
     for (QTreeWidgetItemIterator node(m_tvwRemindUsers); *node != nullptr; ++node) {

@@ -119,6 +119,9 @@ void frmMain::InsertStamp() {
 
 QString frmMain::currentUserName() {
     const Ref<IUser> user = m_context.currentUser();
+    if (!user) {
+        return {};
+    }
     return HostUtility::NullToText(user->value(QStringLiteral("FirstName"))) + u' ' +
            HostUtility::NullToText(user->value(QStringLiteral("LastName")));
 }

@@ -80,12 +80,16 @@ void frmMain::fillWindow(qint64 noteID) {
 }
 
 QString frmMain::ownerText() {
-    const Ref<ICollection> collection = m_owner->Collection();
-    const QString useName =
-        callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
-            .toString();
-    const QString kind = m_context.hostApplication()->ObjectDisplayName(useName);
-    const QString record = HostUtility::NullToText(m_owner->ShortDisplayValue()->Value());
+    // A name that the host does not give keeps no window closed.
+    QString kind;
+    QString record;
+    ignoreErrors([&] {
+        const Ref<ICollection> collection = m_owner->Collection();
+        kind = callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
+                   .toString();
+        kind = m_context.hostApplication()->ObjectDisplayName(kind);
+    });
+    ignoreErrors([&] { record = HostUtility::NullToText(m_owner->ShortDisplayValue()->Value()); });
     return kind + QStringLiteral(": ") + record;
 }
 
@@ -282,7 +286,9 @@ QString frmMain::userName(const QString& code) {
     if (known != m_userNames.constEnd()) {
         return *known;
     }
-    const QString name = code.isEmpty() ? QString() : m_context.hostApplication()->UserName(code);
+    QString name = code;
+    ignoreErrors(
+        [&] { name = code.isEmpty() ? QString() : m_context.hostApplication()->UserName(code); });
     m_userNames.insert(code, name);
     return name;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/StagedCopy.h"
 #include "store/Schema.h"
 #include "store/SchemaUpgrade.h"
 
@@ -41,6 +42,19 @@ void checkSchema(dao::Database& database) {
     }
 }
 
+/// Gives a fresh database its name. Side files of an earlier one would bring its old rows in; they
+/// are moved aside before, while no other process makes a database there.
+bool placeWithoutLeftOvers(const FileSystem& files, StagedCopy& copy, const QString& target) {
+    const FolderLock lock(FileSystem::folderOf(target));
+    for (const char16_t* suffix : kSideFiles) {
+        if (files.fileExists(target)) {
+            return false;
+        }
+        files.moveAside(target + QString::fromUtf16(suffix));
+    }
+    return copy.place();
+}
+
 /// The users that the table lacks or knows otherwise. Who has left keeps the name: the notes stay.
 QHash<qint64, UserName> userNamesToWrite(dao::Database& database, const QList<UserName>& users) {
     QHash<qint64, UserName> wanted;
@@ -62,21 +76,21 @@ QHash<qint64, UserName> userNamesToWrite(dao::Database& database, const QList<Us
 
 } // namespace
 
-void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
+bool createNotesDatabase(const FileSystem& files, const QString& templateFolder,
                          const QString& targetFolder) {
     const QString source = FileSystem::join(templateFolder, kNotesDatabaseName);
     if (!files.fileExists(source)) {
         throw AutomationError(kErrorCannotOpenDatabase, kSource,
                               QStringLiteral("The template %1 is not there.").arg(source));
     }
-    const QString target = FileSystem::join(targetFolder, kNotesDatabaseName);
-    for (const char16_t* suffix : kSideFiles) {
-        // One that was left behind would bring its old rows into the fresh database.
-        files.moveAside(target + QString::fromUtf16(suffix));
+    const QString target = files.resolve(FileSystem::join(targetFolder, kNotesDatabaseName));
+    StagedCopy copy(files.resolve(source), target);
+    if (!placeWithoutLeftOvers(files, copy, target)) {
+        return false;
     }
-    files.copyFile(source, target);
     files.copyFolder(FileSystem::join(templateFolder, QStringLiteral("support/Notes")),
                      FileSystem::join(targetFolder, QStringLiteral("Support/Notes")));
+    return true;
 }
 
 Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,

@@ -18,10 +18,11 @@ struct UserName {
     QString UseName;
 };
 
-/// Makes a notes database from the template: moves left-over side files of an earlier one aside,
-/// copies `templateFolder`/Notes.mdb and the support folder, overwriting. Asks nothing.
-/// Raises naming the file that could not be copied.
-void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
+/// Makes a notes database from the template, where there is none: moves left-over side files of an
+/// earlier one aside, copies `templateFolder`/Notes.mdb, and the support folder, overwriting. Where
+/// there is one, also one that comes meanwhile, that stays with all that belongs to it, and the
+/// answer is false. Asks nothing. Raises naming the file that could not be copied.
+bool createNotesDatabase(const FileSystem& files, const QString& templateFolder,
                          const QString& targetFolder);
 
 /// Opens a notes database and binds the helper to it: checks that it is one, refuses a newer

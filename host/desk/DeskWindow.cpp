@@ -424,7 +424,8 @@ bool DeskWindow::showHelp(int topic) {
         return false;
     }
     m_services.utility.prompt().message(
-        QStringLiteral("Give the note a subject and a date. A private note is seen by you alone.\r"
+        QStringLiteral("Give the note a subject and a date. A private note is a sign to your "
+                       "colleagues, not a lock: they can read it.\r"
                        "Tick \"Automatically Show this Note?\" to see it whenever you come to its "
                        "record.\rTick \"Set Reminder\" to be reminded, alone or with others."),
         QStringLiteral("Note Properties"), PromptIcon::Information);

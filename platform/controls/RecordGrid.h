@@ -33,7 +33,7 @@ struct GridColumn {
 /// The tool-tip of a row shows what a handler of `FetchRowRemark` says of it; screen readers get
 /// the short text behind the row's cells and the details as its description. Texts are dark on
 /// light colours and light on dark ones, whatever the desktop's theme.
-class RecordGrid : public QWidget, public IRecordGrid {
+class RecordGrid : public QWidget, public IRecordGrid, public IGridSplits {
     Q_OBJECT
 
 public:
@@ -71,6 +71,7 @@ public:
     [[nodiscard]] QColor paintedRowColour(qint64 row) const;
 
     [[nodiscard]] QObject* asQObject() override { return this; }
+    [[nodiscard]] IGridSplits* Splits() override { return this; }
     [[nodiscard]] int splitCount() const override;
     [[nodiscard]] bool fetchesRowStyle(int split) const override;
     void setFetchRowStyle(int split, bool fetch) override;

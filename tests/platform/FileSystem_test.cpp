@@ -1,5 +1,6 @@
 #include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/StagedCopy.h"
 
 #include <QDir>
 #include <QFile>
@@ -84,6 +85,31 @@ TEST_F(FileSystemTest, ACopyOverwritesAndIsWritableWhenItsSourceIsNot) {
     EXPECT_EQ(read(u"data/notes.MDB"_s), QByteArray(3 << 20, 'n'));
     EXPECT_TRUE(QFile::permissions(path(u"data/notes.MDB"_s)) & QFile::WriteOwner);
     EXPECT_EQ(QDir(path(u"data"_s)).entryList(QDir::Files).size(), 1);
+}
+
+TEST_F(FileSystemTest, AStagedCopyTakesANameThatNobodyHas) {
+    write(u"template/Notes.mdb"_s, QByteArray(3 << 20, 'n'));
+    for (const unsigned way : {StagedCopy::Link, StagedCopy::Rename, StagedCopy::Claim}) {
+        write(u"data/there"_s, "mine");
+        QFile::remove(path(u"data/new"_s));
+        {
+            StagedCopy copy(path(u"template/Notes.mdb"_s), path(u"data/there"_s));
+            EXPECT_FALSE(copy.place(way)) << way;
+            StagedCopy other(path(u"template/Notes.mdb"_s), path(u"data/new"_s));
+            EXPECT_FALSE(QFile::exists(path(u"data/new"_s))) << way;
+            EXPECT_TRUE(other.place(way)) << way;
+        }
+        EXPECT_EQ(read(u"data/there"_s), "mine") << way;
+        EXPECT_EQ(read(u"data/new"_s).size(), 3 << 20) << way;
+        EXPECT_EQ(QDir(path(u"data"_s)).entryList(QDir::Files | QDir::Hidden),
+                  (QStringList{u"new"_s, u"there"_s}))
+            << way;
+    }
+    EXPECT_TRUE(
+        failure([&] { StagedCopy(path(u"gone"_s), path(u"data/x"_s)); }).contains(path(u"gone"_s)));
+    EXPECT_TRUE(failure([&] {
+                    StagedCopy(path(u"template/Notes.mdb"_s), path(u"nowhere/x"_s));
+                }).contains(path(u"nowhere/x"_s)));
 }
 
 TEST_F(FileSystemTest, ACopiedFolderIsWholeAndJoinsOneOfAnotherSpelling) {
