@@ -284,7 +284,7 @@ bool isMapped(const QString& file) {
 TEST_F(JournalTest, OnlyALongReadOfALocalFileMapsIt) {
     Transaction transaction(*database);
     for (int i = 0; i < 900; ++i) {
-        addNote(QString(300, u's'));
+        addNote(QString(255, u's'));
     }
     transaction.commit();
     database->Close();

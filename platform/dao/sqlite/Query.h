@@ -18,6 +18,7 @@ struct Column {
     std::optional<FieldType> type; ///< nothing for an expression
     QString baseColumn;            ///< column of the base table; empty when it cannot be written
     QVariant defaultValue;
+    int size = 0; ///< longest text in characters; 0 for no limit
 };
 
 /// What rows are read from: a table, a view, or a stored query with its parameters.

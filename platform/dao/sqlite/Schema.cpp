@@ -106,6 +106,7 @@ std::vector<Column> Schema::tableColumns(const QString& table, QString& key) con
         column.baseColumn = column.name;
         const QString declared = statement.text(1);
         column.type = fieldTypeOf(declared);
+        column.size = fieldSizeOf(declared);
         const QString standard = statement.text(2);
         if (!standard.isEmpty()) {
             Statement evaluate(m_connection.handle(), u"SELECT " + standard);
@@ -157,7 +158,7 @@ std::shared_ptr<const Source> Schema::querySource(const StoredQuery& query,
         if (table.compare(query.baseTable, Qt::CaseInsensitive) == 0 && !table.isEmpty()) {
             for (const Column& known : base) {
                 if (known.name == origin) {
-                    column = {column.name, known.type, known.name, known.defaultValue};
+                    column = {column.name, known.type, known.name, known.defaultValue, known.size};
                 }
             }
             if (source->key.isEmpty() && quotedName(origin) == baseKey) {

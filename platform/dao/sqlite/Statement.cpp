@@ -72,6 +72,10 @@ void Statement::bind(int at, const QVariant& value) {
     default: {
         const bool isDate =
             value.typeId() == QMetaType::QDateTime || value.typeId() == QMetaType::QDate;
+        if (isDate && !value.toDateTime().isValid()) {
+            check(sqlite3_bind_null(handle, at));
+            break;
+        }
         const QByteArray text =
             (isDate ? dateToText(value.toDateTime()) : value.toString()).toUtf8();
         check(sqlite3_bind_text64(handle, at, text.constData(), sqlite3_uint64(text.size()),
@@ -211,6 +215,11 @@ std::optional<FieldType> fieldTypeOf(const QString& declared) {
         }
     }
     return std::nullopt;
+}
+
+int fieldSizeOf(const QString& declared) {
+    const bool isText = fieldTypeOf(declared) == FieldType::Text;
+    return isText ? declared.section(u'(', 1).section(u')', 0, 0).toInt() : 0;
 }
 
 } // namespace yrw::dao

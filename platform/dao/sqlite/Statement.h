@@ -74,5 +74,7 @@ private:
 [[nodiscard]] QDateTime dateFromText(QStringView text);
 /// Kind of field that a declared type stands for; nothing for an expression.
 [[nodiscard]] std::optional<FieldType> fieldTypeOf(const QString& declared);
+/// Longest text of a column that is declared so ("TEXT(255)"), in characters; 0 for no limit.
+[[nodiscard]] int fieldSizeOf(const QString& declared);
 
 } // namespace yrw::dao
