@@ -136,9 +136,11 @@ QList<UserName> userNamesOf(const Ref<ICollection>& users) {
     request.RecordsetOptions = dao::kReadOnlyOption;
     const Ref<dao::Recordset> rows = users->Recordset(request);
     for (; !rows->AtEof(); rows->MoveNext()) {
+        const auto text = [&](const QString& field) { // no longer than the notes database takes
+            return rows->value(field).toString().left(schema::kMaxText);
+        };
         names.append({rows->value(QStringLiteral("RecordID")).toLongLong(),
-                      rows->value(QStringLiteral("Code")).toString(),
-                      rows->value(QStringLiteral("UseName")).toString()});
+                      text(QStringLiteral("Code")), text(QStringLiteral("UseName"))});
     }
     rows->Close();
     return names;
