@@ -7,6 +7,7 @@
 #include "platform/clock/WallTime.h"
 #include "platform/forms/ClockChangeLabel.h"
 #include "platform/forms/DatePicker.h"
+#include "store/Operations.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -219,11 +220,32 @@ void frmNoteProperties::confirm() {
     if (!inputIsComplete()) {
         return;
     }
-    const Hourglass hourglass(prompt());
-    const bool editing = !m_adding;
-    raiseNote();
-    recreateReminders(editing);
+    const Ref<IRecord> before = m_record;
+    const auto raise = [this] { raiseEvents(); };
+    try {
+        if (m_writer) {
+            m_writer(raise);
+        } else {
+            storeAsOne(*m_addIn->NotesApplication(), raise);
+        }
+    } catch (...) {
+        m_record = before; // a new note is as little there as its reminders
+        m_note = query<yrw::Note>(m_record);
+        throw;
+    }
     unload();
+}
+
+/// Everything that one OK raises, in order.
+void frmNoteProperties::raiseEvents() {
+    const Hourglass hourglass(prompt());
+    raiseNote();
+    if (!m_adding && m_note) {
+        m_note->DeleteReminders();
+    }
+    if (m_chkReminder->isChecked()) {
+        RaiseReminders();
+    }
 }
 
 void frmNoteProperties::raiseNote() {
@@ -234,21 +256,7 @@ void frmNoteProperties::raiseNote() {
     NoteEvent& event = m_adding ? AddNote : EditNote;
     event.raise(m_dtpDate->value(), m_txtSubject->text(), m_record, kind, due,
                 m_chkAutoShow->isChecked(), type);
-    // From here on the note is there: a second OK after a failed reminder must not add it again.
     m_note = query<yrw::Note>(m_record);
-    m_adding = !m_record;
-}
-
-void frmNoteProperties::recreateReminders(bool deleteOld) {
-    const Ref<dao::Database> database = m_addIn->NotesApplication()->DAODatabase();
-    dao::Transaction transaction(*database);
-    if (deleteOld && m_note) {
-        m_note->DeleteReminders();
-    }
-    if (m_chkReminder->isChecked()) {
-        RaiseReminders();
-    }
-    transaction.commit();
 }
 
 void frmNoteProperties::stepReminder(int minutes) {

@@ -84,7 +84,11 @@ std::optional<NoteDraft> NoteDrafts::find(qint64 noteID) const {
 }
 
 void NoteDrafts::remove(qint64 noteID) {
-    QFile::remove(fileOf(noteID));
+    QFile file(fileOf(noteID));
+    if (file.open(QIODevice::ReadOnly) &&
+        !isWriterAlive(QJsonDocument::fromJson(file.readAll()).object())) {
+        file.remove();
+    }
 }
 
 QList<qint64> NoteDrafts::noteIDs() const {

@@ -33,6 +33,7 @@ public:
     bool write(const NoteDraft& draft);
     /// The note's draft, if one was left behind.
     [[nodiscard]] std::optional<NoteDraft> find(qint64 noteID) const;
+    /// Removes the note's draft; one that another living process has written meanwhile stays.
     void remove(qint64 noteID);
     /// Ids of the notes that have a draft file.
     [[nodiscard]] QList<qint64> noteIDs() const;

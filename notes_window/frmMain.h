@@ -218,8 +218,10 @@ private:
     [[nodiscard]] static const std::vector<Shortcut>& shortcuts();
     void run(ITool& tool);
     void openProperties(const Ref<IRecord>& note);
-    void writeProperties(Note& note, const NoteChoices& choices);
+    void showAdded(const Ref<IRecord>& note);
+    void showChanged(const Ref<Note>& note);
     void deleteSelected();
+    void deleteShown(const QString& item);
     void finishSelected();
     void cancelSelectedReminders();
     void showType(int listIndex);

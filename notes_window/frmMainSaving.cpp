@@ -70,16 +70,24 @@ bool frmMain::mayOverwrite() {
     return answer == PromptAnswer::Yes;
 }
 
+/// Writes the text over the reading that it began from, and else settles with the one that stands
+/// there; again when somebody saves while the user is asked.
 void frmMain::writeText() {
-    try {
-        writeTextInto(*m_note);
-        return;
-    } catch (const AutomationError& error) {
-        if (error.number() != kErrorConflict) {
-            throw;
+    constexpr int kRounds = 20; // a bound, should a row never be still
+    for (int round = 0;; ++round) {
+        try {
+            if (round == 0) {
+                writeTextInto(*m_note);
+            } else {
+                settleConflict();
+            }
+            return;
+        } catch (const AutomationError& error) {
+            if (error.number() != kErrorConflict || round == kRounds) {
+                throw;
+            }
         }
     }
-    settleConflict();
 }
 
 void frmMain::writeTextInto(Note& note) {
@@ -113,8 +121,8 @@ void frmMain::settleConflict() {
     if (theirs->value(kRtfNote) != m_loadedText) {
         switch (askWhoseText(*theirs)) {
         case TextChoice::Theirs:
-            m_note = theirs;
-            putIntoEditor(*theirs);
+            m_note = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
+            putIntoEditor(*m_note);
             return;
         case TextChoice::Both:
             appendOther(*theirs);
@@ -227,10 +235,13 @@ void frmMain::offerDraftsOfDeletedNotes() {
                            QStringLiteral("&Ask again later")};
         request.escapeButton = 2;
         const int answer = prompt().choose(request);
-        const bool done = answer != 0 || reportErrors(services().utility,
-                                                      QStringLiteral("YRWNOTES.frmMain.SaveNote"),
-                                                      QStringLiteral("Could not Save the Note"),
-                                                      kProblem, [&] { keepAsNewNote(*draft); });
+        // Another window may have answered meanwhile.
+        const bool isTaken = !m_drafts.find(id);
+        const bool done =
+            answer != 0 || isTaken ||
+            reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.SaveNote"),
+                         QStringLiteral("Could not Save the Note"), kProblem,
+                         [&] { keepAsNewNote(*draft); });
         if (done && answer != request.escapeButton) {
             m_drafts.remove(id);
         }

@@ -1,10 +1,14 @@
 #include "tests/addin/ReminderChildren.h"
+#include "tests/support/OtherUser.h"
 
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
+    if (const int other = yrw::test::runOtherUser(argc, argv); other >= 0) {
+        return other;
+    }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }

@@ -345,17 +345,20 @@ TEST_F(NoteProperties, AFailedWriteLeavesRemindersAndDialogAsTheyWere) {
     EXPECT_EQ(script.pointer, MousePointer::Default);
 }
 
-TEST_F(NoteProperties, ASecondOkAfterAFailedReminderAddsNoSecondNote) {
+TEST_F(NoteProperties, AFailedReminderTakesTheNewNoteBackAndTheNextOkAddsIt) {
     open(nullptr);
     setSubject("Call");
     click("chkReminder");
     failingUser = 1;
     script.expectReport(1);
     click("cmdForm(0)");
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 0U);
+    EXPECT_EQ(control<QLineEdit>("txtSubject").text(), "Call");
     failingUser = 0;
     click("cmdForm(0)");
     EXPECT_TRUE(dialog->isUnloaded());
-    EXPECT_EQ(raised.events, QStringList({"AddNote", "EditNote"}));
+    EXPECT_EQ(raised.events, QStringList({"AddNote", "AddNote"}));
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
 }
 
 TEST_F(NoteProperties, StepsByHalfAnHour) {

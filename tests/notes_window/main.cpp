@@ -1,4 +1,5 @@
 #include "tests/notes_window/Crash.h"
+#include "tests/support/OtherUser.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -6,12 +7,15 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
+    if (const int other = yrw::test::runOtherUser(argc, argv); other >= 0) {
+        return other;
+    }
     if (!qEnvironmentVariableIsSet("YRW_PICTURES")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
-    if (yrw::test::isTypingChild()) {
-        return yrw::test::typeUntilKilled();
+    if (yrw::test::isCrashingChild()) {
+        return yrw::test::crash();
     }
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", state.path().toUtf8());
