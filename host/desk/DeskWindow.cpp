@@ -4,7 +4,9 @@
 #include "host/desk/DeskFindBar.h"
 #include "platform/component/ClassRegistry.h"
 #include "platform/controls/StatusBar.h"
+#include "platform/forms/DrawnIcons.h"
 #include "platform/forms/Form.h"
+#include "platform/forms/Readable.h"
 #include "platform/toolbar/Toolbar.h"
 
 #include <QApplication>
@@ -44,6 +46,8 @@ DeskWindow::DeskWindow(const Services& services, DeskOptions options)
       m_addIns(services.utility, registryUnless(m_options.createObject)) {
     setObjectName(QStringLiteral("frmDesk"));
     setWindowTitle(kTitle);
+    setWindowIcon(drawnIcon(QStringLiteral("yarrowen-desk")));
+    keepReadable(*this);
     build();
     connectEvents();
 }

@@ -1,6 +1,8 @@
 #include "platform/forms/Form.h"
 
+#include "platform/forms/DrawnIcons.h"
 #include "platform/forms/KeyPreview.h"
+#include "platform/forms/Readable.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -74,7 +76,9 @@ void watchEvents() {
 
 Form::Form(const QString& name, QWidget* owner) : QDialog(owner) {
     setObjectName(name);
+    setWindowIcon(drawnIcon(QStringLiteral("yarrowen-notes")));
     m_preview = std::make_unique<KeyPreview>();
+    keepReadable(*this);
     watchEvents();
     if (owner != nullptr) {
         adopt(owner);

@@ -1,3 +1,4 @@
+#include "platform/forms/ContextMenuKey.h"
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/ListNumbers.h"
 #include "platform/richtext/ReadableColours.h"
@@ -106,6 +107,9 @@ bool RichTextBox::viewportEvent(QEvent* event) {
 }
 
 void RichTextBox::keyPressEvent(QKeyEvent* event) {
+    if (askedForMenu(*this, *event)) {
+        return;
+    }
     if (event->key() == Qt::Key_V &&
         event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
         pastePlain();

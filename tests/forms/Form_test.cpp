@@ -1,12 +1,18 @@
 #include "platform/forms/Form.h"
 
+#include "platform/forms/Contrast.h"
+
 #include <QApplication>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QShortcut>
+#include <QStyle>
 #include <QTest>
 #include <QTimer>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
@@ -258,6 +264,58 @@ TEST(FormTest, windowStateKeepsItsNumbers) {
         EXPECT_EQ(form->windowStateCode(), state);
     }
     form->unload();
+}
+
+/// The best contrast of any pixel of a control with what it lies on.
+double bestContrast(QWidget& control, const QRect& part, const QColor& on) {
+    const QImage image = control.grab(part).toImage();
+    double best = 1;
+    for (int i = 0; i < image.width() * image.height(); ++i) {
+        const QColor pixel = image.pixelColor(i % image.width(), i / image.width());
+        best = qMax(best, contrast(pixel, on));
+    }
+    return best;
+}
+
+// Also when the colours change while the form is open.
+TEST(FormTest, untickedBoxesAndPlaceholdersAreSeenOnLightAndDark) {
+    const QPalette before = QApplication::palette();
+    const QString style = QApplication::style()->name();
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    DiaryForm form;
+    form.field->setPlaceholderText("Type here");
+    form.button->setFocus();
+    auto* const box = new QCheckBox(&form);
+    auto* const option = new QRadioButton(&form);
+    auto* const tree = new QTreeWidget(&form);
+    tree->setHeaderHidden(true);
+    auto* const item = new QTreeWidgetItem(tree, QStringList(QString()));
+    item->setCheckState(0, Qt::Unchecked);
+    for (QWidget* each :
+         {static_cast<QWidget*>(box), static_cast<QWidget*>(option), static_cast<QWidget*>(tree)}) {
+        form.layout()->addWidget(each);
+    }
+    form.button->setFocus();
+    form.showModeless(nullptr, true);
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&form));
+    const std::pair<QColor, QColor> themes[] = {
+        {QColor(0xef, 0xef, 0xef), Qt::white},
+        {QColor(0x35, 0x35, 0x35), QColor(0x2a, 0x2a, 0x2a)},
+        {Qt::black, Qt::black}};
+    for (const auto& [window, base] : themes) {
+        QPalette palette(window);
+        palette.setColor(QPalette::Base, base);
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+        SCOPED_TRACE(window.name().toStdString());
+        EXPECT_GE(bestContrast(*box, box->rect(), window), 3);
+        EXPECT_GE(bestContrast(*option, option->rect(), window), 3);
+        EXPECT_GE(bestContrast(*tree->viewport(), tree->visualItemRect(item), base), 3);
+        EXPECT_GE(bestContrast(*form.field, form.field->rect().adjusted(4, 4, -4, -4), base), 4.5);
+        EXPECT_EQ(form.palette().color(QPalette::Window), window);
+    }
+    QApplication::setPalette(before);
+    QApplication::setStyle(style);
 }
 
 } // namespace
