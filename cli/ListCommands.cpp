@@ -2,7 +2,10 @@
 #include "cli/CommandContext.h"
 #include "cli/ProgressLine.h"
 #include "cli/Rows.h"
+#include "platform/collation/TextOrder.h"
 #include "platform/component/AutomationError.h"
+
+#include <numeric>
 
 namespace yrw {
 
@@ -85,6 +88,71 @@ QString noteLine(const dao::Recordset& note) {
         .arg(onOneLine(note.value(kSubject).toString()));
 }
 
+/// Prints notes in the wanted order: as they come where the engine can order them, texts in the
+/// order of the user's language once all have come.
+class SortedOutput {
+public:
+    /// Raises `UsageError` for an order that there is none of.
+    SortedOutput(const CommandContext& context, bool asJson)
+        : m_context(context), m_asJson(asJson),
+          m_order(context.line.word(QStringLiteral("sort"),
+                                    {QStringLiteral("id"), QStringLiteral("date"),
+                                     QStringLiteral("subject"), QStringLiteral("author")},
+                                    QStringLiteral("id"))) {
+        m_textField = m_order == u"subject"  ? kSubject
+                      : m_order == u"author" ? QStringLiteral("RecordUserCode")
+                                             : QString();
+    }
+    [[nodiscard]] QString engineOrder() const {
+        return m_order == u"date" ? QStringLiteral("[Date], [RecordID]")
+                                  : QStringLiteral("[RecordID]");
+    }
+    void add(const dao::Recordset& note) {
+        if (m_asJson) {
+            m_objects.append(jsonRow(note, {kRTFNote, kPlainNote}));
+        } else if (m_textField.isEmpty()) {
+            m_context.print(noteLine(note));
+        } else {
+            m_lines.append(noteLine(note));
+        }
+        if (!m_textField.isEmpty()) {
+            m_texts.append(note.value(m_textField).toString());
+        }
+    }
+    void finish() const {
+        QJsonArray array;
+        for (const int place : places()) {
+            if (m_asJson) {
+                array.append(m_objects.at(place));
+            } else {
+                m_context.print(m_lines.at(place));
+            }
+        }
+        if (m_asJson) {
+            m_context.print(jsonText(array));
+        }
+    }
+
+private:
+    [[nodiscard]] std::vector<int> places() const {
+        if (!m_textField.isEmpty()) {
+            const std::vector<QStringView> views(m_texts.begin(), m_texts.end());
+            return *orderOf(views, Qt::AscendingOrder, WorkStep());
+        }
+        std::vector<int> asTheyCame(size_t(m_objects.size()));
+        std::iota(asTheyCame.begin(), asTheyCame.end(), 0);
+        return asTheyCame;
+    }
+
+    const CommandContext& m_context;
+    bool m_asJson;
+    QString m_order;
+    QString m_textField; ///< that orders the notes; empty when the engine does
+    QStringList m_texts;
+    QStringList m_lines;
+    QList<QJsonObject> m_objects;
+};
+
 /// The note with the command's id, as a record.
 Ref<Note> noteOf(const CommandContext& context) {
     return query<Note>(context.application().Notes()->Item(QVariant(context.line.recordID())));
@@ -166,10 +234,10 @@ ExitStatus listNotes(const CommandContext& context) {
     const QStringList conditions = listConditions(context);
     const QString find = context.line.value(QStringLiteral("find"));
     const bool asJson = context.line.isSet(kJson);
+    SortedOutput output(context, asJson);
     const Ref<dao::Recordset> notes =
-        openRows(context, schema::kQryNotes, conditions, QStringLiteral("[RecordID]"));
+        openRows(context, schema::kQryNotes, conditions, output.engineOrder());
     ProgressLine progress(context.streams.err, context.clock, QStringLiteral("notes"));
-    QJsonArray array;
     qint64 count = 0;
     for (; !notes->AtEof(); notes->MoveNext()) {
         progress.step();
@@ -177,15 +245,9 @@ ExitStatus listNotes(const CommandContext& context) {
             continue;
         }
         ++count;
-        if (asJson) {
-            array.append(jsonRow(*notes, {kRTFNote, kPlainNote}));
-        } else {
-            context.print(noteLine(*notes));
-        }
+        output.add(*notes);
     }
-    if (asJson) {
-        context.print(jsonText(array));
-    }
+    output.finish();
     return count == 0 && !find.isEmpty() ? kExitNothing : kExitDone;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/controls/StatusBar.h"
 #include "platform/forms/Twips.h"
 #include "platform/richtext/RichTextBox.h"
+#include "platform/toolbar/ToolIcons.h"
 #include "platform/toolbar/Toolbar.h"
 
 #include <QContextMenuEvent>
@@ -50,6 +51,8 @@ void frmMain::createControls() {
     m_lsvMain->addColumn(QStringLiteral("Subject"), QStringLiteral("subject"), 6600);
     m_lsvMain->addColumn(QStringLiteral("Status"), QStringLiteral("status"), 975);
     m_lsvMain->addColumn(QStringLiteral("Popup?"), QStringLiteral("popup"), 900);
+    m_lsvMain->setMark(kSubjectColumn, toolIcon(QStringLiteral("alarm")),
+                       QStringLiteral("has reminders"));
     m_lsvMain->setSource([this](const QStringList& keys) { return itemsFor(keys); });
     m_lsvMain->setWorkWatch([this] { return sortingWatch(); });
     m_picHSplit = named(new SplitBar(this), "picHSplit", "Height of list and text");

@@ -441,7 +441,7 @@ void frmMain::replaceItem(const ListItem& item) {
         for (int column = 0; column < item.texts.size(); ++column) {
             m_lsvMain->setItemText(item.key, column, item.texts[column]);
         }
-        m_lsvMain->setItemStyle(item.key, item.bold, item.foreColour);
+        m_lsvMain->setItemStyle(item.key, item.bold, item.foreColour, item.marked);
     }
     m_lsvMain->selectKey(item.key);
 }

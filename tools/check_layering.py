@@ -16,7 +16,7 @@ import sys
 
 CORE_PLATFORM = {
     "platform/component", "platform/clock", "platform/settings", "platform/files",
-    "platform/prompt", "platform/dao", "platform/rtf",
+    "platform/collation", "platform/prompt", "platform/dao", "platform/rtf",
     "platform/toolbar/api", "platform/controls/api",
 }
 PLATFORM = CORE_PLATFORM | {
@@ -31,15 +31,20 @@ ROOMS = {
     "platform/clock": set(),
     "platform/settings": set(),
     "platform/files": set(),
+    "platform/collation": set(),
     "platform/prompt": set(),
     "platform/dao": {"platform/clock", "platform/files"},
-    "platform/dao/sqlite": {"platform/dao", "platform/clock", "platform/files"},
+    "platform/dao/sqlite": {
+        "platform/dao", "platform/clock", "platform/files", "platform/collation",
+    },
     "platform/rtf": set(),
     "platform/forms": {"platform/clock", "platform/settings", "platform/prompt"},
     "platform/toolbar/api": set(),
     "platform/toolbar": {"platform/toolbar/api", "platform/forms", "platform/files"},
     "platform/controls/api": {"platform/dao"},
-    "platform/controls": {"platform/controls/api", "platform/dao", "platform/forms"},
+    "platform/controls": {
+        "platform/controls/api", "platform/dao", "platform/forms", "platform/collation",
+    },
     "platform/spelling": set(),
     "platform/richtext": {
         "platform/rtf", "platform/controls", "platform/forms", "platform/prompt", "platform/spelling",

@@ -1,5 +1,8 @@
 #include "tests/cli/CommandFixture.h"
 
+#include <QLocale>
+#include <QScopeGuard>
+
 namespace yrw::test {
 namespace {
 
@@ -15,6 +18,7 @@ TEST_F(CommandsTest, WrongUseIsOneLineAndStatusTwo) {
                                  "list --owner cu:x",
                                  "list --owner cu:1 --system",
                                  "list --from yesterday",
+                                 "list --sort size",
                                  "show",
                                  "show abc",
                                  "show -- -1",
@@ -45,6 +49,35 @@ TEST_F(CommandsTest, HelpAndVersionNeedNoData) {
     EXPECT_EQ(help.status, kExitDone);
     EXPECT_TRUE(help.out.contains(QStringLiteral("--remind")));
     EXPECT_EQ(runBare({QStringLiteral("--version")}).status, kExitDone);
+}
+
+TEST_F(CommandsTest, ListSortsTextsInTheUsersLanguage) {
+    const auto restore = qScopeGuard([] { QLocale::setDefault(QLocale::c()); });
+    const char* const notes[] = {"Zeta|BEN|2026-03-01", "Äpfel|ANNA|2026-03-03",
+                                 "birnen|BEN|2026-02-09"};
+    for (const char* const note : notes) {
+        const QStringList parts = QString::fromUtf8(note).split(u'|');
+        run(QStringList{"--user", parts[1], "add", "--subject", parts[0], "--date", parts[2]});
+    }
+    const struct {
+        const char* locale;
+        const char* sort;
+        const char* ids;
+    } cases[] = {{"de_DE", "subject", "231"},
+                 {"sv_SE", "subject", "312"},
+                 {"de_DE", "date", "312"},
+                 {"de_DE", "author", "213"},
+                 {"de_DE", "id", "123"}};
+    for (const auto& each : cases) {
+        QLocale::setDefault(QLocale(each.locale));
+        const QStringList words{"list", "--sort", each.sort};
+        EXPECT_EQ(run(words + QStringList("--json")).column("RecordID").join(""), each.ids);
+        QString ids;
+        for (const QString& line : run(words).out.split(u'\n', Qt::SkipEmptyParts)) {
+            ids += line.trimmed().left(1);
+        }
+        EXPECT_EQ(ids, each.ids) << each.sort;
+    }
 }
 
 TEST_F(CommandsTest, AddsANoteThatListAndShowGiveBack) {

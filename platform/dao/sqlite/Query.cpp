@@ -123,9 +123,14 @@ void Query::addCondition(const Expression& expression) {
 
 void Query::setOrder(const std::vector<OrderTerm>& order) {
     QStringList terms;
+    m_leadingText.reset();
     for (const OrderTerm& term : order) {
-        terms +=
-            quotedName(columnOf(term.field).name) + (term.descending ? u" DESC"_qs : QString());
+        const Column& column = columnOf(term.field);
+        const bool isText = column.type == FieldType::Text || column.type == FieldType::Memo;
+        if (terms.isEmpty() && isText) {
+            m_leadingText = LeadingText{quotedName(column.name), term.descending};
+        }
+        terms += quotedName(column.name) + (term.descending ? u" DESC"_qs : QString());
     }
     // Rows that nobody ordered come in key order; equal ones too, so that an order is stable.
     if (hasKey() && !(terms.isEmpty() && m_source->keepsOwnOrder)) {
@@ -278,7 +283,8 @@ Statement Query::rowsBehind(sqlite3* connection, qint64 key, const std::vector<i
 }
 
 QString Query::keysSql() const {
-    return u"SELECT " + m_source->key + tail() + m_order;
+    return u"SELECT " + m_source->key +
+           (m_leadingText ? u", " + m_leadingText->expression : QString()) + tail() + m_order;
 }
 
 Statement Query::rowByKey(sqlite3* connection) const {

@@ -69,6 +69,15 @@ public:
     void setOrder(const std::vector<OrderTerm>& order);
     void setParameters(const Parameters& parameters);
 
+    /// The text that leads the wanted order; the engine knows no language's order.
+    struct LeadingText {
+        QString expression; ///< in the engine's language
+        bool descending = false;
+    };
+    [[nodiscard]] const std::optional<LeadingText>& leadingText() const noexcept {
+        return m_leadingText;
+    }
+
     /// True when the rows come in the order of their keys.
     [[nodiscard]] bool isInKeyOrder() const;
 
@@ -80,7 +89,8 @@ public:
     [[nodiscard]] Statement rowByKey(sqlite3* connection) const;
     /// The text behind `rows`, for asking the engine how it would go about it.
     [[nodiscard]] QString rowsSql() const;
-    /// Text of a statement that gives the keys in order; to be bound by `bindTo`.
+    /// Text of a statement that gives the keys in the engine's order, and behind each the leading
+    /// text where there is one; to be bound by `bindTo`.
     [[nodiscard]] QString keysSql() const;
     void bindTo(Statement& statement) const;
 
@@ -100,6 +110,7 @@ private:
     std::vector<Item> m_items;
     QString m_where;
     QString m_order;
+    std::optional<LeadingText> m_leadingText;
     std::vector<Binding> m_bindings;
     int m_literals = 0;
     bool m_isCount = false;
