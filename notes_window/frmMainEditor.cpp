@@ -4,6 +4,7 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/NoteTexts.h"
+#include "notes_window/SelectionFont.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/RichTextBox.h"
@@ -143,25 +144,9 @@ void frmMain::ApplyDefaultFont() {
 }
 
 void frmMain::ChooseFont() {
-    FontChoice start;
-    start.name = m_rtxMain->SelFontName().value_or(start.name);
-    start.points = m_rtxMain->SelFontSize().value_or(start.points);
-    start.bold = m_rtxMain->SelBold().value_or(start.bold);
-    start.italic = m_rtxMain->SelItalic().value_or(start.italic);
-    start.underline = m_rtxMain->SelUnderline().value_or(start.underline);
-    start.strikethru = m_rtxMain->SelStrikeThru().value_or(start.strikethru);
-    start.colour = m_rtxMain->SelColor().value_or(start.colour);
-    const std::optional<FontChoice> chosen = prompt().chooseFont(start);
-    if (!chosen) {
-        return;
+    if (const auto chosen = prompt().chooseFont(fontOfSelection(*m_rtxMain))) {
+        setFontOfSelection(*m_rtxMain, *chosen);
     }
-    m_rtxMain->setSelFontName(chosen->name);
-    m_rtxMain->setSelFontSize(chosen->points);
-    m_rtxMain->setSelBold(chosen->bold);
-    m_rtxMain->setSelItalic(chosen->italic);
-    m_rtxMain->setSelUnderline(chosen->underline);
-    m_rtxMain->setSelStrikeThru(chosen->strikethru);
-    m_rtxMain->setSelColor(chosen->colour);
 }
 
 void frmMain::SetDefaultFont() {

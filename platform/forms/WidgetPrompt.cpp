@@ -1,8 +1,11 @@
 #include "platform/forms/WidgetPrompt.h"
 
 #include "platform/clock/Clock.h"
+#include "platform/forms/DrawnIcons.h"
 #include "platform/forms/FileFilter.h"
+#include "platform/forms/FontColourDialog.h"
 #include "platform/forms/PageMargins.h"
+#include "platform/forms/Readable.h"
 #include "platform/prompt/ErrorLog.h"
 
 #include <QApplication>
@@ -10,8 +13,7 @@
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QFontDialog>
-#include <QFontInfo>
+#include <QHash>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPrintDialog>
@@ -19,6 +21,7 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QStyle>
 
 #include <memory>
 
@@ -33,6 +36,21 @@ const QString kBoxName = QStringLiteral("promptBox");
 QString withLineBreaks(QString text) {
     return text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+/// Puts the program's own drawing in the place of the style's icon.
+void drawIcon(const QMessageBox& box, PromptIcon icon) {
+    static const QHash<PromptIcon, QString> names{
+        {PromptIcon::Information, QStringLiteral("dialog-information")},
+        {PromptIcon::Question, QStringLiteral("dialog-question")},
+        {PromptIcon::Exclamation, QStringLiteral("dialog-warning")},
+        {PromptIcon::Critical, QStringLiteral("dialog-error")}};
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"));
+    if (label != nullptr && icon != PromptIcon::None) {
+        const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+        label->setPixmap(
+            drawnIcon(names.value(icon)).pixmap(QSize(size, size), box.devicePixelRatioF()));
+    }
 }
 
 QMessageBox::Icon iconOf(PromptIcon icon) {
@@ -130,6 +148,7 @@ std::unique_ptr<QMessageBox> makeBox(const QString& text, const QString& title, 
     box->setText(withLineBreaks(text));
     box->setWindowTitle(title);
     box->setIcon(iconOf(icon));
+    drawIcon(*box, icon);
     widen(*box, QStringLiteral("qt_msgbox_label"));
     return box;
 }
@@ -164,6 +183,7 @@ public:
         QWidget* const owner = m_prompt.owner();
         if (owner != nullptr) {
             box.setParent(owner, box.windowFlags());
+            box.setWindowIcon(owner->windowIcon());
             QObject::connect(owner, &QObject::destroyed, &box, [&box](QObject* gone) {
                 if (box.parent() == gone) {
                     box.setParent(nullptr, box.windowFlags());
@@ -171,6 +191,7 @@ public:
                 }
             });
         }
+        keepReadable(box);
         box.setObjectName(kBoxName);
         return box.exec();
     }
@@ -276,29 +297,11 @@ QString WidgetPrompt::saveFile(const FileRequest& request) {
 }
 
 std::optional<FontChoice> WidgetPrompt::chooseFont(const FontChoice& start) {
-    QFont font(start.name);
-    font.setPointSizeF(start.points > 0 ? start.points : 10);
-    font.setBold(start.bold);
-    font.setItalic(start.italic);
-    font.setUnderline(start.underline);
-    font.setStrikeOut(start.strikethru);
-    // A font that the screen lacks would lose its style in the dialog; its substitute keeps it.
-    font.setFamilies({QFontInfo(font).family()});
-    QFontDialog dialog(font);
-    const QString shown = dialog.currentFont().family();
+    FontColourDialog dialog(start, [this](int colour) { return chooseColour(colour); });
     if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
         return std::nullopt;
     }
-    const QFont chosen = dialog.selectedFont();
-    // Left alone, the font stays the one asked for.
-    const bool keeps = chosen.family() == shown && !start.name.isEmpty();
-    return FontChoice{keeps ? start.name : chosen.family(),
-                      chosen.pointSizeF(),
-                      chosen.bold(),
-                      chosen.italic(),
-                      chosen.underline(),
-                      chosen.strikeOut(),
-                      start.colour};
+    return dialog.choice();
 }
 
 std::optional<int> WidgetPrompt::chooseColour(int start) {

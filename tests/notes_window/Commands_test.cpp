@@ -26,7 +26,7 @@ struct CommandRow {
     void (*prepare)(Commands&) = [](Commands&) {};
 };
 
-const std::optional<FontChoice> kFont{{"DejaVu Serif", 14, true, true, false, false, 255}};
+const std::optional<FontChoice> kFont{{"DejaVu Serif", 14, true, true, false, false, 255, {}}};
 
 const CommandRow kCommands[] = {
     {20003, "tooSave", "Ctrl+S", false, "stored 1 'wrod'"},
@@ -341,6 +341,11 @@ TEST_F(Commands, TheList) {
         {"right click", [&] { rightClick(*view, at(2)); },
          "menu bndNotePopup; note 3; text ''; misspelt ; stored 1 'wrod'", 1},
         {"menu key", [&] { menuKey(); }, "menu bndNotePopup", 0},
+        {"shift and F10", [&] { QTest::keyClick(&list(), Qt::Key_F10, Qt::ShiftModifier); },
+         "menu bndNotePopup", 0},
+        {"shift and F10 in the text",
+         [&] { QTest::keyClick(&editor(), Qt::Key_F10, Qt::ShiftModifier); }, "menu bndTextPopup",
+         0},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.what);

@@ -176,7 +176,7 @@ TEST_F(NoteEditor, DefaultFont) {
     EXPECT_EQ(editor().SelFontName(), "Comic Sans MS");
     EXPECT_EQ(editor().SelFontSize(), 10);
     script.chooseFont(
-        std::optional(FontChoice{"DejaVu Serif", 14, true, false, false, false, 0xff0000}));
+        std::optional(FontChoice{"DejaVu Serif", 14, true, false, false, false, 0xff0000, {}}));
     click("tooDefaultFont");
     EXPECT_EQ(addIn->settings().text("DefaultFontName"), "DejaVu Serif");
     EXPECT_EQ(addIn->settings().text("DefaultFontBold"), "True");
@@ -186,6 +186,31 @@ TEST_F(NoteEditor, DefaultFont) {
     EXPECT_EQ(editor().SelFontSize(), 14);
     EXPECT_EQ(editor().SelBold(), true);
     EXPECT_EQ(editor().SelColor(), 0xff0000);
+}
+
+TEST_F(NoteEditor, FontDialogLeavesMixedPartsThatNobodyChose) {
+    open(customer);
+    editor().setTextRTF("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Courier;}}{\\colortbl;\\red255;"
+                        "\\blue255;}\\f0\\fs20\\cf1\\b one \\f1\\fs40\\cf2\\b0\\i two\\par}");
+    editor().selectAll();
+    const QString before = editor().TextRTF();
+    const FontParts mixed =
+        FontPart::Name | FontPart::Points | FontPart::Bold | FontPart::Italic | FontPart::Colour;
+    FontChoice choice;
+    choice.mixed = mixed;
+    script.chooseFont(std::optional(choice));
+    click("tooChooseFont");
+    EXPECT_EQ(script.fontAsked.mixed, mixed);
+    EXPECT_EQ(editor().TextRTF(), before);
+    choice.mixed = mixed & ~FontParts(FontPart::Colour);
+    choice.colour = 0x00FF00;
+    script.chooseFont(std::optional(choice));
+    click("tooChooseFont");
+    EXPECT_EQ(editor().SelColor(), 0x00FF00);
+    EXPECT_FALSE(editor().SelBold().has_value());
+    EXPECT_FALSE(editor().SelFontName().has_value());
+    editor().undo();
+    EXPECT_EQ(editor().TextRTF(), before);
 }
 
 TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {
