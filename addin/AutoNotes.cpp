@@ -5,6 +5,7 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
 #include "platform/component/NamedCalls.h"
+#include "platform/forms/Announcement.h"
 #include "platform/forms/Twips.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,10 @@ namespace yrw {
 namespace {
 
 const QString kLineEnd = QStringLiteral("\r\n");
+
+QString countText(int count) {
+    return QString::number(count) + QStringLiteral(" Note(s) Found...!!");
+}
 
 /// The record's kind and its own text, as "Customer: Quill & Son ".
 QString nameOf(IHostApplication& host, IRecord& record) {
@@ -109,6 +114,8 @@ void AutoNotes::showNotes(bool closesPopup, bool keepsText) {
     showStatus(count);
     if (mfrmAutoNotes) {
         present(*mfrmAutoNotes);
+    } else if (QWidget* const window = m_addIn.IInterface()->Window()) {
+        announce(*window, countText(count)); // the popup, where there is one, says more
     }
     discard.dismiss();
 }
@@ -132,7 +139,7 @@ QString AutoNotes::heading(IRecord& record, const dao::Recordset& notes) const {
 
 void AutoNotes::showStatus(int count) const {
     if (IStatusBar* bar = m_addIn.statusBar()) {
-        bar->setText(QString::number(count) + QStringLiteral(" Note(s) Found...!!"));
+        bar->setText(countText(count));
         bar->setToolTipText(m_keptText);
         bar->setTag(kMarker);
         bar->refresh();

@@ -90,6 +90,8 @@ void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRec
     setWindowTitle(captionText());
     const QDateTime due = reminder->value(kNextDate).toDateTime();
     lblForm[5]->setText(QStringLiteral("Due: ") + due.toString(kDateFormat));
+    setAccessibleName(windowTitle());
+    setAccessibleDescription(lblForm[2]->text() + QStringLiteral(". ") + lblForm[5]->text());
     m_due = QDateTime(due.date(), due.time(), Qt::UTC).toSecsSinceEpoch();
     const int kind = m_note->value(QStringLiteral("ReminderType")).toInt();
     if (const std::optional<QString> text = kindText(kind)) {

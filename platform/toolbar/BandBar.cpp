@@ -77,6 +77,7 @@ void BandBar::syncItem(const Item& item) {
     item.control->setObjectName(item.tool->key());
     item.control->setAccessibleName(item.tool->plainCaption());
     item.control->setToolTip(item.tool->shownToolTip());
+    item.control->setAccessibleDescription(item.tool->shownToolTip());
     item.control->setEnabled(item.tool->isEnabled());
     if (auto* const combo = qobject_cast<ToolCombo*>(item.control)) {
         combo->show(item.tool->list(), item.tool->text());
@@ -195,6 +196,8 @@ void BandBar::openOverflow() {
     }
     QMenu menu; // without an owner: the bar may be made anew while it is open
     menu.setObjectName(m_overflow->objectName());
+    menu.setAccessibleName(m_overflow->accessibleName());
+    menu.setAccessibleDescription(tr("Tools that the toolbar has no room for"));
     fillMenu(menu, hidden);
     ToolBand& band = m_band;
     BandEvents& events = m_events;

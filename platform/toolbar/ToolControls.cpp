@@ -1,7 +1,9 @@
 #include "platform/toolbar/ToolControls.h"
 
+#include "platform/toolbar/ComboAccessible.h"
 #include "platform/toolbar/ToolIcons.h"
 
+#include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QSignalBlocker>
@@ -70,6 +72,7 @@ void ToolButton::keyPressEvent(QKeyEvent* event) {
 
 ToolCombo::ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidget* parent)
     : QComboBox(parent), m_events(events), m_band(band), m_toolKey(std::move(toolKey)) {
+    installComboAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     colourPlaceholder();

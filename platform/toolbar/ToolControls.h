@@ -26,12 +26,15 @@ class ToolCombo final : public QComboBox {
 
 public:
     ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidget* parent);
-    /// Shows the entries and a text, which need not be one of them.
     /// The width that was fixed, not the one that the entries would take.
     [[nodiscard]] QSize sizeHint() const override {
         return QComboBox::sizeHint().expandedTo(minimumSize()).boundedTo(maximumSize());
     }
+    /// Shows the entries and a text, which need not be one of them.
     void show(const QStringList& entries, const QString& text);
+    [[nodiscard]] QString shownText() const {
+        return currentIndex() < 0 ? placeholderText() : currentText();
+    }
     void showPopup() override;
 
 protected:

@@ -124,7 +124,7 @@ TEST_F(ReminderPopups, ManyLieInACascadeWithTheOldestInFrontAndCallOnce) {
         oldest->accessibleDescription().contains(QStringLiteral("40 reminders are waiting")));
     EXPECT_TRUE(oldest->accessibleDescription().contains(QStringLiteral("Ring back")));
     for (int i = 1; i < 6; ++i) { // as many as this screen has room for
-        EXPECT_EQ(popup(i).accessibleDescription(), QString()); // one call for all
+        EXPECT_FALSE(popup(i).accessibleDescription().contains(QStringLiteral("waiting")));
         // Up and to the left of the one before: its title shows.
         EXPECT_LT(popup(i).y(), popup(i - 1).y());
         EXPECT_LT(popup(i).x(), popup(i - 1).x());
