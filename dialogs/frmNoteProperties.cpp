@@ -24,6 +24,7 @@ namespace {
 constexpr int kHelpTopic = 110001;
 constexpr qint64 kFirstReminderMinutes = 60;
 constexpr int kReminderStepMinutes = 30;
+constexpr int kWidestGroupName = 320; ///< pixels; a longer one is shown without its middle
 
 /// Which option stands for a stored kind. A group's reminder opens as chosen users, so that later
 /// changes of the group do not move it.
@@ -73,8 +74,15 @@ void frmNoteProperties::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRe
     const Ref<IRecord> group = currentGroup();
     const QString groupName =
         group ? HostUtility::NullToText(group->value(QStringLiteral("GroupName"))) : QString();
-    m_optReminder[3]->setText(QStringLiteral("Remind Everyone in the '") + asCaption(groupName) +
-                              QStringLiteral("' &Group"));
+    QRadioButton& option = *m_optReminder[3];
+    const QString shown =
+        option.fontMetrics().elidedText(groupName, Qt::ElideMiddle, kWidestGroupName);
+    option.setText(QStringLiteral("Remind Everyone in the '") + asCaption(shown) +
+                   QStringLiteral("' &Group"));
+    if (shown != groupName) { // the whole name, as plain text
+        option.setToolTip(u"<span>" + groupName.toHtmlEscaped() + u"</span>");
+        option.setAccessibleName(u"Remind Everyone in the '" + groupName + u"' Group");
+    }
     EnableReminderControls(m_chkReminder->isChecked());
 }
 

@@ -82,7 +82,7 @@ frmReminder::~frmReminder() = default;
 
 void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRecord>& reminder) {
     m_application = application;
-    lblForm[2]->setText(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
+    showSubject(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
     rxtMain->setPlainText(HostUtility::NullToText(reminder->value(QStringLiteral("PlainNote"))));
     dtpReminder->setValue(minutesLater(now(), kLaterMinutes));
     m_note = application->Notes()->Item(reminder->value(QStringLiteral("NoteID")));
@@ -239,7 +239,7 @@ void frmReminder::bringToFront() {
 }
 
 void frmReminder::callUser(int waiting) {
-    QStringList words{windowTitle(), lblForm[2]->text(), lblForm[5]->text()};
+    QStringList words{windowTitle(), lblForm[2]->text().remove(QChar(0x200B)), lblForm[5]->text()};
     if (waiting > 1) {
         words += QStringLiteral("%1 reminders are waiting").arg(waiting);
     }

@@ -94,6 +94,7 @@ private:
     // Named operations.
     void findOwner();
     [[nodiscard]] QString captionText();
+    void showSubject(const QString& subject);
     void tellLater();
     void dismiss();
     void finishNote();

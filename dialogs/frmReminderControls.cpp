@@ -4,6 +4,7 @@
 #include "framework/ErrorGuards.h"
 #include "platform/forms/ClockChangeLabel.h"
 #include "platform/forms/DatePicker.h"
+#include "platform/forms/ScreenMetrics.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -19,6 +20,7 @@ namespace {
 
 /// How far one place of the cascade lies from the next: a title bar.
 constexpr int kPlaceStep = 28;
+constexpr int kWidestWord = 380; ///< of a subject, in pixels; a longer one is broken
 
 QString indexed(const char* name, std::size_t index) {
     return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
@@ -116,6 +118,15 @@ void frmReminder::setTabOrders() {
         before = next;
     }
     rxtMain->setFocus();
+}
+
+/// Shows the subject whole, in as many lines as it takes, at the width that the popup has.
+void frmReminder::showSubject(const QString& subject) {
+    lblForm[2]->setText(breakable(subject, lblForm[2]->fontMetrics(), kWidestWord));
+    layout()->activate();
+    const QSize room = roomFor(*this);
+    const int wanted = qMax(height(), layout()->totalHeightForWidth(this->width()));
+    resize(qMin(this->width(), room.width()), qMin(wanted, room.height()));
 }
 
 void frmReminder::connectEvents() {

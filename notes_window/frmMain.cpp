@@ -9,12 +9,14 @@
 #include "notes_window/SplitBar.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/files/FileSystem.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/forms/Twips.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
 #include <QFile>
 #include <QScreen>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -25,6 +27,7 @@ namespace {
 constexpr int kMinListHeight = 60;   ///< header and two rows, in pixels
 constexpr int kMinEditorHeight = 50; ///< between the splitter's top and the inner bottom
 constexpr int kSplitHeight = 7;
+constexpr int kMinWidth = 420; ///< of the window, in pixels
 constexpr int kReminderCountMs = 60000;
 
 const QString kToolbarBands = QStringLiteral("ToolbarBands");
@@ -68,6 +71,10 @@ void frmMain::Form_Resize() {
         return;
     }
     ShowStatus(QStringLiteral("Resizing..."));
+    if (m_splitTop != 0) { // a smaller window takes from the list before it takes from the text
+        m_splitTop = std::max(m_lsvMain->y() + kMinListHeight,
+                              std::min(m_splitTop, height() - leastTextHeight()));
+    }
     arrange();
     ShowStatus(QStringLiteral("Done"));
 }
@@ -185,6 +192,16 @@ void frmMain::arrange() {
     m_picHSplit->setGeometry(0, split, width, kSplitHeight);
     const int editorTop = split + kSplitHeight;
     m_rtxMain->setGeometry(0, editorTop, width, std::max(0, m_stbMain->y() - editorTop));
+    setMinimumSize(
+        QSize(kMinWidth, top + kMinListHeight + leastTextHeight()).boundedTo(roomFor(*this)));
+}
+
+/// What stands from the splitter down when the text shows three lines, in pixels.
+int frmMain::leastTextHeight() const {
+    const int aroundText =
+        2 * (m_rtxMain->frameWidth() + int(m_rtxMain->document()->documentMargin()));
+    return kSplitHeight + aroundText + 3 * m_rtxMain->fontMetrics().lineSpacing() +
+           m_stbMain->sizeHint().height();
 }
 
 int frmMain::clampedSplit(int top) const {

@@ -134,6 +134,7 @@ private:
     void columnResized(int column);
     void arrange();
     [[nodiscard]] int clampedSplit(int top) const;
+    [[nodiscard]] int leastTextHeight() const;
     void moveSplit(int top);
 
     // The list (frmMainList.cpp).

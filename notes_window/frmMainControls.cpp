@@ -6,6 +6,7 @@
 #include "notes_window/NoteFinder.h"
 #include "notes_window/SplitBar.h"
 #include "platform/controls/StatusBar.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/forms/Twips.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
@@ -39,7 +40,7 @@ Control* named(Control* control, const char* name, const char* accessibleName) {
 } // namespace
 
 void frmMain::createControls() {
-    resize(kDesignedSize);
+    resize(kDesignedSize.boundedTo(roomFor(*this)));
     setSizeGripEnabled(false);
     m_atbMain = named(new Toolbar(this), "atbMain", "Notes toolbar");
     m_findBar = named(new FindBar(this), "picFind", "Find");

@@ -5,6 +5,7 @@
 #include "platform/component/ClassRegistry.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/forms/Form.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/toolbar/Toolbar.h"
 
 #include <QApplication>
@@ -91,7 +92,7 @@ void DeskWindow::build() {
     m_statusBar->addPermanentWidget(m_progress);
     m_statusBar->addPermanentWidget(m_user);
     setStatusBar(m_statusBar);
-    resize(1040, 720);
+    resize(QSize(1040, 720).boundedTo(roomFor(*this)));
 }
 
 void DeskWindow::connectEvents() {

@@ -17,17 +17,6 @@ QList<Form*>& loadedForms() {
     return forms;
 }
 
-/// The form that a control is in; for a control of a tool window, such as a floating toolbar band,
-/// the form that the window lies over.
-Form* formOf(const QWidget& control) {
-    QWidget* const window = control.window();
-    auto* const form = qobject_cast<Form*>(window);
-    if (form != nullptr || window->windowType() != Qt::Tool || window->parentWidget() == nullptr) {
-        return form;
-    }
-    return qobject_cast<Form*>(window->parentWidget()->window());
-}
-
 /// Hands each event of a window to the form that it is, and closings to the forms that the window
 /// owns. One for the process: a filter per form would make each event cost as much as there are
 /// forms.
@@ -42,7 +31,7 @@ public:
         if (event->type() == QEvent::Close && !ownedFormsClose(watched, event)) {
             return true;
         }
-        return handOn(formOf(*static_cast<QWidget*>(watched)), watched, event);
+        return handOn(Form::formOf(*static_cast<QWidget*>(watched)), watched, event);
     }
 
 private:
@@ -74,8 +63,8 @@ void watchEvents() {
 
 Form::Form(const QString& name, QWidget* owner) : QDialog(owner) {
     setObjectName(name);
-    m_preview = std::make_unique<KeyPreview>();
     watchEvents();
+    KeyPreview::watch();
     if (owner != nullptr) {
         adopt(owner);
     }
@@ -224,6 +213,15 @@ QList<Form*> Form::openForms() {
     return loadedForms();
 }
 
+Form* Form::formOf(const QWidget& control) {
+    QWidget* const window = control.window();
+    auto* const form = qobject_cast<Form*>(window);
+    if (form != nullptr || window->windowType() != Qt::Tool || window->parentWidget() == nullptr) {
+        return form;
+    }
+    return qobject_cast<Form*>(window->parentWidget()->window());
+}
+
 bool Form::isModalOpen() {
     return QApplication::activeModalWidget() != nullptr;
 }
@@ -237,25 +235,9 @@ void Form::Form_QueryUnload(bool&) {}
 void Form::Form_Unload() {}
 
 bool Form::eventFilter(QObject* watched, QEvent* event) {
-    switch (event->type()) {
-    case QEvent::ShortcutOverride:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-        if (watched->isWidgetType() && formOf(*static_cast<QWidget*>(watched)) == this) {
-            return m_preview->filter(
-                static_cast<QWidget*>(watched), static_cast<QKeyEvent*>(event),
-                [this](FormKey& key) { Form_KeyDown(key); },
-                [this](FormKey& key) { Form_KeyUp(key); });
-        }
-        break;
-    case QEvent::Close:
-        if (watched == parent() && m_loaded && !unload()) {
-            event->ignore();
-            return true;
-        }
-        break;
-    default:
-        break;
+    if (event->type() == QEvent::Close && watched == parent() && m_loaded && !unload()) {
+        event->ignore();
+        return true;
     }
     return QDialog::eventFilter(watched, event);
 }

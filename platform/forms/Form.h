@@ -3,8 +3,6 @@
 #include <QDialog>
 #include <QList>
 
-#include <memory>
-
 namespace yrw {
 
 /// State of a window by the numbers that are stored.
@@ -64,6 +62,9 @@ public:
 
     /// The loaded forms that are not unloaded yet, in the order of loading.
     [[nodiscard]] static QList<Form*> openForms();
+    /// The form that a control is in; for a control of a tool window, such as a floating toolbar
+    /// band, the form that the window lies over.
+    [[nodiscard]] static Form* formOf(const QWidget& control);
     /// True while any form is shown modally or a box of the door is open.
     [[nodiscard]] static bool isModalOpen();
 
@@ -94,7 +95,6 @@ private:
     bool unloadOwnedForms();
     void finishUnload();
 
-    std::unique_ptr<KeyPreview> m_preview;
     QString m_tag;
     bool m_loaded = false;
     bool m_unloading = false;

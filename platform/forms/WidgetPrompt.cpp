@@ -1,8 +1,10 @@
 #include "platform/forms/WidgetPrompt.h"
 
 #include "platform/clock/Clock.h"
+#include "platform/forms/BoxText.h"
 #include "platform/forms/FileFilter.h"
 #include "platform/forms/PageMargins.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/prompt/ErrorLog.h"
 
 #include <QApplication>
@@ -12,7 +14,6 @@
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QFontInfo>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -25,8 +26,6 @@
 namespace yrw {
 
 namespace {
-
-constexpr int kTextWidth = 360; ///< up to which a box grows before its text wraps, in pixels
 
 const QString kBoxName = QStringLiteral("promptBox");
 
@@ -110,27 +109,12 @@ void nameButtons(const QMessageBox& box) {
     }
 }
 
-/// Makes room for a text of a box, which would else wrap long before its lines end.
-void widen(const QMessageBox& box, const QString& labelName) {
-    auto* const label = box.findChild<QLabel*>(labelName);
-    if (label == nullptr) {
-        return;
-    }
-    int width = 0;
-    const QStringList lines = label->text().split(u'\n');
-    for (const QString& line : lines) {
-        width = qMax(width, label->fontMetrics().horizontalAdvance(line + u' '));
-    }
-    label->setMinimumWidth(qMin(width, kTextWidth));
-}
-
 std::unique_ptr<QMessageBox> makeBox(const QString& text, const QString& title, PromptIcon icon) {
     auto box = std::make_unique<QMessageBox>();
     box->setTextFormat(Qt::PlainText);
     box->setText(withLineBreaks(text));
     box->setWindowTitle(title);
     box->setIcon(iconOf(icon));
-    widen(*box, QStringLiteral("qt_msgbox_label"));
     return box;
 }
 
@@ -203,6 +187,7 @@ PromptAnswer WidgetPrompt::question(const QString& text, const QString& title,
     box->setDefaultButton(buttonOf(defaultAnswer));
     box->setEscapeButton(escapeOf(buttons));
     nameButtons(*box);
+    fitToScreen(*box, owner());
     const int pressed = OpenBox(*this).exec(*box);
     return answerOf(pressed == 0 ? int(escapeOf(buttons)) : pressed);
 }
@@ -220,6 +205,7 @@ int WidgetPrompt::choose(const ChoiceRequest& request) {
     if (auto* const column = box->findChild<QDialogButtonBox*>()) {
         column->setOrientation(Qt::Vertical); // names make captions long: side by side they are cut
     }
+    fitToScreen(*box, owner());
     OpenBox(*this).exec(*box);
     const auto pressed = buttons.indexOf(box->clickedButton());
     return pressed < 0 ? request.escapeButton : int(pressed);
@@ -236,10 +222,10 @@ void WidgetPrompt::errorReport(const ErrorReport& report) {
     QStringList reasons{withLineBreaks(report.text), withLineBreaks(report.description)};
     reasons.removeAll(QString());
     box->setInformativeText(reasons.join(QStringLiteral("\n\n")));
-    widen(*box, QStringLiteral("qt_msgbox_informativelabel"));
     box->setStandardButtons(QMessageBox::Ok);
     box->setDetailedText(detailsOf(report));
     nameButtons(*box);
+    fitToScreen(*box, owner());
     OpenBox(*this).exec(*box);
 }
 
@@ -333,7 +319,7 @@ void WidgetPrompt::preview(const QString& title, const std::function<void(QPrint
                      [&paint](QPrinter* page) { paint(*page); });
     const OpenBox box(*this);
     if (const QWidget* const over = owner()) {
-        dialog.resize(over->size().expandedTo(QSize(700, 600)));
+        dialog.resize(over->size().expandedTo(QSize(700, 600)).boundedTo(roomFor(*over)));
     }
     box.exec(dialog);
 }

@@ -2,6 +2,7 @@
 #include "tests/addin/RemindersFixture.h"
 
 #include "platform/forms/DatePicker.h"
+#include "tests/driving/ScreenWatch.h"
 #include "tests/support/ZoneClock.h"
 
 #include <QLabel>
@@ -31,6 +32,20 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     }
 };
+
+TEST_F(ReminderPopups, ALongSubjectBreaksAndLeavesThePopupOnTheScreen) {
+    for (const QString& subject :
+         {QString(255, u'W'), QStringLiteral("Bring the folder ").repeated(15)}) {
+        const qint64 note = addNote(QStringLiteral("cu"), 2);
+        elsewhere(QStringLiteral("UPDATE tblNotes SET Subject = '%1'").arg(subject.left(255)));
+        remind(note, -1);
+        ASSERT_TRUE(minuteTick());
+        settle();
+        EXPECT_EQ(ScreenWatch::faultsOf(popup()).join("; ").toStdString(), "");
+        EXPECT_LE(popup().width(), 700);
+        click("cmdForm(1)");
+    }
+}
 
 TEST_F(ReminderPopups, NoKeyReachesOneBeforeAClickOrTheOneShortcut) {
     workInHost();

@@ -1,6 +1,7 @@
 // The properties dialog: what it shows, refuses and raises.
 #include "dialogs/frmNoteProperties.h"
 #include "platform/forms/DatePicker.h"
+#include "tests/driving/ScreenWatch.h"
 #include "tests/support/FakeAddIn.h"
 #include "tests/support/ZoneClock.h"
 
@@ -136,6 +137,15 @@ TEST_F(NoteProperties, GroupNamesShowTheirAmpersand) {
         "UPDATE tblGroups SET GroupName = 'Sales & Co' WHERE GroupID = 1");
     open(nullptr);
     EXPECT_EQ(control("optReminder(3)").text(), "Remind Everyone in the 'Sales && Co' &Group");
+}
+
+TEST_F(NoteProperties, LongNamesLeaveTheDialogWholeOnTheScreen) {
+    store.host().DAODatabase()->RunScript(
+        QStringLiteral("UPDATE tblGroups SET GroupName = '%1'; UPDATE tblUsers SET LastName = '%1'")
+            .arg(QString(63, u'W')));
+    open(noteWith(ReminderKind::Everyone, {1, 2}));
+    EXPECT_EQ(ScreenWatch::faultsOf(*dialog).join("; ").toStdString(), "");
+    EXPECT_TRUE(control("optReminder(3)").toolTip().contains(QString(63, u'W')));
 }
 
 TEST_F(NoteProperties, RefusesIncompleteInput) {

@@ -178,6 +178,48 @@ TEST(FormTest, repeatedKeyIsSeenForEachRepetition) {
     form->unload();
 }
 
+/// What comes while an assistive program listens: the press is held back, then sent as a copy,
+/// which is offered once more. The copy is not spontaneous.
+TEST(FormTest, aKeyThatIsSentAgainIsHandledOnce) {
+    DiaryForm* const form = shownForm();
+    QLineEdit box; // the window that comes up meanwhile and takes the press
+    const auto send = [&](QWidget* to, QEvent::Type type, Qt::Key key, bool spontaneous) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(QChar(key)));
+        if (spontaneous) {
+            QSpontaneKeyEvent::setSpontaneous(&event);
+        }
+        qApp->notify(to, &event); // "sendEvent" makes them all a program's own
+    };
+    struct {
+        const char* events; ///< offer, press, release; lower case: of a copy; "b": in the box
+        const char* handled;
+        const char* typed; ///< by the presses when the form consumes nothing
+    } const cases[] = {
+        {"Oop", "1", "A"},   {"OopOop", "2", "AA"},  {"OOopop", "2", "AA"}, {"OObop", "2", "A"},
+        {"ObOop", "2", "A"}, {"obop", "2", "A"},     {"OROP", "2", "A"},    {"ORop", "2", "A"},
+        {"op", "1", "A"},    {"OPOPOP", "3", "AAA"}, {"p", "1", "A"},       {"OopRb", "1", "A"},
+    };
+    for (const auto& [events, handled, typed] : cases) {
+        for (const bool consumed : {false, true}) {
+            form->diary.clear();
+            form->field->clear();
+            form->consumedKey = consumed ? int(Qt::Key_A) : 0;
+            for (const char* each = events; *each != 0; ++each) {
+                const char what = QChar(*each).toLower().toLatin1();
+                send(what == 'b' ? &box : form->field,
+                     what == 'o'   ? QEvent::ShortcutOverride
+                     : what == 'r' ? QEvent::KeyRelease
+                                   : QEvent::KeyPress,
+                     Qt::Key_A, what != *each);
+            }
+            EXPECT_EQ(form->diary.count("down 65"), QByteArray(handled).toInt()) << events;
+            EXPECT_EQ(form->field->text(), consumed ? "" : typed) << events;
+            send(form->field, QEvent::KeyRelease, Qt::Key_A, true);
+        }
+    }
+    form->unload();
+}
+
 TEST(FormTest, consumedKeyReachesNoControlShortcutOrAccessKey) {
     DiaryForm* const form = shownForm();
     form->field->setFocus();

@@ -1,4 +1,4 @@
-#include <QApplication>
+#include "tests/driving/DrivenApplication.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    const QApplication application(argc, argv);
+    yrw::test::DrivenApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return application.runTests();
 }

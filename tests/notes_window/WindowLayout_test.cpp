@@ -62,6 +62,24 @@ TEST_F(WindowLayout, StoredSizes) {
     EXPECT_EQ(storedText("WindowState"), "0");
 }
 
+TEST_F(WindowLayout, TheSmallestSizeShowsThreeLinesAndTheStatusBar) {
+    setStored("Height", QString::number(90 * 15));
+    open(customer);
+    const auto& status = *window->findChild<QWidget*>(QStringLiteral("stbMain"));
+    for (const QSize& size : {window->size(), QSize(700, 500), QSize(10, 10)}) {
+        window->resize(size);
+        QCoreApplication::processEvents();
+        EXPECT_GE(editor().viewport()->height(), 3 * editor().fontMetrics().lineSpacing());
+        EXPECT_TRUE(window->rect().contains(status.geometry()));
+        EXPECT_GE(list().height(), 60);
+        if (size.height() == 500) {
+            drag(split().y(), window->height() - 60); // where the user wants it, until it shrinks
+        }
+    }
+    EXPECT_LT(window->height(), 400);
+    EXPECT_EQ(storedText("Height"), QString::number(90 * 15));
+}
+
 TEST_F(WindowLayout, MaximisedKeepsTheNormalSize) {
     setStored("Height", "6000");
     setStored("Width", "9000");

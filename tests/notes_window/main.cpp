@@ -1,20 +1,20 @@
+#include "tests/driving/DrivenApplication.h"
 #include "tests/notes_window/Crash.h"
 
-#include <QApplication>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("YRW_PICTURES")) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    const QApplication application(argc, argv);
+    yrw::test::DrivenApplication application(argc, argv);
     if (yrw::test::isTypingChild()) {
         return yrw::test::typeUntilKilled();
     }
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", state.path().toUtf8());
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return application.runTests();
 }
