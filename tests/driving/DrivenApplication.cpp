@@ -4,6 +4,7 @@
 
 #include <QKeyEvent>
 #include <QTest>
+#include <QTimer>
 #include <QWindow>
 
 #include <gtest/gtest.h>
@@ -113,7 +114,7 @@ bool DrivenApplication::pressInWindow(QWidget& control, const QKeyEvent& event) 
     if (--m_waiting == 0) {
         for (const QPointer<QObject>& each : std::exchange(m_doomed, {})) {
             if (each) {
-                each->deleteLater();
+                QTimer::singleShot(0, each, [each] { delete each; });
             }
         }
     }
