@@ -1,6 +1,5 @@
 // check: finds what is wrong in the database and repairs it.
 #include "cli/CommandContext.h"
-#include "cli/ProgressLine.h"
 #include "cli/Rows.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
@@ -80,7 +79,7 @@ Ref<dao::Recordset> openTable(const CommandContext& context, const QString& tabl
 
 std::vector<Finding> findProblems(const CommandContext& context) {
     std::vector<Finding> findings;
-    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("rows checked"));
+    ProgressLine progress = context.progress(QStringLiteral("rows checked"));
     QSet<qint64> noteIDs;
     const Ref<dao::Recordset> notes = openTable(context, schema::kTblNotes);
     for (; !notes->AtEof(); notes->MoveNext()) {

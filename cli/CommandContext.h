@@ -3,6 +3,8 @@
 #include "cli/Command.h"
 #include "cli/CommandLine.h"
 #include "cli/CommandStore.h"
+#include "cli/ProgressLine.h"
+#include "framework/Settings.h"
 
 namespace yrw {
 
@@ -11,12 +13,20 @@ struct CommandContext {
     const CommandLine& line;
     const CommandStreams& streams;
     Clock& clock;
+    NotesSettings settings;
     CommandStore* store; ///< nothing for a command that needs no data folder
 
     [[nodiscard]] Application& application() const { return store->application(); }
-    /// Writes text as UTF-8. Raises `kErrorDiskFull` when it cannot be written.
+    /// Writes text as UTF-8, to a terminal without what it would take for commands. Raises
+    /// `kErrorDiskFull` when it cannot be written.
     void print(const QString& text) const;
     void print(const QByteArray& bytes) const;
+    /// Counts what a long command does, for whoever looks.
+    [[nodiscard]] ProgressLine progress(const QString& what) const {
+        return {streams.err, clock, what, streams.errIsTerminal};
+    }
+    /// Raises `kErrorRecordNotFound` saying so when there is no such note.
+    [[nodiscard]] Ref<Note> note(qint64 id) const;
     /// One line on standard error.
     void complain(const QString& text) const;
     /// All bytes of a file; "-" is standard input. Raises `kErrorCannotOpenDatabase` naming it.

@@ -1,11 +1,8 @@
 // export: all notes in a format for others.
 #include "cli/CommandContext.h"
 #include "cli/NoteWriters.h"
-#include "cli/ProgressLine.h"
+#include "cli/OutputFile.h"
 #include "framework/ErrorGuards.h"
-#include "platform/component/AutomationError.h"
-
-#include <QSaveFile>
 
 namespace yrw {
 
@@ -91,7 +88,7 @@ std::unique_ptr<NoteWriter> writerFor(const CommandContext& context, const QStri
     }
     if (format == u"ics") {
         QHash<qint64, QString> names;
-        for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+        for (const UserName& user : context.store->users()) {
             names.insert(user.UserID, user.UseName);
         }
         return makeCalendarWriter(context.clock.now(), names);
@@ -102,7 +99,7 @@ std::unique_ptr<NoteWriter> writerFor(const CommandContext& context, const QStri
 void writeNotes(const CommandContext& context, NoteWriter& writer, const Sink& write) {
     const RemindersByNote reminders = readReminders(context);
     OwnerTitles titles(*context.store);
-    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("notes exported"));
+    ProgressLine progress = context.progress(QStringLiteral("notes exported"));
     write(writer.begin());
     const Ref<dao::Recordset> notes =
         openRows(context, schema::kQryNotes,
@@ -132,23 +129,9 @@ ExitStatus exportNotes(const CommandContext& context) {
         writeNotes(context, *writer, [&](const QByteArray& bytes) { context.print(bytes); });
         return kExitDone;
     }
-    QSaveFile file(path);
-    const auto fail = [&] {
-        throw AutomationError(
-            kErrorDiskFull, QStringLiteral("yrwnotes"),
-            QStringLiteral("%1 could not be written: %2").arg(path, file.errorString()));
-    };
-    if (!file.open(QIODevice::WriteOnly)) {
-        fail();
-    }
-    writeNotes(context, *writer, [&](const QByteArray& bytes) {
-        if (file.write(bytes) != bytes.size()) {
-            fail();
-        }
-    });
-    if (!file.commit()) {
-        fail();
-    }
+    OutputFile file(path, context.store->databaseFiles());
+    writeNotes(context, *writer, [&](const QByteArray& bytes) { file.write(bytes); });
+    file.finish();
     return kExitDone;
 }
 

@@ -1,7 +1,7 @@
 // list, show and reminders.
 #include "cli/CommandContext.h"
-#include "cli/ProgressLine.h"
 #include "cli/Rows.h"
+#include "cli/SafeText.h"
 #include "platform/component/AutomationError.h"
 
 namespace yrw {
@@ -49,6 +49,7 @@ QStringList listConditions(const CommandContext& context) {
     const CommandLine& line = context.line;
     QStringList conditions = ownerConditions(context);
     if (line.isSet(QStringLiteral("mine"))) {
+        context.store->requireUser();
         conditions += HostDataHelper::EqualCondition(QStringLiteral("RecordUserID"),
                                                      context.store->dataHelper().CurrentUserID());
     }
@@ -58,14 +59,15 @@ QStringList listConditions(const CommandContext& context) {
     if (status != words.last()) {
         conditions += HostDataHelper::EqualCondition(kStatus, words.indexOf(status) + 1);
     }
-    const QString format = QStringLiteral("'#'yyyy-MM-dd HH:mm:ss'#'");
-    if (const std::optional<QDateTime> from = line.date(QStringLiteral("from"))) {
-        conditions += u"[Date]>=" + from->toString(format);
+    const auto literal = [](QDate date, QTime time) {
+        return QString(u'#' + date.toString(Qt::ISODate) + u' ' + time.toString(u"HH:mm:ss") +
+                       u'#');
+    };
+    if (const std::optional<WrittenDate> from = line.writtenDate(QStringLiteral("from"))) {
+        conditions += u"[Date]>=" + literal(from->date, from->time);
     }
-    if (const std::optional<QDateTime> to = line.date(QStringLiteral("to"))) {
-        // A day without a time means the whole day.
-        const bool isDay = line.value(QStringLiteral("to")).trimmed().size() <= 10;
-        conditions += u"[Date]<" + to->addSecs(isDay ? 86400 : 60).toString(format);
+    if (const std::optional<WrittenDate> to = line.writtenDate(QStringLiteral("to"))) {
+        conditions += u"[Date]<=" + literal(to->date, to->last);
     }
     return conditions;
 }
@@ -83,11 +85,6 @@ QString noteLine(const dao::Recordset& note) {
         .arg(shownOwner(note), -10)
         .arg(onOneLine(note.value(QStringLiteral("RecordUserCode")).toString()), -8)
         .arg(onOneLine(note.value(kSubject).toString()));
-}
-
-/// The note with the command's id, as a record.
-Ref<Note> noteOf(const CommandContext& context) {
-    return query<Note>(context.application().Notes()->Item(QVariant(context.line.recordID())));
 }
 
 QString noteText(IRecord& note) {
@@ -123,11 +120,12 @@ Ref<dao::Recordset> openReminders(const CommandContext& context) {
             throw UsageError(dueOnly ? QStringLiteral("--due and --note exclude each other.")
                                      : QStringLiteral("--note takes the id of a note."));
         }
-        (void)context.application().Notes()->Item(
-            QVariant(id)); // one that is not there is an error
+        (void)context.note(id); // one that is not there is an error
         conditions += HostDataHelper::EqualCondition(QStringLiteral("NoteID"), id);
     }
     if (dueOnly) {
+        store.requireUser();
+        store.requireOneHost();
         return store.dataHelper().OpenQuery(
             schema::kQryActiveReminders,
             {{QStringLiteral("ProgID"), store.hostProgID()},
@@ -151,10 +149,10 @@ QString shownReminderStatus(const QVariant& status) {
     }
 }
 
-/// Codes of the host's users by their key.
+/// Codes of the users by their key.
 QHash<qint64, QString> userCodes(const CommandContext& context) {
     QHash<qint64, QString> codes;
-    for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+    for (const UserName& user : context.store->users()) {
         codes.insert(user.UserID, user.UserCode);
     }
     return codes;
@@ -168,7 +166,7 @@ ExitStatus listNotes(const CommandContext& context) {
     const bool asJson = context.line.isSet(kJson);
     const Ref<dao::Recordset> notes =
         openRows(context, schema::kQryNotes, conditions, QStringLiteral("[RecordID]"));
-    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("notes"));
+    ProgressLine progress = context.progress(QStringLiteral("notes"));
     QJsonArray array;
     qint64 count = 0;
     for (; !notes->AtEof(); notes->MoveNext()) {
@@ -197,7 +195,7 @@ ExitStatus showNote(const CommandContext& context) {
     if (int(asText) + int(asRtf) + int(asJson) > 1) {
         throw UsageError(QStringLiteral("--text, --rtf and --json exclude each other."));
     }
-    const Ref<Note> note = noteOf(context);
+    const Ref<Note> note = context.note(line.recordID());
     if (asText) {
         context.print(shellText(note->value(kPlainNote).toString()));
     } else if (asRtf) {
@@ -214,7 +212,7 @@ ExitStatus listReminders(const CommandContext& context) {
     const Ref<dao::Recordset> reminders = openReminders(context);
     const QHash<qint64, QString> codes = userCodes(context);
     const bool asJson = context.line.isSet(kJson);
-    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("reminders"));
+    ProgressLine progress = context.progress(QStringLiteral("reminders"));
     QJsonArray array;
     for (; !reminders->AtEof(); reminders->MoveNext()) {
         progress.step();

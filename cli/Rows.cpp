@@ -1,5 +1,6 @@
 #include "cli/Rows.h"
 
+#include "cli/SafeText.h"
 #include "store/Schema.h"
 
 #include <QDateTime>
@@ -38,27 +39,11 @@ QJsonObject jsonRow(const dao::Recordset& rows, const QStringList& without) {
 }
 
 QByteArray jsonText(const QJsonArray& array) {
-    return QJsonDocument(array).toJson();
+    return escapedJson(QJsonDocument(array).toJson());
 }
 
 QByteArray jsonText(const QJsonObject& object) {
-    return QJsonDocument(object).toJson();
-}
-
-QString onOneLine(const QString& text) {
-    QString line = text;
-    for (QChar& c : line) {
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator) {
-            c = u' ';
-        }
-    }
-    return line;
-}
-
-QString shellText(QString text) {
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    return text + u'\n';
+    return escapedJson(QJsonDocument(object).toJson());
 }
 
 QString shownDate(const QVariant& date) {

@@ -16,10 +16,6 @@ namespace yrw {
 [[nodiscard]] QByteArray jsonText(const QJsonArray& array);
 [[nodiscard]] QByteArray jsonText(const QJsonObject& object);
 
-/// A text fit for one line of a terminal: control characters become blanks.
-[[nodiscard]] QString onOneLine(const QString& text);
-/// A text with the line ends of a shell, ending in one.
-[[nodiscard]] QString shellText(QString text);
 /// "2026-03-10 09:30"; empty for Null.
 [[nodiscard]] QString shownDate(const QVariant& date);
 /// "cu:12"; "-" for a note kept on no record.

@@ -1,7 +1,7 @@
 // rtf: converts a file.
 #include "cli/CommandContext.h"
-#include "cli/Rows.h"
 #include "cli/RtfHtml.h"
+#include "cli/SafeText.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
 

@@ -1,6 +1,7 @@
 // The editor: formats, stamps and the default font.
 #include "notes_window/frmMain.h"
 
+#include "framework/DefaultFont.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/NoteTexts.h"
@@ -23,15 +24,6 @@ constexpr int kToolLeft = 20050;
 constexpr int kToolCenter = 20051;
 constexpr int kToolRight = 20052;
 constexpr int kToolBullets = 20054;
-
-// The default font, one key each. A value that cannot be read gives the default.
-const QString kFontName = QStringLiteral("DefaultFontName");
-const QString kFontSize = QStringLiteral("DefaultFontSize");
-const QString kFontBold = QStringLiteral("DefaultFontBold");
-const QString kFontItalic = QStringLiteral("DefaultFontItalic");
-const QString kFontUnderline = QStringLiteral("DefaultFontUnderline");
-const QString kFontStrikethru = QStringLiteral("DefaultFontStrikethru");
-const QString kFontColour = QStringLiteral("DefaultFontColour");
 
 } // namespace
 
@@ -124,18 +116,7 @@ QString frmMain::currentUserName() {
 }
 
 FontChoice frmMain::defaultFont() const {
-    const NotesSettings store = settings();
-    FontChoice font;
-    font.name = store.text(kFontName);
-    bool isNumber = false;
-    const double points = store.text(kFontSize).toDouble(&isNumber);
-    font.points = isNumber && points > 0 ? points : 10;
-    font.bold = store.boolean(kFontBold);
-    font.italic = store.boolean(kFontItalic);
-    font.underline = store.boolean(kFontUnderline);
-    font.strikethru = store.boolean(kFontStrikethru);
-    font.colour = store.text(kFontColour).toInt();
-    return font;
+    return yrw::defaultFont(settings());
 }
 
 void frmMain::ApplyDefaultFont() {
@@ -170,13 +151,7 @@ void frmMain::SetDefaultFont() {
         return;
     }
     NotesSettings store = settings();
-    store.setText(kFontName, chosen->name);
-    store.setText(kFontSize, QString::number(chosen->points));
-    store.setBoolean(kFontBold, chosen->bold);
-    store.setBoolean(kFontItalic, chosen->italic);
-    store.setBoolean(kFontStrikethru, chosen->strikethru);
-    store.setBoolean(kFontUnderline, chosen->underline);
-    store.setText(kFontColour, QString::number(chosen->colour));
+    storeDefaultFont(store, *chosen);
     ApplyDefaultFont();
 }
 

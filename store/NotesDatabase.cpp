@@ -126,6 +126,21 @@ void refreshUserNames(dao::Database& database, const QList<UserName>& users) {
     transaction.commit();
 }
 
+QList<UserName> rememberedUsers(dao::Database& database) {
+    QList<UserName> users;
+    if (!database.hasTable(schema::kTblUserNames)) {
+        return users;
+    }
+    const Ref<dao::Recordset> rows = database.OpenRecordset(
+        schema::kTblUserNames, dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        users.append({rows->value(kUserID).toLongLong(), rows->value(kUserCode).toString(),
+                      rows->value(kUseName).toString()});
+    }
+    rows->Close();
+    return users;
+}
+
 QList<UserName> userNamesOf(const Ref<ICollection>& users) {
     QList<UserName> names;
     if (!users) {

@@ -32,6 +32,9 @@ Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Work
 /// Refreshes the table of user names; skipped on a read-only database.
 void refreshUserNames(dao::Database& database, const QList<UserName>& users);
 
+/// The users whose names the table has: those of the host when it was last open, and who has left.
+[[nodiscard]] QList<UserName> rememberedUsers(dao::Database& database);
+
 /// The users of a host as `refreshUserNames` takes them.
 [[nodiscard]] QList<UserName> userNamesOf(const Ref<ICollection>& users);
 

@@ -71,7 +71,7 @@ TEST_F(BadDatabasesTest, ALockedOneCanBeReadAndIsNotWaitedForForever) {
     err.open(QIODevice::WriteOnly);
     const auto runNow = [&](const QStringList& words) {
         const QStringList head{QStringLiteral("yrwnotes"), QStringLiteral("--data"), folder.path()};
-        return runCommand(head + words, {in, out, err}, {Clock::instance(), files});
+        return runCommand(head + words, {in, out, err}, {{Clock::instance(), files}, settings});
     };
     EXPECT_EQ(runNow({QStringLiteral("list")}), kExitDone);
     EXPECT_EQ(runNow({QStringLiteral("add"), QStringLiteral("--subject"), QStringLiteral("a")}),

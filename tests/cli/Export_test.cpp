@@ -3,6 +3,8 @@
 
 #include <QRegularExpression>
 
+#include <unistd.h>
+
 namespace yrw::test {
 namespace {
 
@@ -71,10 +73,41 @@ TEST_F(ExportTest, WritesAFileWholeOrNotAtAll) {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(QString::fromUtf8(file.readAll()), run("export --format csv").out);
-    const QString nowhere = folder.filePath(QStringLiteral("no/such/folder"));
+    QTemporaryDir elsewhere;
+    const QString nowhere = elsewhere.filePath(QStringLiteral("no/such/folder"));
     const Outcome failed = run(words + QStringList(nowhere));
     EXPECT_EQ(failed.status, kExitFailed);
-    EXPECT_TRUE(failed.err.contains(nowhere));
+    EXPECT_TRUE(failed.err.startsWith(u"yrwnotes: " + nowhere)) << qPrintable(failed.err);
+}
+
+TEST_F(ExportTest, NeverOverwritesTheData) {
+    QTemporaryDir elsewhere;
+    const auto link = [&](const char* name, const QString& to) {
+        const QString path = elsewhere.filePath(QLatin1String(name));
+        EXPECT_TRUE(QFile::link(to, path));
+        return path;
+    };
+    const QString hard = elsewhere.filePath(QStringLiteral("hard"));
+    ASSERT_EQ(::link(qPrintable(notesPath()), qPrintable(hard)), 0);
+    const QString linkedFolder = link("folder", folder.path());
+    const QString cases[] = {
+        notesPath(),
+        notesPath() + QStringLiteral("-wal"),
+        notesPath() + QStringLiteral("-journal"),
+        folder.filePath(QStringLiteral("./Desk.mdb")),
+        link("soft", link("second", notesPath())),
+        link("dangling", notesPath() + QStringLiteral("-journal")),
+        linkedFolder + QStringLiteral("/Notes.mdb-journal"),
+        hard,
+    };
+    for (const QString& path : cases) {
+        const Outcome refused = run({QStringLiteral("export"), QStringLiteral("--format"),
+                                     QStringLiteral("json"), QStringLiteral("--output"), path});
+        EXPECT_EQ(refused.status, kExitFailed) << qPrintable(path);
+        EXPECT_TRUE(refused.err.startsWith(u"yrwnotes: " + path)) << qPrintable(refused.err);
+    }
+    EXPECT_EQ(run("list --json").json().size(), 2);
+    EXPECT_FALSE(QFile::exists(notesPath() + QStringLiteral("-journal")));
 }
 
 TEST_F(ExportTest, ConvertsRichText) {
@@ -114,12 +147,12 @@ TEST_F(ExportTest, ConvertsRichText) {
               kExitFailed);
 }
 
-TEST(ProgressLineTest, IsSilentForASecondAndWipedAtTheEnd) {
+TEST(ProgressLineTest, IsSilentForASecondOrUnseenAndWipedAtTheEnd) {
     ManualClock clock(QDateTime(QDate(2026, 3, 10), QTime(9, 0)));
     QBuffer err;
     err.open(QIODevice::WriteOnly);
-    const auto work = [&](int steps) {
-        ProgressLine progress(err, clock, QStringLiteral("notes"));
+    const auto work = [&](int steps, bool isLookedAt) {
+        ProgressLine progress(err, clock, QStringLiteral("notes"), isLookedAt);
         for (int i = 0; i < 200; ++i) {
             progress.step();
         }
@@ -128,9 +161,10 @@ TEST(ProgressLineTest, IsSilentForASecondAndWipedAtTheEnd) {
             progress.step();
         }
     };
-    work(0);
+    work(0, true);
+    work(2, false);
     EXPECT_TRUE(err.data().isEmpty());
-    work(2);
+    work(2, true);
     EXPECT_TRUE(err.data().contains("256 notes ..."));
     EXPECT_TRUE(err.data().endsWith(" \r"));
     EXPECT_FALSE(err.data().contains('\n'));
