@@ -146,6 +146,18 @@ QString Query::bound(const QVariant& value) {
     return name;
 }
 
+QString Query::listed(const QVariant& value) {
+    // A name is looked for among all names that went before, so that a long list of them would
+    // take its time squared.
+    if (value.typeId() == QMetaType::LongLong) {
+        return QString::number(value.toLongLong());
+    }
+    if (value.typeId() == QMetaType::QString && !value.toString().contains(QChar(u'\0'))) {
+        return u'\'' + value.toString().replace(u'\'', u"\'\'"_qs) + u'\'';
+    }
+    return bound(value);
+}
+
 QString Query::operand(const Expression& expression) {
     switch (expression.kind) {
     case Expression::Kind::Field:
@@ -215,7 +227,7 @@ QString Query::condition(const Expression& expression) {
         const QString field = operand(expression.operands[0]);
         QStringList values;
         for (size_t i = 1; i < expression.operands.size(); ++i) {
-            values += operand(expression.operands[i]);
+            values += listed(expression.operands[i].value);
         }
         return u'(' + field + negation + u" IN (" + values.join(u", "_qs) + u"))";
     }

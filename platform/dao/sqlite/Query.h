@@ -96,6 +96,7 @@ private:
     [[nodiscard]] QString like(const Expression& expression);
     [[nodiscard]] QString joined(const Expression& expression, QStringView word);
     [[nodiscard]] QString bound(const QVariant& value);
+    [[nodiscard]] QString listed(const QVariant& value);
 
     std::shared_ptr<const Source> m_source;
     std::vector<Item> m_items;
