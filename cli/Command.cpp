@@ -3,6 +3,7 @@
 #include "cli/CommandContext.h"
 #include "cli/SafeText.h"
 #include "platform/component/AutomationError.h"
+#include "store/Salvage.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -33,6 +34,7 @@ constexpr Handler kHandlers[] = {
     {"reminders", listReminders, true},
     {"check", checkDatabase, true},
     {"export", exportNotes, true},
+    {"backup", backUpNotes, true},
     {"rtf", convertRtf, false},
 };
 
@@ -51,7 +53,8 @@ QString oneLine(const AutomationError& error, const QString& dataFolder) {
     const QString text = error.description().simplified();
     const QString path = FileSystem::join(dataFolder, kNotesDatabaseName);
     if (error.number() == kErrorRecordNotFound || dataFolder.isEmpty() ||
-        error.source() == u"yrwnotes" || text.contains(u".mdb") || text.contains(dataFolder)) {
+        error.source() == u"yrwnotes" || text.startsWith(u'/') || text.contains(u".mdb") ||
+        text.contains(dataFolder)) {
         return text;
     }
     return error.number() == kErrorReadOnly ? QStringLiteral("%1 is read-only.").arg(path)
@@ -67,10 +70,26 @@ ExitStatus run(const CommandLine& line, const CommandStreams& streams,
         if (data.isEmpty()) {
             throw UsageError(QStringLiteral("Say with --data where the notes are."));
         }
-        store.emplace(services.engine, data, line.value(QStringLiteral("user")));
     }
-    const CommandContext context{line, streams, services.engine.clock,
-                                 NotesSettings(services.settings), store ? &*store : nullptr};
+    CommandContext context{
+        line,   streams, services.engine, services.engine.clock, NotesSettings(services.settings),
+        nullptr};
+    if (handler.needsStore) {
+        try {
+            store.emplace(services.engine, data, line.value(QStringLiteral("user")));
+        } catch (const AutomationError& error) {
+            const QString path =
+                services.engine.files.resolve(FileSystem::join(data, kNotesDatabaseName));
+            const bool isDamaged =
+                handler.run == checkDatabase && error.number() == kErrorNotADatabase &&
+                error.description().contains(path) && isDamagedNotesDatabase(path);
+            if (!isDamaged) {
+                throw;
+            }
+            return checkDamagedFile(context, path, error.description());
+        }
+        context.store = &*store;
+    }
     return handler.run(context);
 }
 

@@ -12,6 +12,7 @@ namespace yrw {
 struct CommandContext {
     const CommandLine& line;
     const CommandStreams& streams;
+    const dao::EngineServices& engine;
     Clock& clock;
     NotesSettings settings;
     CommandStore* store; ///< nothing for a command that needs no data folder
@@ -43,7 +44,11 @@ ExitStatus finishNote(const CommandContext& context);
 ExitStatus reopenNote(const CommandContext& context);
 ExitStatus removeNote(const CommandContext& context);
 ExitStatus checkDatabase(const CommandContext& context);
+/// The same for a file that does not even open: `problem` says why.
+ExitStatus checkDamagedFile(const CommandContext& context, const QString& path,
+                            const QString& problem);
 ExitStatus exportNotes(const CommandContext& context);
+ExitStatus backUpNotes(const CommandContext& context);
 ExitStatus convertRtf(const CommandContext& context);
 
 } // namespace yrw

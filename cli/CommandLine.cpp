@@ -73,6 +73,7 @@ const std::vector<CommandRow>& commandTable() {
          "Export all notes",
          {{"format", "json|csv|html|ics", "What to write"},
           {"output", "FILE", "Where to; else standard output"}}},
+        {"backup", "FILE", "Copy the notes database while others work with it", {}},
         {"rtf",
          "FILE",
          "Convert rich text; - is standard input",

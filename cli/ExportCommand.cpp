@@ -4,13 +4,14 @@
 #include "cli/OutputFile.h"
 #include "framework/ErrorGuards.h"
 
+#include <algorithm>
+
 namespace yrw {
 
 namespace {
 
 const QString kNoteID = QStringLiteral("NoteID");
 
-using RemindersByNote = QHash<qint64, std::vector<dao::ValueList>>;
 using Sink = std::function<void(const QByteArray&)>;
 
 dao::ValueList rowValues(const dao::Recordset& rows, const QStringList& without) {
@@ -30,16 +31,37 @@ Ref<dao::Recordset> openRows(const CommandContext& context, const QString& query
         dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
 }
 
-RemindersByNote readReminders(const CommandContext& context) {
-    RemindersByNote reminders;
-    const Ref<dao::Recordset> rows =
-        openRows(context, schema::kQryReminders, QStringLiteral("[NextDate], [RecordID]"));
-    const QStringList ofTheNote{QStringLiteral("Subject"), QStringLiteral("PlainNote")};
-    for (; !rows->AtEof(); rows->MoveNext()) {
-        reminders[rows->value(kNoteID).toLongLong()].push_back(rowValues(*rows, ofTheNote));
+/// Finds the reminders of one note after the other, without holding those of all.
+class RemindersOfNotes {
+public:
+    explicit RemindersOfNotes(dao::Database& database)
+        : m_rows(database.OpenRecordset(schema::kTblReminders, dao::RecordsetType::Table,
+                                        dao::kReadOnlyOption)) {
+        m_rows->setIndex(QStringLiteral("RemindersByNote"));
     }
-    return reminders;
-}
+
+    /// In the order in which they fall due.
+    std::vector<dao::ValueList> of(qint64 noteID) {
+        std::vector<dao::ValueList> reminders;
+        m_rows->Seek(u"=", {QVariant(noteID)});
+        if (m_rows->NoMatch()) {
+            return reminders;
+        }
+        for (; !m_rows->AtEof() && m_rows->value(kNoteID).toLongLong() == noteID;
+             m_rows->MoveNext()) {
+            reminders.push_back(rowValues(*m_rows, {}));
+        }
+        std::stable_sort(reminders.begin(), reminders.end(),
+                         [](const dao::ValueList& a, const dao::ValueList& b) {
+                             return a.value(u"NextDate").toDateTime() <
+                                    b.value(u"NextDate").toDateTime();
+                         });
+        return reminders;
+    }
+
+private:
+    Ref<dao::Recordset> m_rows;
+};
 
 /// Names records for a reader; remembers the last one, for notes come ordered by record.
 class OwnerTitles {
@@ -97,7 +119,7 @@ std::unique_ptr<NoteWriter> writerFor(const CommandContext& context, const QStri
 }
 
 void writeNotes(const CommandContext& context, NoteWriter& writer, const Sink& write) {
-    const RemindersByNote reminders = readReminders(context);
+    RemindersOfNotes reminders(*context.store->database());
     OwnerTitles titles(*context.store);
     ProgressLine progress = context.progress(QStringLiteral("notes exported"));
     write(writer.begin());
@@ -107,7 +129,7 @@ void writeNotes(const CommandContext& context, NoteWriter& writer, const Sink& w
     for (; !notes->AtEof(); notes->MoveNext()) {
         progress.step();
         ExportedNote note{rowValues(*notes, {kNoteID}), {}, {}};
-        note.reminders = reminders.value(notes->value(kNoteID).toLongLong());
+        note.reminders = reminders.of(notes->value(kNoteID).toLongLong());
         note.ownerTitle = titles.titleOf(note.fields);
         write(writer.note(note));
     }

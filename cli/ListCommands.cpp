@@ -2,6 +2,7 @@
 #include "cli/CommandContext.h"
 #include "cli/Rows.h"
 #include "cli/SafeText.h"
+#include "platform/clock/WallTime.h"
 #include "platform/component/AutomationError.h"
 
 namespace yrw {
@@ -45,6 +46,17 @@ QStringList ownerConditions(const CommandContext& context) {
     return {};
 }
 
+/// A time as conditions write one. A time that the clocks leave out has nothing before or behind it
+/// but the times around, which are a minute's steps away.
+QString dateLiteral(QDate date, QTime time, int stepSeconds) {
+    while (wallTimeKind(date, time) == WallTimeKind::Missing) {
+        const QTime next = time.addSecs(stepSeconds);
+        date = date.addDays(stepSeconds < 0 && next > time ? -1 : 0);
+        time = next;
+    }
+    return u'#' + date.toString(Qt::ISODate) + u' ' + time.toString(u"HH:mm:ss") + u'#';
+}
+
 QStringList listConditions(const CommandContext& context) {
     const CommandLine& line = context.line;
     QStringList conditions = ownerConditions(context);
@@ -59,15 +71,11 @@ QStringList listConditions(const CommandContext& context) {
     if (status != words.last()) {
         conditions += HostDataHelper::EqualCondition(kStatus, words.indexOf(status) + 1);
     }
-    const auto literal = [](QDate date, QTime time) {
-        return QString(u'#' + date.toString(Qt::ISODate) + u' ' + time.toString(u"HH:mm:ss") +
-                       u'#');
-    };
     if (const std::optional<WrittenDate> from = line.writtenDate(QStringLiteral("from"))) {
-        conditions += u"[Date]>=" + literal(from->date, from->time);
+        conditions += u"[Date]>=" + dateLiteral(from->date, from->time, 60);
     }
     if (const std::optional<WrittenDate> to = line.writtenDate(QStringLiteral("to"))) {
-        conditions += u"[Date]<=" + literal(to->date, to->last);
+        conditions += u"[Date]<=" + dateLiteral(to->date, to->last, -60);
     }
     return conditions;
 }
@@ -167,7 +175,7 @@ ExitStatus listNotes(const CommandContext& context) {
     const Ref<dao::Recordset> notes =
         openRows(context, schema::kQryNotes, conditions, QStringLiteral("[RecordID]"));
     ProgressLine progress = context.progress(QStringLiteral("notes"));
-    QJsonArray array;
+    JsonArray array;
     qint64 count = 0;
     for (; !notes->AtEof(); notes->MoveNext()) {
         progress.step();
@@ -176,13 +184,13 @@ ExitStatus listNotes(const CommandContext& context) {
         }
         ++count;
         if (asJson) {
-            array.append(jsonRow(*notes, {kRTFNote, kPlainNote}));
+            context.print(array.next(jsonRow(*notes, {kRTFNote, kPlainNote})));
         } else {
             context.print(noteLine(*notes));
         }
     }
     if (asJson) {
-        context.print(jsonText(array));
+        context.print(array.end());
     }
     return count == 0 && !find.isEmpty() ? kExitNothing : kExitDone;
 }
@@ -213,11 +221,11 @@ ExitStatus listReminders(const CommandContext& context) {
     const QHash<qint64, QString> codes = userCodes(context);
     const bool asJson = context.line.isSet(kJson);
     ProgressLine progress = context.progress(QStringLiteral("reminders"));
-    QJsonArray array;
+    JsonArray array;
     for (; !reminders->AtEof(); reminders->MoveNext()) {
         progress.step();
         if (asJson) {
-            array.append(jsonRow(*reminders, {kPlainNote}));
+            context.print(array.next(jsonRow(*reminders, {kPlainNote})));
             continue;
         }
         const QVariant userID = reminders->value(QStringLiteral("UserID"));
@@ -230,7 +238,7 @@ ExitStatus listReminders(const CommandContext& context) {
                           .arg(onOneLine(reminders->value(kSubject).toString())));
     }
     if (asJson) {
-        context.print(jsonText(array));
+        context.print(array.end());
     }
     return kExitDone;
 }

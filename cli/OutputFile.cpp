@@ -44,7 +44,7 @@ bool isSameFile(const QString& a, const QString& b) {
     return finalPath(a) == finalPath(b);
 }
 
-OutputFile::OutputFile(const QString& path, const QStringList& untouchable) : m_file(path) {
+void requireOther(const QString& path, const QStringList& untouchable) {
     for (const QString& other : untouchable) {
         if (isSameFile(path, other)) {
             throw AutomationError(
@@ -53,6 +53,10 @@ OutputFile::OutputFile(const QString& path, const QStringList& untouchable) : m_
                     .arg(path, other));
         }
     }
+}
+
+OutputFile::OutputFile(const QString& path, const QStringList& untouchable) : m_file(path) {
+    requireOther(path, untouchable);
     if (!m_file.open(QIODevice::WriteOnly)) {
         fail();
     }

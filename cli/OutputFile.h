@@ -9,13 +9,16 @@ namespace yrw {
 /// yet.
 [[nodiscard]] bool isSameFile(const QString& a, const QString& b);
 
+/// Raises `kErrorInvalidOperation` naming the path when it is one of those that must not be
+/// overwritten.
+void requireOther(const QString& path, const QStringList& untouchable);
+
 /// A file that a command writes: it appears under its name when it is complete and on the disk.
 ///
 /// Lifetime: one command; without `finish` the file that was there stays.
 class OutputFile {
 public:
-    /// Raises `kErrorInvalidOperation` when the path is one of those that must not be overwritten,
-    /// `kErrorDiskFull` when it cannot be written; both name it.
+    /// Raises as `requireOther`, and `kErrorDiskFull` naming the path when it cannot be written.
     OutputFile(const QString& path, const QStringList& untouchable);
 
     void write(const QByteArray& bytes);

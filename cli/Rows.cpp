@@ -6,6 +6,8 @@
 #include <QDateTime>
 #include <QJsonDocument>
 
+#include <utility>
+
 namespace yrw {
 
 QJsonValue jsonValue(const QVariant& value) {
@@ -38,12 +40,18 @@ QJsonObject jsonRow(const dao::Recordset& rows, const QStringList& without) {
     return object;
 }
 
-QByteArray jsonText(const QJsonArray& array) {
-    return escapedJson(QJsonDocument(array).toJson());
-}
-
 QByteArray jsonText(const QJsonObject& object) {
     return escapedJson(QJsonDocument(object).toJson());
+}
+
+QByteArray JsonArray::next(const QJsonObject& object) {
+    const bool isFirst = std::exchange(m_isEmpty, false);
+    return (isFirst ? "[\n" : ",\n") +
+           escapedJson(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+QByteArray JsonArray::end() const {
+    return m_isEmpty ? "[\n]\n" : "\n]\n";
 }
 
 QString shownDate(const QVariant& date) {

@@ -19,7 +19,7 @@ ExitStatus convertRtf(const CommandContext& context) {
         context.print(
             QStringLiteral("<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title></title>"
                            "</head><body>\n%1</body></html>\n")
-                .arg(htmlOf(document)));
+                .arg(withoutControls(htmlOf(document))));
     } else {
         context.print(rtf::write(document));
     }

@@ -66,6 +66,15 @@ QByteArray escapedJson(const QByteArray& json) {
     });
 }
 
+QString harmlessCell(const QString& text) {
+    QString cell = withoutControls(text);
+    // Blanks and line ends before the sign do not keep every program from reading a formula.
+    const QString begin = cell.trimmed();
+    const bool isFormula = !begin.isEmpty() && QStringView(u"=+-@").contains(begin.front());
+    const bool isTab = cell.startsWith(u'\t') || cell.startsWith(u'\r');
+    return isFormula || isTab ? u'\'' + cell : cell;
+}
+
 QString withoutControls(QString text) {
     return text.removeIf([](QChar c) { return isControl(c) && !isLineOrTab(c); });
 }

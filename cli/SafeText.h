@@ -18,6 +18,9 @@ namespace yrw {
 [[nodiscard]] QByteArray forTerminal(const QByteArray& utf8);
 /// JSON with every control character escaped; the value stays the same.
 [[nodiscard]] QByteArray escapedJson(const QByteArray& json);
+/// A text as a cell of a table: one that a spreadsheet would take for a formula begins with an
+/// apostrophe; without control characters.
+[[nodiscard]] QString harmlessCell(const QString& text);
 /// A text for formats that have no way to write control characters: without them, except for tabs
 /// and line ends.
 [[nodiscard]] QString withoutControls(QString text);
