@@ -1,6 +1,7 @@
 #include "addin/AddIn.h"
 
 #include "addin/BusySign.h"
+#include "addin/DailyCopyMaker.h"
 #include "addin/Tools.h"
 #include "addin/frmTimer.h"
 #include "framework/ErrorGuards.h"
@@ -230,6 +231,7 @@ void AddIn::startTimer() {
         const Ref<AddIn> keep(this);
         ignoreErrors([this] { mfrmTimer_CheckWindowFocus(); });
     });
+    new DailyCopyMaker(m_module, form);
     frmTimer::setEnabled(form->ReminderTimer(), true);
 }
 

@@ -1,6 +1,7 @@
 // The two timers.
 #include "tests/addin/AddInFixture.h"
 
+#include "addin/DailyCopyMaker.h"
 #include "framework/Settings.h"
 
 #include <limits>
@@ -78,6 +79,33 @@ TEST_F(Timers, TheWindowEndsWithTheAddInAlsoWithinItsOwnTick) {
     EXPECT_EQ(Module1::instance().addInCount(), 0);
     settle();
     EXPECT_TRUE(timers.isNull());
+}
+
+TEST_F(Timers, TheDaysCopyIsMadeWhileNobodyTypes) {
+    activate();
+    auto* const maker = form().findChild<DailyCopyMaker*>();
+    ASSERT_NE(maker, nullptr);
+    const QString day = world.folder() + QStringLiteral("/Backups/Notes/Notes %1.mdb");
+    const auto pathOf = [&] { return day.arg(clock.now().date().toString(Qt::ISODate)); };
+    SettingsStore store;
+    NotesSettings settings(store);
+    settings.setBoolean(QStringLiteral("DailyCopy"), false);
+    maker->look();
+    settings.setBoolean(QStringLiteral("DailyCopy"), true);
+    clock.advance(3);
+    QTest::qWait(250);
+    EXPECT_FALSE(QFile::exists(pathOf())) << "switched off";
+
+    maker->look();
+    QTest::keyClick(&window(), Qt::Key_A);
+    QTest::qWait(250);
+    EXPECT_FALSE(QFile::exists(pathOf())) << "a key was pressed just now";
+    clock.advance(3);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(pathOf()); }));
+
+    clock.advance(86400);
+    maker->look();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(pathOf()); })) << "the next day";
 }
 
 } // namespace
