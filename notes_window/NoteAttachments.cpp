@@ -1,6 +1,7 @@
 #include "notes_window/NoteAttachments.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/disk/WholeFile.h"
 #include "platform/files/FileSystem.h"
 #include "platform/prompt/Prompt.h"
 #include "platform/richtext/RichTextBox.h"
@@ -10,7 +11,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeDatabase>
-#include <QSaveFile>
 #include <QUrl>
 
 #include <algorithm>
@@ -180,12 +180,9 @@ void NoteAttachments::write(const rtf::PackagedFile& file) {
     if (path.isEmpty()) {
         return;
     }
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || out.write(file.data) != file.data.size() ||
-        !out.commit()) {
-        throw AutomationError(
-            kErrorDiskFull, kSource,
-            QStringLiteral("\"%1\" cannot be written: %2").arg(path, out.errorString()));
+    if (const auto problem = writeWholeFile(path, file.data)) {
+        throw AutomationError(kErrorDiskFull, kSource,
+                              QStringLiteral("\"%1\" cannot be written: %2").arg(path, *problem));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "notes_window/NoteDrafts.h"
 
 #include "platform/component/UserFolders.h"
+#include "platform/disk/WholeFile.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -9,7 +10,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 namespace yrw {
 
@@ -52,11 +52,6 @@ QString NoteDrafts::userFolder() {
 
 bool NoteDrafts::write(const NoteDraft& draft) {
     QDir().mkpath(m_folder);
-    QSaveFile file(fileOf(draft.noteID));
-    if (!file.open(QIODevice::WriteOnly)) {
-        return false;
-    }
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     const QJsonObject content{
         {QStringLiteral("note"), draft.noteID},
         {QStringLiteral("written"), draft.written.toString(kDateFormat)},
@@ -64,8 +59,8 @@ bool NoteDrafts::write(const NoteDraft& draft) {
         {QStringLiteral("started"), startOf(QCoreApplication::applicationPid())},
         {QStringLiteral("rtf"), draft.rtf},
     };
-    file.write(QJsonDocument(content).toJson(QJsonDocument::Compact));
-    return file.commit();
+    return !writeWholeFile(fileOf(draft.noteID),
+                           QJsonDocument(content).toJson(QJsonDocument::Compact), true);
 }
 
 std::optional<NoteDraft> NoteDrafts::find(qint64 noteID) const {

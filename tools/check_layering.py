@@ -15,7 +15,7 @@ import re
 import sys
 
 CORE_PLATFORM = {
-    "platform/component", "platform/clock", "platform/settings", "platform/files",
+    "platform/disk", "platform/component", "platform/clock", "platform/settings", "platform/files",
     "platform/prompt", "platform/dao", "platform/rtf",
     "platform/toolbar/api", "platform/controls/api",
 }
@@ -25,8 +25,12 @@ PLATFORM = CORE_PLATFORM | {
 }
 ANYTHING = None
 
-# Room -> the rooms it may call. Every room may call platform/component.
+# What every room may call.
+GROUND = ("platform/component", "platform/disk")
+
+# Room -> the rooms it may call beside those.
 ROOMS = {
+    "platform/disk": set(),
     "platform/component": set(),
     "platform/clock": set(),
     "platform/settings": set(),
@@ -144,7 +148,7 @@ class Checker:
             self.faults.append(f"{where}: there is no {header} below the root")
             return
         target, allowed = room_of(header), ROOMS[room]
-        if target in (room, "platform/component") or allowed is ANYTHING or target in allowed:
+        if target == room or target in GROUND or allowed is ANYTHING or target in allowed:
             return
         self.faults.append(f"{where}: {room} may not call {target} ({header})")
 

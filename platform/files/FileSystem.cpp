@@ -1,11 +1,11 @@
 #include "platform/files/FileSystem.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/disk/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace yrw {
 
@@ -76,9 +76,13 @@ void FileSystem::copyFile(const QString& source, const QString& target) const {
     if (!from.open(QIODevice::ReadOnly)) {
         fail(QStringLiteral("%1 could not be read: %2").arg(from.fileName(), from.errorString()));
     }
-    QSaveFile to(resolve(target));
-    if (!to.open(QIODevice::WriteOnly)) {
-        fail(QStringLiteral("%1 could not be written: %2").arg(to.fileName(), to.errorString()));
+    const QString path = resolve(target);
+    WholeFile to(path);
+    const auto cannotWrite = [&] {
+        fail(QStringLiteral("%1 could not be written: %2").arg(path, to.problem()));
+    };
+    if (!to.open()) {
+        cannotWrite();
     }
     QByteArray buffer;
     do {
@@ -87,15 +91,14 @@ void FileSystem::copyFile(const QString& source, const QString& target) const {
             fail(QStringLiteral("%1 could not be read: %2")
                      .arg(from.fileName(), from.errorString()));
         }
-        if (to.write(buffer) != buffer.size()) {
-            fail(
-                QStringLiteral("%1 could not be written: %2").arg(to.fileName(), to.errorString()));
+        if (!to.write(buffer)) {
+            cannotWrite();
         }
     } while (!buffer.isEmpty());
     if (!to.commit()) {
-        fail(QStringLiteral("%1 could not be written: %2").arg(to.fileName(), to.errorString()));
+        cannotWrite();
     }
-    makeWritable(to.fileName());
+    makeWritable(path);
 }
 
 void FileSystem::copyFolder(const QString& source, const QString& target) const {

@@ -1,5 +1,6 @@
 #include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "tests/support/FullDisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,9 +8,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using namespace yrw;
@@ -126,28 +124,11 @@ TEST_F(FileSystemTest, AFailedCopyNamesTheFileAndLeavesTheOldOne) {
                 }).contains(path(u"gone"_s)));
 }
 
-/// Lets no file grow beyond a number of bytes, as on a disk that fills up.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-};
-
 TEST_F(FileSystemTest, ACopyThatTheDiskCannotHoldLeavesTheOldFileWhole) {
     write(u"large"_s, QByteArray(3 << 20, 'n'));
     write(u"data/old"_s, "old");
     {
-        const FileSizeLimit limit(1 << 20);
+        const test::FullDisk full(1 << 20);
         const QString target = path(u"data/old"_s);
         const QString words = failure([&] { files.copyFile(path(u"large"_s), target); });
         EXPECT_TRUE(words.contains(target)) << qPrintable(words);
