@@ -4,6 +4,7 @@
 #include "addin/Tools.h"
 #include "addin/frmTimer.h"
 #include "framework/ErrorGuards.h"
+#include "platform/richtext/PrivateCopies.h"
 #include "platform/settings/SettingsStore.h"
 
 #include <QScopedValueRollback>
@@ -206,6 +207,7 @@ void AddIn::start() noexcept {
     });
     ignoreErrors([this] { switchToolsOn(); });
     ignoreErrors([this] { startTimer(); });
+    richtext::removeLeftCopies();
     databaseOpened();
 }
 

@@ -9,6 +9,8 @@ int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     // A reader that has gone shows as a failed write.
     std::signal(SIGPIPE, SIG_IGN);
+    // So does a file that may not grow any more.
+    std::signal(SIGXFSZ, SIG_IGN);
     QFile in;
     QFile out;
     QFile err;

@@ -145,8 +145,9 @@ void frmNoteProperties::startNewNote() {
 
 void frmNoteProperties::LoadNote() {
     setWindowTitle(QStringLiteral("Edit Note"));
-    m_dtpDate->setValue(m_record->value(QStringLiteral("Date")).toDateTime());
+    m_dtpDate->setStoredValue(m_record->value(QStringLiteral("Date")).toDateTime());
     m_txtSubject->setText(HostUtility::NullToText(m_record->value(QStringLiteral("Subject"))));
+    m_txtSubject->setCursorPosition(0); // a long one is read from its beginning
     m_chkAutoShow->setChecked(
         HostUtility::NullToBoolean(m_record->value(QStringLiteral("AutomaticallyShow"))));
     const bool isPrivate =
@@ -156,7 +157,11 @@ void frmNoteProperties::LoadNote() {
 
 void frmNoteProperties::LoadReminder() {
     const QDateTime due = m_record->value(QStringLiteral("ReminderDate")).toDateTime();
-    m_dtpReminder->setValue(due.isValid() ? due : minutesLater(now(), kFirstReminderMinutes));
+    if (due.isValid()) {
+        m_dtpReminder->setStoredValue(due);
+    } else {
+        m_dtpReminder->setValue(minutesLater(now(), kFirstReminderMinutes));
+    }
     const auto kind =
         static_cast<ReminderKind>(m_record->value(QStringLiteral("ReminderType")).toInt());
     m_chkReminder->setChecked(kind != ReminderKind::None);

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QWindow>
 
 #include <limits>
@@ -34,6 +35,8 @@ const QString kNextDate = QStringLiteral("NextDate");
 const QString kLastDate = QStringLiteral("LastDate");
 /// Minutes from now that the date picker offers at first.
 constexpr qint64 kLaterMinutes = 30;
+/// How often the picker looks at the clock, in milliseconds.
+constexpr int kLookMs = 2000;
 /// When the morning begins for a reminder.
 constexpr int kMorningHour = 9;
 
@@ -84,7 +87,8 @@ void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRec
     m_application = application;
     lblForm[2]->setText(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
     rxtMain->setPlainText(HostUtility::NullToText(reminder->value(QStringLiteral("PlainNote"))));
-    dtpReminder->setValue(minutesLater(now(), kLaterMinutes));
+    followClock();
+    m_minutes.start(kLookMs);
     m_note = application->Notes()->Item(reminder->value(QStringLiteral("NoteID")));
     findOwner();
     setWindowTitle(captionText());
@@ -120,6 +124,7 @@ bool frmReminder::isUnanswered(const dao::Recordset& row) const {
 
 void frmReminder::Form_Load() {
     m_cameMs = m_addIn.services().clock.monotonicMs();
+    const QScopedValueRollback<bool> setting(m_settingLater, true);
     dtpReminder->setMinimumDate(now().date());
 }
 
@@ -153,6 +158,9 @@ void frmReminder::cmdForm_Click(FormButton index) {
         m_addIn.services().utility.prompt().message(
             QStringLiteral("You cannot finish a note when you click 'Tell Me Later'."),
             QStringLiteral("Cannot Finish Note"), PromptIcon::Information);
+        if (self) {
+            chkFinish->setFocus(); // one of the two has to give way
+        }
         break;
     case FormButton::Dismiss:
         dismiss();
@@ -165,6 +173,7 @@ void frmReminder::cmdForm_Click(FormButton index) {
 }
 
 void frmReminder::cmdPreset_Click(Preset index) {
+    m_laterTouched = true;
     switch (index) {
     case Preset::TenMinutes:
         dtpReminder->setValue(minutesLater(now(), 10));
@@ -186,6 +195,7 @@ void frmReminder::Form_QueryUnload(bool& /*cancel*/) {
 }
 
 void frmReminder::Form_Unload() {
+    m_minutes.stop();
     stacking().changedMs = m_addIn.services().clock.monotonicMs();
     if (tag().size() > kTagPrefix.size()) {
         m_addIn.forgetReminder(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
@@ -306,8 +316,18 @@ QString frmReminder::captionText() {
     return QStringLiteral("YRW Reminder") + owner;
 }
 
+/// Lets the picker offer what it offers at first, as time goes on. A user who is in it is left
+/// alone.
+void frmReminder::followClock() {
+    if (!m_laterTouched && !dtpReminder->hasFocus()) {
+        const QScopedValueRollback<bool> setting(m_settingLater, true);
+        dtpReminder->setValue(minutesLater(now(), kLaterMinutes));
+    }
+}
+
 void frmReminder::tellLater() {
     mbTellMeLater = true;
+    followClock();
     save({{kNextDate, dtpReminder->value()},
           {kLastDate, now()},
           {kStatus, static_cast<int>(ReminderStatus::ToldLater)}});

@@ -119,6 +119,9 @@ void frmReminder::setTabOrders() {
 }
 
 void frmReminder::connectEvents() {
+    connect(dtpReminder, &DatePicker::dateTimeChanged, this,
+            [this] { m_laterTouched = m_laterTouched || !m_settingLater; });
+    connect(&m_minutes, &QTimer::timeout, this, [this] { followClock(); });
     for (std::size_t index = 0; index < cmdForm.size(); ++index) {
         connect(cmdForm[index], &QPushButton::clicked, this, [this, index] {
             ignoreErrors([&] { cmdForm_Click(static_cast<FormButton>(index)); });

@@ -38,6 +38,22 @@ bool isWriterAlive(const QJsonObject& draft) {
            start == draft.value(QStringLiteral("started")).toString();
 }
 
+/// The draft in a file; nothing for a damaged one, or where its writer still works on it.
+std::optional<NoteDraft> readDraft(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
+    if (content.isEmpty() || isWriterAlive(content)) {
+        return std::nullopt;
+    }
+    return NoteDraft{
+        content.value(QStringLiteral("note")).toInteger(),
+        QDateTime::fromString(content.value(QStringLiteral("written")).toString(), kDateFormat),
+        content.value(QStringLiteral("rtf")).toString(), path};
+}
+
 } // namespace
 
 NoteDrafts::NoteDrafts(const QString& folder, const QString& database) {
@@ -59,36 +75,68 @@ bool NoteDrafts::write(const NoteDraft& draft) {
         {QStringLiteral("started"), startOf(QCoreApplication::applicationPid())},
         {QStringLiteral("rtf"), draft.rtf},
     };
-    return !writeWholeFile(fileOf(draft.noteID),
-                           QJsonDocument(content).toJson(QJsonDocument::Compact), true);
+    const auto problem = writeWholeFile(
+        fileOf(draft.noteID), QJsonDocument(content).toJson(QJsonDocument::Compact), true);
+    m_problem = problem.value_or(QString());
+    return !problem;
 }
 
 std::optional<NoteDraft> NoteDrafts::find(qint64 noteID) const {
-    QFile file(fileOf(noteID));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
+    const QStringList patterns{QStringLiteral("%1.draft").arg(noteID),
+                               QStringLiteral("%1.*.draft").arg(noteID)};
+    std::optional<NoteDraft> latest;
+    const QFileInfoList files = QDir(m_folder).entryInfoList(patterns, QDir::Files);
+    for (const QFileInfo& each : files) {
+        std::optional<NoteDraft> draft = readDraft(each.filePath());
+        if (draft && draft->noteID == noteID && (!latest || latest->written < draft->written)) {
+            latest = std::move(draft);
+        }
     }
-    const QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
-    if (content.value(QStringLiteral("note")).toInteger() != noteID || isWriterAlive(content)) {
-        return std::nullopt;
-    }
-    return NoteDraft{
-        noteID,
-        QDateTime::fromString(content.value(QStringLiteral("written")).toString(), kDateFormat),
-        content.value(QStringLiteral("rtf")).toString()};
+    return latest;
 }
 
 void NoteDrafts::remove(qint64 noteID) {
     QFile::remove(fileOf(noteID));
 }
 
+void NoteDrafts::remove(const NoteDraft& found) {
+    QFile::remove(found.file);
+}
+
+void NoteDrafts::putAside(const NoteDraft& found) const {
+    if (found.file != fileOf(found.noteID)) {
+        return; // it lies aside already
+    }
+    // A name that is taken is not replaced.
+    constexpr int most = 1000;
+    bool moved = false;
+    for (int number = 1; !moved && number < most; ++number) {
+        moved = QFile::rename(
+            found.file,
+            QStringLiteral("%1/%2.%3.draft").arg(m_folder).arg(found.noteID).arg(number));
+    }
+}
+
 QList<qint64> NoteDrafts::noteIDs() const {
     QList<qint64> ids;
     const QStringList names = QDir(m_folder).entryList({QStringLiteral("*.draft")}, QDir::Files);
     for (const QString& name : names) {
-        ids.append(QFileInfo(name).baseName().toLongLong());
+        const qint64 id = QFileInfo(name).baseName().toLongLong();
+        if (!ids.contains(id)) {
+            ids.append(id);
+        }
     }
     return ids;
+}
+
+void NoteDrafts::removeHalfWritten(const QDateTime& now) const {
+    constexpr qint64 longAgo = 3600; // seconds: nobody writes it any more
+    const QFileInfoList files = QDir(m_folder).entryInfoList({QStringLiteral("*.draft.*")});
+    for (const QFileInfo& file : files) {
+        if (file.lastModified().secsTo(now) > longAgo) {
+            QFile::remove(file.filePath());
+        }
+    }
 }
 
 QString NoteDrafts::fileOf(qint64 noteID) const {

@@ -7,6 +7,7 @@
 #include "notes_window/FindBar.h"
 #include "notes_window/NoteAttachments.h"
 #include "notes_window/SplitBar.h"
+#include "platform/clock/Clock.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/files/FileSystem.h"
 #include "platform/forms/Twips.h"
@@ -61,6 +62,7 @@ void frmMain::Form_Load() {
     UpdateToolStates();
     m_lsvMain->setFocus();
     m_waitingTimer.start(kReminderCountMs);
+    m_drafts.removeHalfWritten(services().clock.now());
 }
 
 void frmMain::Form_Resize() {
@@ -70,6 +72,14 @@ void frmMain::Form_Resize() {
     ShowStatus(QStringLiteral("Resizing..."));
     arrange();
     ShowStatus(QStringLiteral("Done"));
+}
+
+void frmMain::Form_QueryUnload(bool& cancel) {
+    ignoreErrors([&] { cancel = !mayLeaveText(); });
+}
+
+void frmMain::Form_EndSession() {
+    writeDraft();
 }
 
 void frmMain::Form_Unload() {

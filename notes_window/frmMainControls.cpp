@@ -5,6 +5,7 @@
 #include "notes_window/FindBar.h"
 #include "notes_window/NoteFinder.h"
 #include "notes_window/SplitBar.h"
+#include "notes_window/TextTools.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/forms/Twips.h"
 #include "platform/richtext/RichTextBox.h"
@@ -56,6 +57,7 @@ void frmMain::createControls() {
     m_rtxMain = named(new RichTextBox(this), "rtxMain", "Note text");
     m_rtxMain->setTabChangesFocus(false);
     m_rtxMain->setEnabled(false);
+    m_textTools = new TextTools(*m_rtxMain, *m_atbMain, this);
     m_stbMain = named(new StatusBar(this), "stbMain", "Status");
     m_lblReminders = named(new QLabel, "lblReminders", "Waiting reminders");
     m_lblReminders->hide();

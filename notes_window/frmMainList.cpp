@@ -54,7 +54,6 @@ void frmMain::fillWindow(qint64 noteID) {
         const QScopedValueRollback<bool> initialising(m_initialising, true);
         BuildNotesList();
     }
-    offerDraftsOfDeletedNotes();
     QString wanted = noteItemKey(noteID);
     if (noteID == 0) {
         wanted = m_lsvMain->keyAt(0);
@@ -94,6 +93,12 @@ void frmMain::SetOwnerCaption() {
 }
 
 void frmMain::BuildNotesList() {
+    if (!mayLeaveText()) {
+        if (ITool* type = m_atbMain->findTool(QStringLiteral("tooListType"))) {
+            type->setListIndex(m_listIndex); // the list stays as it is
+        }
+        return;
+    }
     const Hourglass hourglass(prompt());
     if (!reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.BuildNotesList"),
                       QStringLiteral("Could not Build the Notes List"), kProblem,
@@ -126,7 +131,6 @@ void frmMain::refillList() {
 }
 
 void frmMain::prepareRefill() {
-    SaveNote();
     m_lsvMain->clearItems();
     m_finder->stop();
     m_userNames.clear();
@@ -314,7 +318,10 @@ void frmMain::ShowNote(const QString& item) {
 }
 
 void frmMain::showNoteOf(const QString& item) {
-    SaveNote();
+    if (!mayLeaveText()) {
+        m_lsvMain->selectKey(noteItemKey(m_editedNote));
+        return;
+    }
     if (item.isEmpty()) {
         emptyEditor();
         UpdateToolStates();

@@ -187,6 +187,17 @@ void DeskWindow::closeEvent(QCloseEvent* event) {
     Q_EMIT closed();
 }
 
+void DeskWindow::endSession() {
+    if (m_open) {
+        (void)m_upper->grid().commitEdit();
+        (void)m_lower->grid().commitEdit();
+        remember();
+    }
+    shutDown();
+    hide();
+    Q_EMIT closed();
+}
+
 void DeskWindow::shutDown() {
     if (!m_open) {
         return;

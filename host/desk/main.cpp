@@ -1,5 +1,7 @@
 #include "host/desk/DeskWindow.h"
+#include "host/desk/EndSignals.h"
 #include "host/desk/ProgramServices.h"
+#include "host/desk/SessionEnd.h"
 #include "platform/component/UserFolders.h"
 
 #include <QApplication>
@@ -112,6 +114,8 @@ int main(int argc, char** argv) {
     auto progress = std::make_unique<MakingProgress>();
     options->start.progress = [&progress](qint64 done, qint64 all) { progress->show(done, all); };
     DeskWindow window(program.services, *options);
+    SessionEnd ending([&window] { window.endSession(); });
+    const EndSignals signals([&ending] { ending.begin(); });
     try {
         window.open();
     } catch (const AutomationError& error) {
@@ -119,7 +123,10 @@ int main(int argc, char** argv) {
                     error.description());
     }
     progress.reset();
+    if (ending.hasEnded()) {
+        return 0; // before there was an event loop to leave
+    }
     // Whatever window an add-in may have left open, the desk's end is the program's.
-    QObject::connect(&window, &DeskWindow::closed, &application, &QApplication::quit);
+    QObject::connect(&window, &DeskWindow::closed, &application, [] { QApplication::exit(); });
     return QApplication::exec();
 }

@@ -28,6 +28,15 @@ Form* formOf(const QWidget& control) {
     return qobject_cast<Form*>(window->parentWidget()->window());
 }
 
+/// True when a window comes to the front that was not the last one there. A box over a form, or
+/// another program, leaves the form as it was and the keyboard where it was.
+bool comesAnew(QWidget* window) {
+    static QPointer<QWidget> last;
+    const bool anew = last != window;
+    last = window;
+    return anew;
+}
+
 /// Hands each event of a window to the form that it is, and closings to the forms that the window
 /// owns. One for the process: a filter per form would make each event cost as much as there are
 /// forms.
@@ -39,6 +48,9 @@ public:
         if (!watched->isWidgetType()) {
             return false;
         }
+        if (event->type() == QEvent::WindowActivate && isMainWindow(watched)) {
+            comesAnew(static_cast<QWidget*>(watched));
+        }
         if (event->type() == QEvent::Close && !ownedFormsClose(watched, event)) {
             return true;
         }
@@ -46,6 +58,11 @@ public:
     }
 
 private:
+    /// A window that is neither a form, which sees to itself, nor a box.
+    static bool isMainWindow(QObject* watched) {
+        return static_cast<QWidget*>(watched)->isWindow() &&
+               qobject_cast<QDialog*>(watched) == nullptr;
+    }
     static bool handOn(QObject* form, QObject* watched, QEvent* event) {
         return form != nullptr && form->eventFilter(watched, event);
     }
@@ -133,8 +150,14 @@ void Form::showModal(QWidget* owner) {
     raise();
     activateWindow();
     // Showing raises events whose handlers may have unloaded the form already.
+    const QPointer<QWidget> back(owner == nullptr ? nullptr : owner->window());
     if (!m_unloaded) {
         loop.exec();
+    }
+    // The user goes on where the form came from; not every window manager sees to that.
+    if (back != nullptr && back->isVisible() &&
+        QGuiApplication::applicationState() == Qt::ApplicationActive) {
+        back->activateWindow();
     }
 }
 
@@ -224,6 +247,13 @@ QList<Form*> Form::openForms() {
     return loadedForms();
 }
 
+void Form::keepWhatWasTyped() {
+    const QList<Form*> forms = loadedForms();
+    for (Form* const form : forms) {
+        form->Form_EndSession();
+    }
+}
+
 bool Form::isModalOpen() {
     return QApplication::activeModalWidget() != nullptr;
 }
@@ -235,6 +265,7 @@ void Form::Form_KeyDown(FormKey&) {}
 void Form::Form_KeyUp(FormKey&) {}
 void Form::Form_QueryUnload(bool&) {}
 void Form::Form_Unload() {}
+void Form::Form_EndSession() {}
 
 bool Form::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
@@ -262,7 +293,7 @@ bool Form::eventFilter(QObject* watched, QEvent* event) {
 
 bool Form::event(QEvent* event) {
     const bool result = QDialog::event(event);
-    if (event->type() == QEvent::WindowActivate && m_loaded && !m_unloaded) {
+    if (event->type() == QEvent::WindowActivate && m_loaded && !m_unloaded && comesAnew(this)) {
         Form_Activate();
     }
     return result;

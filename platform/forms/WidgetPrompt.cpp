@@ -2,6 +2,7 @@
 
 #include "platform/clock/Clock.h"
 #include "platform/forms/FileFilter.h"
+#include "platform/forms/Form.h"
 #include "platform/forms/PageMargins.h"
 #include "platform/prompt/ErrorLog.h"
 
@@ -161,10 +162,10 @@ public:
 
     /// The box's result. It is not deleted with its owner, since the caller holds it.
     int exec(QDialog& box) const {
-        QWidget* const owner = m_prompt.owner();
+        const QPointer<QWidget> owner(m_prompt.owner());
         if (owner != nullptr) {
-            box.setParent(owner, box.windowFlags());
-            QObject::connect(owner, &QObject::destroyed, &box, [&box](QObject* gone) {
+            box.setParent(owner.data(), box.windowFlags());
+            QObject::connect(owner.data(), &QObject::destroyed, &box, [&box](QObject* gone) {
                 if (box.parent() == gone) {
                     box.setParent(nullptr, box.windowFlags());
                     box.reject();
@@ -172,7 +173,14 @@ public:
             });
         }
         box.setObjectName(kBoxName);
-        return box.exec();
+        const int result = box.exec();
+        // The keyboard goes back to the window that asked, and there to the control that had it;
+        // not every window manager sees to that, and none for a window that is not its owner's.
+        if (owner != nullptr && owner->isVisible() &&
+            QGuiApplication::applicationState() == Qt::ApplicationActive) {
+            owner->activateWindow();
+        }
+        return result;
     }
 
 private:
@@ -188,7 +196,11 @@ QWidget* WidgetPrompt::owner() const {
     if (QWidget* const modal = QApplication::activeModalWidget()) {
         return modal;
     }
-    return m_parent.isNull() ? QApplication::activeWindow() : m_parent->window();
+    QWidget* const active = QApplication::activeWindow();
+    if (m_parent.isNull() || qobject_cast<Form*>(active) != nullptr) {
+        return active;
+    }
+    return m_parent->window();
 }
 
 void WidgetPrompt::message(const QString& text, const QString& title, PromptIcon icon) {

@@ -45,7 +45,20 @@ void drawFrame(QPainter& painter, QSize size) {
     painter.setPen(Qt::black);
 }
 
-QImage textPreview(const QString& text) {
+/// What a file begins with, in a frame and at a size, with the file's name below.
+QImage namedPreview(const QImage& page, const QSize& shown, const QString& path) {
+    constexpr int kBelow = 24;
+    const QString name = QFileInfo(path).fileName();
+    QImage image = canvas(shown + QSize(0, kBelow));
+    QPainter painter(&image);
+    painter.drawImage(QRect(QPoint(), shown), page);
+    drawFrame(painter, shown);
+    painter.drawText(QRect(0, shown.height(), shown.width(), kBelow), Qt::AlignCenter,
+                     painter.fontMetrics().elidedText(name, Qt::ElideMiddle, shown.width()));
+    return image;
+}
+
+QImage textPreview(const QString& text, const QString& path) {
     constexpr int kFlags = Qt::AlignLeft | Qt::TextExpandTabs | Qt::TextWordWrap;
     const QString lines = text.trimmed().split(u'\n').mid(0, kPreviewLines).join(u'\n');
     const QRect inside(QPoint(6, 6), kTextPreview - QSize(12, 12));
@@ -55,22 +68,9 @@ QImage textPreview(const QString& text) {
     QImage image = canvas(size);
     QPainter painter(&image);
     painter.setFont(font);
-    drawFrame(painter, size);
     painter.drawText(inside & QRect(QPoint(6, 6), size - QSize(12, 12)), kFlags, lines);
-    return image;
-}
-
-/// A page in a frame, with the name of its file below.
-QImage pagePreview(const QImage& page, const QString& name) {
-    constexpr int kBelow = 24;
-    const QSize shown = page.size() / 2;
-    QImage image = canvas(shown + QSize(0, kBelow));
-    QPainter painter(&image);
-    painter.drawImage(QRect(QPoint(), shown), page);
-    drawFrame(painter, shown);
-    painter.drawText(QRect(0, shown.height(), shown.width(), kBelow), Qt::AlignCenter,
-                     painter.fontMetrics().elidedText(name, Qt::ElideMiddle, shown.width()));
-    return image;
+    painter.end();
+    return namedPreview(image, size, path);
 }
 
 /// The desktop's icon for a kind of file; null where no icon theme has one.
@@ -156,15 +156,15 @@ QImage contentPreview(const QString& path, const QByteArray& data) {
     }
     const QByteArray beginning = data.left(kPreviewBytes);
     if (rtf::isRtf(QString::fromLatin1(beginning))) {
-        return textPreview(rtf::read(QByteArrayView(data)).plainText());
+        return textPreview(rtf::read(QByteArrayView(data)).plainText(), path);
     }
     if (type.inherits(QStringLiteral("text/plain"))) {
         QStringDecoder decode(QStringDecoder::Utf8);
         const QString text = decode(beginning);
-        return textPreview(decode.hasError() ? QString::fromLatin1(beginning) : text);
+        return textPreview(decode.hasError() ? QString::fromLatin1(beginning) : text, path);
     }
     const QImage page = firstPage(path, type);
-    return page.isNull() ? QImage() : pagePreview(page, QFileInfo(path).fileName());
+    return page.isNull() ? QImage() : namedPreview(page, page.size() / 2, path);
 }
 
 QImage iconPreview(const QString& path) {

@@ -138,6 +138,10 @@ public:
     /// Pasted text keeps its own font, size and colours when true; it takes those of the insertion
     /// point when false, which is how it begins. Text copied from a rich-text box keeps them.
     void setPasteKeepsLook(bool keep);
+    /// True for data that pasting would take.
+    [[nodiscard]] bool holdsContent(const QMimeData* content) const {
+        return content != nullptr && canInsertFromMimeData(content);
+    }
     /// Pastes the clipboard's text without formats.
     void pastePlain();
 

@@ -60,8 +60,15 @@ QWidget* BandBar::makeButton(BandTool& tool) {
 QWidget* BandBar::makeCombo(BandTool& tool) {
     auto* const combo = new ToolCombo(m_events, m_band, tool.key(), this);
     combo->setFixedWidth(twipsToPixels(tool.data().widthTwips));
-    connect(combo, &QComboBox::activated, this,
-            [this, key = tool.key()](int index) { m_events.entryPicked(m_band, key, index + 1); });
+    connect(combo, &QComboBox::activated, this, [this, combo, key = tool.key()](int index) {
+        const QPointer<BandBar> self(this);
+        const bool fromList = combo->wasDropped();
+        BandEvents& events = m_events;
+        events.entryPicked(m_band, key, index + 1);
+        if (fromList && !self.isNull()) {
+            events.comboDone();
+        }
+    });
     return combo;
 }
 

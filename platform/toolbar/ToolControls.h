@@ -33,6 +33,9 @@ public:
     }
     void show(const QStringList& entries, const QString& text);
     void showPopup() override;
+    /// True while what is picked comes from the dropped list, and not from a key or the wheel over
+    /// the closed field.
+    [[nodiscard]] bool wasDropped() const noexcept { return m_dropped; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -45,6 +48,7 @@ private:
     BandEvents& m_events;
     ToolBand& m_band;
     QString m_toolKey;
+    bool m_dropped = false;
 };
 
 } // namespace yrw

@@ -251,7 +251,16 @@ void Toolbar::Private::focusFirst() {
     const QList<QWidget*> controls = focusable();
     if (!controls.isEmpty()) {
         focus(*controls.first(), Qt::ShortcutFocusReason);
+        m_return->called();
     }
+}
+
+bool Toolbar::Private::leave() {
+    if (!m_return->wasCalled()) {
+        return false;
+    }
+    m_return->giveBack();
+    return true;
 }
 
 void Toolbar::Private::focus(QWidget& control, Qt::FocusReason reason) {

@@ -319,6 +319,25 @@ TEST_F(NoteProperties, ShowsAndRaisesTheNotesFields) {
     EXPECT_EQ(raised.date, store.clock().now());
 }
 
+TEST_F(NoteProperties, WhatIsLeftAloneKeepsItsSecondsAndALongSubjectShowsItsBeginning) {
+    const QDateTime date = store.clock().now().addSecs(27);
+    const QDateTime due = date.addSecs(86400);
+    for (const bool touched : {false, true}) {
+        const Ref<Note> note = noteWith(ReminderKind::Me, {1});
+        note->Field("Date")->setValue(date);
+        note->Field("ReminderDate")->setValue(due);
+        open(note);
+        EXPECT_EQ(control<QLineEdit>("txtSubject").cursorPosition(), 0);
+        if (touched) {
+            control<DatePicker>("dtpDate").stepBy(1);
+            control<DatePicker>("dtpReminder").addMinutes(1);
+        }
+        click("cmdForm(0)");
+        EXPECT_EQ(raised.date == date, !touched);
+        EXPECT_EQ(raised.due, touched ? due.addSecs(33) : due);
+    }
+}
+
 TEST_F(NoteProperties, EditingRecreatesTheReminders) {
     const Ref<Note> note = noteWith(ReminderKind::SelectedUsers, {2, 3});
     open(note);

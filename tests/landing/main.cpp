@@ -1,3 +1,5 @@
+#include "tests/landing/Ending.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -7,6 +9,9 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
+    if (yrw::test::isEndingChild()) {
+        return yrw::test::runEndingChild();
+    }
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,6 +1,7 @@
 // The text: what is saved when, conflicts, drafts, formats and what is appended.
 #include "platform/rtf/Writer.h"
 #include "tests/notes_window/WindowFixture.h"
+#include "tests/support/FullDisk.h"
 
 #include <QStandardPaths>
 
@@ -234,13 +235,75 @@ TEST_F(NoteEditor, AfterACrashTheTypedTextIsOffered) {
     QTest::qWait(2300);
     crash();
     script.answer(PromptAnswer::Yes);
+    script.whileOpen = [this] { EXPECT_TRUE(window->isVisible()); };
     open(customer); // goes to the note with the draft by itself
-    EXPECT_TRUE(script.asked.last().contains("Unsaved text of 09:00 was found."));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !script.asked.isEmpty(); }));
+    script.whileOpen = {};
+    EXPECT_TRUE(
+        script.asked.last().contains("Unsaved text of 09:00 was found for the note \"Second"))
+        << script.asked.last().toStdString();
     EXPECT_EQ(list().selectedKey(), keyOf(second));
     EXPECT_EQ(editor().Text(), "half a sent");
     EXPECT_TRUE(tool("tooSave").isEnabled());
     open(customer); // closing has saved it: nothing is offered any more
     EXPECT_EQ(text(second), "half a sent");
+}
+
+TEST_F(NoteEditor, OnlyNoThrowsADraftAway) {
+    const auto openAnswering = [this](PromptAnswer answer) {
+        script.asked.clear();
+        script.answer(answer);
+        open(customer, idOf(note));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !script.asked.isEmpty(); }));
+    };
+    open(customer, idOf(note));
+    type("first");
+    QTest::qWait(2300);
+    crash();
+    openAnswering(PromptAnswer::Cancel); // as Escape does
+    type("second");                      // has a draft of its own, and is saved
+    QTest::qWait(2300);
+    openAnswering(PromptAnswer::Cancel);
+    openAnswering(PromptAnswer::Yes);
+    EXPECT_EQ(editor().Text(), "first");
+    close();
+    EXPECT_EQ(text(note), "first");
+    script.asked.clear();
+    open(customer, idOf(note));
+    QTest::qWait(50);
+    EXPECT_TRUE(script.asked.isEmpty());
+}
+
+TEST_F(NoteEditor, OnAFullDiskTheStatusBarSaysThatNoCopyIsKeptAndTheTextStays) {
+    const auto status = [this] { return window->findChild<StatusBar*>("stbMain")->text(); };
+    open(customer, idOf(note));
+    {
+        const FullDisk full(10);
+        type("precious");
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return status().startsWith("No copy of the unsaved text"); }));
+    }
+    type("!");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return status().contains("is kept again"); }));
+    store.database()->RunScript(
+        "CREATE TRIGGER refuse BEFORE UPDATE ON tblNotes BEGIN SELECT RAISE(ABORT, 'full'); END");
+    {
+        const FullDisk full(10);
+        for (const auto& leave : {std::function<void()>([this] { clickRow(keyOf(second)); }),
+                                  std::function<void()>([this] { press(Qt::Key_Escape); }),
+                                  std::function<void()>([this] { click("tooShowAll"); })}) {
+            script.expectReport();
+            script.answer(PromptAnswer::No);
+            leave();
+            EXPECT_TRUE(status().startsWith("Not saved, and no copy")) << status().toStdString();
+            EXPECT_EQ(list().selectedKey(), keyOf(note));
+            EXPECT_EQ(editor().Text(), "precious!");
+        }
+        EXPECT_TRUE(tool("tooSave").isEnabled());
+    }
+    store.database()->RunScript("DROP TRIGGER refuse");
+    close();
+    EXPECT_EQ(text(note), "precious!");
 }
 
 TEST_F(NoteEditor, TextOfANoteThatWasDeletedElsewhereIsOffered) {

@@ -57,6 +57,23 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
     }
 }
 
+TEST_F(Attachments, ShownContentCarriesTheNameOfItsFile) {
+    const auto picture = [this](const QString& name, const QByteArray& content) {
+        RichTextBox box;
+        box.insertFile(file(name, content), ObjectDisplay::Content);
+        return box.objectPicture(0)->data;
+    };
+    const struct {
+        const char* suffix;
+        QByteArray content;
+    } cases[] = {{".txt", "a list"}, {".rtf", "{\\rtf1 a letter}"}};
+    for (const auto& each : cases) {
+        EXPECT_NE(picture(QString("first") + each.suffix, each.content),
+                  picture(QString("other") + each.suffix, each.content))
+            << each.suffix;
+    }
+}
+
 QByteArray number(quint32 value) {
     const quint32 stored = qToLittleEndian(value);
     return {reinterpret_cast<const char*>(&stored), sizeof stored};
