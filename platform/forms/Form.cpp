@@ -1,6 +1,7 @@
 #include "platform/forms/Form.h"
 
 #include "platform/forms/KeyPreview.h"
+#include "platform/forms/KeyboardBack.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -154,11 +155,7 @@ void Form::showModal(QWidget* owner) {
     if (!m_unloaded) {
         loop.exec();
     }
-    // The user goes on where the form came from; not every window manager sees to that.
-    if (back != nullptr && back->isVisible() &&
-        QGuiApplication::applicationState() == Qt::ApplicationActive) {
-        back->activateWindow();
-    }
+    giveKeyboardBack(back);
 }
 
 void Form::showModeless(QWidget* owner, bool activate) {

@@ -3,6 +3,7 @@
 #include "platform/clock/Clock.h"
 #include "platform/forms/FileFilter.h"
 #include "platform/forms/Form.h"
+#include "platform/forms/KeyboardBack.h"
 #include "platform/forms/PageMargins.h"
 #include "platform/prompt/ErrorLog.h"
 
@@ -174,12 +175,7 @@ public:
         }
         box.setObjectName(kBoxName);
         const int result = box.exec();
-        // The keyboard goes back to the window that asked, and there to the control that had it;
-        // not every window manager sees to that, and none for a window that is not its owner's.
-        if (owner != nullptr && owner->isVisible() &&
-            QGuiApplication::applicationState() == Qt::ApplicationActive) {
-            owner->activateWindow();
-        }
+        giveKeyboardBack(owner);
         return result;
     }
 

@@ -23,6 +23,8 @@ protected:
     void SetUp() override {
         host.setCentralWidget(new QLineEdit);
         host.show();
+        host.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
         prompt.setParentWindow(&host);
         store.host().hasHelp = false;
         customer = store.hostRecord("cu", 1);
@@ -70,7 +72,8 @@ protected:
         };
         const QString hoped = owner.objectName() + ' ' + name;
         (void)QTest::qWaitFor([&] { return now() == hoped; }, 3000);
-        QTest::qWait(100); // and it stays there
+        QTest::qWait(100); // and it stays there; a window manager may give it twice
+        (void)QTest::qWaitFor([&] { return now() == hoped; }, 1000);
         return now().toStdString();
     }
 
@@ -166,8 +169,9 @@ TEST_F(Keyboard, StaysInThePopupThatRefusedAnAnswer) {
     const QPointer<frmReminder> popup(new frmReminder(*addIn));
     popup->showModeless(&host, false);
     popup->Initialise(store.applicationRef(), *note->Reminders()->NewEnum().begin());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(popup));
     popup->takeKeys();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(popup));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == popup; }));
     store.manualClock().advance(1);
     popup->findChild<QCheckBox*>("chkFinish")->setChecked(true);
     EXPECT_EQ(closing([&] {
