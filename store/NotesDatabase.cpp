@@ -30,7 +30,7 @@ void checkSchema(dao::Database& database) {
         }
     }
     const int version = database.SchemaVersion();
-    if (version > schema::kVersion) {
+    if (version != schema::kVersion && !isOlderSchema(version)) {
         throw AutomationError(
             kErrorNewerSchema, kSource,
             QStringLiteral("%1 was made by a newer version of Yarrowen Notes (schema %2; this "
@@ -87,8 +87,9 @@ Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Work
     Ref<dao::Database> database = workspace->OpenDatabase(path);
     try {
         checkSchema(*database);
-        if (database->SchemaVersion() < schema::kVersion) {
+        if (isOlderSchema(database->SchemaVersion())) {
             upgradeSchema(*database);
+            checkSchema(*database);
         }
     } catch (...) {
         database->Close();

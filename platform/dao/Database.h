@@ -96,9 +96,10 @@ public:
     /// A number that changes whenever another connection has written; seen from one turn of the
     /// event loop to the next.
     [[nodiscard]] virtual qint64 DataVersion() = 0;
-    /// Copies the whole database, as it stands committed, into a new file. The file appears when it
-    /// is complete and on the disk. Raises `kErrorCannotOpenDatabase` when the name is taken,
-    /// `kErrorDatabaseEngine` inside a transaction.
+    /// Copies the whole database, as it stands committed, into a new file with mode and group of
+    /// the database's own. The file appears when it is complete and on the disk; nothing is
+    /// replaced, and no link followed. Within a transaction the copy is of what was there before
+    /// it. Raises `kErrorCannotOpenDatabase` when the name is taken, `kErrorDiskFull`.
     virtual void CopyTo(const QString& path) = 0;
 
     /// Ends the read transaction that painting opened, if any. The data layer calls it by itself

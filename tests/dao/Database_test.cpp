@@ -1,5 +1,3 @@
-#include "platform/dao/Upgrade.h"
-
 #include "tests/dao/DaoFixture.h"
 
 #include <QDir>
@@ -336,27 +334,6 @@ TEST_F(JournalTest, AFileInAReadOnlyFolderOpensReadOnly) {
     EXPECT_EQ(errorOf([&] { rows->Edit(); }), kErrorReadOnly);
     EXPECT_EQ(errorOf([&] { openFrom(local)->ExecuteQuery(u"delNoteByID"_qs, {}); }),
               kErrorReadOnly);
-}
-
-TEST_F(DatabaseTest, UpgradesOnceAfterACopyAndRefusesTheNewer) {
-    addNote(u"old"_qs);
-    database->setSchemaVersion(1);
-    const UpgradeStep steps[] = {
-        {1, u"broken, but long done"_qs},
-        {2, u"ALTER TABLE tblSystem ADD COLUMN Extra LONG"_qs},
-        {3, u"UPDATE tblNotes SET Subject = 'new'"_qs},
-    };
-    const QString copy = bringUpToDate(*database, steps);
-    EXPECT_EQ(database->SchemaVersion(), 3);
-    EXPECT_TRUE(database->hasField(u"tblSystem"_qs, u"Extra"_qs));
-    EXPECT_EQ(read(*workspace->OpenDatabase(copy), 1, u"Subject").toString(), u"old");
-    EXPECT_TRUE(bringUpToDate(*database, steps).isEmpty());
-    EXPECT_EQ(errorOf([&] { bringUpToDate(*database, std::span(steps).first(2)); }),
-              kErrorNewerSchema);
-    const UpgradeStep bad[] = {{4, u"DELETE FROM tblNotes"_qs}, {5, u"no statement"_qs}};
-    EXPECT_EQ(errorOf([&] { bringUpToDate(*database, bad); }), kErrorDatabaseEngine);
-    EXPECT_EQ(database->SchemaVersion(), 3);
-    EXPECT_EQ(noteCount(), 1);
 }
 
 TEST_F(DatabaseTest, TheIntegrityCheckFindsDamage) {

@@ -1,19 +1,16 @@
 #include "platform/dao/sqlite/SqliteDatabase.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/DatabaseCopy.h"
 #include "platform/dao/sqlite/ForwardRecordset.h"
 #include "platform/dao/sqlite/KeysetRecordset.h"
 #include "platform/dao/sqlite/SnapshotRecordset.h"
 #include "platform/dao/sqlite/TableRecordset.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <utility>
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <unistd.h>
 
 namespace yrw::dao {
 
@@ -35,19 +32,6 @@ Parameters matchParameters(const StoredQuery& query, const Parameters& given) {
         matched.set(name, given.value(name));
     }
     return matched;
-}
-
-/// Puts a complete copy on the disk and gives it its name.
-void finishCopy(const QString& unfinished, const QString& path) {
-    const int file = ::open(QFile::encodeName(unfinished).constData(), O_RDONLY | O_CLOEXEC);
-    const bool stored = file >= 0 && ::fsync(file) == 0;
-    if (file >= 0) {
-        ::close(file);
-    }
-    if (!stored || !QFile::rename(unfinished, path)) {
-        throw AutomationError(kErrorDiskFull, kSource,
-                              QStringLiteral("%1 could not be written.").arg(path));
-    }
 }
 
 } // namespace
@@ -270,22 +254,15 @@ qint64 SqliteDatabase::DataVersion() {
 }
 
 void SqliteDatabase::CopyTo(const QString& path) {
-    if (QFile::exists(path)) {
-        throw AutomationError(kErrorCannotOpenDatabase, kSource,
-                              QStringLiteral("%1 is there already.").arg(path));
+    Connection& open = connection();
+    if (open.inTransaction()) {
+        // The engine copies what this connection sees, which is not committed.
+        const Connection other(m_path, Connection::Access::ReadWrite, open.clock());
+        copyDatabase(other.handle(), m_path, path);
+        return;
     }
-    const QString unfinished = path + u".new";
-    QFile::remove(unfinished);
-    connection().endRead();
-    try {
-        Statement statement(connection().handle(), QStringLiteral("VACUUM INTO ?1"));
-        statement.bind(1, QVariant(unfinished));
-        statement.run();
-        finishCopy(unfinished, path);
-    } catch (...) {
-        QFile::remove(unfinished);
-        throw;
-    }
+    open.endRead();
+    copyDatabase(open.handle(), m_path, path);
 }
 
 void SqliteDatabase::EndReadTransaction() {
