@@ -99,6 +99,8 @@ Ref<dao::Recordset> HostDataHelper::AddRecord(const Ref<dao::Recordset>& records
                                               const dao::ValueList& recordData,
                                               const QString& tableName, const QString& queryName,
                                               bool getNewKey, qint64& newRecordID) {
+    dao::Transaction transaction(
+        Database()); // before anything is read, since only a write may wait
     const Ref<dao::Recordset> rows =
         recordset ? recordset : Database().OpenRecordset(tableName, dao::RecordsetType::Table);
     rows->AddNew();
@@ -111,6 +113,7 @@ Ref<dao::Recordset> HostDataHelper::AddRecord(const Ref<dao::Recordset>& records
             rows->setValue(kRecordUserID, m_currentUserID);
         }
         rows->Update();
+        transaction.commit();
     } catch (...) {
         rows->CancelUpdate();
         throw;

@@ -7,6 +7,9 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace yrw {
 
 namespace {
@@ -129,13 +132,29 @@ QString FileSystem::moveAside(const QString& path) const {
         return {};
     }
     QString to = from + u".old";
-    for (int number = 2; QFileInfo::exists(to); ++number) {
+    for (int number = 2; QFileInfo::exists(to) || QFileInfo(to).isSymLink(); ++number) {
         to = from + u".old" + QString::number(number);
     }
     if (!QFile::rename(from, to)) {
         fail(QStringLiteral("%1 could not be moved aside.").arg(from));
     }
     return to;
+}
+
+void FileSystem::takeGroupOfFolder(const QString& file) {
+    struct stat folder {};
+    if (::stat(QFile::encodeName(folderOf(file)).constData(), &folder) == 0 &&
+        ::lchown(QFile::encodeName(file).constData(), uid_t(-1), folder.st_gid) != 0) {
+        return; // the user's own group it is
+    }
+}
+
+bool FileSystem::makePrivateFolder(const QString& folder) {
+    if (QFileInfo(folder).isDir()) {
+        return true;
+    }
+    return QDir().mkpath(QFileInfo(folder).absolutePath()) &&
+           ::mkdir(QFile::encodeName(folder).constData(), S_IRWXU) == 0;
 }
 
 QString FileSystem::folderOf(const QString& path) {

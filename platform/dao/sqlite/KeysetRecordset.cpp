@@ -33,7 +33,7 @@ KeysetRecordset::KeysetRecordset(const KeysetRecordset& other, std::shared_ptr<K
 void KeysetRecordset::fill() {
     std::vector<qint64> keys;
     connection().beginRead();
-    Statement& statement = connection().kept(query().keysSql());
+    Statement& statement = connection().kept(query().keysSql(), query().origin());
     query().bindTo(statement);
     while (statement.step()) {
         keys.push_back(statement.integer(0));

@@ -253,7 +253,7 @@ void Query::bindTo(Statement& statement) const {
 }
 
 Statement Query::rows(sqlite3* connection) const {
-    Statement statement(connection, rowsSql());
+    Statement statement(connection, rowsSql(), origin());
     bindTo(statement);
     return statement;
 }
@@ -271,7 +271,8 @@ Statement Query::rowsBehind(sqlite3* connection, qint64 key, const std::vector<i
     // The sign keeps the engine from choosing another way to the rows than before.
     const QString behind =
         (m_where.isEmpty() ? u" WHERE +"_qs : u" AND +"_qs) + m_source->key + u" > :yrwbehind";
-    Statement statement(connection, u"SELECT " + list.join(u", "_qs) + tail() + behind + m_order);
+    Statement statement(connection, u"SELECT " + list.join(u", "_qs) + tail() + behind + m_order,
+                        origin());
     bindTo(statement);
     statement.bind(QStringLiteral(":yrwbehind"), key);
     return statement;
@@ -283,8 +284,10 @@ QString Query::keysSql() const {
 
 Statement Query::rowByKey(sqlite3* connection) const {
     // The conditions are left out: a row stays in the set although it no longer meets them.
-    Statement statement(connection, u"SELECT " + itemList() + u" FROM " + m_source->sql +
-                                        u" WHERE " + m_source->key + u" = :yrwkey");
+    Statement statement(connection,
+                        u"SELECT " + itemList() + u" FROM " + m_source->sql + u" WHERE " +
+                            m_source->key + u" = :yrwkey",
+                        origin());
     bindTo(statement);
     return statement;
 }

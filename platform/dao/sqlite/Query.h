@@ -26,6 +26,7 @@ struct Source {
     QString sql; ///< what stands behind FROM, in the engine's language
     bool isTable = false;
     bool keepsOwnOrder = false; ///< the definition orders its rows
+    bool isStored = false;      ///< `sql` is text out of the file
     std::vector<Column> columns;
     QString baseTable; ///< table that changes go to; empty when there is none
     QString baseKey;   ///< its key column in the engine's language
@@ -59,6 +60,10 @@ public:
     [[nodiscard]] const Source& source() const noexcept { return *m_source; }
     [[nodiscard]] const std::vector<Item>& items() const noexcept { return m_items; }
     [[nodiscard]] bool isCount() const noexcept { return m_isCount; }
+    /// Who wrote the text behind the statements.
+    [[nodiscard]] SqlOrigin origin() const noexcept {
+        return m_source->isStored ? SqlOrigin::Stored : SqlOrigin::Own;
+    }
     /// True when every row has a key of its own.
     [[nodiscard]] bool hasKey() const noexcept { return !m_source->key.isEmpty() && !m_isCount; }
 

@@ -108,7 +108,7 @@ std::vector<Column> Schema::tableColumns(const QString& table, QString& key) con
         column.type = fieldTypeOf(declared);
         const QString standard = statement.text(2);
         if (!standard.isEmpty()) {
-            Statement evaluate(m_connection.handle(), u"SELECT " + standard);
+            Statement evaluate(m_connection.handle(), u"SELECT " + standard, SqlOrigin::Stored);
             evaluate.step();
             column.defaultValue = evaluate.value(0, column.type);
         }
@@ -144,7 +144,9 @@ std::shared_ptr<const Source> Schema::querySource(const StoredQuery& query,
     if (!query.baseTable.isEmpty()) {
         base = tableColumns(query.baseTable, baseKey);
     }
-    const Statement statement(m_connection.handle(), u"SELECT * FROM " + source->sql);
+    source->isStored = query.kind != StoredQuery::Kind::View;
+    const Statement statement(m_connection.handle(), u"SELECT * FROM " + source->sql,
+                              source->isStored ? SqlOrigin::Stored : SqlOrigin::Own);
     if (!statement.isReadOnly()) {
         raiseUnknown(query.name);
     }

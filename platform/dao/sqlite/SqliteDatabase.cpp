@@ -54,7 +54,6 @@ void SqliteDatabase::Close() {
         recordset->Close();
     }
     m_connection->endRead();
-    m_dataVersion = Statement();
     m_connection.reset();
     m_workspace->removeDatabase(this);
 }
@@ -85,8 +84,9 @@ Ref<Recordset> SqliteDatabase::open(const Query& query, const QString& name, Rec
 const SqliteDatabase::Known& SqliteDatabase::known(const QString& name) {
     Statement& version = connection().kept(QStringLiteral("PRAGMA schema_version"));
     version.step();
-    const std::pair<qint64, qint64> at{version.integer(0), DataVersion()};
+    const qint64 schemaVersion = version.integer(0);
     version.reset();
+    const std::pair<qint64, qint64> at{schemaVersion, DataVersion()};
     if (at != m_knownAt) {
         m_known.clear();
         m_knownAt = at;
@@ -148,14 +148,14 @@ Ref<Recordset> SqliteDatabase::OpenQuery(const QString& name, const Parameters& 
 }
 
 qint64 SqliteDatabase::ExecuteQuery(const QString& name, const Parameters& parameters) {
+    Transaction transaction(*this); // before anything is read, since only a write may wait
     const auto stored = schema().storedQuery(name);
     if (!stored || stored->kind != StoredQuery::Kind::Action) {
         throw AutomationError(kErrorNotInCollection, kSource,
                               QStringLiteral("There is no action query '%1'.").arg(name));
     }
     const Parameters matched = matchParameters(*stored, parameters);
-    Transaction transaction(*this);
-    Statement statement(connection().handle(), stored->sql);
+    Statement statement(connection().handle(), stored->sql, SqlOrigin::StoredAction);
     for (const auto& [parameter, value] : matched) {
         statement.bind(u':' + parameter, value);
     }
@@ -167,6 +167,7 @@ qint64 SqliteDatabase::ExecuteQuery(const QString& name, const Parameters& param
 
 qint64 SqliteDatabase::DeleteRows(const QString& table, const QString& field,
                                   const QVariant& value) {
+    Transaction transaction(*this);
     const auto rows = schema().source(table);
     const int column = rows->indexOf(field);
     if (!rows->isTable || column < 0) {
@@ -174,7 +175,6 @@ qint64 SqliteDatabase::DeleteRows(const QString& table, const QString& field,
             kErrorNotInCollection, kSource,
             QStringLiteral("There is no field '%1' in a table '%2'.").arg(field, table));
     }
-    Transaction transaction(*this);
     Statement statement(connection().handle(), u"DELETE FROM " + rows->sql + u" WHERE " +
                                                    quotedName(rows->columns[size_t(column)].name) +
                                                    u" = ?1");
@@ -189,6 +189,8 @@ void SqliteDatabase::RunScript(const QString& script) {
     Transaction transaction(*this);
     m_known.clear();
     const QByteArray text = script.toUtf8();
+    const PreparingSql preparing(SqlOrigin::Script);
+    beginStep(stepLimitOf(SqlOrigin::Script));
     if (sqlite3_exec(connection().handle(), text.constData(), nullptr, nullptr, nullptr) !=
         SQLITE_OK) {
         raiseEngineError(connection().handle(), sqlite3_extended_errcode(connection().handle()));
@@ -226,6 +228,7 @@ QStringList SqliteDatabase::CheckIntegrity() {
     QStringList problems;
     try {
         Statement statement(connection().handle(), QStringLiteral("PRAGMA integrity_check"));
+        statement.takeAnyTime();
         while (statement.step()) {
             const QString line = statement.text(0);
             if (line != u"ok") {
@@ -243,13 +246,11 @@ QStringList SqliteDatabase::CheckIntegrity() {
 
 qint64 SqliteDatabase::DataVersion() {
     Connection& open = connection();
-    if (m_dataVersion.isEmpty()) {
-        m_dataVersion = Statement(open.handle(), QStringLiteral("PRAGMA data_version"));
-    }
     open.endAbandonedRead();
-    m_dataVersion.step();
-    const qint64 version = m_dataVersion.integer(0);
-    m_dataVersion.reset();
+    Statement& statement = open.kept(QStringLiteral("PRAGMA data_version"));
+    statement.step();
+    const qint64 version = statement.integer(0);
+    statement.reset();
     return version;
 }
 
@@ -269,8 +270,24 @@ void SqliteDatabase::EndReadTransaction() {
     connection().endRead();
 }
 
+void SqliteDatabase::setLockWatch(LockWatch* watch) {
+    connection().setLockWatch(watch);
+    setLockPatience(watch != nullptr ? LockWaits::kWatchedMs : LockWaits::kUsualMs);
+}
+
+int SqliteDatabase::setLockPatience(int milliseconds) {
+    return connection().lockWaits().setPatience(milliseconds);
+}
+
 void SqliteDatabase::BeginTrans() {
-    connection().begin();
+    static_cast<void>(connection());
+    // Whoever watches a wait may close the database meanwhile.
+    const std::shared_ptr<Connection> open = m_connection;
+    open->begin();
+    if (open != m_connection) {
+        open->rollback();
+        static_cast<void>(connection());
+    }
 }
 
 void SqliteDatabase::CommitTrans() {

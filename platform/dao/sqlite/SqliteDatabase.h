@@ -28,6 +28,7 @@ public:
     [[nodiscard]] QString Name() const override { return m_path; }
     [[nodiscard]] bool isOpen() const override { return m_connection != nullptr; }
     [[nodiscard]] bool isReadOnly() const override { return m_readOnly; }
+    [[nodiscard]] bool isReplaced() const override { return !connection().isInPlace(); }
     void Close() override;
 
     [[nodiscard]] Ref<Recordset> OpenRecordset(const QString& source, RecordsetType type,
@@ -49,6 +50,9 @@ public:
     void CopyTo(const QString& path) override;
 
     void EndReadTransaction() override;
+    void setLockWatch(LockWatch* watch) override;
+    int setLockPatience(int milliseconds) override;
+    [[nodiscard]] qint64 LocksMet() const override { return connection().lockWaits().locksMet(); }
     void BeginTrans() override;
     void CommitTrans() override;
     void Rollback() override;
@@ -75,13 +79,12 @@ private:
     [[nodiscard]] const Known& known(const QString& name);
 
     Ref<SqliteWorkspace> m_workspace;
-    std::unique_ptr<Connection> m_connection;
+    std::shared_ptr<Connection> m_connection;
     QString m_path;
     bool m_readOnly;
     std::vector<RecordsetBase*> m_recordsets;
     std::map<QString, Known> m_known;    ///< by name in lower case
     std::pair<qint64, qint64> m_knownAt; ///< versions of schema and data
-    Statement m_dataVersion;
 };
 
 /// Opens databases of the engine.
@@ -103,7 +106,8 @@ private:
     void requireOpen() const;
     [[nodiscard]] std::unique_ptr<Connection> connect(const QString& file,
                                                       Connection::Access access) const;
-    [[nodiscard]] std::unique_ptr<Connection> connectReadOnly(const QString& file) const;
+    [[nodiscard]] std::unique_ptr<Connection> connectReader(const QString& file) const;
+    [[nodiscard]] std::unique_ptr<Connection> connectWriter(const QString& file) const;
     static void takeAlone(Connection& connection);
     [[nodiscard]] Ref<Database> keep(std::unique_ptr<Connection> connection, const QString& file,
                                      bool readOnly);

@@ -86,6 +86,7 @@ void SqliteTextIndex::repair() {
     if (m_database->isReadOnly()) {
         return;
     }
+    const BriefWaits brief(m_database); // a search does without
     if (m_damaged || !isComplete()) {
         create();
     } else if (waiting() == 0 && !hasEveryRow()) {

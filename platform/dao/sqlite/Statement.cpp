@@ -13,7 +13,9 @@ void Statement::Finalizer::operator()(sqlite3_stmt* statement) const noexcept {
     sqlite3_finalize(statement);
 }
 
-Statement::Statement(sqlite3* connection, const QString& sql) {
+Statement::Statement(sqlite3* connection, const QString& sql, SqlOrigin origin)
+    : m_stepLimitMs(stepLimitOf(origin)) {
+    const PreparingSql preparing(origin);
     const QByteArray text = sql.toUtf8();
     sqlite3_stmt* handle = nullptr;
     const char* tail = nullptr;
@@ -93,6 +95,7 @@ void Statement::bind(const QString& name, const QVariant& value) {
 }
 
 bool Statement::step() {
+    beginStep(m_stepLimitMs);
     const int code = sqlite3_step(m_handle.get());
     m_hasRow = code == SQLITE_ROW;
     if (m_hasRow) {
