@@ -75,6 +75,7 @@ void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
         files.moveAside(target + QString::fromUtf16(suffix));
     }
     files.copyFile(source, target);
+    FileSystem::takeGroupOfFolder(target);
     files.copyFolder(FileSystem::join(templateFolder, QStringLiteral("support/Notes")),
                      FileSystem::join(targetFolder, QStringLiteral("Support/Notes")));
 }
@@ -107,6 +108,7 @@ void refreshUserNames(dao::Database& database, const QList<UserName>& users) {
     if (userNamesToWrite(database, users).isEmpty()) {
         return;
     }
+    const dao::BriefWaits brief((Ref<dao::Database>(&database)));
     dao::Transaction transaction(database);
     const QHash<qint64, UserName> changed = userNamesToWrite(database, users);
     const Ref<dao::Recordset> rows =

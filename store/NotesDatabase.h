@@ -29,7 +29,8 @@ void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
 Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,
                                      const QString& path);
 
-/// Refreshes the table of user names; skipped on a read-only database.
+/// Refreshes the table of user names; skipped on a read-only database. Waits for nobody: raises
+/// `kErrorLocked` when somebody is writing.
 void refreshUserNames(dao::Database& database, const QList<UserName>& users);
 
 /// The users of a host as `refreshUserNames` takes them.
