@@ -41,6 +41,22 @@ void checkSchema(dao::Database& database) {
     }
 }
 
+/// The first write has the data layer put the file's place into it; a file that is accepted should
+/// have it before anybody makes a copy of it.
+void rememberPlace(const Ref<dao::Database>& database) {
+    if (database->isReadOnly()) {
+        return;
+    }
+    const dao::BriefWaits brief(database);
+    try {
+        const dao::Transaction nothing(*database);
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorLocked) {
+            throw;
+        }
+    }
+}
+
 /// The users that the table lacks or knows otherwise. Who has left keeps the name: the notes stay.
 QHash<qint64, UserName> userNamesToWrite(dao::Database& database, const QList<UserName>& users) {
     QHash<qint64, UserName> wanted;
@@ -96,6 +112,7 @@ Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Work
         database->Close();
         throw;
     }
+    rememberPlace(database);
     helper.setDatabase(database);
     return database;
 }

@@ -122,7 +122,9 @@ void Connection::requireInPlace() const {
 
 void Connection::watchForJournal() {
     m_followsJournal = true;
-    m_foreignJournal = placeOf(m_path + u"-wal");
+    if (hasFullJournalBeside(m_path)) {
+        m_foreignJournal = placeOf(m_path + u"-wal");
+    }
 }
 
 /// Others may begin to write at any time, and then the file alone does not tell what is committed.
@@ -225,20 +227,6 @@ void Connection::beginWrite() {
             }
         }
     }
-}
-
-bool Connection::tryBegin() {
-    const int before = m_waits.setPatience(0);
-    const auto waitAgain = qScopeGuard([this, before] { m_waits.setPatience(before); });
-    try {
-        begin();
-    } catch (const AutomationError& error) {
-        if (error.number() != kErrorLocked) {
-            throw;
-        }
-        return false;
-    }
-    return true;
 }
 
 void Connection::requireLiveTransaction() const {

@@ -71,8 +71,6 @@ public:
     // Write transactions; nested ones are savepoints. None begins or is committed when the file is
     // not in its place any more: `kErrorFileReplaced`.
     void begin();
-    /// The same without waiting for another program; false when one is writing.
-    [[nodiscard]] bool tryBegin();
     void commit();
     void rollback();
     [[nodiscard]] bool inTransaction() const noexcept { return m_depth > 0; }

@@ -45,6 +45,25 @@ std::optional<FilePlace> recordedPlace(Connection& connection) {
                      row.text(2).toLongLong()};
 }
 
+void writePlace(Connection& connection, const FilePlace& place) {
+    connection.begin();
+    auto undo = qScopeGuard([&connection] { connection.rollback(); });
+    connection.execute(QStringLiteral(
+        "CREATE TABLE IF NOT EXISTS tblFilePlace (Device TEXT, Inode TEXT, Born TEXT)"));
+    connection.execute(QStringLiteral("DELETE FROM tblFilePlace"));
+    connection.execute(QStringLiteral("INSERT INTO tblFilePlace VALUES ('%1', '%2', '%3')")
+                           .arg(place.device)
+                           .arg(place.inode)
+                           .arg(place.bornNs));
+    connection.commit();
+    undo.dismiss();
+}
+
+bool hasContent(const QString& file) {
+    struct stat status {};
+    return ::lstat(QFile::encodeName(file).constData(), &status) == 0 && status.st_size > 0;
+}
+
 /// Numbers of devices change from one start of the machine to the next; a number of a file is given
 /// again once the file is gone.
 bool isOtherFile(const FilePlace& recorded, const FilePlace& now) {
@@ -77,6 +96,10 @@ bool isGone(const QString& file) {
 
 bool hasJournalBeside(const QString& file) {
     return isThere(file + u"-wal") || isThere(file + u"-journal");
+}
+
+bool hasFullJournalBeside(const QString& file) {
+    return hasContent(file + u"-wal") || hasContent(file + u"-journal");
 }
 
 bool isAtForeignPlace(const QString& file, Clock& clock) {
@@ -113,24 +136,14 @@ void moveJournalAside(const QString& file) {
 void recordPlace(Connection& connection, const QString& file, bool toTheEnd) {
     const std::optional<FilePlace> now = placeOf(file);
     const std::optional<FilePlace> recorded = recordedPlace(connection);
-    if (!now || (recorded && recorded->isSameOpenFile(*now) && !isOtherFile(*recorded, *now))) {
+    const bool isThereAlready =
+        recorded && now && recorded->isSameOpenFile(*now) && !isOtherFile(*recorded, *now);
+    if (!now || (isThereAlready && !toTheEnd)) {
         return;
     }
-    if (toTheEnd) {
-        connection.begin();
-    } else if (!connection.tryBegin()) {
-        return;
+    if (!isThereAlready) {
+        writePlace(connection, *now);
     }
-    auto undo = qScopeGuard([&connection] { connection.rollback(); });
-    connection.execute(QStringLiteral(
-        "CREATE TABLE IF NOT EXISTS tblFilePlace (Device TEXT, Inode TEXT, Born TEXT)"));
-    connection.execute(QStringLiteral("DELETE FROM tblFilePlace"));
-    connection.execute(QStringLiteral("INSERT INTO tblFilePlace VALUES ('%1', '%2', '%3')")
-                           .arg(now->device)
-                           .arg(now->inode)
-                           .arg(now->bornNs));
-    connection.commit();
-    undo.dismiss();
     // Whoever opens the file next asks it without its journal.
     if (toTheEnd &&
         connection.scalar(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")).toInt() != 0) {
@@ -140,7 +153,6 @@ void recordPlace(Connection& connection, const QString& file, bool toTheEnd) {
                                   .arg(file));
     }
 }
-
 FolderLock::FolderLock(const QString& folder)
     : m_folder(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
     constexpr int kTries = 500;

@@ -30,6 +30,9 @@ struct FilePlace {
 [[nodiscard]] bool isGone(const QString& file);
 /// True when a journal lies beside a database file.
 [[nodiscard]] bool hasJournalBeside(const QString& file);
+/// True when one lies there that holds anything: who has opened a file but not written yet keeps an
+/// empty one.
+[[nodiscard]] bool hasFullJournalBeside(const QString& file);
 
 /// A journal belongs to the file that it was written for. A database therefore carries its own
 /// place (the table `tblFilePlace`), and a file that was put at the path by renaming, a restored
@@ -42,8 +45,7 @@ struct FilePlace {
 /// Raises `kErrorReadOnly` when they cannot be renamed.
 void moveJournalAside(const QString& file);
 /// Writes the file's place into it where it is not there or another. `toTheEnd` has it written
-/// home, past the journal, and raises `kErrorLocked` when somebody prevents it; otherwise a lock
-/// is no reason to wait.
+/// home, past the journal. Raises `kErrorLocked` when somebody prevents it.
 void recordPlace(Connection& connection, const QString& file, bool toTheEnd);
 
 /// Keeps other programs of ours from settling foreign journals in a folder, for as long as it

@@ -270,6 +270,19 @@ void SqliteDatabase::EndReadTransaction() {
     connection().endRead();
 }
 
+void SqliteDatabase::settlePlace() {
+    if (!m_takesPlace || connection().inTransaction()) {
+        return;
+    }
+    const bool isForeign = m_placeLock || isAtForeignPlace(m_path, connection().clock());
+    if (isForeign && !m_placeLock) {
+        m_placeLock = std::make_unique<FolderLock>(FileSystem::folderOf(m_path));
+    }
+    recordPlace(connection(), m_path, isForeign);
+    m_takesPlace = false;
+    m_placeLock.reset();
+}
+
 void SqliteDatabase::setLockWatch(LockWatch* watch) {
     connection().setLockWatch(watch);
     setLockPatience(watch != nullptr ? LockWaits::kWatchedMs : LockWaits::kUsualMs);
@@ -280,6 +293,7 @@ int SqliteDatabase::setLockPatience(int milliseconds) {
 }
 
 void SqliteDatabase::BeginTrans() {
+    settlePlace();
     static_cast<void>(connection());
     // Whoever watches a wait may close the database meanwhile.
     const std::shared_ptr<Connection> open = m_connection;

@@ -65,6 +65,11 @@ public:
     [[nodiscard]] Ref<Recordset> open(const Query& query, const QString& name, RecordsetType type,
                                       int options);
 
+    /// Has the first write put the file's place into it: a file that turns out to be of no use is
+    /// not written to.
+    void takePlaceBeforeWriting() noexcept { m_takesPlace = true; }
+    /// Does that now, outside a transaction. Raises `kErrorLocked`.
+    void settlePlace();
     /// Forgets what is known of the file's tables and queries when a change may have altered it.
     void tableChanged(const QString& table);
 
@@ -82,6 +87,8 @@ private:
     std::shared_ptr<Connection> m_connection;
     QString m_path;
     bool m_readOnly;
+    bool m_takesPlace = false;
+    std::unique_ptr<FolderLock> m_placeLock; ///< from a settling that failed half way
     std::vector<RecordsetBase*> m_recordsets;
     std::map<QString, Known> m_known;    ///< by name in lower case
     std::pair<qint64, qint64> m_knownAt; ///< versions of schema and data
@@ -107,7 +114,8 @@ private:
     [[nodiscard]] std::unique_ptr<Connection> connect(const QString& file,
                                                       Connection::Access access) const;
     [[nodiscard]] std::unique_ptr<Connection> connectReader(const QString& file) const;
-    [[nodiscard]] std::unique_ptr<Connection> connectWriter(const QString& file) const;
+    [[nodiscard]] std::unique_ptr<Connection> connectWriter(const QString& file,
+                                                            bool& isLocal) const;
     static void takeAlone(Connection& connection);
     [[nodiscard]] Ref<Database> keep(std::unique_ptr<Connection> connection, const QString& file,
                                      bool readOnly);

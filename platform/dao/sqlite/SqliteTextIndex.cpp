@@ -2,6 +2,8 @@
 #include "platform/dao/sqlite/SqliteDatabase.h"
 #include "platform/dao/sqlite/TextIndexRows.h"
 
+#include <QScopeGuard>
+
 namespace yrw::dao {
 
 namespace {
@@ -133,7 +135,14 @@ bool SqliteTextIndex::catchUp(int milliseconds) {
         return false;
     }
     Connection& database = connection();
-    if (!database.tryBegin()) {
+    const int patience = database.lockWaits().setPatience(0);
+    const auto waitAgain = qScopeGuard([&] { database.lockWaits().setPatience(patience); });
+    try {
+        m_database->BeginTrans();
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorLocked) {
+            throw;
+        }
         return false;
     }
     try {

@@ -111,10 +111,12 @@ std::unique_ptr<Connection> SqliteWorkspace::connectReader(const QString& file) 
     }
 }
 
-std::unique_ptr<Connection> SqliteWorkspace::connectWriter(const QString& file) const {
+std::unique_ptr<Connection> SqliteWorkspace::connectWriter(const QString& file,
+                                                           bool& isLocal) const {
     const MountTest system;
     const MountTest& mounts = m_services.mounts != nullptr ? *m_services.mounts : system;
     const bool network = mounts.isNetwork(file);
+    isLocal = !network;
     std::optional<FolderLock> lock;
     bool isForeign = !network && isAtForeignPlace(file, m_services.clock);
     if (isForeign) {
@@ -122,14 +124,13 @@ std::unique_ptr<Connection> SqliteWorkspace::connectWriter(const QString& file) 
         lock.emplace(FileSystem::folderOf(file));
         isForeign = isAtForeignPlace(file, m_services.clock);
     }
-    if (isForeign) {
+    if (isForeign && hasFullJournalBeside(file)) {
         moveJournalAside(file);
     }
     auto connection = connect(file, Connection::Access::ReadWrite);
     settleJournal(*connection, file, network);
     if (!network) {
         connection->allowMapping();
-        recordPlace(*connection, file, isForeign);
     }
     connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
     return connection;
@@ -141,11 +142,16 @@ Ref<Database> SqliteWorkspace::OpenDatabase(const QString& path, const OpenOptio
     requireDatabaseFile(file);
     const bool readOnly =
         options.readOnly || !mayWrite(file) || !mayWrite(FileSystem::folderOf(file));
-    auto connection = readOnly ? connectReader(file) : connectWriter(file);
+    bool isLocal = false;
+    auto connection = readOnly ? connectReader(file) : connectWriter(file, isLocal);
     if (options.exclusive) {
         takeAlone(*connection);
     }
-    return keep(std::move(connection), file, readOnly);
+    Ref<Database> database = keep(std::move(connection), file, readOnly);
+    if (isLocal) {
+        m_databases.back()->takePlaceBeforeWriting();
+    }
+    return database;
 }
 
 void SqliteWorkspace::takeAlone(Connection& connection) {
