@@ -230,6 +230,11 @@ void AddIn::startTimer() {
         const Ref<AddIn> keep(this);
         ignoreErrors([this] { mfrmTimer_CheckWindowFocus(); });
     });
+    // Also while reminders are switched off.
+    QObject::connect(&form->ReminderTimer(), &QTimer::timeout, form, [this] {
+        const Ref<AddIn> keep(this);
+        ignoreErrors([this] { leaveReplacedDatabase(false); });
+    });
     frmTimer::setEnabled(form->ReminderTimer(), true);
 }
 

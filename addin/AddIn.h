@@ -5,6 +5,7 @@
 #include "addin/Module1.h"
 #include "addin/NotesSeek.h"
 #include "addin/ReminderRound.h"
+#include "addin/ReplacedFile.h"
 #include "framework/HostUtility.h"
 #include "store/Schema.h"
 
@@ -83,6 +84,8 @@ public:
     /// True while this add-in is active and the shared database is open.
     [[nodiscard]] bool isDatabaseOpen() const;
     [[nodiscard]] HostDataHelper& dataHelper() const { return m_module.dataHelper(); }
+    /// The open notes database; nothing while it is closed.
+    [[nodiscard]] Ref<dao::Database> notesDatabase() const { return m_module.database(); }
     [[nodiscard]] NotesSeek& notesSeek() noexcept { return m_notesSeek; }
     /// Opens the seek recordset when it is not open.
     void openNotesSeek() { m_notesSeek.open(m_module.database()); }
@@ -139,6 +142,7 @@ private:
     bool CreateNotesDatabase(const QString& path);
     void takeCurrentUser();
     void readHighlightColour();
+    void leaveReplacedDatabase(bool again);
 
     // Reminders.
     bool runCheck(bool quietly);
@@ -182,6 +186,7 @@ private:
     QList<QPointer<Form>> m_notesWindows; ///< on screen, each nested in the one before
     bool m_activating = false;
     bool m_checkingReminders = false;
+    ReplacedFile m_replacedFile;
     ReminderRound m_round;
     CheckWatch m_checkWatch;
     QPointer<QShortcut> m_reachKey; ///< on the host's window while popups are open

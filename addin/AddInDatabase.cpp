@@ -3,6 +3,7 @@
 #include "addin/BusySign.h"
 #include "framework/ErrorGuards.h"
 #include "platform/files/FileSystem.h"
+#include "platform/forms/Form.h"
 #include "store/NotesDatabase.h"
 
 namespace yrw {
@@ -77,6 +78,19 @@ void AddIn::takeCurrentUser() {
     m_module.setCurrentUser(required(host->CurrentUser(), u"current user"));
     // Without the names, authors show by their codes.
     ignoreErrors([&] { refreshUserNames(*m_module.database(), userNamesOf(host->Users())); });
+}
+
+/// Goes on with what lies at the database's place now, when that is another file and the user
+/// agrees. Waits until no window or box is open.
+void AddIn::leaveReplacedDatabase(bool again) {
+    if (isNotesWindowOpen() || Form::isModalOpen() ||
+        !m_replacedFile.isToBeLeft(notesDatabase(), prompt(), again)) {
+        return;
+    }
+    m_module.closeDatabase();
+    OpenDatabase();
+    m_replacedFile.forget();
+    repaintGrids();
 }
 
 void AddIn::readHighlightColour() {

@@ -62,10 +62,14 @@ bool AddIn::CheckForReminders() {
 
 bool AddIn::runCheck(bool quietly) {
     const Ref<AddIn> keep(this);
+    const dao::BriefWaits brief(notesDatabase());
     m_round.quietly = quietly;
     try {
         return checkReminders();
     } catch (...) {
+        if (currentError().number() == kErrorLocked) {
+            return false; // somebody is writing; the next check comes soon
+        }
         reportCheckFailure(std::current_exception(), quietly);
         return false;
     }
@@ -99,7 +103,9 @@ bool AddIn::checkReminders() {
         m_round.waiting = dueReminders();
         m_checkWatch.succeeded(services().clock);
     } catch (...) {
-        m_checkWatch.failed();
+        if (currentError().number() != kErrorLocked) {
+            m_checkWatch.failed();
+        }
         throw;
     }
     m_round.hasCalled = false;

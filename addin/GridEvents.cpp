@@ -17,6 +17,9 @@ constexpr short kFlagBorderKind = 6;
 constexpr int kFlagColour = 255;
 constexpr int kFlagWidth = 1;
 
+/// After how many milliseconds what a lock kept from being shown is tried again.
+constexpr int kAgainMs = 500;
+
 /// Subjects that a row's tool-tip lists at most.
 constexpr int kMostSubjects = 10;
 
@@ -24,14 +27,35 @@ const QString kRecordID = QStringLiteral("RecordID");
 
 } // namespace
 
-GridEvents::GridEvents(AddIn& addIn) : m_addIn(addIn) {}
+GridEvents::GridEvents(AddIn& addIn) : m_addIn(addIn) {
+    m_again.setSingleShot(true);
+    m_again.setInterval(kAgainMs);
+    QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { goOnAgain(); });
+}
+
+/// The notes were locked by somebody while the grid was painted or the cursor came to rest.
+void GridEvents::goOnAgain() noexcept {
+    const Ref<AddIn> keep(&m_addIn);
+    refresh();
+    if (m_landingMissed) {
+        const dao::BriefWaits brief(m_addIn.notesDatabase());
+        ignoreErrors([this] { StayOnRow(); });
+        if (brief.wereInVain()) {
+            m_again.start();
+        }
+    }
+}
 
 /// Connects a handler that keeps the add-in alive while it runs and ends silently on any error.
 template <class... Args, class Handler>
 void GridEvents::on(Event<Args...>& event, Handler handler) {
     m_connections.push_back(event.connect([this, handler](Args... args) {
         const Ref<AddIn> keep(&m_addIn);
+        const dao::BriefWaits brief(m_addIn.notesDatabase());
         ignoreErrors([&] { handler(args...); });
+        if (brief.wereInVain()) {
+            m_again.start();
+        }
     }));
 }
 
@@ -87,6 +111,8 @@ void GridEvents::start() noexcept {
 void GridEvents::stop() noexcept {
     closeClone();
     m_cloneTried = false;
+    m_again.stop();
+    m_landingMissed = false;
     m_layoutName.clear();
     m_linkedColumnsSet = false;
     m_flagColumn = -1;
@@ -163,8 +189,10 @@ void GridEvents::StayOnCell() {
 
 void GridEvents::StayOnRow() {
     if (m_addIn.switchOn(NotesSwitch::ShowPopupWindow)) {
+        const dao::BriefWaits brief(m_addIn.notesDatabase());
         m_addIn.cleanUpAutoNotes();
         m_addIn.checkAutoNotes(m_controller);
+        m_landingMissed = brief.wereInVain();
     }
 }
 
@@ -212,6 +240,7 @@ void GridEvents::FetchRowRemark(dao::Bookmark bookmark, RowRemark& remark) {
 }
 
 void GridEvents::RowColChange(dao::Bookmark before) {
+    m_landingMissed = false;
     m_addIn.cleanUpAutoNotes();
     if (m_settingBack || m_flagColumn < 0 || !isSingleSplit() || !m_addIn.isDatabaseOpen() ||
         !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {

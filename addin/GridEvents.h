@@ -4,6 +4,8 @@
 #include "framework/INotesAddIn.h"
 #include "platform/component/GuardedPtr.h"
 
+#include <QTimer>
+
 #include <vector>
 
 namespace yrw {
@@ -15,7 +17,8 @@ class AddIn;
 /// the flag column, gets a frame. The upper and the lower grid have one each.
 ///
 /// A grid with several splits, or whose rows have no "RecordID", is never marked. While the notes
-/// database is closed nothing happens. Whatever the host or the database raises in a handler ends
+/// database is closed nothing happens; while somebody has it locked, the grid goes on without marks
+/// and tries again. Whatever the host or the database raises in a handler ends
 /// that handler silently.
 /// Lifetime: a member of its `AddIn`. Thread: the user-interface thread.
 class GridEvents {
@@ -50,6 +53,7 @@ private:
     void RowColChange(dao::Bookmark before);
     void Scroll();
 
+    void goOnAgain() noexcept;
     void connectController();
     void connectGrid();
     template <class... Args, class Handler>
@@ -68,6 +72,8 @@ private:
     void setUpLinkedColumns();
 
     AddIn& m_addIn;
+    QTimer m_again;               ///< runs after a lock was in the way
+    bool m_landingMissed = false; ///< of the row that the cursor rests on
     GuardedPtr<IGridController> m_controller;
     GuardedPtr<IRecordGrid> m_grid;
     std::vector<Connection> m_connections;

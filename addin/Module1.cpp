@@ -129,6 +129,7 @@ void Module1::openDatabase(const Ref<dao::Workspace>& workspace, const QString& 
     closeDatabase();
     m_workspace = workspace;
     m_database = openNotesDatabase(m_dataHelper, workspace, path);
+    m_database->setLockWatch(&m_lockWait);
     m_databasePath = path;
     for (AddIn* addIn : std::vector<AddIn*>(m_active)) {
         addIn->databaseOpened();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "addin/LockWaitDialog.h"
 #include "addin/ShownReminders.h"
 #include "framework/HostDataHelper.h"
 #include "framework/INotesAddIn.h"
@@ -104,6 +105,7 @@ private:
     Ref<IApplication> m_applicationView;
     GuardedPtr<IHostComponent> m_component;
     QString m_hostProgID;
+    LockWaitDialog m_lockWait; ///< outlives the database
     Ref<dao::Workspace> m_workspace;
     Ref<dao::Database> m_database;
     QString m_databasePath;

@@ -347,6 +347,18 @@ void frmMain::UpdateToolStates() {
     }
     setToolEnabled(toolSave, shown && m_dirty);
     setToolEnabled(toolDone, shown && !m_note->Done());
+    if (isReadOnlyDatabase()) {
+        for (const QString& key : {kFormattingBand, kInsertBand}) {
+            if (IBand* band = m_atbMain->findBand(key)) {
+                band->setEnabled(false);
+            }
+        }
+        // Add, delete, properties, done, reminders; font, undo, redo, paste and clear.
+        for (const int id :
+             {20100, 20101, 20200, 20201, 20202, 30000, 40000, 40001, 40011, 40012}) {
+            setToolEnabled(id, false);
+        }
+    }
     setToolChecked(kFirstShowTool + 3, settings().boolean(QStringLiteral("ShowUserNotes")));
     for (const OptionTool& option : options()) {
         setToolChecked(option.id, settings().boolean(option.settingKey));

@@ -90,7 +90,7 @@ void frmMain::lsvMain_DblClick() {
     reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.EditNote"),
                  QStringLiteral("Could not Run the Command"), QStringLiteral("Notes Problem"),
                  [this] {
-                     if (m_note) {
+                     if (m_note && !isReadOnlyDatabase()) {
                          openProperties(m_note);
                      }
                  });

@@ -155,6 +155,7 @@ private:
     void turnEditorOff();
     bool readIntoEditor(const QString& rtf);
     [[nodiscard]] bool isNoteCut() const;
+    [[nodiscard]] bool isReadOnlyDatabase() const;
     void emptyEditor();
     void leaveItem(const QString& item);
     void replaceItem(const ListItem& item);

@@ -27,6 +27,7 @@ namespace yrw {
 namespace {
 
 const QString kProblem = QStringLiteral("Notes Problem");
+const QString kReadOnlyMark = QStringLiteral(" [read-only]");
 const QString kUserColumn = QStringLiteral("usercode");
 constexpr int kUserColumnWidth = 900; ///< twips
 constexpr int kShowActive = 1;
@@ -76,6 +77,9 @@ void frmMain::fillWindow(qint64 noteID) {
         SetOwnerCaption();
     } else {
         setWindowTitle(QStringLiteral("YRW System Notes"));
+    }
+    if (isReadOnlyDatabase()) {
+        setWindowTitle(windowTitle() + kReadOnlyMark);
     }
 }
 
@@ -143,7 +147,8 @@ void frmMain::showListType(int listIndex) {
     if (listIndex < kShowActive || listIndex > kShowAll) {
         return;
     }
-    setWindowTitle(m_title + suffixes[size_t(listIndex - 1)]);
+    setWindowTitle(m_title + suffixes[size_t(listIndex - 1)] +
+                   (isReadOnlyDatabase() ? kReadOnlyMark : QString()));
     constexpr int firstShowTool = 20300;
     for (int i = 0; i < kShowAll; ++i) {
         setToolChecked(firstShowTool + i, i == listIndex - 1);
@@ -364,7 +369,7 @@ void frmMain::putIntoEditor(Note& note) {
     if (!rtf.isEmpty()) {
         m_textIsStored = readIntoEditor(rtf); // one that was stopped is read anew next time
     } else {
-        m_rtxMain->setReadOnly(false);
+        m_rtxMain->setReadOnly(isReadOnlyDatabase());
         m_rtxMain->setText(QString());
         m_rtxMain->setSelColor(defaultFont().colour);
     }
@@ -383,13 +388,19 @@ bool frmMain::readIntoEditor(const QString& rtf) {
     LongWork work(services().clock, this, QStringLiteral("Reading the note: %1 %."));
     const bool whole =
         m_rtxMain->setTextRTF(rtf, [&](int percent) { return work.goOn(percent) && !m_nextItem; });
-    m_rtxMain->setReadOnly(!whole);
+    m_rtxMain->setReadOnly(!whole || isReadOnlyDatabase());
     return whole;
 }
 
 /// The reading of the note that is shown was stopped.
 bool frmMain::isNoteCut() const {
-    return m_note && m_rtxMain->isReadOnly();
+    return m_note && !m_textIsStored && m_rtxMain->isReadOnly();
+}
+
+/// The user may read the notes, but not write them.
+bool frmMain::isReadOnlyDatabase() const {
+    const Ref<dao::Database> database = m_context.database();
+    return database && database->isReadOnly();
 }
 
 void frmMain::emptyEditor() {

@@ -173,8 +173,8 @@ void frmMain::writeDraft() {
 
 void frmMain::offerDraft(qint64 noteID) {
     const std::optional<NoteDraft> draft = m_drafts.find(noteID);
-    if (!draft) {
-        return;
+    if (!draft || isReadOnlyDatabase()) {
+        return; // it is kept for when it can be saved
     }
     const bool isToday = draft->written.date() == services().clock.now().date();
     const QString when = isToday ? noteTimeText(draft->written) : noteDateText(draft->written);
@@ -214,7 +214,7 @@ bool frmMain::isDeleted(qint64 noteID) const {
 void frmMain::offerDraftsOfDeletedNotes() {
     for (const qint64 id : m_drafts.noteIDs()) {
         const std::optional<NoteDraft> draft = m_drafts.find(id);
-        if (!draft || !isDeleted(id)) {
+        if (!draft || isReadOnlyDatabase() || !isDeleted(id)) {
             continue;
         }
         ChoiceRequest request;

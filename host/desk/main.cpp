@@ -108,6 +108,12 @@ int main(int argc, char** argv) {
         return fail(kWrongUse, problem);
     }
     ProgramServices program;
+    // What lies in the user's own folder is nobody else's; who shares names a folder.
+    if (options->start.folder == defaultDataFolder() &&
+        !FileSystem::makePrivateFolder(options->start.folder)) {
+        return fail(kFailed,
+                    QStringLiteral("The folder cannot be made: %1").arg(options->start.folder));
+    }
 
     auto progress = std::make_unique<MakingProgress>();
     options->start.progress = [&progress](qint64 done, qint64 all) { progress->show(done, all); };
