@@ -360,7 +360,9 @@ void frmMain::showNoteOf(const QString& item) {
 
 void frmMain::putIntoEditor(Note& note) {
     const QScopedValueRollback<bool> loading(m_loading, true);
-    m_rtxMain->setPlaceholderText(QStringLiteral("Type the text of the note here."));
+    m_rtxMain->setPlaceholderText(isReadOnlyDatabase()
+                                      ? QStringLiteral("This note has no text.")
+                                      : QStringLiteral("Type the text of the note here."));
     m_rtxMain->setEnabled(true);
     rememberLoaded(note);
     m_editedNote = note.value(QStringLiteral("RecordID")).toLongLong();
