@@ -348,8 +348,12 @@ void frmMain::showNoteOf(const QString& item) {
         markHits();
     }
     if (isNoteCut()) {
-        ShowStatus(QStringLiteral("Stopped: only the beginning of this note is shown, and it "
-                                  "cannot be changed. Choose the note again to read all of it."));
+        const QString why = m_rtxMain->shortening();
+        ShowStatus(why.isEmpty()
+                       ? QStringLiteral("Stopped: only the beginning of this note is shown, and it "
+                                        "cannot be changed. Choose the note again to read all of "
+                                        "it.")
+                       : why);
     }
 }
 

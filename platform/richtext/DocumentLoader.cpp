@@ -1,6 +1,7 @@
 #include "platform/richtext/DocumentLoader.h"
 
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/TableLimits.h"
 #include "platform/rtf/Writer.h"
 
 #include <QTextList>
@@ -18,6 +19,33 @@ constexpr int kEmptyCells = 256;
 constexpr int kMostRows = 200;
 /// And a longer list: the screen's list goes through all its items for each new one.
 constexpr int kMostItems = 200;
+/// A longer paragraph is shown as several blocks: the screen lays a block out at once.
+constexpr int kLongestBlock = 10000;
+
+/// Bytes that the text document takes for each part, once it is laid out.
+constexpr qint64 kBlock = 300;
+constexpr qint64 kFragment = 60;
+constexpr qint64 kCharacter = 4;
+constexpr qint64 kInline = 1500; ///< with a format of its own
+constexpr qint64 kFormat = 1500;
+constexpr qint64 kList = 1500;
+constexpr qint64 kTable = 3000;
+constexpr qint64 kCell = 1500;
+
+/// How many of the characters fit into a block: up to a blank near the end of the room, if there is
+/// one, and never half a pair.
+qsizetype fittingLength(QStringView text, qsizetype room) {
+    if (text.size() <= room) {
+        return text.size();
+    }
+    constexpr qsizetype kNear = 200;
+    for (qsizetype i = room; i > std::max<qsizetype>(0, room - kNear); --i) {
+        if (text[i - 1].isSpace()) {
+            return i;
+        }
+    }
+    return room > 0 && text[room].isLowSurrogate() ? room - 1 : room;
+}
 
 } // namespace
 
@@ -25,22 +53,35 @@ const rtf::Paragraph& DocumentLoader::at(int paragraph) const {
     return m_source.paragraphs[static_cast<std::size_t>(paragraph)];
 }
 
-void DocumentLoader::prepareFormats() {
-    m_chars.reserve(m_source.charFormats.size());
-    for (const rtf::CharFormat& format : m_source.charFormats) {
-        m_chars.push_back(
-            toScreen(format, m_source.fonts[static_cast<std::size_t>(format.font)].name));
+const QTextCharFormat& DocumentLoader::charFormat(int format) {
+    std::optional<QTextCharFormat>& made = m_chars[static_cast<std::size_t>(format)];
+    if (!made) {
+        take(kFormat);
+        const rtf::CharFormat& source = m_source.charFormats[static_cast<std::size_t>(format)];
+        made = toScreen(source, m_source.fonts[static_cast<std::size_t>(source.font)].name);
     }
-    m_blocks.reserve(m_source.parFormats.size());
-    for (const rtf::ParFormat& format : m_source.parFormats) {
-        m_blocks.push_back(toScreen(format, m_dotsPerInch));
+    return *made;
+}
+
+const QTextBlockFormat& DocumentLoader::blockFormat(int format) {
+    std::optional<QTextBlockFormat>& made = m_blocks[static_cast<std::size_t>(format)];
+    if (!made) {
+        take(kFormat);
+        made = toScreen(m_source.parFormats[static_cast<std::size_t>(format)], m_dotsPerInch);
     }
+    return *made;
 }
 
 bool DocumentLoader::insert(QTextCursor& cursor) {
-    prepareFormats();
+    m_chars.resize(m_source.charFormats.size());
+    m_blocks.resize(m_source.parFormats.size());
     range(cursor, 0, {});
     return !m_stopped;
+}
+
+void DocumentLoader::take(qint64 bytes) {
+    m_memory -= bytes;
+    m_stopped = m_stopped || m_memory < 0;
 }
 
 /// False once the insertion was ended.
@@ -98,19 +139,32 @@ int DocumentLoader::range(QTextCursor& cursor, int first, const Cell& cell) {
 
 void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph,
                                bool newBlock) {
-    const QTextBlockFormat& block = m_blocks[static_cast<std::size_t>(paragraph.format)];
+    take(kBlock);
+    QTextBlockFormat block = blockFormat(paragraph.format);
+    const bool isLong = lengthOf(paragraph) > kLongestBlock;
+    if (isLong) {
+        block.setProperty(kPiece, nextParagraphOfPieces());
+    }
     const int mark = paragraph.runCount == 0
                          ? paragraph.mark
                          : m_source
                                .runs[static_cast<std::size_t>(paragraph.firstRun) +
                                      static_cast<std::size_t>(paragraph.runCount) - 1]
                                .format;
-    const QTextCharFormat& chars = m_chars[static_cast<std::size_t>(mark)];
+    const QTextCharFormat& chars = charFormat(mark);
     if (newBlock) {
         cursor.insertBlock(block, chars);
     } else if (cursor.block().length() == 1) {
         cursor.setBlockFormat(block);
         cursor.setBlockCharFormat(chars);
+    } else if (isLong && !cursor.blockFormat().hasProperty(kPiece)) {
+        QTextBlockFormat piece;
+        piece.setProperty(kPiece, nextParagraphOfPieces());
+        cursor.mergeBlockFormat(piece);
+    }
+    m_length = cursor.positionInBlock();
+    if (goesOnBefore(cursor.block().next())) {
+        m_length = -lengthOf(paragraph); // further pieces there have the numbers that would follow
     }
     const rtf::ParFormat& format = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];
     joinList(cursor, format);
@@ -134,15 +188,26 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
             look.setStyle(QTextListFormat::ListStyleUndefined); // its numbers do not begin with 1
         }
     }
+    take(kList);
     m_list = cursor.createList(look);
     m_listOf = format;
 }
 
+int DocumentLoader::lengthOf(const rtf::Paragraph& paragraph) const {
+    if (paragraph.runCount == 0) {
+        return 0;
+    }
+    // Runs follow each other without a gap.
+    const auto first = static_cast<std::size_t>(paragraph.firstRun);
+    const rtf::Run& last = m_source.runs[first + static_cast<std::size_t>(paragraph.runCount) - 1];
+    return last.start + last.length - m_source.runs[first].start;
+}
+
 void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) {
-    const auto number = static_cast<int>(&paragraph - m_source.paragraphs.data());
+    m_paragraph = static_cast<int>(&paragraph - m_source.paragraphs.data());
     const auto first = static_cast<std::size_t>(paragraph.firstRun);
     for (auto r = first; r < first + static_cast<std::size_t>(paragraph.runCount); ++r) {
-        if (!goesOn(number)) {
+        if (!goesOn(m_paragraph)) {
             return;
         }
         run(cursor, m_source.runs[r]);
@@ -150,13 +215,14 @@ void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) 
 }
 
 void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
-    const auto format = static_cast<std::size_t>(run.format);
-    const bool hidden = m_source.charFormats[format].hidden;
+    const bool hidden = m_source.charFormats[static_cast<std::size_t>(run.format)].hidden;
+    const QStringView characters = QStringView(m_source.text).mid(run.start, run.length);
+    take(kFragment + kCharacter * run.length);
     if (run.field < 0 && run.object < 0 && !hidden) {
-        cursor.insertText(m_source.text.mid(run.start, run.length), m_chars[format]);
+        text(cursor, characters, charFormat(run.format));
         return;
     }
-    QTextCharFormat chars = m_chars[format];
+    QTextCharFormat chars = charFormat(run.format);
     if (run.field >= 0) {
         const rtf::Field& field = m_source.fields[static_cast<std::size_t>(run.field)];
         chars.setProperty(kField, field.instruction);
@@ -165,18 +231,44 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
             chars.setAnchorHref(field.link);
         }
     }
-    const QString text = m_source.text.mid(run.start, run.length);
     if (run.object >= 0 || hidden) {
-        m_inlines.push_back(
-            run.object >= 0
-                ? m_source.inlines[static_cast<std::size_t>(run.object)]
-                : rtf::Inline{rtf::InlineKind::Kept, "{\\v " + rtf::escape(text).toLatin1() + "}"});
+        m_inlines.push_back(run.object >= 0
+                                ? m_source.inlines[static_cast<std::size_t>(run.object)]
+                                : rtf::Inline{rtf::InlineKind::Kept,
+                                              "{\\v " + rtf::escape(characters).toLatin1() + "}"});
+        take(kInline);
         chars.setObjectType(kInlineObject);
         chars.setProperty(kInlineId, static_cast<int>(m_inlines.size()) - 1);
-        cursor.insertText(QString(QChar(rtf::kInlineMark)), chars);
+        text(cursor, QString(QChar(rtf::kInlineMark)), chars);
         return;
     }
-    cursor.insertText(text, chars);
+    text(cursor, characters, chars);
+}
+
+/// Inserts characters, in further blocks where the present one is full.
+void DocumentLoader::text(QTextCursor& cursor, QStringView text, const QTextCharFormat& chars) {
+    while (!text.isEmpty() && !m_stopped) {
+        const qsizetype length = fittingLength(text, kLongestBlock - m_length);
+        if (length > 0) {
+            cursor.insertText(text.first(length).toString(), chars);
+            m_length += static_cast<int>(length);
+            text = text.sliced(length);
+        }
+        if (!text.isEmpty() && goesOn(m_paragraph)) {
+            nextPiece(cursor);
+        }
+    }
+}
+
+void DocumentLoader::nextPiece(QTextCursor& cursor) {
+    take(kBlock);
+    const QTextBlockFormat before = cursor.blockFormat();
+    QTextBlockFormat format = furtherPiece(before);
+    if (before.hasProperty(kPiece)) {
+        format.setProperty(kPiece, before.property(kPiece).toLongLong() + 1);
+    }
+    cursor.insertBlock(format, cursor.blockCharFormat());
+    m_length = 0;
 }
 
 /// The row of a table in that many others that a paragraph lies in.
@@ -189,8 +281,12 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
     std::vector<int> rows;
     int columns = 0;
     int cells = 0;
+    double work = 0;
     for (int i = first; isIn(i, around) && m_source.depthOf(at(i).row) > around.level; ++i) {
         const int row = rowAt(i, around.level);
+        if (around.level == 0) {
+            work += workOf(lengthOf(at(i)), m_source.depthOf(at(i).row) - 1);
+        }
         if (!rows.empty() && rows.back() == row) {
             continue;
         }
@@ -198,7 +294,7 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
         const int wider = std::max({columns, edges, 1});
         const int count = static_cast<int>(rows.size());
         const bool sparse = wider * (count + 1) > 2 * (cells + edges) + kEmptyCells;
-        if (count == kMostRows || (count > 0 && sparse)) {
+        if (count == kMostRows || (count > 0 && (sparse || work > kMostTableWork))) {
             break;
         }
         columns = wider;
@@ -244,6 +340,7 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
         format.setProperty(kContinues, true);
     }
     const auto columns = static_cast<int>(format.columnWidthConstraints().size());
+    take(kTable + kCell * columns * static_cast<qint64>(rows.size()));
     QTextTable* const table = cursor.insertTable(static_cast<int>(rows.size()), columns, format);
     int paragraph = first;
     for (int row = 0; row < table->rows(); ++row) {
