@@ -75,7 +75,14 @@ const QTextBlockFormat& DocumentLoader::blockFormat(int format) {
 bool DocumentLoader::insert(QTextCursor& cursor) {
     m_chars.resize(m_source.charFormats.size());
     m_blocks.resize(m_source.parFormats.size());
+    const QVariant piece = cursor.blockFormat().property(kPiece);
+    const bool goesOnBehind = goesOnBefore(cursor.block().next());
     range(cursor, 0, {});
+    if (goesOnBehind && !goesOnBefore(cursor.block().next())) {
+        QTextBlockFormat last; // what stood behind the cursor goes on in the next piece
+        last.setProperty(kPiece, piece);
+        cursor.mergeBlockFormat(last);
+    }
     return !m_stopped;
 }
 
@@ -162,8 +169,8 @@ void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragr
         piece.setProperty(kPiece, nextParagraphOfPieces());
         cursor.mergeBlockFormat(piece);
     }
-    m_length = cursor.positionInBlock();
-    if (goesOnBefore(cursor.block().next())) {
+    m_length = newBlock ? 0 : cursor.positionInBlock();
+    if (!newBlock && goesOnBefore(cursor.block().next())) {
         m_length = -lengthOf(paragraph); // further pieces there have the numbers that would follow
     }
     const rtf::ParFormat& format = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];

@@ -20,7 +20,7 @@ namespace yrw::test {
 namespace {
 
 constexpr qsizetype kLarge = 10 * 1000 * 1000;
-constexpr int kHangMs = 60 * 1000;
+constexpr int kHangMs = 240 * 1000;
 const QString kChild = QStringLiteral("YRW_HOSTILE_NOTE");
 
 QByteArray note(const QByteArray& body) {
