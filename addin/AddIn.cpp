@@ -1,10 +1,12 @@
 #include "addin/AddIn.h"
 
 #include "addin/BusySign.h"
+#include "addin/DailyCopyMaker.h"
 #include "addin/Tools.h"
 #include "addin/frmTimer.h"
 #include "framework/ErrorGuards.h"
-#include "platform/settings/SettingsStore.h"
+#include "framework/SettingsWatch.h"
+#include "platform/richtext/PrivateCopies.h"
 
 #include <QScopedValueRollback>
 #include <QTimer>
@@ -29,10 +31,7 @@ void AddIn::EndTimer::operator()(frmTimer* form) const noexcept {
 void AddIn::Class_Initialize() {
     m_module.InitialiseOLEServers();
     m_module.loadSwitches();
-    const QString problem = services().settings.takeProblem();
-    if (!problem.isEmpty()) {
-        prompt().message(problem, QStringLiteral("Notes Problem"), PromptIcon::Exclamation);
-    }
+    m_module.settingsWatch().tell();
 }
 
 void AddIn::Class_Terminate() noexcept {
@@ -41,10 +40,9 @@ void AddIn::Class_Terminate() noexcept {
     addRef();
     m_connections.clear();
     releaseAll();
-    cleanUpAutoNotes();
-    m_upper.connect(nullptr, nullptr);
-    m_lower.connect(nullptr, nullptr);
-    m_module.dropHost(m_component.get());
+    m_upper.connect(nullptr, nullptr, nullptr);
+    m_lower.connect(nullptr, nullptr, nullptr);
+    m_module.dropHost(*this);
     m_module.remove(*this);
 }
 
@@ -73,7 +71,7 @@ void AddIn::atbInterface_Click(ITool& tool) {
 }
 
 void AddIn::stbMain_DblClick() {
-    if (stbMain && stbMain->tag() == AutoNotes::kMarker) {
+    if (stbMain && !isBehind() && stbMain->tag() == AutoNotes::kMarker) {
         ShowNotes(m_autoNotes.currentRecord(), 0);
     }
 }
@@ -92,7 +90,7 @@ void AddIn::setComponent(IHostComponent* component) {
     const Ref<AddIn> keep(this);
     removeTools();
     m_connections.clear();
-    m_module.dropHost(m_component.get());
+    m_module.dropHost(*this);
     m_component = component;
     takeHostObjects();
     ignoreErrors([this] { connectEvents(); });
@@ -122,6 +120,8 @@ void AddIn::takeHostObjects() noexcept {
     take(mobjLowerGridClass, [this] { return m_component->LowerController(); });
     take(dbgUpper, [&] { return gridOf(mobjUpperGridClass); });
     take(dbgLower, [&] { return gridOf(mobjLowerGridClass); });
+    take(m_upperSplits, [this] { return dbgUpper ? dbgUpper->Splits() : nullptr; });
+    take(m_lowerSplits, [this] { return dbgLower ? dbgLower->Splits() : nullptr; });
     m_hostProgID.clear();
     ignoreErrors([this] {
         const Ref<IHostApplication> host = m_component ? m_component->Application() : nullptr;
@@ -130,7 +130,9 @@ void AddIn::takeHostObjects() noexcept {
     take(atbComponent, [this] { return m_component->Toolbar(); });
     take(atbInterface, [this] { return m_interface ? m_interface->Toolbar() : nullptr; });
     take(stbMain, [this] { return m_component->StatusBar(); });
-    becomeServed();
+    if (m_module.otherActive(*this) == nullptr) {
+        becomeServed(); // else that one goes on until this one is activated
+    }
 }
 
 void AddIn::becomeServed() noexcept {
@@ -149,8 +151,8 @@ void AddIn::on(Event<Args...>& event, Handler handler) {
 }
 
 void AddIn::connectEvents() {
-    m_upper.connect(mobjUpperGridClass.get(), dbgUpper.get());
-    m_lower.connect(mobjLowerGridClass.get(), dbgLower.get());
+    m_upper.connect(mobjUpperGridClass.get(), dbgUpper.get(), m_upperSplits.get());
+    m_lower.connect(mobjLowerGridClass.get(), dbgLower.get(), m_lowerSplits.get());
     if (atbComponent) {
         on(atbComponent->Click, [this](ITool& tool) { atbComponent_Click(tool); });
     }
@@ -163,12 +165,20 @@ void AddIn::connectEvents() {
     }
 }
 
-/// True when the database is open. A tool clicked while it is closed is switched off.
+/// The host's window; nothing where the host gives none.
+QWidget* AddIn::hostWindow() const noexcept {
+    QWidget* window = nullptr;
+    ignoreErrors([&] { window = m_interface ? m_interface->Window() : nullptr; });
+    return window;
+}
+
+/// True when the database is open and it is for this add-in to show it. A tool clicked while it is
+/// closed is switched off.
 bool AddIn::reachesDatabase(ITool& tool) const {
     if (!m_module.isDatabaseOpen()) {
         tool.setEnabled(false);
     }
-    return isDatabaseOpen();
+    return isDatabaseOpen() && !isBehind();
 }
 
 // Life.
@@ -183,6 +193,9 @@ bool AddIn::Activate() {
         return false; // the user is being asked already
     }
     const QScopedValueRollback<bool> activating(m_activating, true);
+    if (isTurnedAway()) {
+        return false;
+    }
     m_released = false;
     becomeServed();
     ignoreErrors([this] { OpenDatabase(); });
@@ -206,14 +219,17 @@ void AddIn::start() noexcept {
     });
     ignoreErrors([this] { switchToolsOn(); });
     ignoreErrors([this] { startTimer(); });
+    richtext::removeLeftCopies();
     databaseOpened();
 }
 
-/// A tool of the grids' menu that was clicked while the database was closed works again.
+/// A tool of the grids' menu that was clicked while the database was closed works again; one that
+/// another add-in placed is this one's, too.
 void AddIn::switchToolsOn() {
     IBand* band = atbInterface ? atbInterface->findBand(kGridBandKey) : nullptr;
     if (ITool* tool = band != nullptr ? band->findTool(kNotesToolKey) : nullptr) {
         tool->setEnabled(true);
+        m_gridToolPlaced = true;
     }
 }
 
@@ -230,18 +246,24 @@ void AddIn::startTimer() {
         const Ref<AddIn> keep(this);
         ignoreErrors([this] { mfrmTimer_CheckWindowFocus(); });
     });
+    new DailyCopyMaker(m_module, form);
+    // Also while reminders are switched off.
+    QObject::connect(&form->ReminderTimer(), &QTimer::timeout, form, [this] {
+        const Ref<AddIn> keep(this);
+        ignoreErrors([this] { leaveReplacedDatabase(false); });
+    });
     frmTimer::setEnabled(form->ReminderTimer(), true);
 }
 
 void AddIn::DeActivate() {
     const Ref<AddIn> keep(this);
     releaseAll();
-    cleanUpAutoNotes();
     m_autoNotes.forgetCurrentRecord();
 }
 
 /// Takes back what `Activate` did; every step on its own, so that one that fails stops no other.
 void AddIn::releaseAll() noexcept {
+    const bool wasBehind = isBehind();
     m_released = true;
     // What is on screen saves when it is unloaded, so that goes first.
     const QList<QPointer<Form>> windows = m_notesWindows;
@@ -261,17 +283,24 @@ void AddIn::releaseAll() noexcept {
     m_upper.stop();
     m_lower.stop();
     m_notesSeek.close();
+    m_autoNotes.closePopup();
+    if (!wasBehind) {
+        m_autoNotes.cleanUp(stbMain);
+    }
     repaintGrids();
 }
 
+/// Removes the tools, except those that another add-in of the host needs.
 void AddIn::removeTools() noexcept {
     ignoreErrors([this] {
-        if (atbComponent && !m_placedBandKey.isEmpty()) {
+        if (atbComponent && !m_placedBandKey.isEmpty() &&
+            !m_module.isSharedToolbar(*this, atbComponent.get())) {
             removeNotesTool(*atbComponent, m_placedBandKey);
         }
     });
     ignoreErrors([this] {
-        if (atbInterface && m_gridToolPlaced) {
+        if (atbInterface && m_gridToolPlaced &&
+            !m_module.isSharedToolbar(*this, atbInterface.get())) {
             removeNotesTool(*atbInterface, kGridBandKey);
         }
     });
@@ -327,12 +356,17 @@ void AddIn::repaintGrids() {
 }
 
 void AddIn::checkAutoNotes(const GuardedPtr<IGridController>& controller) noexcept {
+    if (isBehind()) {
+        return;
+    }
     m_autoNotes.forgetCurrentRecord(); // else every row would show the notes of the first
-    m_autoNotes.check(controller, true, false);
+    m_autoNotes.check(controller, true);
 }
 
 void AddIn::cleanUpAutoNotes() noexcept {
-    m_autoNotes.cleanUp(stbMain);
+    if (!isBehind()) { // else what is on screen is the other's
+        m_autoNotes.cleanUp(stbMain);
+    }
     setAutoNoteTimerEnabled(false);
 }
 

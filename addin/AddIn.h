@@ -5,6 +5,7 @@
 #include "addin/Module1.h"
 #include "addin/NotesSeek.h"
 #include "addin/ReminderRound.h"
+#include "addin/ReplacedFile.h"
 #include "framework/HostUtility.h"
 #include "store/Schema.h"
 
@@ -25,8 +26,9 @@ class frmTimer;
 ///
 /// `setComponent` takes the host's objects and connects their events; `Activate` opens the notes
 /// database, places the tools and starts the timers; `DeActivate` and the object's end take all of
-/// that back. Any order and any number of calls is fine. While the notes database is closed, or
-/// after `DeActivate`, clicks, painting and `ShowNotes` do nothing.
+/// that back. Any order and any number of calls is fine. Several may serve one host and join in
+/// one database: the first that is active handles what the user does. While the notes database is
+/// closed, or after `DeActivate`, clicks, painting and `ShowNotes` do nothing.
 ///
 /// No handler of an event of the host raises: what the host raises in one ends that handler.
 /// Lifetime: counted. The host may let go at any time, also while the notes window is open.
@@ -80,9 +82,13 @@ public:
     [[nodiscard]] int GetPopupFormCount() const { return AutoNotes::popupCount(); }
 
     // For the handlers of the two grids.
+    /// True while another add-in, activated before this one, serves the same host.
+    [[nodiscard]] bool isBehind() const;
     /// True while this add-in is active and the shared database is open.
     [[nodiscard]] bool isDatabaseOpen() const;
     [[nodiscard]] HostDataHelper& dataHelper() const { return m_module.dataHelper(); }
+    /// The open notes database; nothing while it is closed.
+    [[nodiscard]] Ref<dao::Database> notesDatabase() const { return m_module.database(); }
     [[nodiscard]] NotesSeek& notesSeek() noexcept { return m_notesSeek; }
     /// Opens the seek recordset when it is not open.
     void openNotesSeek() { m_notesSeek.open(m_module.database()); }
@@ -96,6 +102,8 @@ public:
     void cleanUpAutoNotes() noexcept;
 
     // For the process-wide state.
+    /// True while this add-in has a tool in that toolbar of its host.
+    [[nodiscard]] bool hasToolIn(const IToolbar* toolbar) const noexcept;
     /// Makes this add-in's host the one that is served.
     void becomeServed() noexcept;
     void databaseOpened() noexcept;
@@ -125,8 +133,10 @@ private:
     template <class... Args, class Handler>
     void on(Event<Args...>& event, Handler handler);
     [[nodiscard]] bool reachesDatabase(ITool& tool) const;
+    [[nodiscard]] QWidget* hostWindow() const noexcept;
 
     // Life.
+    [[nodiscard]] bool isTurnedAway();
     void start() noexcept;
     void switchToolsOn();
     void startTimer();
@@ -135,14 +145,22 @@ private:
 
     // Opening the notes database.
     void OpenDatabase();
+    [[nodiscard]] QString folderOfHost() const;
     void openDatabaseOfHost();
     bool CreateNotesDatabase(const QString& path);
+    [[nodiscard]] Ref<IHostApplication> requiredHost() const;
     void takeCurrentUser();
+    void takeUserNames();
+    void takeProgramId(IHostApplication& host);
     void readHighlightColour();
+    void leaveReplacedDatabase(bool again);
 
     // Reminders.
+    void stopReminders();
     bool runCheck(bool quietly);
     bool checkReminders();
+    void findDueReminders();
+    [[nodiscard]] bool isHostBusy() noexcept;
     [[nodiscard]] std::deque<qint64> dueReminders();
     void showWaitingReminders();
     void goOnShowing();
@@ -173,6 +191,8 @@ private:
     GuardedPtr<IGridController> mobjLowerGridClass;
     GuardedPtr<IRecordGrid> dbgUpper;
     GuardedPtr<IRecordGrid> dbgLower;
+    GuardedPtr<IGridSplits> m_upperSplits;
+    GuardedPtr<IGridSplits> m_lowerSplits;
     GuardedPtr<IStatusBar> stbMain;
     std::vector<Connection> m_connections;
 
@@ -182,6 +202,7 @@ private:
     QList<QPointer<Form>> m_notesWindows; ///< on screen, each nested in the one before
     bool m_activating = false;
     bool m_checkingReminders = false;
+    ReplacedFile m_replacedFile;
     ReminderRound m_round;
     CheckWatch m_checkWatch;
     QPointer<QShortcut> m_reachKey; ///< on the host's window while popups are open

@@ -1,8 +1,10 @@
 // Opening the notes database, and offering to make one.
 #include "addin/AddIn.h"
 #include "addin/BusySign.h"
+#include "addin/HostQuestions.h"
 #include "framework/ErrorGuards.h"
 #include "platform/files/FileSystem.h"
+#include "platform/forms/Form.h"
 #include "store/NotesDatabase.h"
 
 namespace yrw {
@@ -10,15 +12,6 @@ namespace yrw {
 namespace {
 
 const QString kOpenSource = QStringLiteral("YRWNOTES.AddIn.OpenDatabase");
-
-template <class T>
-Ref<T> required(const Ref<T>& object, const char16_t* what) {
-    if (!object) {
-        throw AutomationError(kErrorObjectRequired, kOpenSource,
-                              QStringLiteral("The host has no %1.").arg(what));
-    }
-    return object;
-}
 
 } // namespace
 
@@ -35,28 +28,55 @@ void AddIn::OpenDatabase() {
     }
 }
 
+Ref<IHostApplication> AddIn::requiredHost() const {
+    return askedOfHost(u"application", [this] {
+        return m_component ? m_component->Application() : Ref<IHostApplication>();
+    });
+}
+
+/// The folder of the host's database, where its notes belong.
+QString AddIn::folderOfHost() const {
+    const Ref<IHostApplication> host = requiredHost();
+    return HostUtility::FolderOfPath(
+        askedOfHost(u"database", [&] { return host->DAODatabase(); })->Name());
+}
+
 void AddIn::openDatabaseOfHost() {
-    const Ref<IHostApplication> host =
-        required(m_component ? m_component->Application() : nullptr, u"application");
-    const Ref<dao::Workspace> workspace = required(host->DAOWorkspace(), u"workspace");
-    const QString hostDatabase = required(host->DAODatabase(), u"database")->Name();
-    const QString folder = HostUtility::FolderOfPath(hostDatabase);
+    const Ref<IHostApplication> host = requiredHost();
+    const Ref<dao::Workspace> workspace =
+        askedOfHost(u"workspace", [&] { return host->DAOWorkspace(); });
+    const QString folder = folderOfHost();
     const FileSystem& files = services().files;
-    const QString path = files.resolve(FileSystem::join(folder, kNotesDatabaseName));
+    const QString path = FileSystem::join(folder, kNotesDatabaseName);
 
     const bool isThere = files.fileExists(path);
-    if (!isThere || !m_module.isOpenAt(path)) {
+    if (!isThere || !m_module.isOpenAt(files.resolve(path))) {
         m_module.closeDatabase();
         m_module.setDatabaseFolder(folder);
         if (!isThere && !CreateNotesDatabase(path)) {
             return;
         }
-        m_module.openDatabase(workspace, path);
+        m_module.openDatabase(workspace, files.resolve(path));
     }
+    takeUserNames();
     takeCurrentUser();
+    takeProgramId(*host);
 }
 
-/// Offers to make the notes database from the template; true when it was made.
+/// Whose notes these are. Without it those on records are neither found nor marked.
+void AddIn::takeProgramId(IHostApplication& host) {
+    if (m_hostProgID.isEmpty()) { // not given with the component; it may be by now
+        ignoreErrors([&] { m_hostProgID = host.ProgID(); });
+        becomeServed();
+    }
+    if (m_hostProgID.isEmpty()) {
+        throw AutomationError(kErrorObjectRequired, kOpenSource,
+                              QStringLiteral("The host has no program id."));
+    }
+}
+
+/// Offers to make the notes database from the template. True when it is there afterwards, made
+/// here or by somebody else while the question was on screen.
 bool AddIn::CreateNotesDatabase(const QString& path) {
     const PromptAnswer answer = prompt().question(
         QStringLiteral("There is not a Notes database in the current database directory.\r\r"
@@ -71,12 +91,35 @@ bool AddIn::CreateNotesDatabase(const QString& path) {
     return true;
 }
 
-/// Stamps what is written with the host's user, and remembers the names of all its users.
+/// Stamps what is written with the host's user.
 void AddIn::takeCurrentUser() {
-    const Ref<IHostApplication> host = m_component->Application();
-    m_module.setCurrentUser(required(host->CurrentUser(), u"current user"));
-    // Without the names, authors show by their codes.
-    ignoreErrors([&] { refreshUserNames(*m_module.database(), userNamesOf(host->Users())); });
+    const Ref<IHostApplication> host = requiredHost();
+    (void)askedOfHost(u"current user", [&] {
+        const Ref<IUser> user = host->CurrentUser();
+        if (user) {
+            m_module.setCurrentUser(user);
+        }
+        return user;
+    });
+}
+
+/// Remembers the names of the host's users; without them, authors show by their codes.
+void AddIn::takeUserNames() {
+    ignoreErrors(
+        [this] { refreshUserNames(*m_module.database(), userNamesOf(requiredHost()->Users())); });
+}
+
+/// Goes on with what lies at the database's place now, when that is another file and the user
+/// agrees. Waits until no window or box is open.
+void AddIn::leaveReplacedDatabase(bool again) {
+    if (isNotesWindowOpen() || Form::isModalOpen() ||
+        !m_replacedFile.isToBeLeft(notesDatabase(), prompt(), again)) {
+        return;
+    }
+    m_module.closeDatabase();
+    OpenDatabase();
+    m_replacedFile.forget();
+    repaintGrids();
 }
 
 void AddIn::readHighlightColour() {

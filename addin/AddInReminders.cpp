@@ -1,6 +1,7 @@
 // The check for due reminders and the popups that it shows.
 #include "addin/AddIn.h"
 #include "addin/BusySign.h"
+#include "addin/Tools.h"
 #include "addin/frmTimer.h"
 #include "dialogs/frmReminder.h"
 #include "framework/ErrorGuards.h"
@@ -44,14 +45,28 @@ void readByKeys(HostDataHelper& helper, const QString& query, const QVariantList
 
 } // namespace
 
+/// Stops the checks and takes the tool away from the user. For whoever wants the notes silent:
+/// nothing here calls it.
+void AddIn::stopReminders() {
+    setReminderTimerEnabled(false);
+    IBand* const band = atbComponent ? atbComponent->findBand(m_placedBandKey) : nullptr;
+    if (ITool* const tool = band != nullptr ? band->findTool(kNotesToolKey) : nullptr) {
+        tool->setEnabled(false);
+    }
+}
+
 void AddIn::mfrmTimer_CheckReminders(bool& cancel) {
+    if (isBehind()) {
+        cancel = true; // the other shows them
+        return;
+    }
     // Reminders wait until the user is done with a window or a box, and with the last check.
     if (m_checkingReminders || isNotesWindowOpen() || Form::isModalOpen()) {
         cancel = true;
     } else {
         const QScopedValueRollback<bool> busy(m_checkingReminders, true);
-        // A database that cannot be read is reported once, not every minute.
-        cancel = !runCheck(m_checkWatch.cannotRead());
+        // A check that goes on failing is reported once, not every minute.
+        cancel = !runCheck(m_checkWatch.isFailing());
     }
     showWhenChecked();
 }
@@ -62,10 +77,14 @@ bool AddIn::CheckForReminders() {
 
 bool AddIn::runCheck(bool quietly) {
     const Ref<AddIn> keep(this);
+    const dao::BriefWaits brief(notesDatabase());
     m_round.quietly = quietly;
     try {
         return checkReminders();
     } catch (...) {
+        if (currentError().number() == kErrorLocked) {
+            return false; // somebody is writing; the next check comes soon
+        }
         reportCheckFailure(std::current_exception(), quietly);
         return false;
     }
@@ -89,19 +108,11 @@ bool AddIn::checkReminders() {
     if (isNotesWindowOpen() || !isDatabaseOpen()) {
         return false;
     }
-    IGridController* controller = m_interface ? m_interface->CurrentController() : nullptr;
-    if (controller != nullptr && controller->Busy()) {
+    if (isHostBusy()) {
         return false;
     }
     const BusySign busy(prompt(), m_interface, QStringLiteral("Checking for note reminders..."));
-    try {
-        closeAnsweredReminders();
-        m_round.waiting = dueReminders();
-        m_checkWatch.succeeded(services().clock);
-    } catch (...) {
-        m_checkWatch.failed();
-        throw;
-    }
+    findDueReminders();
     m_round.hasCalled = false;
     m_round.failure = nullptr;
     showWaitingReminders();
@@ -111,14 +122,47 @@ bool AddIn::checkReminders() {
     return !m_round.failure;
 }
 
+/// A host that cannot tell is not busy.
+bool AddIn::isHostBusy() noexcept {
+    bool busy = false;
+    ignoreErrors([&] {
+        IGridController* const controller =
+            m_interface ? m_interface->CurrentController() : nullptr;
+        busy = controller != nullptr && controller->Busy();
+    });
+    return busy;
+}
+
+/// Looks for what is to be shown and what not any longer. What fails is noted with its cause.
+void AddIn::findDueReminders() {
+    const auto step = [this](const QString& failure, const auto& action) {
+        try {
+            action();
+        } catch (...) {
+            if (currentError().number() != kErrorLocked) { // else it is tried again, that is all
+                m_checkWatch.failed(failure);
+            }
+            throw;
+        }
+    };
+    const QString noDatabase = QStringLiteral("The notes database cannot be read.");
+    step(noDatabase, [this] { closeAnsweredReminders(); });
+    step(QStringLiteral("The host does not tell who works with it."), [this] {
+        if (m_component) {
+            becomeServed();
+            takeCurrentUser();
+        }
+    });
+    step(noDatabase, [this] { m_round.waiting = dueReminders(); });
+    m_checkWatch.succeeded(services().clock);
+}
+
 /// The current user's due reminders that are not on screen, in the query's order.
 std::deque<qint64> AddIn::dueReminders() {
     dao::Parameters parameters{{QStringLiteral("ProgID"), m_hostProgID},
                                {QStringLiteral("NumberOfMinutes"), kNumberOfMinutes},
                                {QStringLiteral("UserID"), QVariant()}};
-    if (const Ref<IHostApplication> host = m_component ? m_component->Application() : nullptr) {
-        becomeServed();
-        m_module.setCurrentUser(host->CurrentUser());
+    if (m_component) {
         parameters.set(QStringLiteral("UserID"), dataHelper().CurrentUserID());
     }
     std::deque<qint64> due;
@@ -188,7 +232,7 @@ void AddIn::goOnShowing() {
 /// Shows one reminder, first the window and then what is in it, before anything is painted.
 void AddIn::showReminder(qint64 reminderID) {
     const QPointer<frmReminder> popup(new frmReminder(*this));
-    QWidget* const host = m_interface ? m_interface->Window() : nullptr;
+    QWidget* const host = hostWindow();
     popup->moveToPlace(m_module.reminders().freePlace(), host);
     m_module.reminders().add(reminderID, popup, this);
     try {
@@ -254,7 +298,7 @@ void AddIn::forgetReminder(qint64 reminderID) {
 
 /// The one key that gives a popup the keyboard; it is there while a popup is.
 void AddIn::placeReachKey() {
-    QWidget* const host = m_interface ? m_interface->Window() : nullptr;
+    QWidget* const host = hostWindow();
     if (m_reachKey || host == nullptr) {
         return;
     }

@@ -13,6 +13,10 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
         return;
     }
     const Ref<AddIn> keep(this); // a host may let go while the window is open
+    ignoreErrors([this] { leaveReplacedDatabase(true); });
+    if (!isDatabaseOpen()) {
+        return;
+    }
     const BusySign busy(prompt(), m_interface, QStringLiteral("Showing Notes..."));
     const bool hadPopup = m_autoNotes.closePopup();
     reportErrors(services().utility, QStringLiteral("YRWNOTES.AddIn.ShowNotes"),
@@ -21,10 +25,11 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
                      const bool byNote = !record && noteRecordID != 0;
                      showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
                  });
+    ignoreErrors([this] { leaveReplacedDatabase(false); });
     ignoreErrors([this] { closeAnsweredReminders(); });
     repaintGrids();
     if (hadPopup && !m_released) {
-        m_autoNotes.check(mobjUpperGridClass, true, true);
+        m_autoNotes.check(mobjUpperGridClass, true);
     }
 }
 
@@ -62,7 +67,7 @@ void AddIn::showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID) {
     });
     window->Initialise(Ref<INotesAddIn>(this), record, noteRecordID);
     prompt().setMousePointer(MousePointer::Default); // the user is waited for
-    window->showModal(m_interface ? m_interface->Window() : nullptr);
+    window->showModal(hostWindow());
 }
 
 } // namespace yrw

@@ -5,6 +5,7 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
 #include "platform/component/NamedCalls.h"
+#include "platform/forms/Announcement.h"
 #include "platform/forms/Twips.h"
 
 #include <QCoreApplication>
@@ -17,24 +18,31 @@ namespace yrw {
 
 namespace {
 
-const QString kLineEnd = QStringLiteral("\r\n");
+QString countText(int count) {
+    return QString::number(count) + QStringLiteral(" Note(s) Found...!!");
+}
 
-/// The record's kind and its own text, as "Customer: Quill & Son ".
-QString nameOf(IHostApplication& host, IRecord& record) {
-    const Ref<ICollection> collection = record.Collection();
-    const QString useName =
-        callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
-            .toString();
-    return host.ObjectDisplayName(useName) + QStringLiteral(": ") +
-           HostUtility::NullToText(record.ShortDisplayValue()->Value()) + u' ';
+/// The record's kind and its own text, as "Customer: Quill & Son "; what the host does not tell of
+/// them is left out.
+QString nameOf(const Ref<IHostApplication>& host, IRecord& record) {
+    QString kind;
+    QString name;
+    ignoreErrors([&] {
+        const Ref<ICollection> collection = record.Collection();
+        kind = callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
+                   .toString();
+        kind = host->ObjectDisplayName(kind);
+    });
+    ignoreErrors([&] { name = HostUtility::NullToText(record.ShortDisplayValue()->Value()); });
+    return kind + QStringLiteral(": ") + name + u' ';
 }
 
 /// The name of the note's author as the host knows it; as the note knows it where the host does
 /// not have that user any more.
-QString authorOf(IHostApplication& host, const dao::Recordset& note) {
+QString authorOf(const Ref<IHostApplication>& host, const dao::Recordset& note) {
     QString name;
     ignoreErrors([&] {
-        const Ref<IRecord> user = host.Users()->Item(note.value(u"RecordUserID"));
+        const Ref<IRecord> user = host->Users()->Item(note.value(u"RecordUserID"));
         name = HostUtility::NullToText(user->value(QStringLiteral("UseName")));
     });
     return name.isEmpty() ? HostUtility::NullToText(note.value(u"UseName")) : name;
@@ -54,8 +62,7 @@ int AutoNotes::popupCount() {
 
 // The check.
 
-void AutoNotes::check(const GuardedPtr<IGridController>& controller, bool closesPopup,
-                      bool keepsText) noexcept {
+void AutoNotes::check(const GuardedPtr<IGridController>& controller, bool closesPopup) noexcept {
     ignoreErrors([&] {
         const GuardedPtr<IHostInterface> host = m_addIn.IInterface();
         if (!controller || !host || m_addIn.Component() == nullptr || !m_addIn.isDatabaseOpen() ||
@@ -65,14 +72,16 @@ void AutoNotes::check(const GuardedPtr<IGridController>& controller, bool closes
         if (!m_currentRecord) {
             m_currentRecord = controller->CurrentRecord();
         }
-        const IRecordGrid* grid = controller->Grid();
-        if (m_currentRecord && grid != nullptr && grid->addNewMode() != AddNewMode::AddNewCurrent) {
-            showNotes(closesPopup, keepsText);
+        const IRecordGrid* grid = nullptr;
+        ignoreErrors([&] { grid = controller->Grid(); }); // without one no new record is begun
+        const bool isNew = grid != nullptr && grid->addNewMode() == AddNewMode::AddNewCurrent;
+        if (m_currentRecord && !isNew) {
+            showNotes(closesPopup);
         }
     });
 }
 
-void AutoNotes::showNotes(bool closesPopup, bool keepsText) {
+void AutoNotes::showNotes(bool closesPopup) {
     const Ref<IRecord> record = m_currentRecord;
     const Ref<dao::Recordset> all = openNotes(*record);
     all->setFilter(QStringLiteral("[AutomaticallyShow]=True"));
@@ -94,9 +103,12 @@ void AutoNotes::showNotes(bool closesPopup, bool keepsText) {
             category = heading(*record, *notes);
         }
         if (wantsPopup) {
-            popup().AddNote(category, notes->value(u"RecordID").toLongLong(),
-                            HostUtility::NullToText(notes->value(u"Subject")),
-                            HostUtility::NullToText(notes->value(u"PlainNote")), count == 0);
+            // Where none can be made, the status bar tells all the same.
+            ignoreErrors([&] {
+                popup().AddNote(category, notes->value(u"RecordID").toLongLong(),
+                                HostUtility::NullToText(notes->value(u"Subject")),
+                                HostUtility::NullToText(notes->value(u"PlainNote")), count == 0);
+            });
         }
     }
     notes->Close();
@@ -104,11 +116,16 @@ void AutoNotes::showNotes(bool closesPopup, bool keepsText) {
     if (count == 0) {
         return;
     }
-    const bool follows = keepsText && !m_keptText.isEmpty();
-    m_keptText = follows ? QString(m_keptText + kLineEnd + kLineEnd + category) : category;
-    showStatus(count);
+    showStatus(count, category);
     if (mfrmAutoNotes) {
         present(*mfrmAutoNotes);
+    } else { // the popup, where there is one, says more
+        ignoreErrors([&] {
+            IHostInterface* const host = m_addIn.IInterface();
+            if (QWidget* const window = host != nullptr ? host->Window() : nullptr) {
+                announce(*window, countText(count));
+            }
+        });
     }
     discard.dismiss();
 }
@@ -125,15 +142,19 @@ Ref<dao::Recordset> AutoNotes::openNotes(IRecord& record) const {
 
 /// "Customer: Quill & Son [ANNA ASH NOTES]": whose notes they are, and whose hand the first is.
 QString AutoNotes::heading(IRecord& record, const dao::Recordset& notes) const {
-    const Ref<IHostApplication> host = m_addIn.Component()->Application();
-    return nameOf(*host, record) + u'[' + authorOf(*host, notes).toUpper() +
+    Ref<IHostApplication> host;
+    ignoreErrors([&] {
+        IHostComponent* const component = m_addIn.Component();
+        host = component != nullptr ? component->Application() : nullptr;
+    });
+    return nameOf(host, record) + u'[' + authorOf(host, notes).toUpper() +
            QStringLiteral(" NOTES]");
 }
 
-void AutoNotes::showStatus(int count) const {
+void AutoNotes::showStatus(int count, const QString& heading) const {
     if (IStatusBar* bar = m_addIn.statusBar()) {
-        bar->setText(QString::number(count) + QStringLiteral(" Note(s) Found...!!"));
-        bar->setToolTipText(m_keptText);
+        bar->setText(countText(count));
+        bar->setToolTipText(heading);
         bar->setTag(kMarker);
         bar->refresh();
     }
@@ -197,7 +218,6 @@ void AutoNotes::cleanUp(const GuardedPtr<IStatusBar>& statusBar) noexcept {
             statusBar->refresh();
         }
     });
-    m_keptText.clear();
     QList<QPointer<Form>> popups;
     for (Form* form : Form::openForms()) {
         if (form->objectName() == kFormName) {

@@ -36,10 +36,8 @@ public:
     /// Shows the active notes of the current record that are to be shown automatically; the record
     /// is asked of the controller when there is none. Does nothing while notes are not to pop up,
     /// the host cannot be disturbed, or a new record is being begun.
-    /// `closesPopup` closes one that is open first; `keepsText` puts the new heading behind that
-    /// of the check before.
-    void check(const GuardedPtr<IGridController>& controller, bool closesPopup,
-               bool keepsText) noexcept;
+    /// `closesPopup` closes one that is open first.
+    void check(const GuardedPtr<IGridController>& controller, bool closesPopup) noexcept;
     /// Unloads the popup that this add-in shows; true when there was one.
     bool closePopup() noexcept;
     /// Empties the status bar when its text is a notes message, and unloads every popup. A popup
@@ -47,10 +45,10 @@ public:
     void cleanUp(const GuardedPtr<IStatusBar>& statusBar) noexcept;
 
 private:
-    void showNotes(bool closesPopup, bool keepsText);
+    void showNotes(bool closesPopup);
     [[nodiscard]] Ref<dao::Recordset> openNotes(IRecord& record) const;
     [[nodiscard]] QString heading(IRecord& record, const dao::Recordset& notes) const;
-    void showStatus(int count) const;
+    void showStatus(int count, const QString& heading) const;
     [[nodiscard]] frmAutoNotes& popup();
     void connectPopup(frmAutoNotes& form);
     void present(frmAutoNotes& form);
@@ -58,7 +56,6 @@ private:
     AddIn& m_addIn;
     Ref<IRecord> m_currentRecord;
     QPointer<frmAutoNotes> mfrmAutoNotes; ///< the popup in the making or on screen
-    QString m_keptText;                   ///< headings since the last clean-up
     bool m_cleaningUp = false;
 };
 

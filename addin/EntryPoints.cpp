@@ -3,8 +3,6 @@
 #include "framework/ErrorGuards.h"
 #include "platform/component/ClassRegistry.h"
 
-#include <cstring>
-
 namespace {
 
 constexpr char kClassId[] = "{5B0D6F0E-3C1B-4B57-9C0E-6A1E9D2F7A41}";
@@ -36,7 +34,7 @@ AddInFactory& factory() {
 extern "C" {
 
 int DllGetClassObject(const char* classId, yrw::IClassFactory** result) {
-    if (result == nullptr || classId == nullptr || std::strcmp(classId, kClassId) != 0) {
+    if (result == nullptr || classId == nullptr || qstricmp(classId, kClassId) != 0) {
         return yrw::kComponentClassNotAvailable;
     }
     *result = &factory();

@@ -17,6 +17,9 @@ constexpr short kFlagBorderKind = 6;
 constexpr int kFlagColour = 255;
 constexpr int kFlagWidth = 1;
 
+/// After how many milliseconds what a lock kept from being shown is tried again.
+constexpr int kAgainMs = 500;
+
 /// Subjects that a row's tool-tip lists at most.
 constexpr int kMostSubjects = 10;
 
@@ -24,22 +27,44 @@ const QString kRecordID = QStringLiteral("RecordID");
 
 } // namespace
 
-GridEvents::GridEvents(AddIn& addIn) : m_addIn(addIn) {}
+GridEvents::GridEvents(AddIn& addIn) : m_addIn(addIn) {
+    m_again.setSingleShot(true);
+    m_again.setInterval(kAgainMs);
+    QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { goOnAgain(); });
+}
+
+/// The notes were locked by somebody while the grid was painted or the cursor came to rest.
+void GridEvents::goOnAgain() noexcept {
+    const Ref<AddIn> keep(&m_addIn);
+    refresh();
+    if (m_landingMissed) {
+        const dao::BriefWaits brief(m_addIn.notesDatabase());
+        ignoreErrors([this] { StayOnRow(); });
+        if (brief.wereInVain()) {
+            m_again.start();
+        }
+    }
+}
 
 /// Connects a handler that keeps the add-in alive while it runs and ends silently on any error.
 template <class... Args, class Handler>
 void GridEvents::on(Event<Args...>& event, Handler handler) {
     m_connections.push_back(event.connect([this, handler](Args... args) {
         const Ref<AddIn> keep(&m_addIn);
+        const dao::BriefWaits brief(m_addIn.notesDatabase());
         ignoreErrors([&] { handler(args...); });
+        if (brief.wereInVain()) {
+            m_again.start();
+        }
     }));
 }
 
-void GridEvents::connect(IGridController* controller, IRecordGrid* grid) {
+void GridEvents::connect(IGridController* controller, IRecordGrid* grid, IGridSplits* splits) {
     stop();
     m_connections.clear();
     m_controller = controller;
     m_grid = grid;
+    m_splits = splits;
     if (m_controller) {
         connectController();
     }
@@ -87,6 +112,8 @@ void GridEvents::start() noexcept {
 void GridEvents::stop() noexcept {
     closeClone();
     m_cloneTried = false;
+    m_again.stop();
+    m_landingMissed = false;
     m_layoutName.clear();
     m_linkedColumnsSet = false;
     m_flagColumn = -1;
@@ -112,7 +139,7 @@ void GridEvents::refresh() noexcept {
 }
 
 bool GridEvents::isSingleSplit() const {
-    return m_grid && m_grid->splitCount() < 2;
+    return m_grid && m_splits && m_splits->splitCount() < 2;
 }
 
 bool GridEvents::wantsMarks() const {
@@ -163,8 +190,10 @@ void GridEvents::StayOnCell() {
 
 void GridEvents::StayOnRow() {
     if (m_addIn.switchOn(NotesSwitch::ShowPopupWindow)) {
+        const dao::BriefWaits brief(m_addIn.notesDatabase());
         m_addIn.cleanUpAutoNotes();
         m_addIn.checkAutoNotes(m_controller);
+        m_landingMissed = brief.wereInVain();
     }
 }
 
@@ -212,9 +241,10 @@ void GridEvents::FetchRowRemark(dao::Bookmark bookmark, RowRemark& remark) {
 }
 
 void GridEvents::RowColChange(dao::Bookmark before) {
+    m_landingMissed = false;
     m_addIn.cleanUpAutoNotes();
-    if (m_settingBack || m_flagColumn < 0 || !isSingleSplit() || !m_addIn.isDatabaseOpen() ||
-        !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {
+    if (m_settingBack || m_addIn.isBehind() || m_flagColumn < 0 || !isSingleSplit() ||
+        !m_addIn.isDatabaseOpen() || !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {
         return;
     }
     if (m_grid->currentColumn() != m_flagColumn) {
@@ -243,7 +273,8 @@ void GridEvents::Scroll() {
 // Row marking.
 
 bool GridEvents::marks(NotesSwitch which) {
-    if (m_suppressed || !m_addIn.switchOn(which) || !m_addIn.isDatabaseOpen() || !isSingleSplit()) {
+    if (m_suppressed || m_addIn.isBehind() || !m_addIn.switchOn(which) ||
+        !m_addIn.isDatabaseOpen() || !isSingleSplit()) {
         return false;
     }
     if (!m_clone && !m_cloneTried && m_controller) {
@@ -305,15 +336,15 @@ void GridEvents::closeClone() noexcept {
 
 void GridEvents::fetchRowStyles() {
     if (m_addIn.switchOn(NotesSwitch::HighlightNotesRow) && m_grid->columnOf(kRecordID) >= 0) {
-        for (int split = 0; split < m_grid->splitCount(); ++split) {
-            m_grid->setFetchRowStyle(split, split == 0);
+        for (int split = 0; split < m_splits->splitCount(); ++split) {
+            m_splits->setFetchRowStyle(split, split == 0);
         }
     }
 }
 
 void GridEvents::fetchCellStyles() {
     if (m_addIn.switchOn(NotesSwitch::FlagNotesRow) && m_flagColumn >= 0) {
-        m_grid->setFetchCellStyle(0, true);
+        m_splits->setFetchCellStyle(0, true);
     }
 }
 

@@ -4,6 +4,8 @@
 #include "framework/INotesAddIn.h"
 #include "platform/component/GuardedPtr.h"
 
+#include <QTimer>
+
 #include <vector>
 
 namespace yrw {
@@ -15,7 +17,8 @@ class AddIn;
 /// the flag column, gets a frame. The upper and the lower grid have one each.
 ///
 /// A grid with several splits, or whose rows have no "RecordID", is never marked. While the notes
-/// database is closed nothing happens. Whatever the host or the database raises in a handler ends
+/// database is closed nothing happens; while somebody has it locked, the grid goes on without marks
+/// and tries again. Whatever the host or the database raises in a handler ends
 /// that handler silently.
 /// Lifetime: a member of its `AddIn`. Thread: the user-interface thread.
 class GridEvents {
@@ -24,8 +27,9 @@ public:
     GridEvents(const GridEvents&) = delete;
     GridEvents& operator=(const GridEvents&) = delete;
 
-    /// Takes a controller and its grid (either may be nothing) in place of those held.
-    void connect(IGridController* controller, IRecordGrid* grid);
+    /// Takes a controller, its grid and the grid's splits (each may be nothing) in place of those
+    /// held.
+    void connect(IGridController* controller, IRecordGrid* grid, IGridSplits* splits);
     /// Takes up what the grid shows already, after the database was opened.
     void start() noexcept;
     /// Closes what was opened for marking; idempotent.
@@ -50,6 +54,7 @@ private:
     void RowColChange(dao::Bookmark before);
     void Scroll();
 
+    void goOnAgain() noexcept;
     void connectController();
     void connectGrid();
     template <class... Args, class Handler>
@@ -68,8 +73,11 @@ private:
     void setUpLinkedColumns();
 
     AddIn& m_addIn;
+    QTimer m_again;               ///< runs after a lock was in the way
+    bool m_landingMissed = false; ///< of the row that the cursor rests on
     GuardedPtr<IGridController> m_controller;
     GuardedPtr<IRecordGrid> m_grid;
+    GuardedPtr<IGridSplits> m_splits;
     std::vector<Connection> m_connections;
 
     Ref<dao::Recordset> m_clone; ///< moved to painted rows only

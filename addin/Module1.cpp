@@ -3,6 +3,7 @@
 #include "addin/AddIn.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
+#include "framework/SettingsWatch.h"
 #include "platform/clock/Clock.h"
 #include "platform/files/FileSystem.h"
 #include "platform/settings/SettingsStore.h"
@@ -11,6 +12,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 #include <dlfcn.h>
 
 namespace yrw {
@@ -18,12 +21,14 @@ namespace yrw {
 /// What one composition of the component is made of.
 struct Module1::World {
     World(Clock& clock, Prompt& prompt)
-        : utility(prompt), services{clock, settings, files, utility} {}
+        : utility(prompt), services{clock, settings, files, utility},
+          watch(settings, clock, prompt, QStringLiteral("Notes Problem")) {}
 
     SettingsStore settings;
     FileSystem files;
     HostUtility utility;
     Services services;
+    SettingsWatch watch;
 };
 
 namespace {
@@ -41,6 +46,10 @@ constexpr std::array<SwitchKey, 5> kSwitchKeys{{
     {NotesSwitch::HighlightNotesRow, u"HighlightNotesRow"},
     {NotesSwitch::ShowPopupWindow, u"ShowPopupWindow"},
 }};
+
+bool servesSameHost(const AddIn& one, const AddIn& other) {
+    return one.Component() != nullptr && one.Component() == other.Component();
+}
 
 bool isMark(NotesSwitch which) {
     return which == NotesSwitch::FlagNotesRow || which == NotesSwitch::HighlightNotesRow;
@@ -88,10 +97,40 @@ Services& Module1::services() {
     return m_world->services;
 }
 
+SettingsWatch& Module1::settingsWatch() {
+    return m_world->watch;
+}
+
 void Module1::activated(AddIn& addIn) {
     m_applicationView = m_application;
-    std::erase(m_active, &addIn);
-    m_active.push_back(&addIn);
+    if (std::find(m_active.begin(), m_active.end(), &addIn) == m_active.end()) {
+        m_active.push_back(&addIn);
+    }
+}
+
+bool Module1::isBehind(const AddIn& addIn) const noexcept {
+    const auto self = std::find(m_active.begin(), m_active.end(), &addIn);
+    return std::any_of(m_active.begin(), self,
+                       [&](const AddIn* other) { return servesSameHost(*other, addIn); });
+}
+
+bool Module1::isSharedToolbar(const AddIn& addIn, const IToolbar* toolbar) const noexcept {
+    return std::any_of(m_active.begin(), m_active.end(), [&](const AddIn* other) {
+        return other != &addIn && other->hasToolIn(toolbar);
+    });
+}
+
+AddIn* Module1::otherActive(const AddIn& addIn) const noexcept {
+    const auto other = std::find_if(m_active.begin(), m_active.end(),
+                                    [&](const AddIn* each) { return each != &addIn; });
+    return other == m_active.end() ? nullptr : *other;
+}
+
+bool Module1::isOpenAt(const QString& path) {
+    const QString file = QFileInfo(path).canonicalFilePath();
+    return isDatabaseOpen() &&
+           (m_databasePath == path ||
+            (!file.isEmpty() && file == QFileInfo(m_databasePath).canonicalFilePath()));
 }
 
 void Module1::letGo(AddIn& addIn) noexcept {
@@ -113,14 +152,12 @@ void Module1::setHost(IHostComponent* component, const QString& progID) {
     m_hostProgID = progID;
 }
 
-void Module1::dropHost(const IHostComponent* component) noexcept {
-    if (!m_component || m_component.get() == component) {
+void Module1::dropHost(const AddIn& addIn) noexcept {
+    if (!m_component || m_component.get() == addIn.Component()) {
         m_component.reset();
         m_hostProgID.clear();
-        for (AddIn* addIn : m_active) {
-            if (addIn->Component() != component) {
-                addIn->becomeServed();
-            }
+        if (AddIn* const other = otherActive(addIn)) {
+            other->becomeServed();
         }
     }
 }
@@ -129,6 +166,7 @@ void Module1::openDatabase(const Ref<dao::Workspace>& workspace, const QString& 
     closeDatabase();
     m_workspace = workspace;
     m_database = openNotesDatabase(m_dataHelper, workspace, path);
+    m_database->setLockWatch(&m_lockWait);
     m_databasePath = path;
     for (AddIn* addIn : std::vector<AddIn*>(m_active)) {
         addIn->databaseOpened();
@@ -202,7 +240,7 @@ QString Module1::templateFolder() {
 void Module1::closeDatabase() {
     const Ref<dao::Database> database = std::exchange(m_database, nullptr);
     const Ref<dao::Workspace> workspace = std::exchange(m_workspace, nullptr);
-    m_currentUser.reset();
+    ignoreErrors([this] { setCurrentUser(nullptr); }); // the next to open may be somebody else
     ignoreErrors([this] { m_dataHelper.setDatabase(nullptr); });
     ignoreErrors([&] {
         if (database) {

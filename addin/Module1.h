@@ -1,5 +1,6 @@
 #pragma once
 
+#include "addin/LockWaitDialog.h"
 #include "addin/ShownReminders.h"
 #include "framework/HostDataHelper.h"
 #include "framework/INotesAddIn.h"
@@ -14,6 +15,7 @@
 namespace yrw {
 
 class AddIn;
+class SettingsWatch;
 
 /// The process-wide state, shared by every `AddIn` and by the windows, and the place where the
 /// component is put together: only here are the process's clock and door to the user asked for.
@@ -38,27 +40,33 @@ public:
     /// Makes the application object when there is none yet; true when there is one.
     bool InitialiseOLEServers();
     [[nodiscard]] Services& services();
+    [[nodiscard]] SettingsWatch& settingsWatch();
     [[nodiscard]] const Ref<Application>& application() const noexcept { return m_application; }
     /// The application object as the framework sees it; nothing while no add-in is active.
     [[nodiscard]] Ref<IApplication> applicationView() const { return m_applicationView; }
 
     /// Notes that an add-in works with the shared database.
     void activated(AddIn& addIn);
+    /// True while another add-in that works with it, noted before this one, serves the same host.
+    [[nodiscard]] bool isBehind(const AddIn& addIn) const noexcept;
+    /// True while any other add-in that works with it has a tool in that toolbar.
+    [[nodiscard]] bool isSharedToolbar(const AddIn& addIn, const IToolbar* toolbar) const noexcept;
+    /// The first add-in that works with it beside that one; nothing when there is none.
+    [[nodiscard]] AddIn* otherActive(const AddIn& addIn) const noexcept;
     /// Notes that it does no longer; the last one closes the database. Twice without an error.
     void letGo(AddIn& addIn) noexcept;
 
     /// Makes a host the one that is served.
     void setHost(IHostComponent* component, const QString& progID);
-    /// Forgets a host when it is the one that is served; that of another active add-in takes over.
-    void dropHost(const IHostComponent* component) noexcept;
+    /// Forgets the host of an add-in when it is the one that is served; that of another active
+    /// add-in takes over.
+    void dropHost(const AddIn& addIn) noexcept;
 
     /// Opens the notes database through a workspace, closing one that was open; add-ins that are
     /// active are told. Raises what `openNotesDatabase` raises; the database then is closed.
     void openDatabase(const Ref<dao::Workspace>& workspace, const QString& path);
     /// True when the open database is the one at that path.
-    [[nodiscard]] bool isOpenAt(const QString& path) {
-        return isDatabaseOpen() && m_databasePath == path;
-    }
+    [[nodiscard]] bool isOpenAt(const QString& path);
     void setDatabaseFolder(const QString& folder) { m_databaseFolder = folder; }
     /// Keeps the user who works with the host; new and changed rows are stamped with it.
     void setCurrentUser(const Ref<IUser>& user);
@@ -104,6 +112,7 @@ private:
     Ref<IApplication> m_applicationView;
     GuardedPtr<IHostComponent> m_component;
     QString m_hostProgID;
+    LockWaitDialog m_lockWait; ///< outlives the database
     Ref<dao::Workspace> m_workspace;
     Ref<dao::Database> m_database;
     QString m_databasePath;

@@ -19,8 +19,8 @@ QString CheckWatch::text(const Clock& clock) const {
     const QString since = (m_everRan ? QStringLiteral("Reminders were last checked at %1.")
                                      : QStringLiteral("No reminders were checked since %1."))
                               .arg(m_at.toString(QStringLiteral("dd/MM/yyyy HH:mm")));
-    if (m_cannotRead) {
-        return QStringLiteral("The notes database cannot be read. ") + since;
+    if (isFailing()) {
+        return m_failure + u' ' + since;
     }
     const qint64 age = clock.monotonicMs() - m_atMs;
     return age > kSilentMinutes * 60'000 ? since : QString();

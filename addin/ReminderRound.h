@@ -28,9 +28,10 @@ public:
     /// The add-in begins its work.
     void begin(const Clock& clock);
     void succeeded(const Clock& clock);
-    void failed() noexcept { m_cannotRead = true; }
-    /// True from a check that could not read the database to the next one that could.
-    [[nodiscard]] bool cannotRead() const noexcept { return m_cannotRead; }
+    /// `failure` is one sentence that says what was the cause.
+    void failed(const QString& failure) { m_failure = failure; }
+    /// True from a check that failed to the next one that did not.
+    [[nodiscard]] bool isFailing() const noexcept { return !m_failure.isEmpty(); }
     /// One sentence when there is something to tell; empty while all is well.
     [[nodiscard]] QString text(const Clock& clock) const;
 
@@ -38,7 +39,7 @@ private:
     QDateTime m_at;    ///< of the last check, or of the begin
     qint64 m_atMs = 0; ///< the same moment by the clock that never runs backwards
     bool m_everRan = false;
-    bool m_cannotRead = false;
+    QString m_failure; ///< of the last check; empty when it succeeded
 };
 
 } // namespace yrw

@@ -58,6 +58,7 @@ int frmTimer::nextMinute(int counter) {
 }
 
 void frmTimer::end() {
+    disconnect(tmrMain, nullptr, this, nullptr); // also within its own tick
     disconnect();
     tmrMain->stop();
     tmrWindowFocus->stop();

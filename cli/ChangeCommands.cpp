@@ -1,5 +1,6 @@
 // add, done, reopen and delete.
 #include "cli/CommandContext.h"
+#include "framework/DefaultFont.h"
 #include "platform/clock/Clock.h"
 #include "platform/component/AutomationError.h"
 #include "platform/rtf/Reader.h"
@@ -12,6 +13,7 @@ namespace {
 
 const QString kRemind = QStringLiteral("remind");
 const QString kAt = QStringLiteral("at");
+const QString kGroupID = QStringLiteral("GroupID");
 const QString kUsersPrefix = QStringLiteral("users:");
 
 [[noreturn]] void raiseNotFound(const QString& text) {
@@ -39,6 +41,19 @@ QString checkedSubject(const CommandLine& line) {
     return subject;
 }
 
+/// The codes behind "users:"; none for anything else.
+QStringList chosenCodes(const QString& who) {
+    QStringList codes;
+    if (who.startsWith(kUsersPrefix)) {
+        const QStringList parts = who.mid(kUsersPrefix.size()).split(u',');
+        for (const QString& part : parts) {
+            codes += part.trimmed();
+        }
+        codes.removeAll(QString());
+    }
+    return codes;
+}
+
 ReminderKind reminderKind(const CommandLine& line) {
     if (line.isSet(kRemind) != line.isSet(kAt)) {
         throw UsageError(QStringLiteral("--remind and --at go together."));
@@ -47,7 +62,7 @@ ReminderKind reminderKind(const CommandLine& line) {
     if (!line.isSet(kRemind)) {
         return ReminderKind::None;
     }
-    if (who.startsWith(kUsersPrefix) && who.size() > kUsersPrefix.size()) {
+    if (!chosenCodes(who).isEmpty()) {
         return ReminderKind::SelectedUsers;
     }
     if (who == u"everyone") {
@@ -64,13 +79,20 @@ ReminderKind reminderKind(const CommandLine& line) {
             .arg(who));
 }
 
-/// Keys of the users that one field of the host's users tells to be meant.
-QList<qint64> usersWith(const CommandContext& context, const QString& field,
-                        const QVariant& value) {
+QList<qint64> everyone(const CommandContext& context) {
+    QList<qint64> ids;
+    for (const UserName& user : context.store->users()) {
+        ids += user.UserID;
+    }
+    return ids;
+}
+
+/// Keys of the host's users in one group.
+QList<qint64> usersInGroup(const CommandContext& context, const QVariant& groupID) {
     QList<qint64> ids;
     const Ref<dao::Recordset> users = context.store->hostApplication()->Users()->Recordset({});
     for (; !users->AtEof(); users->MoveNext()) {
-        if (field.isEmpty() || users->value(field) == value) {
+        if (users->value(kGroupID) == groupID) {
             ids += users->value(QStringLiteral("RecordID")).toLongLong();
         }
     }
@@ -80,12 +102,12 @@ QList<qint64> usersWith(const CommandContext& context, const QString& field,
 
 QList<qint64> usersByCode(const CommandContext& context, const QStringList& codes) {
     QHash<QString, qint64> known;
-    for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+    for (const UserName& user : context.store->users()) {
         known.insert(user.UserCode.toUpper(), user.UserID);
     }
     QList<qint64> ids;
     for (const QString& code : codes) {
-        const auto found = known.constFind(code.trimmed().toUpper());
+        const auto found = known.constFind(code.toUpper());
         if (found == known.constEnd()) {
             raiseNotFound(QStringLiteral("There is no user '%1'.").arg(code));
         }
@@ -97,23 +119,21 @@ QList<qint64> usersByCode(const CommandContext& context, const QStringList& code
 }
 
 QList<qint64> recipientsOf(const CommandContext& context, ReminderKind kind) {
-    const QString group = QStringLiteral("GroupID");
     switch (kind) {
     case ReminderKind::Everyone:
-        return usersWith(context, {}, {});
+        return everyone(context);
     case ReminderKind::Me:
         return {context.store->dataHelper().CurrentUserID()};
     case ReminderKind::MyGroup: {
-        const QVariant mine = context.store->currentUser()->value(group);
+        context.store->requireHostDatabase(QStringLiteral("A group"));
+        const QVariant mine = context.store->currentUser()->value(kGroupID);
         if (mine.isNull() || mine.toLongLong() == 0) {
             raiseNotFound(QStringLiteral("The user belongs to no group."));
         }
-        return usersWith(context, group, mine);
+        return usersInGroup(context, mine);
     }
     case ReminderKind::SelectedUsers:
-        return usersByCode(
-            context,
-            context.line.value(kRemind).mid(kUsersPrefix.size()).split(u',', Qt::SkipEmptyParts));
+        return usersByCode(context, chosenCodes(context.line.value(kRemind)));
     case ReminderKind::None:
         break;
     }
@@ -126,16 +146,36 @@ NoteOwner ownerFor(const CommandContext& context) {
         return {};
     }
     CommandStore& store = *context.store;
+    store.requireHostDatabase(QStringLiteral("A note on a record"));
     const Ref<IObjectDefinition> kind =
         store.hostApplication()->ObjectDefinition(wanted->objectKey);
     if (!kind) {
         raiseNotFound(
             QStringLiteral("The host has no kind of record '%1'.").arg(wanted->objectKey));
     }
-    if (store.hasHostDatabase()) {
-        return ownerOf(kind->Collection()->Item(QVariant(wanted->recordID)), store);
+    return ownerOf(kind->Collection()->Item(QVariant(wanted->recordID)), store);
+}
+
+/// 0x00RRGGBB of &H00BBGGRR.
+int redFirst(int colour) {
+    return (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
+}
+
+/// Plain text as the user would have typed it in the notes window.
+rtf::Document inDefaultFont(rtf::Document text, const NotesSettings& settings) {
+    const FontChoice font = defaultFont(settings);
+    for (rtf::Font& only : text.fonts) {
+        only.name = font.name;
     }
-    return {store.hostProgID(), kind->ProgID(), kind->ObjectKey(), wanted->recordID};
+    for (rtf::CharFormat& format : text.charFormats) {
+        format.halfPoints = qRound(font.points * 2);
+        format.bold = font.bold;
+        format.italic = font.italic;
+        format.underline = font.underline;
+        format.strike = font.strikethru;
+        format.colour = font.colour == 0 ? rtf::kAutomatic : redFirst(font.colour);
+    }
+    return text;
 }
 
 std::optional<rtf::Document> bodyFor(const CommandContext& context) {
@@ -145,7 +185,7 @@ std::optional<rtf::Document> bodyFor(const CommandContext& context) {
         throw UsageError(QStringLiteral("--text and --rtf exclude each other."));
     }
     if (context.line.isSet(text)) {
-        return rtf::fromPlainText(context.line.value(text));
+        return inDefaultFont(rtf::fromPlainText(context.line.value(text)), context.settings);
     }
     if (context.line.isSet(file)) {
         return rtf::read(context.readFile(context.line.value(file)));
@@ -178,12 +218,9 @@ void writeBody(Note& note, const rtf::Document& body, const QDateTime& now) {
     note.EndMultipleFieldUpdate();
 }
 
-Ref<Note> noteOf(const CommandContext& context) {
-    return query<Note>(context.application().Notes()->Item(QVariant(context.line.recordID())));
-}
-
 ExitStatus setDone(const CommandContext& context, bool done) {
-    const Ref<Note> note = noteOf(context);
+    context.store->requireUser();
+    const Ref<Note> note = context.note(context.line.recordID());
     if (note->Done() == done) {
         context.complain(QStringLiteral("Note %1 is %2 already.")
                              .arg(context.line.recordID())
@@ -197,6 +234,7 @@ ExitStatus setDone(const CommandContext& context, bool done) {
 } // namespace
 
 ExitStatus addNote(const CommandContext& context) {
+    context.store->requireUser();
     const NewNote wanted = newNoteOf(context);
     CommandStore& store = *context.store;
     dao::Transaction transaction(*store.database());
@@ -226,7 +264,7 @@ ExitStatus reopenNote(const CommandContext& context) {
 }
 
 ExitStatus removeNote(const CommandContext& context) {
-    (void)noteOf(context); // one that is not there is an error
+    (void)context.note(context.line.recordID()); // one that is not there is an error
     deleteNote(context.application(), context.line.recordID());
     return kExitDone;
 }

@@ -1,7 +1,9 @@
 #include "cli/Command.h"
 
 #include "cli/CommandContext.h"
+#include "cli/SafeText.h"
 #include "platform/component/AutomationError.h"
+#include "store/Salvage.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -18,6 +20,10 @@ struct Handler {
     bool needsStore;
 };
 
+void complain(const CommandStreams& streams, const QString& text) {
+    streams.err.write(QString(u"yrwnotes: " + onOneLine(text) + u'\n').toUtf8());
+}
+
 constexpr Handler kHandlers[] = {
     {"list", listNotes, true},
     {"show", showNote, true},
@@ -28,6 +34,7 @@ constexpr Handler kHandlers[] = {
     {"reminders", listReminders, true},
     {"check", checkDatabase, true},
     {"export", exportNotes, true},
+    {"backup", backUpNotes, true},
     {"rtf", convertRtf, false},
 };
 
@@ -40,12 +47,13 @@ const Handler& handlerOf(const QString& command) {
     throw UsageError(QStringLiteral("There is no command '%1'.").arg(command));
 }
 
-/// The reason of a failure as one line that names the notes database where the failing part
-/// named no file.
+/// The reason of a failure as one line. What the store raises is about the notes database, which
+/// is named where that text names no file; the command's own texts are complete.
 QString oneLine(const AutomationError& error, const QString& dataFolder) {
     const QString text = error.description().simplified();
     const QString path = FileSystem::join(dataFolder, kNotesDatabaseName);
-    if (error.number() == kErrorRecordNotFound || dataFolder.isEmpty() || text.contains(u".mdb") ||
+    if (error.number() == kErrorRecordNotFound || dataFolder.isEmpty() ||
+        error.source() == u"yrwnotes" || text.startsWith(u'/') || text.contains(u".mdb") ||
         text.contains(dataFolder)) {
         return text;
     }
@@ -54,7 +62,7 @@ QString oneLine(const AutomationError& error, const QString& dataFolder) {
 }
 
 ExitStatus run(const CommandLine& line, const CommandStreams& streams,
-               const dao::EngineServices& engine) {
+               const CommandServices& services) {
     const Handler& handler = handlerOf(line.command());
     const QString data = line.value(QStringLiteral("data"));
     std::optional<CommandStore> store;
@@ -62,9 +70,26 @@ ExitStatus run(const CommandLine& line, const CommandStreams& streams,
         if (data.isEmpty()) {
             throw UsageError(QStringLiteral("Say with --data where the notes are."));
         }
-        store.emplace(engine, data, line.value(QStringLiteral("user")));
     }
-    const CommandContext context{line, streams, engine.clock, store ? &*store : nullptr};
+    CommandContext context{
+        line,   streams, services.engine, services.engine.clock, NotesSettings(services.settings),
+        nullptr};
+    if (handler.needsStore) {
+        try {
+            store.emplace(services.engine, data, line.value(QStringLiteral("user")));
+        } catch (const AutomationError& error) {
+            const QString path =
+                services.engine.files.resolve(FileSystem::join(data, kNotesDatabaseName));
+            const bool isDamaged =
+                handler.run == checkDatabase && error.number() == kErrorNotADatabase &&
+                error.description().contains(path) && isDamagedNotesDatabase(path);
+            if (!isDamaged) {
+                throw;
+            }
+            return checkDamagedFile(context, path, error.description());
+        }
+        context.store = &*store;
+    }
     return handler.run(context);
 }
 
@@ -75,7 +100,8 @@ void CommandContext::print(const QString& text) const {
 }
 
 void CommandContext::print(const QByteArray& bytes) const {
-    if (streams.out.write(bytes) != bytes.size()) {
+    const QByteArray safe = streams.outIsTerminal ? forTerminal(bytes) : bytes;
+    if (streams.out.write(safe) != safe.size()) {
         throw AutomationError(
             kErrorDiskFull, QStringLiteral("yrwnotes"),
             QStringLiteral("The output could not be written: %1").arg(streams.out.errorString()));
@@ -83,7 +109,19 @@ void CommandContext::print(const QByteArray& bytes) const {
 }
 
 void CommandContext::complain(const QString& text) const {
-    streams.err.write(QString(QStringLiteral("yrwnotes: ") + text + u'\n').toUtf8());
+    yrw::complain(streams, text);
+}
+
+Ref<Note> CommandContext::note(qint64 id) const {
+    try {
+        return query<Note>(application().Notes()->Item(QVariant(id)));
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorRecordNotFound) {
+            throw;
+        }
+        throw AutomationError(kErrorRecordNotFound, QStringLiteral("yrwnotes"),
+                              QStringLiteral("Note %1 was not found.").arg(id));
+    }
 }
 
 QByteArray CommandContext::readFile(const QString& path) const {
@@ -100,10 +138,7 @@ QByteArray CommandContext::readFile(const QString& path) const {
 }
 
 ExitStatus runCommand(const QStringList& arguments, const CommandStreams& streams,
-                      const dao::EngineServices& engine) {
-    const auto complain = [&](const QString& text) {
-        streams.err.write(QString(QStringLiteral("yrwnotes: ") + text + u'\n').toUtf8());
-    };
+                      const CommandServices& services) {
     QString data;
     try {
         const CommandLine line(arguments);
@@ -112,13 +147,13 @@ ExitStatus runCommand(const QStringList& arguments, const CommandStreams& stream
             return kExitDone;
         }
         data = line.value(QStringLiteral("data"));
-        return run(line, streams, engine);
+        return run(line, streams, services);
     } catch (const UsageError& error) {
-        complain(QString::fromUtf8(error.what()));
+        complain(streams, QString::fromUtf8(error.what()));
         return kExitUsage;
     } catch (...) {
         const AutomationError error = currentError();
-        complain(oneLine(error, data));
+        complain(streams, oneLine(error, data));
         return error.number() == kErrorRecordNotFound ? kExitNothing : kExitFailed;
     }
 }

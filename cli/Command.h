@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dao/Database.h"
+#include "platform/settings/SettingsStore.h"
 
 #include <QStringList>
 
@@ -21,11 +22,19 @@ struct CommandStreams {
     QIODevice& in;
     QIODevice& out;
     QIODevice& err;
+    bool outIsTerminal = false;
+    bool errIsTerminal = false; ///< only then how far a long command is shows there
+};
+
+/// What a command needs of the world. All outlive it.
+struct CommandServices {
+    dao::EngineServices engine;
+    SettingsStore& settings;
 };
 
 /// Runs the command that the arguments ask for (the program's name first). A failure is one clear
 /// line on `err`. Raises nothing.
 [[nodiscard]] ExitStatus runCommand(const QStringList& arguments, const CommandStreams& streams,
-                                    const dao::EngineServices& engine);
+                                    const CommandServices& services);
 
 } // namespace yrw

@@ -1,5 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include "platform/clock/WallTime.h"
+
 #include <QCommandLineParser>
 #include <QRegularExpression>
 
@@ -37,7 +39,8 @@ const std::vector<CommandRow>& commandTable() {
           {"mine", nullptr, "Only those that the user wrote"},
           {"find", "TEXT", "Only those with this text in subject or body"},
           {"from", "DATE", "Only those dated then or later"},
-          {"to", "DATE", "Only those dated then or earlier"}}},
+          {"to", "DATE", "Only those dated then or earlier"},
+          {"sort", "id|date|subject|author", "In which order (id)"}}},
         {"show",
          "ID",
          "Show a note",
@@ -71,6 +74,7 @@ const std::vector<CommandRow>& commandTable() {
          "Export all notes",
          {{"format", "json|csv|html|ics", "What to write"},
           {"output", "FILE", "Where to; else standard output"}}},
+        {"backup", "FILE", "Copy the notes database while others work with it", {}},
         {"rtf",
          "FILE",
          "Convert rich text; - is standard input",
@@ -227,19 +231,31 @@ qint64 CommandLine::recordID() const {
     return id;
 }
 
-std::optional<QDateTime> CommandLine::date(const QString& option) const {
+std::optional<WrittenDate> CommandLine::writtenDate(const QString& option) const {
     if (!isSet(option)) {
         return std::nullopt;
     }
-    const QString text = value(option).trimmed().replace(u'T', u' ');
-    for (const char* format : {"yyyy-MM-dd HH:mm", "yyyy-MM-dd HH:mm:ss", "yyyy-MM-dd"}) {
-        const QDateTime date = QDateTime::fromString(text, QString::fromLatin1(format));
-        if (date.isValid()) {
-            return date;
-        }
+    static const QRegularExpression pattern(
+        QStringLiteral("^(\\d{4}-\\d\\d-\\d\\d)(?:[ T](\\d\\d:\\d\\d)(:\\d\\d)?)?$"));
+    const QRegularExpressionMatch match = pattern.match(value(option).trimmed());
+    WrittenDate written;
+    written.date = QDate::fromString(match.captured(1), Qt::ISODate);
+    written.time = QTime(0, 0);
+    written.last = QTime(23, 59, 59);
+    if (!match.captured(2).isEmpty()) {
+        written.time = QTime::fromString(match.captured(2) + match.captured(3), Qt::ISODate);
+        written.last = match.captured(3).isEmpty() ? written.time.addSecs(59) : written.time;
     }
-    throw UsageError(QStringLiteral("--%1 takes a date like \"2026-03-10 09:30\", not '%2'.")
-                         .arg(option, value(option)));
+    if (!written.date.isValid() || !written.time.isValid()) {
+        throw UsageError(QStringLiteral("--%1 takes a date like \"2026-03-10 09:30\", not '%2'.")
+                             .arg(option, value(option)));
+    }
+    return written;
+}
+
+std::optional<QDateTime> CommandLine::date(const QString& option) const {
+    const std::optional<WrittenDate> written = writtenDate(option);
+    return written ? std::optional(existingTime(written->date, written->time)) : std::nullopt;
 }
 
 std::optional<OwnerArgument> CommandLine::owner() const {

@@ -15,6 +15,13 @@ public:
     explicit UsageError(const QString& text) : std::runtime_error(text.toStdString()) {}
 };
 
+/// A date as it was written: by the clock on the wall, perhaps one that the clocks leave out.
+struct WrittenDate {
+    QDate date;
+    QTime time; ///< its beginning
+    QTime last; ///< its last second: a day ends at 23:59:59
+};
+
 /// The record of the host that a note belongs to, as written: "KEY:ID".
 struct OwnerArgument {
     QString objectKey;
@@ -41,7 +48,9 @@ public:
 
     /// The argument as a record's key.
     [[nodiscard]] qint64 recordID() const;
-    /// A date with or without a time, local; nothing when the option was not given.
+    /// A date with or without a time; nothing when the option was not given.
+    [[nodiscard]] std::optional<WrittenDate> writtenDate(const QString& option) const;
+    /// Its beginning as a local time that there is; see `existingTime`.
     [[nodiscard]] std::optional<QDateTime> date(const QString& option) const;
     [[nodiscard]] std::optional<OwnerArgument> owner() const;
     /// The value of an option that must be one of the given words.

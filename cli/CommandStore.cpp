@@ -9,6 +9,14 @@
 
 namespace yrw {
 
+namespace {
+
+[[noreturn]] void raiseMissing(const QString& text) {
+    throw AutomationError(kErrorObjectRequired, QStringLiteral("yrwnotes"), text);
+}
+
+} // namespace
+
 CommandStore::CommandStore(const dao::EngineServices& engine, const QString& folder,
                            const QString& userCode)
     : m_engine(engine), m_folder(engine.files.resolve(folder)),
@@ -17,8 +25,20 @@ CommandStore::CommandStore(const dao::EngineServices& engine, const QString& fol
         throw AutomationError(kErrorCannotOpenDatabase, QStringLiteral("yrwnotes"),
                               QStringLiteral("There is no notes database %1.").arg(m_notesPath));
     }
-    openHost(userCode);
-    openNotes();
+    if (QFileInfo::exists(deskDatabasePath(m_folder))) {
+        DeskStart start;
+        start.folder = m_folder;
+        start.userCode = userCode;
+        start.createMissing = false;
+        m_host = DeskApplication::open(m_engine, start);
+    }
+    m_workspace = dao::createWorkspace(m_engine, QStringLiteral("yrwnotes"));
+    m_database = openNotesDatabase(m_helper, m_workspace, m_notesPath);
+    if (!m_host) {
+        m_notesHost = make<NotesHost>(m_database, m_helper, userCode);
+        m_host = m_notesHost;
+    }
+    becomeUser();
     m_application = make<Application>(*this);
 }
 
@@ -28,30 +48,53 @@ CommandStore::~CommandStore() {
     }
 }
 
-void CommandStore::openHost(const QString& userCode) {
-    DeskStart start;
-    start.folder = m_folder;
-    start.userCode = userCode;
-    start.createMissing = false;
-    if (!QFileInfo::exists(deskDatabasePath(m_folder))) {
-        m_standIn.emplace();
-        start.folder = m_standIn->path();
-        start.customers = 0;
-        start.createMissing = true;
+void CommandStore::becomeUser() {
+    if (const Ref<IUser> user = currentUser()) {
+        m_helper.setCurrentUserID(user->value(QStringLiteral("RecordID")).toLongLong());
+        m_helper.setCurrentUserCode(user->value(QStringLiteral("Code")).toString());
     }
-    m_host = DeskApplication::open(m_engine, start);
-}
-
-void CommandStore::openNotes() {
-    m_workspace = m_host->DAOWorkspace();
-    m_database = openNotesDatabase(m_helper, m_workspace, m_notesPath);
-    const Ref<IUser> user = currentUser();
-    m_helper.setCurrentUserID(user->value(QStringLiteral("RecordID")).toLongLong());
-    m_helper.setCurrentUserCode(user->value(QStringLiteral("Code")).toString());
     if (hasHostDatabase()) {
         // Names are a convenience: a database that is busy just now is no reason to stop.
         ignoreErrors([this] { refreshUserNames(*m_database, userNamesOf(m_host->Users())); });
     }
+}
+
+void CommandStore::requireHostDatabase(const QString& what) const {
+    if (!hasHostDatabase()) {
+        raiseMissing(QStringLiteral("%1 needs the host's database, and there is no %2.")
+                         .arg(what, deskDatabasePath(m_folder)));
+    }
+}
+
+void CommandStore::requireUser() {
+    if (!currentUser()) {
+        raiseMissing(
+            QStringLiteral("%1 knows no users yet; open it with its host once.").arg(m_notesPath));
+    }
+}
+
+void CommandStore::requireOneHost() const {
+    const QStringList hosts = hasHostDatabase() ? QStringList() : m_notesHost->hostProgIDs();
+    if (hosts.size() > 1) {
+        raiseMissing(
+            QStringLiteral("%1 holds notes of several hosts (%2); which is meant, only the host's "
+                           "database can tell, and there is no %3.")
+                .arg(m_notesPath, hosts.join(QStringLiteral(", ")), deskDatabasePath(m_folder)));
+    }
+}
+
+QList<UserName> CommandStore::users() {
+    return hasHostDatabase() ? userNamesOf(m_host->Users()) : rememberedUsers(*m_database);
+}
+
+QStringList CommandStore::databaseFiles() const {
+    QStringList files;
+    for (const QString& path : {m_notesPath, deskDatabasePath(m_folder)}) {
+        for (const char* const suffix : {"", "-wal", "-shm", "-journal"}) {
+            files += path + QLatin1String(suffix);
+        }
+    }
+    return files;
 }
 
 void CommandStore::closeDatabase() {

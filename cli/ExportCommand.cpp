@@ -1,11 +1,10 @@
 // export: all notes in a format for others.
 #include "cli/CommandContext.h"
 #include "cli/NoteWriters.h"
-#include "cli/ProgressLine.h"
+#include "cli/OutputFile.h"
 #include "framework/ErrorGuards.h"
-#include "platform/component/AutomationError.h"
 
-#include <QSaveFile>
+#include <algorithm>
 
 namespace yrw {
 
@@ -13,7 +12,6 @@ namespace {
 
 const QString kNoteID = QStringLiteral("NoteID");
 
-using RemindersByNote = QHash<qint64, std::vector<dao::ValueList>>;
 using Sink = std::function<void(const QByteArray&)>;
 
 dao::ValueList rowValues(const dao::Recordset& rows, const QStringList& without) {
@@ -33,16 +31,37 @@ Ref<dao::Recordset> openRows(const CommandContext& context, const QString& query
         dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
 }
 
-RemindersByNote readReminders(const CommandContext& context) {
-    RemindersByNote reminders;
-    const Ref<dao::Recordset> rows =
-        openRows(context, schema::kQryReminders, QStringLiteral("[NextDate], [RecordID]"));
-    const QStringList ofTheNote{QStringLiteral("Subject"), QStringLiteral("PlainNote")};
-    for (; !rows->AtEof(); rows->MoveNext()) {
-        reminders[rows->value(kNoteID).toLongLong()].push_back(rowValues(*rows, ofTheNote));
+/// Finds the reminders of one note after the other, without holding those of all.
+class RemindersOfNotes {
+public:
+    explicit RemindersOfNotes(dao::Database& database)
+        : m_rows(database.OpenRecordset(schema::kTblReminders, dao::RecordsetType::Table,
+                                        dao::kReadOnlyOption)) {
+        m_rows->setIndex(QStringLiteral("RemindersByNote"));
     }
-    return reminders;
-}
+
+    /// In the order in which they fall due.
+    std::vector<dao::ValueList> of(qint64 noteID) {
+        std::vector<dao::ValueList> reminders;
+        m_rows->Seek(u"=", {QVariant(noteID)});
+        if (m_rows->NoMatch()) {
+            return reminders;
+        }
+        for (; !m_rows->AtEof() && m_rows->value(kNoteID).toLongLong() == noteID;
+             m_rows->MoveNext()) {
+            reminders.push_back(rowValues(*m_rows, {}));
+        }
+        std::stable_sort(reminders.begin(), reminders.end(),
+                         [](const dao::ValueList& a, const dao::ValueList& b) {
+                             return a.value(u"NextDate").toDateTime() <
+                                    b.value(u"NextDate").toDateTime();
+                         });
+        return reminders;
+    }
+
+private:
+    Ref<dao::Recordset> m_rows;
+};
 
 /// Names records for a reader; remembers the last one, for notes come ordered by record.
 class OwnerTitles {
@@ -91,7 +110,7 @@ std::unique_ptr<NoteWriter> writerFor(const CommandContext& context, const QStri
     }
     if (format == u"ics") {
         QHash<qint64, QString> names;
-        for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+        for (const UserName& user : context.store->users()) {
             names.insert(user.UserID, user.UseName);
         }
         return makeCalendarWriter(context.clock.now(), names);
@@ -100,9 +119,9 @@ std::unique_ptr<NoteWriter> writerFor(const CommandContext& context, const QStri
 }
 
 void writeNotes(const CommandContext& context, NoteWriter& writer, const Sink& write) {
-    const RemindersByNote reminders = readReminders(context);
+    RemindersOfNotes reminders(*context.store->database());
     OwnerTitles titles(*context.store);
-    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("notes exported"));
+    ProgressLine progress = context.progress(QStringLiteral("notes exported"));
     write(writer.begin());
     const Ref<dao::Recordset> notes =
         openRows(context, schema::kQryNotes,
@@ -110,7 +129,7 @@ void writeNotes(const CommandContext& context, NoteWriter& writer, const Sink& w
     for (; !notes->AtEof(); notes->MoveNext()) {
         progress.step();
         ExportedNote note{rowValues(*notes, {kNoteID}), {}, {}};
-        note.reminders = reminders.value(notes->value(kNoteID).toLongLong());
+        note.reminders = reminders.of(notes->value(kNoteID).toLongLong());
         note.ownerTitle = titles.titleOf(note.fields);
         write(writer.note(note));
     }
@@ -132,23 +151,9 @@ ExitStatus exportNotes(const CommandContext& context) {
         writeNotes(context, *writer, [&](const QByteArray& bytes) { context.print(bytes); });
         return kExitDone;
     }
-    QSaveFile file(path);
-    const auto fail = [&] {
-        throw AutomationError(
-            kErrorDiskFull, QStringLiteral("yrwnotes"),
-            QStringLiteral("%1 could not be written: %2").arg(path, file.errorString()));
-    };
-    if (!file.open(QIODevice::WriteOnly)) {
-        fail();
-    }
-    writeNotes(context, *writer, [&](const QByteArray& bytes) {
-        if (file.write(bytes) != bytes.size()) {
-            fail();
-        }
-    });
-    if (!file.commit()) {
-        fail();
-    }
+    OutputFile file(path, context.store->databaseFiles());
+    writeNotes(context, *writer, [&](const QByteArray& bytes) { file.write(bytes); });
+    file.finish();
     return kExitDone;
 }
 

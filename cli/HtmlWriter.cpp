@@ -1,6 +1,7 @@
 #include "cli/NoteWriters.h"
 #include "cli/Rows.h"
 #include "cli/RtfHtml.h"
+#include "cli/SafeText.h"
 #include "platform/rtf/Reader.h"
 
 namespace yrw {
@@ -32,7 +33,7 @@ public:
             m_isFirst = false;
         }
         html += articleOf(note);
-        return html.toUtf8();
+        return withoutControls(html).toUtf8();
     }
     QByteArray end() override {
         return m_isFirst ? "<p>No notes.</p>\n</body>\n</html>\n"

@@ -1,7 +1,9 @@
 // list, show and reminders.
 #include "cli/CommandContext.h"
-#include "cli/ProgressLine.h"
 #include "cli/Rows.h"
+#include "cli/SafeText.h"
+#include "platform/clock/WallTime.h"
+#include "platform/collation/TextOrder.h"
 #include "platform/component/AutomationError.h"
 
 namespace yrw {
@@ -45,10 +47,22 @@ QStringList ownerConditions(const CommandContext& context) {
     return {};
 }
 
+/// A time as conditions write one. A time that the clocks leave out has nothing before or behind it
+/// but the times around, which are a minute's steps away.
+QString dateLiteral(QDate date, QTime time, int stepSeconds) {
+    while (wallTimeKind(date, time) == WallTimeKind::Missing) {
+        const QTime next = time.addSecs(stepSeconds);
+        date = date.addDays(stepSeconds < 0 && next > time ? -1 : 0);
+        time = next;
+    }
+    return u'#' + date.toString(Qt::ISODate) + u' ' + time.toString(u"HH:mm:ss") + u'#';
+}
+
 QStringList listConditions(const CommandContext& context) {
     const CommandLine& line = context.line;
     QStringList conditions = ownerConditions(context);
     if (line.isSet(QStringLiteral("mine"))) {
+        context.store->requireUser();
         conditions += HostDataHelper::EqualCondition(QStringLiteral("RecordUserID"),
                                                      context.store->dataHelper().CurrentUserID());
     }
@@ -58,14 +72,11 @@ QStringList listConditions(const CommandContext& context) {
     if (status != words.last()) {
         conditions += HostDataHelper::EqualCondition(kStatus, words.indexOf(status) + 1);
     }
-    const QString format = QStringLiteral("'#'yyyy-MM-dd HH:mm:ss'#'");
-    if (const std::optional<QDateTime> from = line.date(QStringLiteral("from"))) {
-        conditions += u"[Date]>=" + from->toString(format);
+    if (const std::optional<WrittenDate> from = line.writtenDate(QStringLiteral("from"))) {
+        conditions += u"[Date]>=" + dateLiteral(from->date, from->time, 60);
     }
-    if (const std::optional<QDateTime> to = line.date(QStringLiteral("to"))) {
-        // A day without a time means the whole day.
-        const bool isDay = line.value(QStringLiteral("to")).trimmed().size() <= 10;
-        conditions += u"[Date]<" + to->addSecs(isDay ? 86400 : 60).toString(format);
+    if (const std::optional<WrittenDate> to = line.writtenDate(QStringLiteral("to"))) {
+        conditions += u"[Date]<=" + dateLiteral(to->date, to->last, -60);
     }
     return conditions;
 }
@@ -85,10 +96,62 @@ QString noteLine(const dao::Recordset& note) {
         .arg(onOneLine(note.value(kSubject).toString()));
 }
 
-/// The note with the command's id, as a record.
-Ref<Note> noteOf(const CommandContext& context) {
-    return query<Note>(context.application().Notes()->Item(QVariant(context.line.recordID())));
-}
+/// Prints notes in the wanted order: as they come where the engine can order them, texts in the
+/// order of the user's language once all have come.
+class SortedOutput {
+public:
+    /// Raises `UsageError` for an order that there is none of.
+    SortedOutput(const CommandContext& context, bool asJson)
+        : m_context(context), m_asJson(asJson),
+          m_order(context.line.word(QStringLiteral("sort"),
+                                    {QStringLiteral("id"), QStringLiteral("date"),
+                                     QStringLiteral("subject"), QStringLiteral("author")},
+                                    QStringLiteral("id"))) {
+        m_textField = m_order == u"subject"  ? kSubject
+                      : m_order == u"author" ? QStringLiteral("RecordUserCode")
+                                             : QString();
+    }
+    [[nodiscard]] QString engineOrder() const {
+        return m_order == u"date" ? QStringLiteral("[Date], [RecordID]")
+                                  : QStringLiteral("[RecordID]");
+    }
+    void add(const dao::Recordset& note) {
+        if (!m_textField.isEmpty()) {
+            m_texts.append(note.value(m_textField).toString());
+        }
+        if (m_asJson) {
+            const QJsonObject object = jsonRow(note, {kRTFNote, kPlainNote});
+            m_textField.isEmpty() ? m_context.print(m_array.next(object))
+                                  : m_objects.append(object);
+        } else {
+            m_textField.isEmpty() ? m_context.print(noteLine(note))
+                                  : m_lines.append(noteLine(note));
+        }
+    }
+    void finish() {
+        if (!m_textField.isEmpty()) {
+            const std::vector<QStringView> views(m_texts.begin(), m_texts.end());
+            const auto order = orderOf(views, Qt::AscendingOrder, WorkStep());
+            for (const int place : *order) {
+                m_asJson ? m_context.print(m_array.next(m_objects.at(place)))
+                         : m_context.print(m_lines.at(place));
+            }
+        }
+        if (m_asJson) {
+            m_context.print(m_array.end());
+        }
+    }
+
+private:
+    const CommandContext& m_context;
+    bool m_asJson;
+    QString m_order;
+    QString m_textField; ///< that orders the notes; empty when the engine does
+    JsonArray m_array;
+    QStringList m_texts; ///< that the notes are ordered by; with what is printed of each:
+    QStringList m_lines;
+    QList<QJsonObject> m_objects;
+};
 
 QString noteText(IRecord& note) {
     const auto text = [&](const char16_t* field) {
@@ -123,11 +186,12 @@ Ref<dao::Recordset> openReminders(const CommandContext& context) {
             throw UsageError(dueOnly ? QStringLiteral("--due and --note exclude each other.")
                                      : QStringLiteral("--note takes the id of a note."));
         }
-        (void)context.application().Notes()->Item(
-            QVariant(id)); // one that is not there is an error
+        (void)context.note(id); // one that is not there is an error
         conditions += HostDataHelper::EqualCondition(QStringLiteral("NoteID"), id);
     }
     if (dueOnly) {
+        store.requireUser();
+        store.requireOneHost();
         return store.dataHelper().OpenQuery(
             schema::kQryActiveReminders,
             {{QStringLiteral("ProgID"), store.hostProgID()},
@@ -151,10 +215,10 @@ QString shownReminderStatus(const QVariant& status) {
     }
 }
 
-/// Codes of the host's users by their key.
+/// Codes of the users by their key.
 QHash<qint64, QString> userCodes(const CommandContext& context) {
     QHash<qint64, QString> codes;
-    for (const UserName& user : userNamesOf(context.store->hostApplication()->Users())) {
+    for (const UserName& user : context.store->users()) {
         codes.insert(user.UserID, user.UserCode);
     }
     return codes;
@@ -166,10 +230,10 @@ ExitStatus listNotes(const CommandContext& context) {
     const QStringList conditions = listConditions(context);
     const QString find = context.line.value(QStringLiteral("find"));
     const bool asJson = context.line.isSet(kJson);
+    SortedOutput output(context, asJson);
     const Ref<dao::Recordset> notes =
-        openRows(context, schema::kQryNotes, conditions, QStringLiteral("[RecordID]"));
-    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("notes"));
-    QJsonArray array;
+        openRows(context, schema::kQryNotes, conditions, output.engineOrder());
+    ProgressLine progress = context.progress(QStringLiteral("notes"));
     qint64 count = 0;
     for (; !notes->AtEof(); notes->MoveNext()) {
         progress.step();
@@ -177,15 +241,9 @@ ExitStatus listNotes(const CommandContext& context) {
             continue;
         }
         ++count;
-        if (asJson) {
-            array.append(jsonRow(*notes, {kRTFNote, kPlainNote}));
-        } else {
-            context.print(noteLine(*notes));
-        }
+        output.add(*notes);
     }
-    if (asJson) {
-        context.print(jsonText(array));
-    }
+    output.finish();
     return count == 0 && !find.isEmpty() ? kExitNothing : kExitDone;
 }
 
@@ -197,7 +255,7 @@ ExitStatus showNote(const CommandContext& context) {
     if (int(asText) + int(asRtf) + int(asJson) > 1) {
         throw UsageError(QStringLiteral("--text, --rtf and --json exclude each other."));
     }
-    const Ref<Note> note = noteOf(context);
+    const Ref<Note> note = context.note(line.recordID());
     if (asText) {
         context.print(shellText(note->value(kPlainNote).toString()));
     } else if (asRtf) {
@@ -214,12 +272,12 @@ ExitStatus listReminders(const CommandContext& context) {
     const Ref<dao::Recordset> reminders = openReminders(context);
     const QHash<qint64, QString> codes = userCodes(context);
     const bool asJson = context.line.isSet(kJson);
-    ProgressLine progress(context.streams.err, context.clock, QStringLiteral("reminders"));
-    QJsonArray array;
+    ProgressLine progress = context.progress(QStringLiteral("reminders"));
+    JsonArray array;
     for (; !reminders->AtEof(); reminders->MoveNext()) {
         progress.step();
         if (asJson) {
-            array.append(jsonRow(*reminders, {kPlainNote}));
+            context.print(array.next(jsonRow(*reminders, {kPlainNote})));
             continue;
         }
         const QVariant userID = reminders->value(QStringLiteral("UserID"));
@@ -232,7 +290,7 @@ ExitStatus listReminders(const CommandContext& context) {
                           .arg(onOneLine(reminders->value(kSubject).toString())));
     }
     if (asJson) {
-        context.print(jsonText(array));
+        context.print(array.end());
     }
     return kExitDone;
 }

@@ -2,8 +2,9 @@
 #include "cli/NoteWriters.h"
 
 #include "cli/Rows.h"
+#include "cli/SafeText.h"
 
-#include <QJsonDocument>
+#include <QJsonArray>
 
 #include <utility>
 
@@ -23,7 +24,7 @@ QJsonObject objectOf(const dao::ValueList& fields) {
 
 class JsonWriter final : public NoteWriter {
 public:
-    QByteArray begin() override { return "["; }
+    QByteArray begin() override { return {}; }
     QByteArray note(const ExportedNote& note) override {
         QJsonObject object = objectOf(note.fields);
         QJsonArray reminders;
@@ -31,13 +32,12 @@ public:
             reminders.append(objectOf(reminder));
         }
         object.insert(QStringLiteral("Reminders"), reminders);
-        const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
-        return (std::exchange(m_isFirst, false) ? "\n" : ",\n") + text;
+        return m_array.next(object);
     }
-    QByteArray end() override { return "\n]\n"; }
+    QByteArray end() override { return m_array.end(); }
 
 private:
-    bool m_isFirst = true;
+    JsonArray m_array;
 };
 
 class CsvWriter final : public NoteWriter {
@@ -48,10 +48,8 @@ public:
         QStringList cells;
         for (const dao::ValueList::Entry& entry : note.fields) {
             if (entry.name != u"RTFNote") {
-                names += quoted(entry.name);
-                cells +=
-                    quoted(entry.value.isNull() ? QString()
-                                                : jsonValue(entry.value).toVariant().toString());
+                names += quoted(harmlessCell(entry.name));
+                cells += quoted(cellText(entry.value));
             }
         }
         const QByteArray heading =
@@ -61,6 +59,13 @@ public:
     QByteArray end() override { return {}; }
 
 private:
+    static QString cellText(const QVariant& value) {
+        if (value.isNull()) {
+            return {};
+        }
+        const bool isText = value.typeId() == QMetaType::QString;
+        return isText ? harmlessCell(value.toString()) : jsonValue(value).toVariant().toString();
+    }
     static QString quoted(const QString& text) {
         const bool needsQuotes = text.contains(u',') || text.contains(u'"') ||
                                  text.contains(u'\n') || text.contains(u'\r');

@@ -32,7 +32,8 @@ public:
 
 /// An array of objects; a note's reminders are an array in its field "Reminders".
 [[nodiscard]] std::unique_ptr<NoteWriter> makeJsonWriter();
-/// A heading of field names and a line per note, without the rich text.
+/// A heading of field names and a line per note, without the rich text. No text reads as a formula
+/// in a spreadsheet; control characters are left out.
 [[nodiscard]] std::unique_ptr<NoteWriter> makeCsvWriter();
 /// One document with a page per record; notes come ordered by record.
 [[nodiscard]] std::unique_ptr<NoteWriter> makeHtmlWriter();

@@ -12,8 +12,8 @@ constexpr qint64 kBetweenMs = 250;
 constexpr qint64 kStepsPerLook = 64; ///< the clock is looked at once in so many steps
 } // namespace
 
-ProgressLine::ProgressLine(QIODevice& err, const Clock& clock, QString what)
-    : m_err(err), m_clock(clock), m_what(std::move(what)),
+ProgressLine::ProgressLine(QIODevice& err, const Clock& clock, QString what, bool isLookedAt)
+    : m_err(err), m_clock(clock), m_what(std::move(what)), m_isLookedAt(isLookedAt),
       m_nextMs(clock.monotonicMs() + kFirstMs) {}
 
 ProgressLine::~ProgressLine() {
@@ -24,7 +24,7 @@ ProgressLine::~ProgressLine() {
 
 void ProgressLine::step() {
     ++m_count;
-    if (m_count % kStepsPerLook != 0) {
+    if (!m_isLookedAt || m_count % kStepsPerLook != 0) {
         return;
     }
     const qint64 nowMs = m_clock.monotonicMs();

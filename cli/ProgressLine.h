@@ -12,8 +12,9 @@ namespace yrw {
 /// and wiped at its end.
 class ProgressLine {
 public:
-    /// `what` is what is counted, e.g. "notes". Clock and device outlive the line.
-    ProgressLine(QIODevice& err, const Clock& clock, QString what);
+    /// `what` is what is counted, e.g. "notes"; nothing shows unless somebody looks. Clock and
+    /// device outlive the line.
+    ProgressLine(QIODevice& err, const Clock& clock, QString what, bool isLookedAt);
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine();
@@ -25,6 +26,7 @@ private:
     QIODevice& m_err;
     const Clock& m_clock;
     QString m_what;
+    bool m_isLookedAt;
     qint64 m_count = 0;
     qint64 m_nextMs;
     qsizetype m_shown = 0; ///< characters that stand on the line

@@ -1,9 +1,12 @@
 #include "cli/Rows.h"
 
+#include "cli/SafeText.h"
 #include "store/Schema.h"
 
 #include <QDateTime>
 #include <QJsonDocument>
+
+#include <utility>
 
 namespace yrw {
 
@@ -37,28 +40,18 @@ QJsonObject jsonRow(const dao::Recordset& rows, const QStringList& without) {
     return object;
 }
 
-QByteArray jsonText(const QJsonArray& array) {
-    return QJsonDocument(array).toJson();
-}
-
 QByteArray jsonText(const QJsonObject& object) {
-    return QJsonDocument(object).toJson();
+    return escapedJson(QJsonDocument(object).toJson());
 }
 
-QString onOneLine(const QString& text) {
-    QString line = text;
-    for (QChar& c : line) {
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator) {
-            c = u' ';
-        }
-    }
-    return line;
+QByteArray JsonArray::next(const QJsonObject& object) {
+    const bool isFirst = std::exchange(m_isEmpty, false);
+    return (isFirst ? "[\n" : ",\n") +
+           escapedJson(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
-QString shellText(QString text) {
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    return text + u'\n';
+QByteArray JsonArray::end() const {
+    return m_isEmpty ? "[\n]\n" : "\n]\n";
 }
 
 QString shownDate(const QVariant& date) {

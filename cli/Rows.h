@@ -2,7 +2,6 @@
 
 #include "platform/dao/Recordset.h"
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
 
@@ -12,14 +11,21 @@ namespace yrw {
 [[nodiscard]] QJsonValue jsonValue(const QVariant& value);
 /// The current row, its field names as keys; fields named in `without` are not even fetched.
 [[nodiscard]] QJsonObject jsonRow(const dao::Recordset& rows, const QStringList& without = {});
-/// The text of a JSON value, ending in a line end.
-[[nodiscard]] QByteArray jsonText(const QJsonArray& array);
+/// The text of a JSON object, ending in a line end.
 [[nodiscard]] QByteArray jsonText(const QJsonObject& object);
 
-/// A text fit for one line of a terminal: control characters become blanks.
-[[nodiscard]] QString onOneLine(const QString& text);
-/// A text with the line ends of a shell, ending in one.
-[[nodiscard]] QString shellText(QString text);
+/// The text of a JSON array, object by object, so that nobody has to hold it whole: a line each.
+class JsonArray {
+public:
+    /// The next object, with what stands before it.
+    [[nodiscard]] QByteArray next(const QJsonObject& object);
+    /// What stands behind the last one.
+    [[nodiscard]] QByteArray end() const;
+
+private:
+    bool m_isEmpty = true;
+};
+
 /// "2026-03-10 09:30"; empty for Null.
 [[nodiscard]] QString shownDate(const QVariant& date);
 /// "cu:12"; "-" for a note kept on no record.

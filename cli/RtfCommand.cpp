@@ -1,7 +1,7 @@
 // rtf: converts a file.
 #include "cli/CommandContext.h"
-#include "cli/Rows.h"
 #include "cli/RtfHtml.h"
+#include "cli/SafeText.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
 
@@ -19,7 +19,7 @@ ExitStatus convertRtf(const CommandContext& context) {
         context.print(
             QStringLiteral("<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title></title>"
                            "</head><body>\n%1</body></html>\n")
-                .arg(htmlOf(document)));
+                .arg(withoutControls(htmlOf(document))));
     } else {
         context.print(rtf::write(document));
     }

@@ -10,7 +10,12 @@ target_compile_definitions(yrw_options INTERFACE
 target_compile_options(yrw_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
     -Wimplicit-fallthrough -Werror)
-target_link_options(yrw_options INTERFACE -fuse-ld=mold)
+# Against what a hostile file may reach: checked stacks and copies, tables that are read-only once
+# loaded. tools/check_hardening.py reads from the built files that it is so.
+target_compile_options(yrw_options INTERFACE -fstack-protector-strong)
+target_compile_definitions(yrw_options INTERFACE
+    $<$<AND:$<CONFIG:Release,RelWithDebInfo,MinSizeRel>,$<NOT:$<BOOL:${YRW_SANITIZE}>>>:_FORTIFY_SOURCE=2>)
+target_link_options(yrw_options INTERFACE -fuse-ld=mold -Wl,-z,relro,-z,now)
 if(YRW_SANITIZE)
     # This warning is unreliable in instrumented code.
     target_compile_options(yrw_options INTERFACE -fsanitize=address,undefined

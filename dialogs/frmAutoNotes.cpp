@@ -1,5 +1,6 @@
 #include "dialogs/frmAutoNotes.h"
 
+#include "platform/forms/Announcement.h"
 #include "platform/forms/FontSubstitutes.h"
 #include "platform/forms/ScreenMetrics.h"
 #include "platform/forms/Twips.h"
@@ -140,6 +141,7 @@ void frmAutoNotes::AddNote(const QString& Category, qint64 NoteID, const QString
     if (ClearNotes) {
         flxThis->setRowCount(0);
         m_category.clear();
+        m_words.clear();
     }
     QFont bold = font();
     bold.setBold(true);
@@ -148,7 +150,9 @@ void frmAutoNotes::AddNote(const QString& Category, qint64 NoteID, const QString
         heading.setPointSize(kHeadingPoints);
         appendRow(Category, 0, heading, kHeadingColour);
         m_category = Category;
+        m_words += Category;
     }
+    m_words += Subject;
     appendRow(Subject, NoteID, bold, kSubjectColour);
     const bool cut = NoteText.size() > kLongestText;
     appendRow(cut ? QString(NoteText.left(kLongestText) + u'…') : NoteText, NoteID, font(),
@@ -199,6 +203,14 @@ void frmAutoNotes::present() {
     m_presented = true;
     m_settling.start();
     showModeless(parentWidget(), false);
+    constexpr int kMostWords = 8; // nobody listens to more
+    QStringList words{windowTitle()};
+    words += m_words.mid(0, kMostWords);
+    if (const auto more = m_words.size() - kMostWords; more > 0) {
+        words += QStringLiteral("%1 more").arg(more);
+    }
+    setAccessibleDescription(words.join(QStringLiteral(". ")));
+    announce(*this, accessibleDescription());
     if (m_placement == Placement::InsideHost) {
         raise();
     }
@@ -387,6 +399,7 @@ void frmAutoNotes::saveSize() {
 
 void frmAutoNotes::createControls() {
     setWindowTitle(QStringLiteral("Automatic Notes"));
+    setAccessibleName(windowTitle());
     installFontSubstitutes();
     setFont(QFont(QStringLiteral("Comic Sans MS"), kFormPoints));
     setMinimumSize(kLeastSize);
@@ -394,6 +407,7 @@ void frmAutoNotes::createControls() {
     flxThis = new QTableWidget(0, 1, this);
     flxThis->setObjectName(QStringLiteral("flxThis"));
     flxThis->setAccessibleName(QStringLiteral("Automatic notes"));
+    flxThis->setAccessibleDescription(QStringLiteral("Enter opens the note"));
     flxThis->setFont(font());
     flxThis->setItemDelegate(new CellPainter(*this, flxThis));
     flxThis->horizontalHeader()->hide();

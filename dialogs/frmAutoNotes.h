@@ -93,6 +93,7 @@ private:
     bool m_touched = false; ///< the user has worked in it
     bool m_quiet = false;   ///< the list is changed in code
     QString m_category;     ///< heading of the rows added last
+    QStringList m_words;    ///< headings and subjects, for screen readers
     int m_parentHeight = 0; ///< twips, as `SetPosition` was told
     int m_parentWidth = 0;
     QMargins m_frame; ///< frame of the window that sizes include

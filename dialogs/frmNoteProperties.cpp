@@ -7,6 +7,7 @@
 #include "platform/clock/WallTime.h"
 #include "platform/forms/ClockChangeLabel.h"
 #include "platform/forms/DatePicker.h"
+#include "store/Operations.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -24,6 +25,7 @@ namespace {
 constexpr int kHelpTopic = 110001;
 constexpr qint64 kFirstReminderMinutes = 60;
 constexpr int kReminderStepMinutes = 30;
+constexpr int kWidestGroupName = 320; ///< pixels; a longer one is shown without its middle
 
 /// Which option stands for a stored kind. A group's reminder opens as chosen users, so that later
 /// changes of the group do not move it.
@@ -70,11 +72,19 @@ void frmNoteProperties::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRe
         LoadNote();
         LoadReminder();
     }
-    const Ref<IRecord> group = currentGroup();
-    const QString groupName =
-        group ? HostUtility::NullToText(group->value(QStringLiteral("GroupName"))) : QString();
-    m_optReminder[3]->setText(QStringLiteral("Remind Everyone in the '") + asCaption(groupName) +
-                              QStringLiteral("' &Group"));
+    QString groupName; // stays empty for who is in none, or where the host does not tell
+    ignoreErrors([&] {
+        groupName = HostUtility::NullToText(currentGroup()->value(QStringLiteral("GroupName")));
+    });
+    QRadioButton& option = *m_optReminder[3];
+    const QString shown =
+        option.fontMetrics().elidedText(groupName, Qt::ElideMiddle, kWidestGroupName);
+    option.setText(QStringLiteral("Remind Everyone in the '") + asCaption(shown) +
+                   QStringLiteral("' &Group"));
+    if (shown != groupName) { // the whole name, as plain text
+        option.setToolTip(u"<span>" + groupName.toHtmlEscaped() + u"</span>");
+        option.setAccessibleName(u"Remind Everyone in the '" + groupName + u"' Group");
+    }
     EnableReminderControls(m_chkReminder->isChecked());
 }
 
@@ -145,8 +155,9 @@ void frmNoteProperties::startNewNote() {
 
 void frmNoteProperties::LoadNote() {
     setWindowTitle(QStringLiteral("Edit Note"));
-    m_dtpDate->setValue(m_record->value(QStringLiteral("Date")).toDateTime());
+    m_dtpDate->setStoredValue(m_record->value(QStringLiteral("Date")).toDateTime());
     m_txtSubject->setText(HostUtility::NullToText(m_record->value(QStringLiteral("Subject"))));
+    m_txtSubject->setCursorPosition(0); // a long one is read from its beginning
     m_chkAutoShow->setChecked(
         HostUtility::NullToBoolean(m_record->value(QStringLiteral("AutomaticallyShow"))));
     const bool isPrivate =
@@ -156,7 +167,11 @@ void frmNoteProperties::LoadNote() {
 
 void frmNoteProperties::LoadReminder() {
     const QDateTime due = m_record->value(QStringLiteral("ReminderDate")).toDateTime();
-    m_dtpReminder->setValue(due.isValid() ? due : minutesLater(now(), kFirstReminderMinutes));
+    if (due.isValid()) {
+        m_dtpReminder->setStoredValue(due);
+    } else {
+        m_dtpReminder->setValue(minutesLater(now(), kFirstReminderMinutes));
+    }
     const auto kind =
         static_cast<ReminderKind>(m_record->value(QStringLiteral("ReminderType")).toInt());
     m_chkReminder->setChecked(kind != ReminderKind::None);
@@ -219,11 +234,32 @@ void frmNoteProperties::confirm() {
     if (!inputIsComplete()) {
         return;
     }
-    const Hourglass hourglass(prompt());
-    const bool editing = !m_adding;
-    raiseNote();
-    recreateReminders(editing);
+    const Ref<IRecord> before = m_record;
+    const auto raise = [this] { raiseEvents(); };
+    try {
+        if (m_writer) {
+            m_writer(raise);
+        } else {
+            storeAsOne(*m_addIn->NotesApplication(), raise);
+        }
+    } catch (...) {
+        m_record = before; // a new note is as little there as its reminders
+        m_note = query<yrw::Note>(m_record);
+        throw;
+    }
     unload();
+}
+
+/// Everything that one OK raises, in order.
+void frmNoteProperties::raiseEvents() {
+    const Hourglass hourglass(prompt());
+    raiseNote();
+    if (!m_adding && m_note) {
+        m_note->DeleteReminders();
+    }
+    if (m_chkReminder->isChecked()) {
+        RaiseReminders();
+    }
 }
 
 void frmNoteProperties::raiseNote() {
@@ -234,21 +270,7 @@ void frmNoteProperties::raiseNote() {
     NoteEvent& event = m_adding ? AddNote : EditNote;
     event.raise(m_dtpDate->value(), m_txtSubject->text(), m_record, kind, due,
                 m_chkAutoShow->isChecked(), type);
-    // From here on the note is there: a second OK after a failed reminder must not add it again.
     m_note = query<yrw::Note>(m_record);
-    m_adding = !m_record;
-}
-
-void frmNoteProperties::recreateReminders(bool deleteOld) {
-    const Ref<dao::Database> database = m_addIn->NotesApplication()->DAODatabase();
-    dao::Transaction transaction(*database);
-    if (deleteOld && m_note) {
-        m_note->DeleteReminders();
-    }
-    if (m_chkReminder->isChecked()) {
-        RaiseReminders();
-    }
-    transaction.commit();
 }
 
 void frmNoteProperties::stepReminder(int minutes) {
@@ -276,13 +298,15 @@ Ref<IHostApplication> frmNoteProperties::hostApplication() const {
 }
 
 Ref<IUser> frmNoteProperties::currentUser() const {
-    const Ref<IHostApplication> application = hostApplication();
-    return application ? application->CurrentIUser() : nullptr;
+    Ref<IUser> user;
+    ignoreErrors([&] { user = hostApplication()->CurrentIUser(); });
+    return user;
 }
 
 Ref<IRecord> frmNoteProperties::currentGroup() const {
-    const Ref<IUser> user = currentUser();
-    return user ? user->Group() : nullptr;
+    Ref<IRecord> group;
+    ignoreErrors([&] { group = currentUser()->Group(); });
+    return group;
 }
 
 } // namespace yrw

@@ -9,6 +9,8 @@
 #include <QHash>
 
 #include <array>
+#include <functional>
+#include <utility>
 
 class QCheckBox;
 class QGroupBox;
@@ -32,7 +34,7 @@ class Prompt;
 ///
 /// It writes nothing itself, except that it asks an edited note to delete its old reminders: on OK
 /// it raises events that the caller answers by writing. A handler that fails throws; the failure is
-/// reported and the dialog stays open with what was typed.
+/// reported, nothing of that OK is stored, and the dialog stays open with what was typed.
 /// Lifetime: made, initialised and shown modally by the notes window, to which it belongs; OK and
 /// Cancel unload it.
 /// Thread: the user-interface thread.
@@ -62,6 +64,12 @@ public:
     NoteEvent AddNote;         ///< OK for a new note
     NoteEvent EditNote;        ///< OK for an existing note
     ReminderEvent AddReminder; ///< once for each user who is to be reminded
+
+    /// How the events of one OK are raised: given a function that raises all of them. The default
+    /// runs it in one transaction. One that raises keeps the dialog open, and the dialog takes it
+    /// that nothing was stored.
+    using Writer = std::function<void(const std::function<void()>& raiseEvents)>;
+    void setWriter(Writer writer) { m_writer = std::move(writer); }
 
 protected:
     void Form_Activate() override;
@@ -95,7 +103,7 @@ private:
     [[nodiscard]] ReminderOption chosenOption() const;
     void confirm();
     void raiseNote();
-    void recreateReminders(bool deleteOld);
+    void raiseEvents();
     void RaiseReminders();
     void stepReminder(int minutes);
     void showHelp();
@@ -104,6 +112,7 @@ private:
     [[nodiscard]] Prompt& prompt() const;
     [[nodiscard]] QDateTime now() const;
     [[nodiscard]] Ref<IHostApplication> hostApplication() const;
+    /// The user who works with the host; nothing where the host does not tell.
     [[nodiscard]] Ref<IUser> currentUser() const;
     [[nodiscard]] Ref<IRecord> currentGroup() const;
 
@@ -138,6 +147,7 @@ private:
     Ref<Note> m_note;                     ///< the same note
     QHash<QString, QString> m_recipients; ///< how far each one is, by the keys of their nodes
     bool m_adding = false;
+    Writer m_writer;
     bool m_initialising = false; ///< the tree ticks who is reminded already, not who might be
 };
 

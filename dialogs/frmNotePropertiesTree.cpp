@@ -20,6 +20,7 @@ namespace yrw {
 namespace {
 
 constexpr int kKeyRole = Qt::UserRole;
+constexpr int kWidestTree = 560; ///< up to which names widen the dialog, in pixels
 const QString kGroupPrefix = QStringLiteral("gp");
 const QString kUserPrefix = QStringLiteral("us");
 constexpr QColor kGroupColour(0x00, 0x00, 0xff);
@@ -138,8 +139,9 @@ void frmNoteProperties::BuildUsersTree() {
     for (const QString& state : std::as_const(m_recipients)) {
         states = qMax(states, m_tvwRemindUsers->fontMetrics().horizontalAdvance(state));
     }
-    if (states > 0) { // both columns whole, beside a scroll bar
-        m_tvwRemindUsers->setMinimumWidth(m_tvwRemindUsers->columnWidth(0) + states + 50);
+    if (states > 0) { // both columns whole, beside a scroll bar, as far as names allow it
+        m_tvwRemindUsers->setMinimumWidth(
+            qMin(kWidestTree, m_tvwRemindUsers->columnWidth(0) + states + 50));
     }
     if (m_initialising) {
         tickRemindedUsers();
@@ -209,8 +211,13 @@ bool frmNoteProperties::AnyUserTicked() const {
 void frmNoteProperties::RaiseReminders() {
     const QDateTime due = m_dtpReminder->value();
     if (chosenOption() == ReminderOption::JustMe) {
-        AddReminder.raise(m_record, due,
-                          currentUser()->value(QStringLiteral("RecordID")).toLongLong());
+        const Ref<IUser> user = currentUser();
+        if (!user) {
+            throw AutomationError(kErrorObjectRequired,
+                                  QStringLiteral("YRWNOTES.frmNoteProperties"),
+                                  QStringLiteral("The host does not tell who works with it."));
+        }
+        AddReminder.raise(m_record, due, user->value(QStringLiteral("RecordID")).toLongLong());
         return;
     }
     for (QTreeWidgetItemIterator node(m_tvwRemindUsers); *node != nullptr; ++node) {

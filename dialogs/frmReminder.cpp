@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QWindow>
 
 #include <limits>
@@ -34,6 +35,8 @@ const QString kNextDate = QStringLiteral("NextDate");
 const QString kLastDate = QStringLiteral("LastDate");
 /// Minutes from now that the date picker offers at first.
 constexpr qint64 kLaterMinutes = 30;
+/// How often the picker looks at the clock, in milliseconds.
+constexpr int kLookMs = 2000;
 /// When the morning begins for a reminder.
 constexpr int kMorningHour = 9;
 
@@ -82,20 +85,24 @@ frmReminder::~frmReminder() = default;
 
 void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRecord>& reminder) {
     m_application = application;
-    lblForm[2]->setText(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
+    showSubject(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
     rxtMain->setPlainText(HostUtility::NullToText(reminder->value(QStringLiteral("PlainNote"))));
-    dtpReminder->setValue(minutesLater(now(), kLaterMinutes));
+    followClock();
+    m_minutes.start(kLookMs);
     m_note = application->Notes()->Item(reminder->value(QStringLiteral("NoteID")));
     findOwner();
     setWindowTitle(captionText());
     const QDateTime due = reminder->value(kNextDate).toDateTime();
     lblForm[5]->setText(QStringLiteral("Due: ") + due.toString(kDateFormat));
+    setAccessibleName(windowTitle());
+    setAccessibleDescription(lblForm[2]->text() + QStringLiteral(". ") + lblForm[5]->text());
     m_due = QDateTime(due.date(), due.time(), Qt::UTC).toSecsSinceEpoch();
     const int kind = m_note->value(QStringLiteral("ReminderType")).toInt();
     if (const std::optional<QString> text = kindText(kind)) {
         lblForm[4]->setText(*text);
     }
-    m_reminder = reminder; // from here on closing answers
+    QTimer::singleShot(0, this, [this] { keepOnScreen(); }); // once all have their sizes
+    m_reminder = reminder;                                   // from here on closing answers
 }
 
 void frmReminder::abandon() {
@@ -120,6 +127,7 @@ bool frmReminder::isUnanswered(const dao::Recordset& row) const {
 
 void frmReminder::Form_Load() {
     m_cameMs = m_addIn.services().clock.monotonicMs();
+    const QScopedValueRollback<bool> setting(m_settingLater, true);
     dtpReminder->setMinimumDate(now().date());
 }
 
@@ -153,6 +161,9 @@ void frmReminder::cmdForm_Click(FormButton index) {
         m_addIn.services().utility.prompt().message(
             QStringLiteral("You cannot finish a note when you click 'Tell Me Later'."),
             QStringLiteral("Cannot Finish Note"), PromptIcon::Information);
+        if (self) {
+            chkFinish->setFocus(); // one of the two has to give way
+        }
         break;
     case FormButton::Dismiss:
         dismiss();
@@ -165,6 +176,7 @@ void frmReminder::cmdForm_Click(FormButton index) {
 }
 
 void frmReminder::cmdPreset_Click(Preset index) {
+    m_laterTouched = true;
     switch (index) {
     case Preset::TenMinutes:
         dtpReminder->setValue(minutesLater(now(), 10));
@@ -186,6 +198,7 @@ void frmReminder::Form_QueryUnload(bool& /*cancel*/) {
 }
 
 void frmReminder::Form_Unload() {
+    m_minutes.stop();
     stacking().changedMs = m_addIn.services().clock.monotonicMs();
     if (tag().size() > kTagPrefix.size()) {
         m_addIn.forgetReminder(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
@@ -239,7 +252,7 @@ void frmReminder::bringToFront() {
 }
 
 void frmReminder::callUser(int waiting) {
-    QStringList words{windowTitle(), lblForm[2]->text(), lblForm[5]->text()};
+    QStringList words{windowTitle(), lblForm[2]->text().remove(QChar(0x200B)), lblForm[5]->text()};
     if (waiting > 1) {
         words += QStringLiteral("%1 reminders are waiting").arg(waiting);
     }
@@ -306,8 +319,18 @@ QString frmReminder::captionText() {
     return QStringLiteral("YRW Reminder") + owner;
 }
 
+/// Lets the picker offer what it offers at first, as time goes on. A user who is in it is left
+/// alone.
+void frmReminder::followClock() {
+    if (!m_laterTouched && !dtpReminder->hasFocus()) {
+        const QScopedValueRollback<bool> setting(m_settingLater, true);
+        dtpReminder->setValue(minutesLater(now(), kLaterMinutes));
+    }
+}
+
 void frmReminder::tellLater() {
     mbTellMeLater = true;
+    followClock();
     save({{kNextDate, dtpReminder->value()},
           {kLastDate, now()},
           {kStatus, static_cast<int>(ReminderStatus::ToldLater)}});

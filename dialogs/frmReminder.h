@@ -5,6 +5,7 @@
 #include "store/Application.h"
 
 #include <QKeySequence>
+#include <QTimer>
 
 #include <array>
 #include <limits>
@@ -25,8 +26,9 @@ class DatePicker;
 ///
 /// What a user does elsewhere never answers a reminder. The popup takes no keyboard focus by
 /// itself and no button is the default one; keys reach it only after a click in it or after
-/// `takeKeys`. For half a second after it has come, or another popup has gone or risen, clicks on
-/// it count for nothing: they may have been meant for what was in its place.
+/// `takeKeys`. The picker of the time to be told later offers half an hour from now, whenever now
+/// is, until the user picks another. For half a second after it has come, or another popup has gone
+/// or risen, clicks on it count for nothing: they may have been meant for what was in its place.
 /// Lifetime: made and shown modeless by the add-in, which outlives it; deletes itself once
 /// unloaded.
 /// Thread: the user-interface thread.
@@ -94,6 +96,9 @@ private:
     // Named operations.
     void findOwner();
     [[nodiscard]] QString captionText();
+    void showSubject(const QString& subject);
+    void keepOnScreen();
+    void followClock();
     void tellLater();
     void dismiss();
     void finishNote();
@@ -122,9 +127,12 @@ private:
     bool mbDismissed = false;
     bool m_hasKeys = false; ///< the user has turned to this popup
     bool m_isPainted = false;
-    bool m_calls = false;     ///< the user is to be called once it is painted
-    bool m_wantsKeys = false; ///< and the window system is still to follow
-    qint64 m_cameMs = 0;      ///< when it came, by the clock that never runs backwards
+    bool m_calls = false;        ///< the user is to be called once it is painted
+    bool m_wantsKeys = false;    ///< and the window system is still to follow
+    bool m_laterTouched = false; ///< the user has picked when to be told
+    bool m_settingLater = false; ///< the picker is set in code
+    QTimer m_minutes;
+    qint64 m_cameMs = 0; ///< when it came, by the clock that never runs backwards
 
     std::array<QLabel*, 6> lblForm{}; ///< 3 is not used
     QPlainTextEdit* rxtMain = nullptr;

@@ -4,6 +4,7 @@
 #include "framework/ErrorGuards.h"
 #include "platform/forms/ClockChangeLabel.h"
 #include "platform/forms/DatePicker.h"
+#include "platform/forms/ScreenMetrics.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -19,6 +20,7 @@ namespace {
 
 /// How far one place of the cascade lies from the next: a title bar.
 constexpr int kPlaceStep = 28;
+constexpr int kWidestWord = 380; ///< of a subject, in pixels; a longer one is broken
 
 QString indexed(const char* name, std::size_t index) {
     return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
@@ -118,7 +120,19 @@ void frmReminder::setTabOrders() {
     rxtMain->setFocus();
 }
 
+/// Shows the subject whole, in as many lines as it takes, at the width that the popup has.
+void frmReminder::showSubject(const QString& subject) {
+    lblForm[2]->setText(breakable(subject, lblForm[2]->fontMetrics(), kWidestWord));
+    layout()->activate();
+    const QSize room = roomFor(*this);
+    const int wanted = qMax(height(), layout()->totalHeightForWidth(this->width()));
+    resize(qMin(this->width(), room.width()), qMin(wanted, room.height()));
+}
+
 void frmReminder::connectEvents() {
+    connect(dtpReminder, &DatePicker::dateTimeChanged, this,
+            [this] { m_laterTouched = m_laterTouched || !m_settingLater; });
+    connect(&m_minutes, &QTimer::timeout, this, [this] { followClock(); });
     for (std::size_t index = 0; index < cmdForm.size(); ++index) {
         connect(cmdForm[index], &QPushButton::clicked, this, [this, index] {
             ignoreErrors([&] { cmdForm_Click(static_cast<FormButton>(index)); });
@@ -129,6 +143,16 @@ void frmReminder::connectEvents() {
             ignoreErrors([&] { cmdPreset_Click(static_cast<Preset>(index)); });
         });
     }
+}
+
+/// The popup is placed before it has its texts and grows by them.
+void frmReminder::keepOnScreen() {
+    layout()->activate();
+    resize(size().expandedTo(layout()->totalMinimumSize()));
+    const QRect area = screen()->availableGeometry();
+    const QRect frame = frameGeometry();
+    move(qMax(area.left(), qMin(frame.x(), area.right() + 1 - frame.width())),
+         qMax(area.top(), qMin(frame.y(), area.bottom() + 1 - frame.height())));
 }
 
 void frmReminder::moveToPlace(int place, const QWidget* host) {

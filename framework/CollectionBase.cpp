@@ -53,20 +53,32 @@ void CollectionBase::setParent(const Ref<Counted>& parent) {
 Ref<IRecord> CollectionBase::Add(const dao::ValueList& recordData,
                                  const Ref<dao::Recordset>& daoRecordset, qint64& newRecordID,
                                  bool getNewRecord) {
-    const Ref<dao::Recordset> row =
-        dataHelper().AddRecord(daoRecordset, recordData, m_differences.TableName,
-                               m_differences.StoredQuery, true, newRecordID);
     if (!daoRecordset) {
-        const RecordsetCloser closer(row);
-        Ref<IRecord> record = Item(row);
-        record->setRecordset(nullptr);
-        return record;
+        return addDetached(recordData, newRecordID);
     }
+    const Ref<dao::Recordset> row =
+        dataHelper().AddRecord(daoRecordset, recordData, m_differences.TableName, {}, true,
+                               newRecordID, m_differences.KeyField);
     if (!getNewRecord) {
         return newRecord();
     }
     Ref<IRecord> record = Item(row);
     row->setBookmark(row->LastModified()); // reading the row has moved the cursor on
+    return record;
+}
+
+/// Adds a row and reads it back; one that cannot be read back is not added.
+Ref<IRecord> CollectionBase::addDetached(const dao::ValueList& recordData, qint64& newRecordID) {
+    dao::Transaction transaction(dataHelper().Database());
+    qint64 key = 0;
+    const Ref<dao::Recordset> row =
+        dataHelper().AddRecord(nullptr, recordData, m_differences.TableName,
+                               m_differences.StoredQuery, true, key, m_differences.KeyField);
+    const RecordsetCloser closer(row);
+    Ref<IRecord> record = Item(row);
+    record->setRecordset(nullptr);
+    transaction.commit();
+    newRecordID = key;
     return record;
 }
 

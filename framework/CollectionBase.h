@@ -60,6 +60,8 @@ public:
 
     /// The values as they were read, for the conflict check; `SetValue` does not touch them.
     [[nodiscard]] const dao::ValueList& valuesAsRead() const noexcept { return m_valuesAsRead; }
+    /// One value as it was read; the one in the value array when it was not read with the others.
+    [[nodiscard]] QVariant valueAsRead(const QString& name) const;
     /// Takes values as read afresh: they become the value array too.
     void takeValuesAsRead(const dao::ValueList& values);
     /// Notes one written value: it now is what stands in the database.
@@ -84,6 +86,10 @@ private:
     dao::ValueList m_pending;
     bool m_inMultipleUpdate = false;
 };
+
+/// The value of a key field that says which row a record is: as it was read, whatever `SetValue`
+/// made of it since. Of a record of another make it is the value of the field.
+[[nodiscard]] QVariant keyOf(IRecord& record, const QString& keyField);
 
 /// A collection over a table of differences. Answers "UseName" as a named call where the table
 /// gives one.
@@ -129,6 +135,7 @@ protected:
     [[nodiscard]] const TableDifferences& differences() const noexcept { return m_differences; }
 
 private:
+    Ref<IRecord> addDetached(const dao::ValueList& recordData, qint64& newRecordID);
     [[nodiscard]] Ref<IRecord> itemFrom(const Ref<dao::Recordset>& recordset,
                                         const QString& description);
     [[nodiscard]] QString selection(const RecordsetRequest& request) const;

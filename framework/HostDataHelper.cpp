@@ -7,7 +7,6 @@ namespace yrw {
 namespace {
 
 const QString kSource = QStringLiteral("YRW.HostDataHelper");
-const QString kRecordID = QStringLiteral("RecordID");
 const QString kRecordUserID = QStringLiteral("RecordUserID");
 
 /// Position of a word outside quotes and brackets, standing alone; -1 when absent.
@@ -98,9 +97,17 @@ bool HostDataHelper::hasDatabase() const {
 Ref<dao::Recordset> HostDataHelper::AddRecord(const Ref<dao::Recordset>& recordset,
                                               const dao::ValueList& recordData,
                                               const QString& tableName, const QString& queryName,
-                                              bool getNewKey, qint64& newRecordID) {
+                                              bool getNewKey, qint64& newRecordID,
+                                              const QString& keyField) {
+    dao::Transaction transaction(
+        Database()); // before anything is read, since only a write may wait
     const Ref<dao::Recordset> rows =
         recordset ? recordset : Database().OpenRecordset(tableName, dao::RecordsetType::Table);
+    const int keyColumn = rows->FieldIndex(keyField);
+    if (keyColumn < 0) { // before anything is stored
+        throw AutomationError(kErrorNotInCollection, kSource,
+                              QStringLiteral("There is no field '%1'.").arg(keyField));
+    }
     rows->AddNew();
     try {
         for (const dao::ValueList::Entry& entry : recordData) {
@@ -111,20 +118,21 @@ Ref<dao::Recordset> HostDataHelper::AddRecord(const Ref<dao::Recordset>& records
             rows->setValue(kRecordUserID, m_currentUserID);
         }
         rows->Update();
+        transaction.commit();
     } catch (...) {
         rows->CancelUpdate();
         throw;
     }
     rows->setBookmark(rows->LastModified());
-    const qint64 key = rows->value(kRecordID).toLongLong();
+    const QVariant key = rows->value(keyColumn);
     if (getNewKey) {
-        newRecordID = key;
+        newRecordID = key.toLongLong();
     }
     if (recordset || queryName.isEmpty()) {
         return rows;
     }
     rows->Close();
-    return OpenRecordset(BuildQuerySQL(queryName, key, kRecordID));
+    return OpenRecordset(BuildQuerySQL(queryName, key, keyField));
 }
 
 bool HostDataHelper::DeleteByKey(const QString& keyField, const QVariant& keyValue,

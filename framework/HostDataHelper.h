@@ -31,13 +31,16 @@ public:
     /// Code of that user, stamped on rows that the helper changes, in `ChangeUserCode`.
     void setCurrentUserCode(const QString& code) { m_currentUserCode = code; }
 
-    /// Adds a row. Names that the table does not have raise `kErrorNotInCollection`. Fills
-    /// `RecordUserID` where the table has that field and the caller gave none.
+    /// Adds a row. Names that the table does not have, and a recordset without the key field, raise
+    /// `kErrorNotInCollection`, and nothing is added. Fills `RecordUserID` where the table has that
+    /// field and the caller gave none.
     /// Without a recordset one is opened on `queryName`'s rows of the new key (or the table's).
-    /// Returns the recordset positioned on the new row, the key in `newRecordID`.
+    /// Returns the recordset positioned on the new row, the key in `newRecordID` (0 for a key that
+    /// is no number).
     Ref<dao::Recordset> AddRecord(const Ref<dao::Recordset>& recordset,
                                   const dao::ValueList& recordData, const QString& tableName,
-                                  const QString& queryName, bool getNewKey, qint64& newRecordID);
+                                  const QString& queryName, bool getNewKey, qint64& newRecordID,
+                                  const QString& keyField = QStringLiteral("RecordID"));
     /// Runs an action query with the one parameter `keyField`; an empty action query name deletes
     /// the rows of `tableName` directly. True when it ran.
     bool DeleteByKey(const QString& keyField, const QVariant& keyValue, const QString& actionQuery,

@@ -69,7 +69,7 @@ void RecordBase::Refresh() {
         throw AutomationError(kErrorObjectRequired, m_differences.ClassName,
                               QStringLiteral("Object required"));
     }
-    const Ref<IRecord> fresh = m_collection->Item(value(m_differences.KeyField));
+    const Ref<IRecord> fresh = m_collection->Item(valueAsRead(m_differences.KeyField));
     takeValuesAsRead(fresh->ValueArray());
 }
 
@@ -148,6 +148,10 @@ Ref<dao::Field> RecordBase::ShortDisplayValue() {
     return Field(m_differences.ShortDisplayFieldName);
 }
 
+QVariant RecordBase::valueAsRead(const QString& name) const {
+    return m_valuesAsRead.contains(name) ? m_valuesAsRead.value(name) : m_values.value(name);
+}
+
 void RecordBase::takeValuesAsRead(const dao::ValueList& values) {
     m_values = values;
     m_valuesAsRead = values;
@@ -176,6 +180,11 @@ QVariant RecordBase::valueAt(int column) const {
         return m_values.at(column).value;
     }
     return m_values.value(name);
+}
+
+QVariant keyOf(IRecord& record, const QString& keyField) {
+    const auto* base = dynamic_cast<const RecordBase*>(&record);
+    return base != nullptr ? base->valueAsRead(keyField) : record.value(keyField);
 }
 
 HostDataHelper& RecordBase::dataHelper() const {

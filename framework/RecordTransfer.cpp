@@ -41,28 +41,31 @@ bool isStampField(const QString& name) {
            name.compare(kChangeUserCode, Qt::CaseInsensitive) == 0;
 }
 
-/// Raises when a field that is about to be written no longer holds what the record was read with.
-void checkConflicts(const dao::Recordset& row, const dao::ValueList& asRead,
-                    const dao::ValueList& values) {
+/// The fields of a row that somebody else has changed: they hold neither what the record was read
+/// with nor what is about to be written.
+dao::ValueList conflictsOf(const dao::ValueList& current, const dao::ValueList& asRead,
+                           const dao::Recordset& edited) {
     dao::ValueList changed;
+    for (const dao::ValueList::Entry& entry : current) {
+        if (!isStampField(entry.name) && asRead.contains(entry.name) &&
+            !isSameValue(entry.value, asRead.value(entry.name)) &&
+            !isSameValue(entry.value, edited.value(entry.name))) {
+            changed.set(entry.name, entry.value);
+        }
+    }
+    return changed;
+}
+
+[[noreturn]] void raiseConflict(const dao::ValueList& changed) {
     QStringList names;
-    for (const dao::ValueList::Entry& entry : values) {
-        if (isStampField(entry.name) || !asRead.contains(entry.name)) {
-            continue;
-        }
-        const QVariant current = row.value(entry.name);
-        if (!isSameValue(current, asRead.value(entry.name)) && !isSameValue(current, entry.value)) {
-            changed.set(entry.name, current);
-            names.append(entry.name);
-        }
+    for (const dao::ValueList::Entry& entry : changed) {
+        names.append(entry.name);
     }
-    if (!changed.isEmpty()) {
-        throw dao::ConflictError(
-            kSource,
-            QStringLiteral("Somebody else has changed %1 since the record was read.")
-                .arg(names.join(QStringLiteral(", "))),
-            changed);
-    }
+    throw dao::ConflictError(
+        kSource,
+        QStringLiteral("Somebody else has changed %1 since the record was read.")
+            .arg(names.join(QStringLiteral(", "))),
+        changed);
 }
 
 /// The record's row in its base table, alone in a recordset.
@@ -72,7 +75,7 @@ Ref<dao::Recordset> openRow(dao::Database& database, IRecord& record) {
         throw AutomationError(kErrorObjectRequired, kSource, QStringLiteral("Object required"));
     }
     const QString table = collection->TableName();
-    const QVariant key = record.value(collection->KeyField());
+    const QVariant key = keyOf(record, collection->KeyField());
     const Ref<dao::Recordset> row = database.OpenRecordset(
         HostDataHelper::AddCondition(QStringLiteral("SELECT %1.* FROM %1").arg(table),
                                      HostDataHelper::EqualCondition(collection->KeyField(), key)));
@@ -123,8 +126,9 @@ dao::ValueList HostDataHelper::writeRow(IRecord& record, const dao::ValueList& v
     // One transaction around reading and writing: what is compared is what is overwritten.
     dao::Transaction transaction(Database());
     const Ref<dao::Recordset> row = openRow(Database(), record);
-    if (const auto* base = dynamic_cast<const RecordBase*>(&record)) {
-        checkConflicts(*row, base->valuesAsRead(), values);
+    dao::ValueList current;
+    for (const dao::ValueList::Entry& entry : values) {
+        current.set(entry.name, row->value(entry.name));
     }
     if (!m_currentUserCode.isEmpty() && row->FieldIndex(kChangeUserCode) >= 0 &&
         !values.contains(kChangeUserCode)) {
@@ -133,6 +137,12 @@ dao::ValueList HostDataHelper::writeRow(IRecord& record, const dao::ValueList& v
     row->Edit();
     for (const dao::ValueList::Entry& entry : written) {
         row->setValue(entry.name, entry.value);
+    }
+    if (const auto* base = dynamic_cast<const RecordBase*>(&record)) {
+        const dao::ValueList changed = conflictsOf(current, base->valuesAsRead(), *row);
+        if (!changed.isEmpty()) {
+            raiseConflict(changed);
+        }
     }
     row->Update();
     // As the database keeps them: a date without its milliseconds, a number given as text.

@@ -43,6 +43,8 @@ constexpr SettingKey kKeys[] = {
      SettingSection::Own},
     {u"SpellingLanguage", u"", "Language of the dictionary, as de_AT; empty: the user's",
      SettingSection::Own},
+    {u"DailyCopy", u"True", "Copy the notes database once a day into Backups/Notes beside it",
+     SettingSection::Own},
     {u"LastFolder", u"", "Folder that the last attached file was chosen in", SettingSection::Own},
     {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed", SettingSection::Own},
     {u"ToolbarBands", u"",

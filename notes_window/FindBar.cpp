@@ -14,7 +14,14 @@ FindBar::FindBar(QWidget* parent)
     m_txtFind->setObjectName(QStringLiteral("txtFind"));
     m_txtFind->setAccessibleName(QStringLiteral("Find in notes"));
     m_txtFind->setPlaceholderText(QStringLiteral("Words in the subject or the text"));
+    m_txtFind->setAccessibleDescription(m_txtFind->placeholderText());
     m_txtFind->setClearButtonEnabled(true);
+    if (auto* const clear = m_txtFind->findChild<QToolButton*>()) {
+        clear->setObjectName(QStringLiteral("cmdClearFind"));
+        clear->setAccessibleName(QStringLiteral("Clear find"));
+        clear->setAccessibleDescription(QStringLiteral("Empties the field, which shows all notes"));
+        clear->setToolTip(QStringLiteral("Clear"));
+    }
     m_lblFound->setObjectName(QStringLiteral("lblFound"));
 
     m_lblIndex->setObjectName(QStringLiteral("lblIndex"));

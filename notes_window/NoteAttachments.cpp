@@ -1,16 +1,17 @@
 #include "notes_window/NoteAttachments.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/disk/WholeFile.h"
 #include "platform/files/FileSystem.h"
 #include "platform/prompt/Prompt.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/rtf/EmbeddedObject.h"
+#include "platform/rtf/FileName.h"
 
 #include <QDesktopServices>
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeDatabase>
-#include <QSaveFile>
 #include <QUrl>
 
 #include <algorithm>
@@ -24,21 +25,14 @@ const QString kSaveTitle = QStringLiteral("Save Attachment");
 const QString kSource = QStringLiteral("YRWNotes.frmMain.Attachments");
 
 /// Programs of any system: what is harmless here may be sent on.
-const QStringList kProgramSuffixes{
-    QStringLiteral("action"),   QStringLiteral("apk"), QStringLiteral("app"),
-    QStringLiteral("appimage"), QStringLiteral("bat"), QStringLiteral("cmd"),
-    QStringLiteral("com"),      QStringLiteral("cpl"), QStringLiteral("deb"),
-    QStringLiteral("desktop"),  QStringLiteral("exe"), QStringLiteral("flatpakref"),
-    QStringLiteral("hta"),      QStringLiteral("inf"), QStringLiteral("jar"),
-    QStringLiteral("jnlp"),     QStringLiteral("js"),  QStringLiteral("jse"),
-    QStringLiteral("lnk"),      QStringLiteral("msi"), QStringLiteral("msp"),
-    QStringLiteral("pif"),      QStringLiteral("ps1"), QStringLiteral("reg"),
-    QStringLiteral("rpm"),      QStringLiteral("run"), QStringLiteral("scf"),
-    QStringLiteral("scr"),      QStringLiteral("sh"),  QStringLiteral("snap"),
-    QStringLiteral("url"),      QStringLiteral("vbe"), QStringLiteral("vbs"),
-    QStringLiteral("workbook"), QStringLiteral("ws"),  QStringLiteral("wsf"),
-    QStringLiteral("xpi"),
-};
+constexpr char kProgramSuffixes[] =
+    "action ade adp apk app appimage application appref-ms appx asp bash bat chm class "
+    "cmd com command cpl csh deb desktop dll elf exe fish flatpak flatpakref flatpakrepo "
+    "gadget hlp hta inf ins jar jnlp js jse jsp ksh library-ms lnk mde mjs msc msh msh1 "
+    "msh2 mshxml msi msix msp mst ocx pif pkg pl ps1 ps1xml psc1 psd1 psm1 py pyc pyw "
+    "pyz rb reg rpm run scf scr sct search-ms service settingcontent-ms sh shb shs snap "
+    "so sys tcl url vb vbe vbs vbscript website workbook workflow ws wsc wsf wsh xbap "
+    "xll xpi zsh ";
 const QStringList kProgramTypes{
     QStringLiteral("application/x-executable"),
     QStringLiteral("application/x-sharedlib"),
@@ -53,6 +47,12 @@ const QStringList kProgramTypes{
     QStringLiteral("application/javascript"),
 };
 
+bool isProgramSuffix(const QString& suffix) {
+    static const QStringList programs =
+        QString::fromLatin1(kProgramSuffixes).split(u' ', Qt::SkipEmptyParts);
+    return programs.contains(suffix, Qt::CaseInsensitive);
+}
+
 bool isProgramType(const QMimeType& type) {
     return std::any_of(kProgramTypes.begin(), kProgramTypes.end(),
                        [&](const QString& program) { return type.inherits(program); });
@@ -60,10 +60,11 @@ bool isProgramType(const QMimeType& type) {
 
 } // namespace
 
-bool isProgram(const QString& name, const QByteArray& data) {
+bool isProgram(const QString& shown, const QByteArray& data) {
     const QMimeDatabase types;
+    const QString name = rtf::baseName(shown); // as it would be saved
     const auto ofName = types.mimeTypesForFileName(name);
-    return kProgramSuffixes.contains(QFileInfo(name).suffix().toLower()) ||
+    return isProgramSuffix(QFileInfo(name).suffix()) ||
            std::any_of(ofName.begin(), ofName.end(), isProgramType) ||
            isProgramType(types.mimeTypeForData(data));
 }
@@ -79,7 +80,7 @@ void NoteAttachments::tellNoFile(int index) {
                   .arg(m_box.objectName(index))
             : QStringLiteral("\"%1\" holds no file but a link to this one:\r%2\r\rOpen it there, "
                              "or save a copy of it from the menu of the link.")
-                  .arg(m_box.objectName(index), link);
+                  .arg(m_box.objectName(index), rtf::shownText(link));
     m_prompt.message(text, QStringLiteral("Attachment"), PromptIcon::Information);
 }
 
@@ -102,7 +103,7 @@ void NoteAttachments::open(int index) {
         QStringLiteral("Open a copy of \"%1\" (%2)?\r\rWhat you change in the copy does not come "
                        "back into the note. Open only files that you expect.")
             .arg(file->label, type),
-        kOpenTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::Yes);
+        kOpenTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::No);
     if (answer != PromptAnswer::Yes) {
         return;
     }
@@ -128,7 +129,7 @@ std::optional<rtf::PackagedFile> NoteAttachments::linkedFile(const QString& path
     const PromptAnswer answer = m_prompt.question(
         QStringLiteral("The note holds a link to this file:\r%1\r\rDo you want to save a copy of "
                        "it?")
-            .arg(found),
+            .arg(rtf::shownText(found)),
         kSaveTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::Yes);
     refused = answer != PromptAnswer::Yes;
     QFile file(found);
@@ -153,7 +154,7 @@ std::optional<rtf::PackagedFile> NoteAttachments::fileToSave(int index) {
             ? QStringLiteral("The data of \"%1\" is damaged.").arg(m_box.objectName(index))
             : QStringLiteral("\"%1\" is a link to this file, which cannot be reached:\r%2\r\rMake "
                              "its drive or folder available and try again.")
-                  .arg(m_box.objectName(index), link);
+                  .arg(m_box.objectName(index), rtf::shownText(link));
     const auto picture = m_box.objectPicture(index);
     if (!picture) {
         m_prompt.message(reason, kSaveTitle, PromptIcon::Information);
@@ -175,17 +176,14 @@ void NoteAttachments::write(const rtf::PackagedFile& file) {
     FileRequest request;
     request.title = kSaveTitle;
     request.filter = QStringLiteral("Anything (*.*)|*.*|");
-    request.name = file.label;
+    request.name = rtf::baseName(file.label);
     const QString path = m_prompt.saveFile(request);
     if (path.isEmpty()) {
         return;
     }
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || out.write(file.data) != file.data.size() ||
-        !out.commit()) {
-        throw AutomationError(
-            kErrorDiskFull, kSource,
-            QStringLiteral("\"%1\" cannot be written: %2").arg(path, out.errorString()));
+    if (const auto problem = writeWholeFile(path, file.data)) {
+        throw AutomationError(kErrorDiskFull, kSource,
+                              QStringLiteral("\"%1\" cannot be written: %2").arg(path, *problem));
     }
 }
 

@@ -15,8 +15,8 @@ class Prompt;
 class RichTextBox;
 
 /// True for a file that a desktop would run rather than show: a program, a script, a package to
-/// install, or a launcher. Both its name and its content are looked at.
-[[nodiscard]] bool isProgram(const QString& name, const QByteArray& data);
+/// install, or a launcher. Both its name, in any case of letters, and its content are looked at.
+[[nodiscard]] bool isProgram(const QString& shown, const QByteArray& data);
 
 /// What a user does with the files inside a note: open a copy, save one.
 ///
@@ -26,8 +26,8 @@ class NoteAttachments {
 public:
     NoteAttachments(RichTextBox& box, Prompt& prompt, const FileSystem& files);
 
-    /// Asks, naming the kind of file, and lets the desktop open a private copy. Programs are
-    /// refused.
+    /// Asks, naming the kind of file and with No as the answer to begin with, and lets the desktop
+    /// open a private copy. Programs are refused.
     void open(int index);
     /// Asks for a place and writes the file there. Of a link, the file that it leads to, after a
     /// question that shows its path; where that cannot be reached, the picture that the note has.

@@ -4,8 +4,10 @@
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
+#include "notes_window/EachTool.h"
 #include "notes_window/FindBar.h"
 #include "notes_window/NoteTexts.h"
+#include "notes_window/TextTools.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
@@ -229,7 +231,7 @@ void frmMain::Form_KeyDown(FormKey& key) {
         key.consumed = true;
         if (m_findBar->fieldHasFocus()) {
             closeFind();
-        } else {
+        } else if (!m_atbMain->leave()) {
             unload();
         }
         return;
@@ -297,6 +299,9 @@ void frmMain::showType(int listIndex) {
 }
 
 void frmMain::toggleMine(const ITool& tool) {
+    if (!mayLeaveText()) {
+        return;
+    }
     const bool mine = !tool.isChecked();
     setToolChecked(tool.id(), mine);
     settings().setBoolean(QStringLiteral("ShowUserNotes"), mine);
@@ -345,32 +350,33 @@ void frmMain::UpdateToolStates() {
     for (const int id : {20008, 41000, 41001}) {
         setToolEnabled(id, whole);
     }
+    m_textTools->update();
     setToolEnabled(toolSave, shown && m_dirty);
     setToolEnabled(toolDone, shown && !m_note->Done());
+    if (isReadOnlyDatabase()) {
+        for (const QString& key : {kFormattingBand, kInsertBand}) {
+            if (IBand* band = m_atbMain->findBand(key)) {
+                band->setEnabled(false);
+            }
+        }
+        // Add, delete, properties, done, reminders; font, undo, redo, paste and clear.
+        for (const int id :
+             {20100, 20101, 20200, 20201, 20202, 30000, 40000, 40001, 40011, 40012}) {
+            setToolEnabled(id, false);
+        }
+    }
     setToolChecked(kFirstShowTool + 3, settings().boolean(QStringLiteral("ShowUserNotes")));
     for (const OptionTool& option : options()) {
         setToolChecked(option.id, settings().boolean(option.settingKey));
     }
 }
 
-template <class Action>
-void frmMain::forEachTool(int id, Action action) const {
-    for (int i = 0; i < m_atbMain->bandCount(); ++i) {
-        const IBand* band = m_atbMain->bandAt(i);
-        for (int j = 0; j < band->toolCount(); ++j) {
-            if (ITool* tool = band->toolAt(j); tool->id() == id) {
-                action(*tool);
-            }
-        }
-    }
-}
-
 void frmMain::setToolEnabled(int id, bool enabled) {
-    forEachTool(id, [enabled](ITool& tool) { tool.setEnabled(enabled); });
+    forEachTool(*m_atbMain, id, [enabled](ITool& tool) { tool.setEnabled(enabled); });
 }
 
 void frmMain::setToolChecked(int id, bool checked) {
-    forEachTool(id, [checked](ITool& tool) { tool.setChecked(checked); });
+    forEachTool(*m_atbMain, id, [checked](ITool& tool) { tool.setChecked(checked); });
 }
 
 bool frmMain::isToolChecked(const QString& key) const {

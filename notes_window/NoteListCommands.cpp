@@ -4,7 +4,6 @@
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
-#include "notes_window/MultipleFieldUpdate.h"
 #include "notes_window/NoteTexts.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/RichTextBox.h"
@@ -16,6 +15,8 @@ namespace yrw {
 
 void frmMain::openProperties(const Ref<IRecord>& note) {
     frmNoteProperties dialog(this);
+    Ref<IRecord> written; // by the last OK
+    Ref<IRecord> stored;  // once all of it was
     const auto choicesOf = [](const QDateTime& date, const QString& subject, ReminderKind kind,
                               const QDateTime& due, bool autoShow, NoteType type) {
         return NoteChoices{date, subject, kind, due, autoShow, type};
@@ -24,61 +25,54 @@ void frmMain::openProperties(const Ref<IRecord>& note) {
         [&](const QDateTime& date, const QString& subject, Ref<IRecord>& made, ReminderKind kind,
             const QDateTime& due, bool autoShow, NoteType type) {
             mfrmProperties_AddNote(made, choicesOf(date, subject, kind, due, autoShow, type));
+            written = made;
         });
     const Connection edited = dialog.EditNote.connect(
         [&](const QDateTime& date, const QString& subject, Ref<IRecord>& changed, ReminderKind kind,
             const QDateTime& due, bool autoShow, NoteType type) {
             mfrmProperties_EditNote(changed, choicesOf(date, subject, kind, due, autoShow, type));
+            written = changed;
         });
     const Connection reminded =
         dialog.AddReminder.connect([this](Ref<IRecord>& of, const QDateTime& due, qint64 userID) {
             mfrmProperties_AddReminder(of, due, userID);
         });
+    dialog.setWriter([&](const std::function<void()>& raiseEvents) {
+        SaveNote(); // may ask something, so before anything is written
+        storeAsOne(application(), raiseEvents);
+        stored = written;
+    });
     dialog.Initialise(Ref<INotesAddIn>(&m_addIn), note);
     dialog.showModal(this);
+    if (stored && note) {
+        showChanged(query<Note>(stored));
+    } else if (stored) {
+        showAdded(stored);
+    }
 }
 
 void frmMain::mfrmProperties_AddNote(Ref<IRecord>& note, const NoteChoices& choices) {
-    SaveNote();
     ShowStatus(QStringLiteral("Addint new Note..."));
-    const Hourglass hourglass(prompt());
-    const Ref<Note> made =
-        createNote(application(), m_context, ownerOf(m_owner, m_context), choices);
-    note = made;
-    const ListItem item = listItem(made);
+    note = createNote(application(), m_context, ownerOf(m_owner, m_context), choices);
+}
+
+void frmMain::mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices) {
+    note = changeNote(application(), services().clock, *query<Note>(note), choices);
+}
+
+void frmMain::showAdded(const Ref<IRecord>& note) {
+    const ListItem item = listItem(note);
     replaceItem(item);
     ShowNote(item.key);
     m_rtxMain->setFocus();
 }
 
-void frmMain::mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices) {
-    const QVariant id = m_note->value(QStringLiteral("RecordID"));
-    try {
-        writeProperties(*m_note, choices);
-    } catch (const AutomationError& error) {
-        if (error.number() != kErrorConflict) {
-            throw;
-        }
-        // Someone else changed the note meanwhile: write over a fresh reading, and keep the old
-        // one as what the text is compared with.
-        const Ref<Note> fresh = query<Note>(m_notes->Item(id));
-        writeProperties(*fresh, choices);
-        note = fresh;
+void frmMain::showChanged(const Ref<Note>& note) {
+    if (m_note && m_note->valueAsRead(QStringLiteral("RecordID")) ==
+                      note->valueAsRead(QStringLiteral("RecordID"))) {
+        takeOverProperties(*m_note, *note);
     }
     replaceItem(listItem(note));
-}
-
-void frmMain::writeProperties(Note& note, const NoteChoices& choices) {
-    MultipleFieldUpdate update(note);
-    update.set(QStringLiteral("Subject"), choices.Subject);
-    update.set(QStringLiteral("Date"), choices.Date);
-    update.set(QStringLiteral("ChangeDate"), services().clock.now());
-    update.set(QStringLiteral("ReminderType"), int(choices.Kind));
-    update.set(QStringLiteral("AutomaticallyShow"), choices.AutomaticallyShow);
-    update.set(QStringLiteral("NoteType"), int(choices.Type));
-    update.set(QStringLiteral("ReminderDate"),
-               choices.ReminderDate.isValid() ? QVariant(choices.ReminderDate) : QVariant());
-    update.end();
 }
 
 void frmMain::mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTime& due,
@@ -90,7 +84,7 @@ void frmMain::lsvMain_DblClick() {
     reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.EditNote"),
                  QStringLiteral("Could not Run the Command"), QStringLiteral("Notes Problem"),
                  [this] {
-                     if (m_note) {
+                     if (m_note && !isReadOnlyDatabase()) {
                          openProperties(m_note);
                      }
                  });
@@ -119,11 +113,23 @@ void frmMain::deleteSelected() {
         return;
     }
     const Hourglass hourglass(prompt());
-    deleteNote(application(), noteIdOf(item));
+    deleteShown(item);
     m_note.reset();
     setDirty(false);
     m_drafts.remove(noteIdOf(item));
     leaveItem(item);
+}
+
+void frmMain::deleteShown(const QString& item) {
+    try {
+        const bool isShown = m_note && keyOf(*m_note, QStringLiteral("RecordID")) == noteIdOf(item);
+        deleteNote(application(), noteIdOf(item), isShown ? m_note.get() : nullptr);
+    } catch (const dao::ConflictError&) {
+        if (!m_dirty) {
+            ShowNote(item); // as it is now: who wants it deleted all the same has seen it
+        }
+        throw;
+    }
 }
 
 void frmMain::finishSelected() {
@@ -135,7 +141,7 @@ void frmMain::finishSelected() {
     {
         const Hourglass hourglass(prompt());
         ShowStatus(QStringLiteral("Changing note state..."));
-        m_note->setDone(true);
+        markDone(application(), *m_note, true);
     }
     prompt().message(QStringLiteral("This note has been flagged as done."),
                      QStringLiteral("Note Done"), PromptIcon::Information);

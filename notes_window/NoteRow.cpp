@@ -62,6 +62,7 @@ ListItem listItemOf(const NoteRow& row, const std::optional<QString>& userName, 
     if (row.hasReminders) {
         item.bold = true;
         item.foreColour = kReminderColour;
+        item.marked = true;
     }
     return item;
 }

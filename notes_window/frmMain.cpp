@@ -1,20 +1,23 @@
 // The window's life, its size and the arrangement of its controls.
 #include "notes_window/frmMain.h"
 
-#include "dialogs/frmInsertAttachment.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/FindBar.h"
 #include "notes_window/NoteAttachments.h"
 #include "notes_window/SplitBar.h"
+#include "notes_window/frmInsertAttachment.h"
+#include "platform/clock/Clock.h"
 #include "platform/controls/StatusBar.h"
 #include "platform/files/FileSystem.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/forms/Twips.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
 #include <QFile>
 #include <QScreen>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -25,6 +28,7 @@ namespace {
 constexpr int kMinListHeight = 60;   ///< header and two rows, in pixels
 constexpr int kMinEditorHeight = 50; ///< between the splitter's top and the inner bottom
 constexpr int kSplitHeight = 7;
+constexpr int kMinWidth = 420; ///< of the window, in pixels
 constexpr int kReminderCountMs = 60000;
 
 const QString kToolbarBands = QStringLiteral("ToolbarBands");
@@ -61,6 +65,7 @@ void frmMain::Form_Load() {
     UpdateToolStates();
     m_lsvMain->setFocus();
     m_waitingTimer.start(kReminderCountMs);
+    m_drafts.removeHalfWritten(services().clock.now());
 }
 
 void frmMain::Form_Resize() {
@@ -68,8 +73,20 @@ void frmMain::Form_Resize() {
         return;
     }
     ShowStatus(QStringLiteral("Resizing..."));
+    if (m_splitTop != 0) { // a smaller window takes from the list before it takes from the text
+        m_splitTop = std::max(m_lsvMain->y() + kMinListHeight,
+                              std::min(m_splitTop, height() - leastTextHeight()));
+    }
     arrange();
     ShowStatus(QStringLiteral("Done"));
+}
+
+void frmMain::Form_QueryUnload(bool& cancel) {
+    ignoreErrors([&] { cancel = !mayLeaveText(); });
+}
+
+void frmMain::Form_EndSession() {
+    writeDraft();
 }
 
 void frmMain::Form_Unload() {
@@ -113,9 +130,11 @@ void frmMain::picHSplit_DblClick() {
 void frmMain::loadToolbar() {
     const QString inFolder = QStringLiteral("\\support\\notes\\Menus.tb");
     QStringList problems;
+    QStringList missing;
     for (const QString& folder : {m_addIn.DatabaseDirectory(), m_addIn.TemplateDirectory()}) {
         const QString path = folder + inFolder;
         if (!services().files.fileExists(path)) {
+            missing.append(QStringLiteral("%1 is not there.").arg(services().files.resolve(path)));
             continue;
         }
         try {
@@ -126,6 +145,7 @@ void frmMain::loadToolbar() {
         }
     }
     if (m_atbMain->bandCount() == 0) {
+        problems = problems.isEmpty() ? missing : problems;
         QFile builtIn(QStringLiteral(":/notes_window/Menus.tb"));
         builtIn.open(QIODevice::ReadOnly);
         m_atbMain->loadLayoutText(builtIn.readAll(), builtIn.fileName());
@@ -174,6 +194,9 @@ void frmMain::arrange() {
     if (!m_findBar->isHidden()) {
         place(m_findBar, m_findBar->sizeHint().height());
     }
+    // May make the window higher at once, also while it is not shown yet.
+    setMinimumSize(
+        QSize(kMinWidth, top + kMinListHeight + leastTextHeight()).boundedTo(roomFor(*this)));
     m_lsvMain->move(0, top);
     const int statusHeight = m_stbMain->sizeHint().height();
     m_stbMain->setGeometry(0, height() - statusHeight, width, statusHeight);
@@ -185,6 +208,14 @@ void frmMain::arrange() {
     m_picHSplit->setGeometry(0, split, width, kSplitHeight);
     const int editorTop = split + kSplitHeight;
     m_rtxMain->setGeometry(0, editorTop, width, std::max(0, m_stbMain->y() - editorTop));
+}
+
+/// What stands from the splitter down when the text shows three lines, in pixels.
+int frmMain::leastTextHeight() const {
+    const int aroundText =
+        2 * (m_rtxMain->frameWidth() + int(m_rtxMain->document()->documentMargin()));
+    return kSplitHeight + aroundText + 3 * m_rtxMain->fontMetrics().lineSpacing() +
+           m_stbMain->sizeHint().height();
 }
 
 int frmMain::clampedSplit(int top) const {

@@ -34,6 +34,7 @@ class NoteAttachments;
 class SpellChecker;
 class SplitBar;
 class StatusBar;
+class TextTools;
 class Toolbar;
 
 /// The notes window: the notes of one host record (or those kept on none), the text of the selected
@@ -85,7 +86,10 @@ protected:
     void Form_Resize() override;
     void Form_KeyDown(FormKey& key) override;
     void Form_KeyUp(FormKey& key) override;
+    void Form_QueryUnload(bool& cancel) override;
     void Form_Unload() override;
+    void Form_EndSession() override;
+    void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -134,6 +138,7 @@ private:
     void columnResized(int column);
     void arrange();
     [[nodiscard]] int clampedSplit(int top) const;
+    [[nodiscard]] int leastTextHeight() const;
     void moveSplit(int top);
 
     // The list (frmMainList.cpp).
@@ -155,6 +160,7 @@ private:
     void turnEditorOff();
     bool readIntoEditor(const QString& rtf);
     [[nodiscard]] bool isNoteCut() const;
+    [[nodiscard]] bool isReadOnlyDatabase() const;
     void emptyEditor();
     void leaveItem(const QString& item);
     void replaceItem(const ListItem& item);
@@ -178,8 +184,10 @@ private:
     void appendOther(Note& theirs);
     void setDirty(bool dirty);
     void rememberLoaded(Note& note);
-    void writeDraft();
+    [[nodiscard]] bool mayLeaveText();
+    bool writeDraft();
     void offerDraft(qint64 noteID);
+    void takeOver(const NoteDraft& draft);
     void offerDraftsOfDeletedNotes();
     void keepAsNewNote(const NoteDraft& draft);
     [[nodiscard]] bool isDeleted(qint64 noteID) const;
@@ -218,8 +226,10 @@ private:
     [[nodiscard]] static const std::vector<Shortcut>& shortcuts();
     void run(ITool& tool);
     void openProperties(const Ref<IRecord>& note);
-    void writeProperties(Note& note, const NoteChoices& choices);
+    void showAdded(const Ref<IRecord>& note);
+    void showChanged(const Ref<Note>& note);
     void deleteSelected();
+    void deleteShown(const QString& item);
     void finishSelected();
     void cancelSelectedReminders();
     void showType(int listIndex);
@@ -229,8 +239,6 @@ private:
     void setToolEnabled(int id, bool enabled);
     void setToolChecked(int id, bool checked);
     [[nodiscard]] bool isToolChecked(const QString& key) const;
-    template <class Action>
-    void forEachTool(int id, Action action) const;
 
     // Surroundings.
     [[nodiscard]] Services& services() const { return m_addIn.services(); }
@@ -255,6 +263,8 @@ private:
     bool m_isShowing = false;          ///< a note is being read into the editor
     std::optional<QString> m_nextItem; ///< the list item to be shown after that
     NoteDrafts m_drafts;
+    bool m_draftsOffered = false; ///< the questions about drafts have been asked
+    bool m_draftFailed = false;   ///< the last one could not be written
     QTimer m_draftTimer;
     QTimer m_waitingTimer;
     QHash<QString, QString> m_userNames;
@@ -279,6 +289,7 @@ private:
     ListView* m_lsvMain = nullptr;
     SplitBar* m_picHSplit = nullptr;
     RichTextBox* m_rtxMain = nullptr;
+    TextTools* m_textTools = nullptr;
     StatusBar* m_stbMain = nullptr;
     QLabel* m_lblReminders = nullptr;
 };

@@ -2,13 +2,15 @@
 #include "notes_window/frmMain.h"
 
 #include "dialogs/Hourglass.h"
-#include "dialogs/frmInsertAttachment.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
+#include "notes_window/LongWork.h"
 #include "notes_window/NoteAttachments.h"
 #include "notes_window/NotePrint.h"
 #include "notes_window/NoteTexts.h"
+#include "notes_window/frmInsertAttachment.h"
 #include "platform/forms/PageMargins.h"
+#include "platform/rtf/FileName.h"
 #include "platform/spelling/SpellChecker.h"
 #include "platform/toolbar/Toolbar.h"
 
@@ -42,6 +44,11 @@ void frmMain::setUpEditor() {
     m_rtxMain->setPrompt(&prompt());
     m_rtxMain->setFileHandler(
         [this](const QString& path) { InsertFile(path, ObjectDisplay::Icon); });
+    m_rtxMain->setPasteWatch([this]() -> RichTextBox::LoadStep {
+        const auto work = std::make_shared<LongWork>(services().clock, this,
+                                                     QStringLiteral("Pasting: %1 %."), 32);
+        return [work](int percent) { return work->goOn(percent); };
+    });
     connect(m_rtxMain, &RichTextBox::objectActivated, this, &frmMain::rtxMain_ObjectActivated);
     m_connections.push_back(
         m_atbMain->BandOpen.connect([this](IBand& band) { atbMain_BandOpen(band); }));
@@ -105,7 +112,7 @@ bool frmMain::mayBeLarge(const QString& file) {
            prompt().question(
                QStringLiteral("\"%1\" has %2 MB. A note that holds it takes long to open and to "
                               "save.\r\rDo you want to attach it all the same?")
-                   .arg(QFileInfo(file).fileName())
+                   .arg(rtf::shownText(QFileInfo(file).fileName()))
                    .arg(size / kMegabyte),
                QStringLiteral("Large File"), PromptButtons::YesNo, PromptIcon::Question,
                PromptAnswer::No) == PromptAnswer::Yes;
@@ -237,8 +244,10 @@ void frmMain::exportPdf() {
     FileRequest request;
     request.title = QStringLiteral("Export as PDF");
     request.filter = QStringLiteral("PDF Document (*.pdf)|*.pdf|");
-    request.name =
-        m_note->value(QStringLiteral("Subject")).toString().remove(u'/') + QStringLiteral(".pdf");
+    const QString subject = m_note->value(QStringLiteral("Subject")).toString();
+    // A subject is no path: what separates one is only a character of it.
+    request.name = rtf::baseName(QString(subject).replace(u'/', u' ').replace(u'\\', u' ') +
+                                 QStringLiteral(".pdf"));
     const QString path = prompt().saveFile(request);
     if (path.isEmpty()) {
         return;

@@ -5,9 +5,12 @@
 #include "notes_window/FindBar.h"
 #include "notes_window/NoteFinder.h"
 #include "notes_window/SplitBar.h"
+#include "notes_window/TextTools.h"
 #include "platform/controls/StatusBar.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/forms/Twips.h"
 #include "platform/richtext/RichTextBox.h"
+#include "platform/toolbar/ToolIcons.h"
 #include "platform/toolbar/Toolbar.h"
 
 #include <QContextMenuEvent>
@@ -39,7 +42,7 @@ Control* named(Control* control, const char* name, const char* accessibleName) {
 } // namespace
 
 void frmMain::createControls() {
-    resize(kDesignedSize);
+    resize(kDesignedSize.boundedTo(roomFor(*this)));
     setSizeGripEnabled(false);
     m_atbMain = named(new Toolbar(this), "atbMain", "Notes toolbar");
     m_findBar = named(new FindBar(this), "picFind", "Find");
@@ -50,12 +53,15 @@ void frmMain::createControls() {
     m_lsvMain->addColumn(QStringLiteral("Subject"), QStringLiteral("subject"), 6600);
     m_lsvMain->addColumn(QStringLiteral("Status"), QStringLiteral("status"), 975);
     m_lsvMain->addColumn(QStringLiteral("Popup?"), QStringLiteral("popup"), 900);
+    m_lsvMain->setMark(kSubjectColumn, toolIcon(QStringLiteral("alarm")),
+                       QStringLiteral("has reminders"));
     m_lsvMain->setSource([this](const QStringList& keys) { return itemsFor(keys); });
     m_lsvMain->setWorkWatch([this] { return sortingWatch(); });
     m_picHSplit = named(new SplitBar(this), "picHSplit", "Height of list and text");
     m_rtxMain = named(new RichTextBox(this), "rtxMain", "Note text");
     m_rtxMain->setTabChangesFocus(false);
     m_rtxMain->setEnabled(false);
+    m_textTools = new TextTools(*m_rtxMain, *m_atbMain, this);
     m_stbMain = named(new StatusBar(this), "stbMain", "Status");
     m_lblReminders = named(new QLabel, "lblReminders", "Waiting reminders");
     m_lblReminders->hide();

@@ -1,9 +1,11 @@
 // The editor: formats, stamps and the default font.
 #include "notes_window/frmMain.h"
 
+#include "framework/DefaultFont.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "notes_window/NoteTexts.h"
+#include "notes_window/SelectionFont.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/RichTextBox.h"
@@ -23,15 +25,6 @@ constexpr int kToolLeft = 20050;
 constexpr int kToolCenter = 20051;
 constexpr int kToolRight = 20052;
 constexpr int kToolBullets = 20054;
-
-// The default font, one key each. A value that cannot be read gives the default.
-const QString kFontName = QStringLiteral("DefaultFontName");
-const QString kFontSize = QStringLiteral("DefaultFontSize");
-const QString kFontBold = QStringLiteral("DefaultFontBold");
-const QString kFontItalic = QStringLiteral("DefaultFontItalic");
-const QString kFontUnderline = QStringLiteral("DefaultFontUnderline");
-const QString kFontStrikethru = QStringLiteral("DefaultFontStrikethru");
-const QString kFontColour = QStringLiteral("DefaultFontColour");
 
 } // namespace
 
@@ -119,23 +112,15 @@ void frmMain::InsertStamp() {
 
 QString frmMain::currentUserName() {
     const Ref<IUser> user = m_context.currentUser();
+    if (!user) {
+        return {};
+    }
     return HostUtility::NullToText(user->value(QStringLiteral("FirstName"))) + u' ' +
            HostUtility::NullToText(user->value(QStringLiteral("LastName")));
 }
 
 FontChoice frmMain::defaultFont() const {
-    const NotesSettings store = settings();
-    FontChoice font;
-    font.name = store.text(kFontName);
-    bool isNumber = false;
-    const double points = store.text(kFontSize).toDouble(&isNumber);
-    font.points = isNumber && points > 0 ? points : 10;
-    font.bold = store.boolean(kFontBold);
-    font.italic = store.boolean(kFontItalic);
-    font.underline = store.boolean(kFontUnderline);
-    font.strikethru = store.boolean(kFontStrikethru);
-    font.colour = store.text(kFontColour).toInt();
-    return font;
+    return yrw::defaultFont(settings());
 }
 
 void frmMain::ApplyDefaultFont() {
@@ -143,25 +128,9 @@ void frmMain::ApplyDefaultFont() {
 }
 
 void frmMain::ChooseFont() {
-    FontChoice start;
-    start.name = m_rtxMain->SelFontName().value_or(start.name);
-    start.points = m_rtxMain->SelFontSize().value_or(start.points);
-    start.bold = m_rtxMain->SelBold().value_or(start.bold);
-    start.italic = m_rtxMain->SelItalic().value_or(start.italic);
-    start.underline = m_rtxMain->SelUnderline().value_or(start.underline);
-    start.strikethru = m_rtxMain->SelStrikeThru().value_or(start.strikethru);
-    start.colour = m_rtxMain->SelColor().value_or(start.colour);
-    const std::optional<FontChoice> chosen = prompt().chooseFont(start);
-    if (!chosen) {
-        return;
+    if (const auto chosen = prompt().chooseFont(fontOfSelection(*m_rtxMain))) {
+        setFontOfSelection(*m_rtxMain, *chosen);
     }
-    m_rtxMain->setSelFontName(chosen->name);
-    m_rtxMain->setSelFontSize(chosen->points);
-    m_rtxMain->setSelBold(chosen->bold);
-    m_rtxMain->setSelItalic(chosen->italic);
-    m_rtxMain->setSelUnderline(chosen->underline);
-    m_rtxMain->setSelStrikeThru(chosen->strikethru);
-    m_rtxMain->setSelColor(chosen->colour);
 }
 
 void frmMain::SetDefaultFont() {
@@ -170,13 +139,7 @@ void frmMain::SetDefaultFont() {
         return;
     }
     NotesSettings store = settings();
-    store.setText(kFontName, chosen->name);
-    store.setText(kFontSize, QString::number(chosen->points));
-    store.setBoolean(kFontBold, chosen->bold);
-    store.setBoolean(kFontItalic, chosen->italic);
-    store.setBoolean(kFontStrikethru, chosen->strikethru);
-    store.setBoolean(kFontUnderline, chosen->underline);
-    store.setText(kFontColour, QString::number(chosen->colour));
+    storeDefaultFont(store, *chosen);
     ApplyDefaultFont();
 }
 

@@ -27,6 +27,7 @@ namespace yrw {
 namespace {
 
 const QString kProblem = QStringLiteral("Notes Problem");
+const QString kReadOnlyMark = QStringLiteral(" [read-only]");
 const QString kUserColumn = QStringLiteral("usercode");
 constexpr int kUserColumnWidth = 900; ///< twips
 constexpr int kShowActive = 1;
@@ -54,7 +55,6 @@ void frmMain::fillWindow(qint64 noteID) {
         const QScopedValueRollback<bool> initialising(m_initialising, true);
         BuildNotesList();
     }
-    offerDraftsOfDeletedNotes();
     QString wanted = noteItemKey(noteID);
     if (noteID == 0) {
         wanted = m_lsvMain->keyAt(0);
@@ -77,15 +77,22 @@ void frmMain::fillWindow(qint64 noteID) {
     } else {
         setWindowTitle(QStringLiteral("YRW System Notes"));
     }
+    if (isReadOnlyDatabase()) {
+        setWindowTitle(windowTitle() + kReadOnlyMark);
+    }
 }
 
 QString frmMain::ownerText() {
-    const Ref<ICollection> collection = m_owner->Collection();
-    const QString useName =
-        callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
-            .toString();
-    const QString kind = m_context.hostApplication()->ObjectDisplayName(useName);
-    const QString record = HostUtility::NullToText(m_owner->ShortDisplayValue()->Value());
+    // A name that the host does not give keeps no window closed.
+    QString kind;
+    QString record;
+    ignoreErrors([&] {
+        const Ref<ICollection> collection = m_owner->Collection();
+        kind = callByName(dynamic_cast<INamedCalls*>(collection.get()), QStringLiteral("UseName"))
+                   .toString();
+        kind = m_context.hostApplication()->ObjectDisplayName(kind);
+    });
+    ignoreErrors([&] { record = HostUtility::NullToText(m_owner->ShortDisplayValue()->Value()); });
     return kind + QStringLiteral(": ") + record;
 }
 
@@ -94,6 +101,12 @@ void frmMain::SetOwnerCaption() {
 }
 
 void frmMain::BuildNotesList() {
+    if (!mayLeaveText()) {
+        if (ITool* type = m_atbMain->findTool(QStringLiteral("tooListType"))) {
+            type->setListIndex(m_listIndex); // the list stays as it is
+        }
+        return;
+    }
     const Hourglass hourglass(prompt());
     if (!reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.BuildNotesList"),
                       QStringLiteral("Could not Build the Notes List"), kProblem,
@@ -126,7 +139,6 @@ void frmMain::refillList() {
 }
 
 void frmMain::prepareRefill() {
-    SaveNote();
     m_lsvMain->clearItems();
     m_finder->stop();
     m_userNames.clear();
@@ -143,7 +155,8 @@ void frmMain::showListType(int listIndex) {
     if (listIndex < kShowActive || listIndex > kShowAll) {
         return;
     }
-    setWindowTitle(m_title + suffixes[size_t(listIndex - 1)]);
+    setWindowTitle(m_title + suffixes[size_t(listIndex - 1)] +
+                   (isReadOnlyDatabase() ? kReadOnlyMark : QString()));
     constexpr int firstShowTool = 20300;
     for (int i = 0; i < kShowAll; ++i) {
         setToolChecked(firstShowTool + i, i == listIndex - 1);
@@ -282,7 +295,9 @@ QString frmMain::userName(const QString& code) {
     if (known != m_userNames.constEnd()) {
         return *known;
     }
-    const QString name = code.isEmpty() ? QString() : m_context.hostApplication()->UserName(code);
+    QString name = code;
+    ignoreErrors(
+        [&] { name = code.isEmpty() ? QString() : m_context.hostApplication()->UserName(code); });
     m_userNames.insert(code, name);
     return name;
 }
@@ -314,7 +329,10 @@ void frmMain::ShowNote(const QString& item) {
 }
 
 void frmMain::showNoteOf(const QString& item) {
-    SaveNote();
+    if (!mayLeaveText()) {
+        m_lsvMain->selectKey(noteItemKey(m_editedNote));
+        return;
+    }
     if (item.isEmpty()) {
         emptyEditor();
         UpdateToolStates();
@@ -348,14 +366,20 @@ void frmMain::showNoteOf(const QString& item) {
         markHits();
     }
     if (isNoteCut()) {
-        ShowStatus(QStringLiteral("Stopped: only the beginning of this note is shown, and it "
-                                  "cannot be changed. Choose the note again to read all of it."));
+        const QString why = m_rtxMain->shortening();
+        ShowStatus(why.isEmpty()
+                       ? QStringLiteral("Stopped: only the beginning of this note is shown, and it "
+                                        "cannot be changed. Choose the note again to read all of "
+                                        "it.")
+                       : why);
     }
 }
 
 void frmMain::putIntoEditor(Note& note) {
     const QScopedValueRollback<bool> loading(m_loading, true);
-    m_rtxMain->setPlaceholderText(QStringLiteral("Type the text of the note here."));
+    m_rtxMain->setPlaceholderText(isReadOnlyDatabase()
+                                      ? QStringLiteral("This note has no text.")
+                                      : QStringLiteral("Type the text of the note here."));
     m_rtxMain->setEnabled(true);
     rememberLoaded(note);
     m_editedNote = note.value(QStringLiteral("RecordID")).toLongLong();
@@ -364,7 +388,7 @@ void frmMain::putIntoEditor(Note& note) {
     if (!rtf.isEmpty()) {
         m_textIsStored = readIntoEditor(rtf); // one that was stopped is read anew next time
     } else {
-        m_rtxMain->setReadOnly(false);
+        m_rtxMain->setReadOnly(isReadOnlyDatabase());
         m_rtxMain->setText(QString());
         m_rtxMain->setSelColor(defaultFont().colour);
     }
@@ -383,13 +407,19 @@ bool frmMain::readIntoEditor(const QString& rtf) {
     LongWork work(services().clock, this, QStringLiteral("Reading the note: %1 %."));
     const bool whole =
         m_rtxMain->setTextRTF(rtf, [&](int percent) { return work.goOn(percent) && !m_nextItem; });
-    m_rtxMain->setReadOnly(!whole);
+    m_rtxMain->setReadOnly(!whole || isReadOnlyDatabase());
     return whole;
 }
 
 /// The reading of the note that is shown was stopped.
 bool frmMain::isNoteCut() const {
-    return m_note && m_rtxMain->isReadOnly();
+    return m_note && !m_textIsStored && m_rtxMain->isReadOnly();
+}
+
+/// The user may read the notes, but not write them.
+bool frmMain::isReadOnlyDatabase() const {
+    const Ref<dao::Database> database = m_context.database();
+    return database && database->isReadOnly();
 }
 
 void frmMain::emptyEditor() {
@@ -441,7 +471,7 @@ void frmMain::replaceItem(const ListItem& item) {
         for (int column = 0; column < item.texts.size(); ++column) {
             m_lsvMain->setItemText(item.key, column, item.texts[column]);
         }
-        m_lsvMain->setItemStyle(item.key, item.bold, item.foreColour);
+        m_lsvMain->setItemStyle(item.key, item.bold, item.foreColour, item.marked);
     }
     m_lsvMain->selectKey(item.key);
 }

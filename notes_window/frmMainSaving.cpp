@@ -4,6 +4,7 @@
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
+#include "notes_window/DraftQuestion.h"
 #include "notes_window/MultipleFieldUpdate.h"
 #include "notes_window/NoteFinder.h"
 #include "notes_window/NoteTexts.h"
@@ -14,6 +15,7 @@
 #include <QTextCursor>
 
 #include <array>
+#include <utility>
 
 namespace yrw {
 
@@ -43,14 +45,30 @@ bool frmMain::SaveNote() {
         if (saved) {
             m_drafts.remove(m_note->value(QStringLiteral("RecordID")).toLongLong());
             m_finder->forget();
+            ShowStatus(QStringLiteral("Done"));
+        } else if (writeDraft()) {
+            ShowStatus(QStringLiteral("Not saved. A copy of the text is kept."));
         } else {
-            writeDraft();
+            ShowStatus(QStringLiteral("Not saved, and no copy of the text could be kept: %1")
+                           .arg(m_drafts.problem()));
+            return false; // it is nowhere but in the editor, which stays dirty
         }
-        ShowStatus(saved ? QStringLiteral("Done")
-                         : QStringLiteral("Not saved. A copy of the text is kept."));
     }
     setDirty(false);
     return saved;
+}
+
+/// Saves the text. False when it could be neither saved nor kept and the user does not want to
+/// lose it: then the note stays.
+bool frmMain::mayLeaveText() {
+    if (SaveNote() || !m_dirty) {
+        return true;
+    }
+    const bool lose =
+        askToLose(prompt(), HostUtility::NullToText(m_note->value(QStringLiteral("Subject"))),
+                  m_drafts.problem());
+    setDirty(!lose);
+    return lose;
 }
 
 /// Asks, once for each note, before a text that could not be read whole is replaced by what is
@@ -70,16 +88,24 @@ bool frmMain::mayOverwrite() {
     return answer == PromptAnswer::Yes;
 }
 
+/// Writes the text over the reading that it began from, and else settles with the one that stands
+/// there; again when somebody saves while the user is asked.
 void frmMain::writeText() {
-    try {
-        writeTextInto(*m_note);
-        return;
-    } catch (const AutomationError& error) {
-        if (error.number() != kErrorConflict) {
-            throw;
+    constexpr int kRounds = 20; // a bound, should a row never be still
+    for (int round = 0;; ++round) {
+        try {
+            if (round == 0) {
+                writeTextInto(*m_note);
+            } else {
+                settleConflict();
+            }
+            return;
+        } catch (const AutomationError& error) {
+            if (error.number() != kErrorConflict || round == kRounds) {
+                throw;
+            }
         }
     }
-    settleConflict();
 }
 
 void frmMain::writeTextInto(Note& note) {
@@ -113,8 +139,8 @@ void frmMain::settleConflict() {
     if (theirs->value(kRtfNote) != m_loadedText) {
         switch (askWhoseText(*theirs)) {
         case TextChoice::Theirs:
-            m_note = theirs;
-            putIntoEditor(*theirs);
+            m_note = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
+            putIntoEditor(*m_note);
             return;
         case TextChoice::Both:
             appendOther(*theirs);
@@ -161,44 +187,83 @@ void frmMain::rememberLoaded(Note& note) {
     m_loadedText = note.value(kRtfNote);
 }
 
-void frmMain::writeDraft() {
+/// Writes the draft of changed text; false when that failed, which the status bar says at once.
+bool frmMain::writeDraft() {
     if (!m_note || !m_dirty) {
-        return;
+        return true;
     }
-    ignoreErrors([this] {
-        m_drafts.write({m_note->value(QStringLiteral("RecordID")).toLongLong(),
-                        services().clock.now(), m_rtxMain->TextRTF()});
+    bool kept = false;
+    ignoreErrors([&] {
+        kept = m_drafts.write({m_note->value(QStringLiteral("RecordID")).toLongLong(),
+                               services().clock.now(), m_rtxMain->TextRTF(), QString()});
     });
+    if (!kept) {
+        ShowStatus(
+            QStringLiteral("No copy of the unsaved text can be kept: %1").arg(m_drafts.problem()));
+    } else if (m_draftFailed) {
+        ShowStatus(QStringLiteral("A copy of the unsaved text is kept again."));
+    }
+    m_draftFailed = !kept;
+    return kept;
 }
 
+/// Offers the text of a note that a crash or a failed save left; once the window can be seen.
 void frmMain::offerDraft(qint64 noteID) {
-    const std::optional<NoteDraft> draft = m_drafts.find(noteID);
-    if (!draft) {
-        return;
+    if (!isVisible()) {
+        return; // `showEvent` sees to it
     }
-    const bool isToday = draft->written.date() == services().clock.now().date();
-    const QString when = isToday ? noteTimeText(draft->written) : noteDateText(draft->written);
-    const PromptAnswer answer = prompt().question(
-        QStringLiteral("Unsaved text of %1 was found.\r\rDo you want to take it over?\r"
-                       "No throws it away.")
-            .arg(when),
-        QStringLiteral("Unsaved Text"), PromptButtons::YesNoCancel, PromptIcon::Question,
-        PromptAnswer::Yes);
-    if (answer == PromptAnswer::Yes) {
-        {
-            const QScopedValueRollback<bool> loading(m_loading, true);
-            m_textIsStored = false;
-            if (!readIntoEditor(draft->rtf)) {
-                UpdateToolStates();
-                return; // it is offered again with the note
-            }
+    if (isReadOnlyDatabase()) {
+        return; // it is kept for when it can be saved
+    }
+    while (const std::optional<NoteDraft> draft = m_drafts.find(noteID)) {
+        switch (askAboutDraft(prompt(), *draft,
+                              HostUtility::NullToText(m_note->value(QStringLiteral("Subject"))),
+                              services().clock.now())) {
+        case DraftAnswer::TakeOver:
+            takeOver(*draft);
+            return;
+        case DraftAnswer::Later:
+            m_drafts.putAside(*draft);
+            return;
+        case DraftAnswer::ThrowAway:
+            NoteDrafts::remove(*draft);
+            break;
         }
-        UpdateToolStates();
-        setDirty(true);
-        rtxMain_SelChange();
-    } else if (answer == PromptAnswer::No) {
-        m_drafts.remove(noteID);
     }
+}
+
+void frmMain::takeOver(const NoteDraft& draft) {
+    bool whole = false;
+    {
+        const QScopedValueRollback<bool> loading(m_loading, true);
+        m_textIsStored = false;
+        whole = readIntoEditor(draft.rtf);
+    }
+    UpdateToolStates();
+    if (!whole) {
+        return; // it is offered again with the note
+    }
+    setDirty(true);
+    rtxMain_SelChange();
+    if (writeDraft() && draft.file != m_drafts.fileOf(draft.noteID)) {
+        NoteDrafts::remove(draft); // it was put aside; now it is the note's draft
+    }
+}
+
+void frmMain::showEvent(QShowEvent* event) {
+    Form::showEvent(event);
+    // Questions about text that was left come over the window, not before it.
+    QTimer::singleShot(0, this, [this] {
+        ignoreErrors([this] {
+            if (!isVisible() || std::exchange(m_draftsOffered, true)) {
+                return;
+            }
+            offerDraftsOfDeletedNotes();
+            if (m_note) {
+                offerDraft(m_note->value(QStringLiteral("RecordID")).toLongLong());
+            }
+        });
+    });
 }
 
 bool frmMain::isDeleted(qint64 noteID) const {
@@ -214,25 +279,18 @@ bool frmMain::isDeleted(qint64 noteID) const {
 void frmMain::offerDraftsOfDeletedNotes() {
     for (const qint64 id : m_drafts.noteIDs()) {
         const std::optional<NoteDraft> draft = m_drafts.find(id);
-        if (!draft || !isDeleted(id)) {
+        if (!draft || isReadOnlyDatabase() || !isDeleted(id)) {
             continue;
         }
-        ChoiceRequest request;
-        request.title = QStringLiteral("Unsaved Text");
-        request.text = QStringLiteral("Unsaved text of %1 was found, but its note was deleted "
-                                      "meanwhile.\r\rDo you want to keep it as a new note in this "
-                                      "list?")
-                           .arg(noteDateText(draft->written));
-        request.buttons = {QStringLiteral("&Keep as a new note"), QStringLiteral("&Throw away"),
-                           QStringLiteral("&Ask again later")};
-        request.escapeButton = 2;
-        const int answer = prompt().choose(request);
-        const bool done = answer != 0 || reportErrors(services().utility,
-                                                      QStringLiteral("YRWNOTES.frmMain.SaveNote"),
-                                                      QStringLiteral("Could not Save the Note"),
-                                                      kProblem, [&] { keepAsNewNote(*draft); });
-        if (done && answer != request.escapeButton) {
-            m_drafts.remove(id);
+        const DraftAnswer answer = askAboutOrphan(prompt(), *draft);
+        const bool isTaken = !m_drafts.find(id); // another window may have answered meanwhile
+        const bool done =
+            answer != DraftAnswer::TakeOver || isTaken ||
+            reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.SaveNote"),
+                         QStringLiteral("Could not Save the Note"), kProblem,
+                         [&] { keepAsNewNote(*draft); });
+        if (done && !isTaken && answer != DraftAnswer::Later) {
+            NoteDrafts::remove(*draft);
         }
     }
 }

@@ -143,7 +143,9 @@ QStringList Application::ObjectKeys() {
 
 Ref<yrw::ICollection> Application::Reports() {
     Ref<yrw::ICollection> reports = requireHost(m_context)->CreateReports();
-    reports->setApplication(Ref<IApplication>(this));
+    if (reports) {
+        reports->setApplication(Ref<IApplication>(this));
+    }
     return reports;
 }
 

@@ -131,7 +131,7 @@ void Note::setDone(bool done) {
 
 qint64 Note::NumberOfReminders() {
     const Ref<dao::Recordset> counts =
-        dataHelper().OpenQuery(schema::kSumCountNoteReminders, {{kNoteID, value(kNoteID)}});
+        dataHelper().OpenQuery(schema::kSumCountNoteReminders, {{kNoteID, valueAsRead(kNoteID)}});
     const qint64 count =
         counts->AtEof() ? 0 : counts->value(QStringLiteral("CountOfRecordID")).toLongLong();
     counts->Close();
@@ -140,7 +140,7 @@ qint64 Note::NumberOfReminders() {
 
 qint64 Note::DeleteReminders() {
     return dataHelper().RunActionQuery(schema::kDelRemindersByNoteID,
-                                       {{kNoteID, value(kRecordID)}});
+                                       {{kNoteID, valueAsRead(kRecordID)}});
 }
 
 Notes::Notes(StoreContext& context) : CollectionBase(noteTable()), m_context(context) {}
@@ -191,7 +191,7 @@ QStringList Reminders::conditions(const RecordsetRequest& request) const {
         return {};
     }
     return {HostDataHelper::EqualCondition(collectionOf(owner, ClassName())->CommonFieldName(),
-                                           owner->value(kRecordID))};
+                                           keyOf(*owner, kRecordID))};
 }
 
 SystemSetting::SystemSetting() : RecordBase(systemTable()) {}

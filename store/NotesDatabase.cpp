@@ -2,6 +2,8 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/FolderLock.h"
+#include "platform/files/StagedCopy.h"
 #include "store/Schema.h"
 #include "store/SchemaUpgrade.h"
 
@@ -30,7 +32,7 @@ void checkSchema(dao::Database& database) {
         }
     }
     const int version = database.SchemaVersion();
-    if (version > schema::kVersion) {
+    if (version != schema::kVersion && !isOlderSchema(version)) {
         throw AutomationError(
             kErrorNewerSchema, kSource,
             QStringLiteral("%1 was made by a newer version of Yarrowen Notes (schema %2; this "
@@ -38,6 +40,35 @@ void checkSchema(dao::Database& database) {
                 .arg(name)
                 .arg(version)
                 .arg(schema::kVersion));
+    }
+}
+
+/// Gives a fresh database its name. Side files of an earlier one would bring its old rows in; they
+/// are moved aside before, while no other process makes a database there.
+bool placeWithoutLeftOvers(const FileSystem& files, StagedCopy& copy, const QString& target) {
+    const FolderLock lock(FileSystem::folderOf(target));
+    for (const char16_t* suffix : kSideFiles) {
+        if (files.fileExists(target)) {
+            return false;
+        }
+        files.moveAside(target + QString::fromUtf16(suffix));
+    }
+    return copy.place();
+}
+
+/// The first write has the data layer put the file's place into it; a file that is accepted should
+/// have it before anybody makes a copy of it.
+void rememberPlace(const Ref<dao::Database>& database) {
+    if (database->isReadOnly()) {
+        return;
+    }
+    const dao::BriefWaits brief(database);
+    try {
+        const dao::Transaction nothing(*database);
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorLocked) {
+            throw;
+        }
     }
 }
 
@@ -62,21 +93,22 @@ QHash<qint64, UserName> userNamesToWrite(dao::Database& database, const QList<Us
 
 } // namespace
 
-void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
+bool createNotesDatabase(const FileSystem& files, const QString& templateFolder,
                          const QString& targetFolder) {
     const QString source = FileSystem::join(templateFolder, kNotesDatabaseName);
     if (!files.fileExists(source)) {
         throw AutomationError(kErrorCannotOpenDatabase, kSource,
                               QStringLiteral("The template %1 is not there.").arg(source));
     }
-    const QString target = FileSystem::join(targetFolder, kNotesDatabaseName);
-    for (const char16_t* suffix : kSideFiles) {
-        // One that was left behind would bring its old rows into the fresh database.
-        files.moveAside(target + QString::fromUtf16(suffix));
+    const QString target = files.resolve(FileSystem::join(targetFolder, kNotesDatabaseName));
+    StagedCopy copy(files.resolve(source), target);
+    if (!placeWithoutLeftOvers(files, copy, target)) {
+        return false;
     }
-    files.copyFile(source, target);
+    FileSystem::takeGroupOfFolder(target);
     files.copyFolder(FileSystem::join(templateFolder, QStringLiteral("support/Notes")),
                      FileSystem::join(targetFolder, QStringLiteral("Support/Notes")));
+    return true;
 }
 
 Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,
@@ -87,13 +119,15 @@ Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Work
     Ref<dao::Database> database = workspace->OpenDatabase(path);
     try {
         checkSchema(*database);
-        if (database->SchemaVersion() < schema::kVersion) {
+        if (isOlderSchema(database->SchemaVersion())) {
             upgradeSchema(*database);
+            checkSchema(*database);
         }
     } catch (...) {
         database->Close();
         throw;
     }
+    rememberPlace(database);
     helper.setDatabase(database);
     return database;
 }
@@ -106,6 +140,7 @@ void refreshUserNames(dao::Database& database, const QList<UserName>& users) {
     if (userNamesToWrite(database, users).isEmpty()) {
         return;
     }
+    const dao::BriefWaits brief((Ref<dao::Database>(&database)));
     dao::Transaction transaction(database);
     const QHash<qint64, UserName> changed = userNamesToWrite(database, users);
     const Ref<dao::Recordset> rows =
@@ -126,6 +161,21 @@ void refreshUserNames(dao::Database& database, const QList<UserName>& users) {
     transaction.commit();
 }
 
+QList<UserName> rememberedUsers(dao::Database& database) {
+    QList<UserName> users;
+    if (!database.hasTable(schema::kTblUserNames)) {
+        return users;
+    }
+    const Ref<dao::Recordset> rows = database.OpenRecordset(
+        schema::kTblUserNames, dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        users.append({rows->value(kUserID).toLongLong(), rows->value(kUserCode).toString(),
+                      rows->value(kUseName).toString()});
+    }
+    rows->Close();
+    return users;
+}
+
 QList<UserName> userNamesOf(const Ref<ICollection>& users) {
     QList<UserName> names;
     if (!users) {
@@ -136,9 +186,11 @@ QList<UserName> userNamesOf(const Ref<ICollection>& users) {
     request.RecordsetOptions = dao::kReadOnlyOption;
     const Ref<dao::Recordset> rows = users->Recordset(request);
     for (; !rows->AtEof(); rows->MoveNext()) {
+        const auto text = [&](const QString& field) { // no longer than the notes database takes
+            return rows->value(field).toString().left(schema::kMaxText);
+        };
         names.append({rows->value(QStringLiteral("RecordID")).toLongLong(),
-                      rows->value(QStringLiteral("Code")).toString(),
-                      rows->value(QStringLiteral("UseName")).toString()});
+                      text(QStringLiteral("Code")), text(QStringLiteral("UseName"))});
     }
     rows->Close();
     return names;

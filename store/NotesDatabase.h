@@ -18,10 +18,11 @@ struct UserName {
     QString UseName;
 };
 
-/// Makes a notes database from the template: moves left-over side files of an earlier one aside,
-/// copies `templateFolder`/Notes.mdb and the support folder, overwriting. Asks nothing.
-/// Raises naming the file that could not be copied.
-void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
+/// Makes a notes database from the template, where there is none: moves left-over side files of an
+/// earlier one aside, copies `templateFolder`/Notes.mdb, and the support folder, overwriting. Where
+/// there is one, also one that comes meanwhile, that stays with all that belongs to it, and the
+/// answer is false. Asks nothing. Raises naming the file that could not be copied.
+bool createNotesDatabase(const FileSystem& files, const QString& templateFolder,
                          const QString& targetFolder);
 
 /// Opens a notes database and binds the helper to it: checks that it is one, refuses a newer
@@ -29,8 +30,12 @@ void createNotesDatabase(const FileSystem& files, const QString& templateFolder,
 Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,
                                      const QString& path);
 
-/// Refreshes the table of user names; skipped on a read-only database.
+/// Refreshes the table of user names; skipped on a read-only database. Waits for nobody: raises
+/// `kErrorLocked` when somebody is writing.
 void refreshUserNames(dao::Database& database, const QList<UserName>& users);
+
+/// The users whose names the table has: those of the host when it was last open, and who has left.
+[[nodiscard]] QList<UserName> rememberedUsers(dao::Database& database);
 
 /// The users of a host as `refreshUserNames` takes them.
 [[nodiscard]] QList<UserName> userNamesOf(const Ref<ICollection>& users);

@@ -4,12 +4,17 @@
 
 namespace yrw {
 
+const dao::TextIndexNames& notesTextIndexNames() {
+    static const dao::TextIndexNames names{schema::kTblNotes,
+                                           QStringLiteral("RecordID"),
+                                           {QStringLiteral("Subject"), QStringLiteral("PlainNote")},
+                                           QStringLiteral("tblNotesText"),
+                                           QStringLiteral("tblNotesToIndex")};
+    return names;
+}
+
 std::unique_ptr<dao::TextIndex> notesTextIndex(const Ref<dao::Database>& database) {
-    return dao::openTextIndex(database, {schema::kTblNotes,
-                                         QStringLiteral("RecordID"),
-                                         {QStringLiteral("Subject"), QStringLiteral("PlainNote")},
-                                         QStringLiteral("tblNotesText"),
-                                         QStringLiteral("tblNotesToIndex")});
+    return dao::openTextIndex(database, notesTextIndexNames());
 }
 
 } // namespace yrw

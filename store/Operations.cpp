@@ -8,19 +8,46 @@ namespace yrw {
 namespace {
 
 const QString kRecordID = QStringLiteral("RecordID");
+const QString kSubject = QStringLiteral("Subject");
+const QString kPlainNote = QStringLiteral("PlainNote");
+const QString kRtfNote = QStringLiteral("RTFNote");
 
 QVariant dateOrNull(const QDateTime& date) {
     return date.isValid() ? QVariant(date) : QVariant();
 }
 
 /// The open database of an application; kept for the length of a transaction.
-Ref<dao::Database> openDatabaseOf(Application& application) {
+Ref<dao::Database> openDatabaseOf(IApplication& application) {
     Ref<dao::Database> database = application.DAODatabase();
     if (!database) {
         throw AutomationError(kErrorObjectRequired, QStringLiteral("YRWNOTES.Application"),
                               QStringLiteral("The notes database is not open."));
     }
     return database;
+}
+
+/// The note that is shown, as it stands now.
+Ref<Note> readAgain(Application& application, const Note& shown) {
+    return query<Note>(application.Notes()->Item(shown.valueAsRead(kRecordID)));
+}
+
+void requireAsShown(Application& application, qint64 noteID, const Note& shown) {
+    RecordsetRequest request;
+    request.RecordData = noteID;
+    const Ref<dao::Recordset> row = application.Notes()->Recordset(request);
+    dao::ValueList changed;
+    for (const QString& field : {kSubject, kPlainNote, kRtfNote}) {
+        if (!row->AtEof() && row->value(field) != shown.valueAsRead(field)) {
+            changed.set(field, row->value(field));
+        }
+    }
+    row->Close();
+    if (!changed.isEmpty()) {
+        throw dao::ConflictError(
+            QStringLiteral("YRWNOTES.Application"),
+            QStringLiteral("Somebody else has changed the note meanwhile. It was not deleted."),
+            changed);
+    }
 }
 
 } // namespace
@@ -71,7 +98,7 @@ Ref<Note> createNote(Application& application, StoreContext& context, const Note
 qint64 addReminder(Application& application, const Clock& clock, Note& note, const QDateTime& due,
                    qint64 userID) {
     qint64 id = 0;
-    application.Reminders()->Add({{QStringLiteral("NoteID"), note.value(kRecordID)},
+    application.Reminders()->Add({{QStringLiteral("NoteID"), note.valueAsRead(kRecordID)},
                                   {QStringLiteral("OriginalDate"), clock.now()},
                                   {QStringLiteral("NextDate"), dateOrNull(due)},
                                   {QStringLiteral("UserID"), userID}},
@@ -79,24 +106,79 @@ qint64 addReminder(Application& application, const Clock& clock, Note& note, con
     return id;
 }
 
-qint64 cancelReminders(Application& application, Note& note) {
+void storeAsOne(IApplication& application, const std::function<void()>& write) {
     const Ref<dao::Database> database = openDatabaseOf(application);
     dao::Transaction transaction(*database);
-    const qint64 count = note.DeleteReminders();
-    // Past a multiple-field update that may be open: cancelling is complete in itself.
-    application.DB()->UpdateRecord(
-        note, {{QStringLiteral("ReminderType"), static_cast<int>(ReminderKind::None)}});
+    write();
     transaction.commit();
+}
+
+Ref<Note> changeNote(Application& application, const Clock& clock, const Note& shown,
+                     const NoteChoices& choices) {
+    Ref<Note> note;
+    storeAsOne(application, [&] {
+        note = readAgain(application, shown);
+        // The reminders are always those that the user chose.
+        dao::ValueList values{
+            {QStringLiteral("ChangeDate"), clock.now()},
+            {QStringLiteral("ReminderType"), static_cast<int>(choices.Kind)},
+            {QStringLiteral("ReminderDate"), dateOrNull(choices.ReminderDate)},
+        };
+        const dao::ValueList chosen{
+            {kSubject, choices.Subject},
+            {QStringLiteral("Date"), dateOrNull(choices.Date)},
+            {QStringLiteral("AutomaticallyShow"), choices.AutomaticallyShow},
+            {QStringLiteral("NoteType"), static_cast<int>(choices.Type)},
+        };
+        for (const dao::ValueList::Entry& entry : chosen) {
+            if (shown.valueAsRead(entry.name) != entry.value) {
+                values.set(entry.name, entry.value);
+            }
+        }
+        application.DB()->UpdateRecord(*note, values);
+    });
+    return note;
+}
+
+void takeOverProperties(Note& shown, const Note& newer) {
+    for (const dao::ValueList::Entry& entry : newer.valuesAsRead()) {
+        if (entry.name != kPlainNote && entry.name != kRtfNote) {
+            shown.noteWritten(entry.name, entry.value);
+        }
+    }
+}
+
+void markDone(Application& application, Note& shown, bool done) {
+    Ref<Note> note;
+    storeAsOne(application, [&] {
+        note = readAgain(application, shown);
+        note->setDone(done);
+    });
+    takeOverProperties(shown, *note);
+}
+
+qint64 cancelReminders(Application& application, Note& shown) {
+    Ref<Note> note;
+    qint64 count = 0;
+    storeAsOne(application, [&] {
+        note = readAgain(application, shown);
+        count = note->DeleteReminders();
+        application.DB()->UpdateRecord(
+            *note, {{QStringLiteral("ReminderType"), static_cast<int>(ReminderKind::None)}});
+    });
+    takeOverProperties(shown, *note);
     return count;
 }
 
-void deleteNote(Application& application, qint64 noteID) {
-    const Ref<dao::Database> database = openDatabaseOf(application);
-    dao::Transaction transaction(*database);
-    application.DB()->RunActionQuery(schema::kDelRemindersByNoteID,
-                                     {{QStringLiteral("NoteID"), noteID}});
-    application.Notes()->Delete(noteID);
-    transaction.commit();
+void deleteNote(Application& application, qint64 noteID, const Note* shown) {
+    storeAsOne(application, [&] {
+        if (shown != nullptr) {
+            requireAsShown(application, noteID, *shown);
+        }
+        application.DB()->RunActionQuery(schema::kDelRemindersByNoteID,
+                                         {{QStringLiteral("NoteID"), noteID}});
+        application.Notes()->Delete(noteID);
+    });
 }
 
 } // namespace yrw

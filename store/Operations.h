@@ -4,6 +4,8 @@
 
 #include <QDateTime>
 
+#include <functional>
+
 namespace yrw {
 
 /// What the user chose for a note.
@@ -34,9 +36,29 @@ Ref<Note> createNote(Application& application, StoreContext& context, const Note
 /// Adds a reminder of a note to one user, due at `due`.
 qint64 addReminder(Application& application, const Clock& clock, Note& note, const QDateTime& due,
                    qint64 userID);
-/// Deletes a note's reminders and marks it as having none, in one transaction; how many there were.
-qint64 cancelReminders(Application& application, Note& note);
-/// Deletes a note with its reminders in one transaction.
-void deleteNote(Application& application, qint64 noteID);
+
+// What follows writes in one transaction and takes the note as it stands by then, whatever others
+// did to it since it was read. `shown` is the note as the user sees it; it takes over what was
+// written once that is stored. A note that is gone raises `kErrorRecordNotFound`.
+
+/// Runs what writes a note and its reminders: all of it is stored, or, when it raises, nothing.
+/// No box may open in it.
+void storeAsOne(IApplication& application, const std::function<void()>& write);
+/// Writes what the user chose for a note and the time of the change; the note as it stands then.
+/// What the user left as it was shown (subject, date, automatic show, type) is kept as others have
+/// it by now. Part of what `storeAsOne` runs: `shown` is to take over the result afterwards.
+Ref<Note> changeNote(Application& application, const Clock& clock, const Note& shown,
+                     const NoteChoices& choices);
+/// Takes over from a newer reading of the same note all but its text, with which typed text is
+/// still to be compared.
+void takeOverProperties(Note& shown, const Note& newer);
+/// Finishes a note or makes it active again.
+void markDone(Application& application, Note& shown, bool done);
+/// Deletes a note's reminders and marks it as having none; how many there were.
+qint64 cancelReminders(Application& application, Note& shown);
+/// Deletes a note with its reminders; no error when it is gone already. With the note as the user
+/// saw it, one whose subject or text somebody else has changed since raises `kErrorConflict` and
+/// stays: nobody has agreed to lose that.
+void deleteNote(Application& application, qint64 noteID, const Note* shown = nullptr);
 
 } // namespace yrw

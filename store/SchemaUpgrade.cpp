@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 
+#include <memory>
+
 namespace yrw {
 
 namespace {
@@ -63,15 +65,46 @@ void toVersion2(dao::Database& database) {
 constexpr void (*kSteps[])(dao::Database&) = {toVersion1, toVersion2};
 static_assert(std::size(kSteps) == schema::kVersion, "every version has the step that leads to it");
 
-QString freeNameFor(const QString& path) {
-    QString name = path;
-    for (int number = 2; QFileInfo::exists(name); ++number) {
-        name = path + u'-' + QString::number(number);
+/// Puts a copy beside the database under the first name that is free.
+void copyBeside(dao::Database& database, const QString& name) {
+    constexpr int kMostCopies = 1000;
+    QString free = name;
+    for (int number = 2; number <= kMostCopies; ++number) {
+        const QFileInfo place(free);
+        if (!place.exists() && !place.isSymLink()) {
+            break;
+        }
+        free = name + u'-' + QString::number(number);
     }
-    return name;
+    database.CopyTo(free);
+}
+
+/// Begins the transaction of the upgrade; nothing when another program has done it meanwhile.
+std::unique_ptr<dao::Transaction> beginUpgrade(dao::Database& database) {
+    // Another program that upgrades a large database holds the lock for longer than one wait.
+    constexpr int kWaits = 12;
+    std::unique_ptr<dao::Transaction> transaction;
+    for (int wait = 1; !transaction && isOlderSchema(database.SchemaVersion()); ++wait) {
+        try {
+            transaction = std::make_unique<dao::Transaction>(database);
+        } catch (const AutomationError& error) {
+            if (error.number() != kErrorLocked || wait == kWaits) {
+                throw;
+            }
+        }
+    }
+    // Asked again under the lock: another program may have been faster.
+    if (transaction && !isOlderSchema(database.SchemaVersion())) {
+        transaction.reset();
+    }
+    return transaction;
 }
 
 } // namespace
+
+bool isOlderSchema(int version) {
+    return version >= 0 && version < schema::kVersion;
+}
 
 void upgradeSchema(dao::Database& database) {
     const QString path = database.Name();
@@ -82,14 +115,17 @@ void upgradeSchema(dao::Database& database) {
                            "read-only.")
                 .arg(path));
     }
-    database.CopyTo(freeNameFor(path + QStringLiteral(".schema%1").arg(database.SchemaVersion())));
-    dao::Transaction transaction(database);
-    // Asked again under the lock: another host may have been faster.
-    for (int version = database.SchemaVersion(); version < schema::kVersion; ++version) {
+    const std::unique_ptr<dao::Transaction> transaction = beginUpgrade(database);
+    if (!transaction) {
+        return;
+    }
+    const int found = database.SchemaVersion();
+    copyBeside(database, path + QStringLiteral(".schema%1").arg(found));
+    for (int version = found; version < schema::kVersion; ++version) {
         kSteps[version](database);
         database.setSchemaVersion(version + 1);
     }
-    transaction.commit();
+    transaction->commit();
 }
 
 } // namespace yrw

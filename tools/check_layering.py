@@ -15,8 +15,8 @@ import re
 import sys
 
 CORE_PLATFORM = {
-    "platform/component", "platform/clock", "platform/settings", "platform/files",
-    "platform/prompt", "platform/dao", "platform/rtf",
+    "platform/disk", "platform/component", "platform/clock", "platform/settings", "platform/files",
+    "platform/collation", "platform/prompt", "platform/dao", "platform/rtf",
     "platform/toolbar/api", "platform/controls/api",
 }
 PLATFORM = CORE_PLATFORM | {
@@ -25,21 +25,30 @@ PLATFORM = CORE_PLATFORM | {
 }
 ANYTHING = None
 
-# Room -> the rooms it may call. Every room may call platform/component.
+# What every room may call.
+GROUND = ("platform/component", "platform/disk")
+
+# Room -> the rooms it may call beside those.
 ROOMS = {
+    "platform/disk": set(),
     "platform/component": set(),
     "platform/clock": set(),
     "platform/settings": set(),
     "platform/files": set(),
+    "platform/collation": set(),
     "platform/prompt": set(),
     "platform/dao": {"platform/clock", "platform/files"},
-    "platform/dao/sqlite": {"platform/dao", "platform/clock", "platform/files"},
+    "platform/dao/sqlite": {
+        "platform/dao", "platform/clock", "platform/files", "platform/collation",
+    },
     "platform/rtf": set(),
     "platform/forms": {"platform/clock", "platform/settings", "platform/prompt"},
     "platform/toolbar/api": set(),
     "platform/toolbar": {"platform/toolbar/api", "platform/forms", "platform/files"},
     "platform/controls/api": {"platform/dao"},
-    "platform/controls": {"platform/controls/api", "platform/dao", "platform/forms"},
+    "platform/controls": {
+        "platform/controls/api", "platform/dao", "platform/forms", "platform/collation",
+    },
     "platform/spelling": set(),
     "platform/richtext": {
         "platform/rtf", "platform/controls", "platform/forms", "platform/prompt", "platform/spelling",
@@ -48,7 +57,7 @@ ROOMS = {
         "platform/clock", "platform/settings", "platform/files", "platform/prompt",
         "platform/dao", "platform/toolbar/api", "platform/controls/api",
     },
-    "store": {"framework", "platform/dao", "platform/files", "platform/clock"},
+    "store": {"framework", "platform/dao", "platform/files", "platform/clock", "platform/rtf"},
     "dialogs": {"store", "framework"} | PLATFORM,
     "notes_window": {"dialogs", "store", "framework"} | PLATFORM,
     "addin": {"notes_window", "dialogs", "store", "framework"} | PLATFORM,
@@ -144,7 +153,7 @@ class Checker:
             self.faults.append(f"{where}: there is no {header} below the root")
             return
         target, allowed = room_of(header), ROOMS[room]
-        if target in (room, "platform/component") or allowed is ANYTHING or target in allowed:
+        if target == room or target in GROUND or allowed is ANYTHING or target in allowed:
             return
         self.faults.append(f"{where}: {room} may not call {target} ({header})")
 

@@ -4,7 +4,10 @@
 #include "host/desk/DeskFindBar.h"
 #include "platform/component/ClassRegistry.h"
 #include "platform/controls/StatusBar.h"
+#include "platform/forms/DrawnIcons.h"
 #include "platform/forms/Form.h"
+#include "platform/forms/Readable.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/toolbar/Toolbar.h"
 
 #include <QApplication>
@@ -44,6 +47,8 @@ DeskWindow::DeskWindow(const Services& services, DeskOptions options)
       m_addIns(services.utility, registryUnless(m_options.createObject)) {
     setObjectName(QStringLiteral("frmDesk"));
     setWindowTitle(kTitle);
+    setWindowIcon(drawnIcon(QStringLiteral("yarrowen-desk")));
+    keepReadable(*this);
     build();
     connectEvents();
 }
@@ -91,7 +96,7 @@ void DeskWindow::build() {
     m_statusBar->addPermanentWidget(m_progress);
     m_statusBar->addPermanentWidget(m_user);
     setStatusBar(m_statusBar);
-    resize(1040, 720);
+    resize(QSize(1040, 720).boundedTo(roomFor(*this)));
 }
 
 void DeskWindow::connectEvents() {
@@ -184,6 +189,17 @@ void DeskWindow::closeEvent(QCloseEvent* event) {
     }
     shutDown();
     event->accept();
+    Q_EMIT closed();
+}
+
+void DeskWindow::endSession() {
+    if (m_open) {
+        (void)m_upper->grid().commitEdit();
+        (void)m_lower->grid().commitEdit();
+        remember();
+    }
+    shutDown();
+    hide();
     Q_EMIT closed();
 }
 
@@ -424,7 +440,8 @@ bool DeskWindow::showHelp(int topic) {
         return false;
     }
     m_services.utility.prompt().message(
-        QStringLiteral("Give the note a subject and a date. A private note is seen by you alone.\r"
+        QStringLiteral("Give the note a subject and a date. A private note is a sign to your "
+                       "colleagues, not a lock: they can read it.\r"
                        "Tick \"Automatically Show this Note?\" to see it whenever you come to its "
                        "record.\rTick \"Set Reminder\" to be reminded, alone or with others."),
         QStringLiteral("Note Properties"), PromptIcon::Information);

@@ -46,6 +46,8 @@ public:
     void open();
     /// Lets the add-in go and closes the database; twice without an error.
     void shutDown();
+    /// Closes without asking: a cell that cannot be written keeps what is stored.
+    void endSession();
 
     [[nodiscard]] DeskGridController& upper() const { return m_upper->controller(); }
     [[nodiscard]] DeskGridController& lower() const { return m_lower->controller(); }

@@ -1,5 +1,7 @@
 #include "host/desk/GridPanel.h"
 
+#include "platform/forms/ElidedLabel.h"
+
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -37,7 +39,7 @@ GridPanel::GridPanel(const PanelNames& names, const QList<GridLayout>& layouts,
 GridPanel::~GridPanel() = default;
 
 void GridPanel::buildHeading(const PanelNames& names) {
-    m_title = new QLabel(names.title, this);
+    m_title = new ElidedLabel(names.title, this);
     m_title->setObjectName(QStringLiteral("lbl%1Title").arg(names.position));
     QFont bold = m_title->font();
     bold.setBold(true);

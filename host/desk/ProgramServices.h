@@ -2,6 +2,7 @@
 
 #include "framework/HostUtility.h"
 #include "framework/Services.h"
+#include "framework/SettingsWatch.h"
 #include "platform/clock/Clock.h"
 #include "platform/files/FileSystem.h"
 #include "platform/forms/WidgetPrompt.h"
@@ -28,6 +29,8 @@ public:
 private:
     WidgetPrompt m_prompt{Clock::instance()};
     HostUtility m_utility{m_prompt};
+    SettingsWatch m_settingsWatch{settings, Clock::instance(), m_prompt,
+                                  QStringLiteral("Yarrowen Desk")};
 
 public:
     /// The same, as windows and add-ins take them.

@@ -1,5 +1,7 @@
 #include "host/desk/DeskWindow.h"
+#include "host/desk/EndSignals.h"
 #include "host/desk/ProgramServices.h"
+#include "host/desk/SessionEnd.h"
 #include "platform/component/UserFolders.h"
 
 #include <QApplication>
@@ -8,6 +10,7 @@
 #include <QProgressDialog>
 #include <QTextStream>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -51,8 +54,24 @@ private:
     std::unique_ptr<QProgressDialog> m_dialog;
 };
 
+void nameProgram() {
+    QCoreApplication::setApplicationName(QStringLiteral("yrwhost"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("%1.%2.%3")
+                                                .arg(YRW_VERSION_MAJOR)
+                                                .arg(YRW_VERSION_MINOR)
+                                                .arg(YRW_VERSION_REVISION));
+}
+
+/// True when the arguments only ask for a text, which needs no display.
+bool asksForText(int argc, char** argv) {
+    return std::any_of(argv + 1, argv + argc, [](const QByteArray& argument) {
+        return argument == "-h" || argument == "--help" || argument == "--help-all" ||
+               argument == "-v" || argument == "--version";
+    });
+}
+
 /// The options, or what is wrong with them.
-std::optional<DeskOptions> readOptions(const QApplication& application, QString& problem) {
+std::optional<DeskOptions> readOptions(const QCoreApplication& application, QString& problem) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("A small business program: customers, orders and their notes."));
@@ -69,7 +88,7 @@ std::optional<DeskOptions> readOptions(const QApplication& application, QString&
         QStringLiteral("Customers that a new database gets (1 to %1).").arg(kMostCustomers),
         QStringLiteral("N"), QString::number(kDefaultCustomers));
     parser.addOptions({data, user, records});
-    if (!parser.parse(QApplication::arguments())) {
+    if (!parser.parse(QCoreApplication::arguments())) {
         problem = parser.errorText();
         return std::nullopt;
     }
@@ -96,22 +115,31 @@ std::optional<DeskOptions> readOptions(const QApplication& application, QString&
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("yrwhost"));
-    QApplication::setApplicationVersion(QStringLiteral("%1.%2.%3")
-                                            .arg(YRW_VERSION_MAJOR)
-                                            .arg(YRW_VERSION_MINOR)
-                                            .arg(YRW_VERSION_REVISION));
+    nameProgram();
     QString problem;
+    if (argc > 1 && asksForText(argc, argv)) {
+        const QCoreApplication withoutDisplay(argc, argv);
+        static_cast<void>(readOptions(withoutDisplay, problem)); // ends the program with the text
+        return fail(kWrongUse, problem);
+    }
+    QApplication application(argc, argv);
     std::optional<DeskOptions> options = readOptions(application, problem);
     if (!options) {
         return fail(kWrongUse, problem);
     }
     ProgramServices program;
+    // What lies in the user's own folder is nobody else's; who shares names a folder.
+    if (options->start.folder == defaultDataFolder() &&
+        !FileSystem::makePrivateFolder(options->start.folder)) {
+        return fail(kFailed,
+                    QStringLiteral("The folder cannot be made: %1").arg(options->start.folder));
+    }
 
     auto progress = std::make_unique<MakingProgress>();
     options->start.progress = [&progress](qint64 done, qint64 all) { progress->show(done, all); };
     DeskWindow window(program.services, *options);
+    SessionEnd ending([&window] { window.endSession(); });
+    const EndSignals signals([&ending] { ending.begin(); });
     try {
         window.open();
     } catch (const AutomationError& error) {
@@ -119,7 +147,10 @@ int main(int argc, char** argv) {
                     error.description());
     }
     progress.reset();
+    if (ending.hasEnded()) {
+        return 0; // before there was an event loop to leave
+    }
     // Whatever window an add-in may have left open, the desk's end is the program's.
-    QObject::connect(&window, &DeskWindow::closed, &application, &QApplication::quit);
+    QObject::connect(&window, &DeskWindow::closed, &application, [] { QApplication::exit(); });
     return QApplication::exec();
 }

@@ -5,7 +5,7 @@
 namespace yrw {
 
 /// Number of the contract between host and component; both sides must be built with the same one.
-inline constexpr int kContractVersion = 1;
+inline constexpr int kContractVersion = 2;
 
 /// Answers of the component's entry points.
 enum ComponentResult : int {

@@ -3,6 +3,7 @@
 #include "platform/component/AutomationError.h"
 #include "platform/component/TrustedFile.h"
 #include "platform/component/UserFolders.h"
+#include "platform/disk/WholeFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -41,10 +42,26 @@ void checkIsAbsolute(const QString& programId, const QString& libraryFile) {
     }
 }
 
+/// What a file with one more class takes at the most, in bytes, beyond its present size.
+constexpr qint64 kOneClass = 16384;
+
+[[noreturn]] void cannotWrite(const QString& file) {
+    fail(QStringLiteral("The class registry could not be written: %1").arg(file));
+}
+
+/// Raises where the registry could only be written in part, which nobody would be told.
+void checkRoom(const QString& file) {
+    const QFileInfo info(file);
+    QDir().mkpath(info.absolutePath());
+    if (!hasRoomBeside(file, info.size() + kOneClass)) {
+        cannotWrite(file);
+    }
+}
+
 void finishWriting(QSettings& file) {
     file.sync();
     if (file.status() != QSettings::NoError) {
-        fail(QStringLiteral("The class registry could not be written: %1").arg(file.fileName()));
+        cannotWrite(file.fileName());
     }
 }
 
@@ -104,7 +121,7 @@ ClassRegistry::ClassRegistry(QString file) : m_file(std::move(file)) {}
 void ClassRegistry::registerClass(const ClassRegistration& registration) const {
     checkProgramId(registration.programId);
     checkIsAbsolute(registration.programId, registration.libraryFile);
-    QDir().mkpath(QFileInfo(m_file).absolutePath());
+    checkRoom(m_file);
     QSettings file(m_file, QSettings::IniFormat);
     file.beginGroup(registration.programId);
     file.setValue(QStringLiteral("ClassId"), registration.classId);
@@ -115,6 +132,7 @@ void ClassRegistry::registerClass(const ClassRegistration& registration) const {
 
 void ClassRegistry::unregisterClass(const QString& programId) const {
     checkProgramId(programId);
+    checkRoom(m_file);
     QSettings file(m_file, QSettings::IniFormat);
     file.remove(programId);
     finishWriting(file);

@@ -1,6 +1,13 @@
 #include "platform/component/Counted.h"
 
+#include "platform/component/AutomationError.h"
+
 namespace yrw {
+
+void detail::raiseObjectRequired() {
+    throw AutomationError(kErrorObjectRequired, QStringLiteral("YRW"),
+                          QStringLiteral("Object required"));
+}
 
 Counted::~Counted() = default;
 

@@ -6,6 +6,11 @@
 
 namespace yrw {
 
+namespace detail {
+/// Raises `kErrorObjectRequired` (424): a member of nothing was asked for.
+[[noreturn]] void raiseObjectRequired();
+} // namespace detail
+
 /// Base of every object that is shared by counting.
 ///
 /// Lifetime: born with a count of zero; the first `Ref` makes it one, the last `Ref` to let go
@@ -30,7 +35,8 @@ private:
     mutable int m_count = 0;
 };
 
-/// Holds one reference to a counted object, or none.
+/// Holds one reference to a counted object, or none. Following one that holds none raises
+/// `kErrorObjectRequired`; `get` answers nothing.
 ///
 /// Implicitly made from a raw pointer, so that a factory can `return Ref<T>(new T)` and an
 /// interface call can pass `this` where that is safe. Interfaces derive virtually from `Counted`.
@@ -56,8 +62,8 @@ public:
     }
 
     [[nodiscard]] T* get() const noexcept { return m_object; }
-    T* operator->() const noexcept { return m_object; }
-    T& operator*() const noexcept { return *m_object; }
+    T* operator->() const { return required(); }
+    T& operator*() const { return *required(); }
     explicit operator bool() const noexcept { return m_object != nullptr; }
     void reset() noexcept { *this = Ref(); }
 
@@ -65,6 +71,12 @@ public:
     friend bool operator==(const Ref& a, std::nullptr_t) noexcept { return a.get() == nullptr; }
 
 private:
+    T* required() const {
+        if (m_object == nullptr) [[unlikely]] {
+            detail::raiseObjectRequired();
+        }
+        return m_object;
+    }
     void retain() const noexcept {
         if (m_object != nullptr) {
             m_object->addRef();

@@ -1,8 +1,5 @@
 #include "platform/controls/Colours.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace yrw {
 
 namespace {
@@ -17,22 +14,7 @@ QColor farther(const QColor& background) {
                                                                              : QColor(Qt::black);
 }
 
-double linear(double channel) {
-    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor& colour) {
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
 } // namespace
-
-double contrast(const QColor& a, const QColor& b) {
-    const double first = luminance(a);
-    const double second = luminance(b);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
 
 QColor readableOn(const QColor& background, const QColor& wanted) {
     const QColor end = farther(background);

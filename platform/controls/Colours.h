@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/forms/Contrast.h"
+
 #include <QColor>
 
 namespace yrw {
@@ -14,9 +16,6 @@ namespace yrw {
 [[nodiscard]] inline int bgrOfColour(const QColor& colour) {
     return colour.red() | (colour.green() << 8) | (colour.blue() << 16);
 }
-
-/// Contrast of two colours, 1 (none) to 21 (black on white), as accessibility guidelines count it.
-[[nodiscard]] double contrast(const QColor& a, const QColor& b);
 
 /// A text colour that can be read on a background: the wanted one when it can, else the same hue
 /// made lighter or darker, at last white or black.

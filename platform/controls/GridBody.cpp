@@ -8,12 +8,15 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace yrw {
 
 namespace {
 
 constexpr int kPadding = 4;
 constexpr short kFrameBorder = 6;
+constexpr int kMarkCorner = 8; ///< pixels that the corner of a marked row measures
 
 QColor mixed(const QColor& a, const QColor& b, double share) {
     const auto part = [share](int from, int to) {
@@ -151,13 +154,15 @@ void GridBody::announceCursor() {
 
 QColor GridBody::rowColour(qint64 row, bool readable) {
     m_finding = RowFinding();
+    m_marked = false;
     if (fetchesRowStyle && readable) {
         RowStyle style;
         raiseQuietly([&] {
             m_source.grid().FetchRowStyle.raise(m_split, m_source.rows().bookmark(), style);
         });
         m_finding = style.finding;
-        if (style.hasBackColor()) {
+        m_marked = style.hasBackColor();
+        if (m_marked) {
             return colourOfBgr(style.backColor());
         }
     }
@@ -200,6 +205,10 @@ void GridBody::paintEvent(QPaintEvent* event) {
     for (qint64 row = first; row <= last; ++row) {
         paintRow(painter, row, dirty);
     }
+    // Its frame depends on the colours of the rows beside it.
+    if (const qint64 cursor = m_source.cursorRow(); cursor >= first && cursor <= last) {
+        paintCursor(painter, cursor);
+    }
     const auto end = static_cast<int>(qMax<qint64>(last + 1, first) - m_source.topRow());
     painter.fillRect(QRect(0, end * rowHeight, width(), height() - end * rowHeight),
                      palette().color(QPalette::Base));
@@ -215,10 +224,7 @@ void GridBody::paintRow(QPainter& painter, qint64 row, const QRect& dirty) {
     paintCells(painter, row, readable, back, dirty);
     painter.setPen(mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.18));
     painter.drawLine(line.bottomLeft(), line.bottomRight());
-    paintMark(painter, row);
-    if (row == m_source.cursorRow()) {
-        paintCursor(painter, row);
-    }
+    paintMark(painter, row, back);
 }
 
 void GridBody::paintCells(QPainter& painter, qint64 row, bool readable, const QColor& back,
@@ -265,7 +271,7 @@ void GridBody::paintCell(QPainter& painter, const QRect& rect, int column, bool 
                      text);
 }
 
-void GridBody::paintMark(QPainter& painter, qint64 row) const {
+void GridBody::paintMark(QPainter& painter, qint64 row, const QColor& back) const {
     if (markWidth() == 0) {
         return;
     }
@@ -275,6 +281,17 @@ void GridBody::paintMark(QPainter& painter, qint64 row) const {
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawLine(mark.topRight(), mark.bottomRight());
     painter.drawLine(mark.bottomLeft(), mark.bottomRight());
+    if (m_marked) {
+        // The colour alone does not tell everybody that the row is marked.
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(visibleOn({palette().color(QPalette::Button)}, back));
+        const QPoint corner(mark.right(), mark.top());
+        painter.drawPolygon(
+            QPolygon({corner, corner - QPoint(kMarkCorner, 0), corner + QPoint(0, kMarkCorner)}));
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.setBrush(Qt::NoBrush);
+    }
     QString sign;
     if (row == m_source.rows().editRow()) {
         sign = QStringLiteral("✎");
@@ -287,16 +304,40 @@ void GridBody::paintMark(QPainter& painter, qint64 row) const {
     painter.drawText(mark, Qt::AlignCenter, sign);
 }
 
+/// Colours of the current row's frame: outside against the rows beside it, inside against its own.
+/// One colour where one can be seen on all of them.
+std::pair<QColor, QColor> GridBody::frameColours(qint64 row) const {
+    const auto colourOf = [this](qint64 each) {
+        const QColor painted = paintedColour(each);
+        return painted.isValid() ? painted : palette().color(QPalette::Base);
+    };
+    const QColor wanted = palette().color(QPalette::Active, QPalette::Highlight);
+    const QColor own = colourOf(row);
+    const QList<QColor> beside{colourOf(row - 1), colourOf(row + 1)};
+    const QList<QColor> all = beside + QList<QColor>{own};
+    const QColor one = visibleOn(all, wanted);
+    const bool suffices = std::all_of(all.begin(), all.end(), [&one](const QColor& each) {
+        return contrast(one, each) >= kVisibleContrast;
+    });
+    return suffices ? std::pair(one, one)
+                    : std::pair(visibleOn(beside, wanted), visibleOn({own}, wanted));
+}
+
 void GridBody::paintCursor(QPainter& painter, qint64 row) const {
-    const QColor frame = palette().color(QPalette::Active, QPalette::Highlight);
+    const auto [outer, inner] = frameColours(row);
     const QRect line = rowRect(row).adjusted(markWidth(), 0, 0, 0);
-    painter.fillRect(QRect(line.topLeft(), QSize(line.width(), 2)), frame);
-    painter.fillRect(QRect(line.left(), line.bottom() - 1, line.width(), 2), frame);
+    painter.fillRect(QRect(line.topLeft(), QSize(line.width(), 2)), outer);
+    painter.fillRect(QRect(line.left(), line.bottom() - 1, line.width(), 2), outer);
+    if (outer != inner) {
+        painter.fillRect(QRect(line.left(), line.top() + 2, line.width(), 1), inner);
+        painter.fillRect(QRect(line.left(), line.bottom() - 2, line.width(), 1), inner);
+    }
     const QRect cell = cellRect(row, m_source.cursorColumn());
     if (!cell.isEmpty()) {
-        painter.setPen(QPen(frame, 2, m_source.hasKeyFocus() ? Qt::SolidLine : Qt::DotLine,
+        painter.setPen(QPen(inner, 2, m_source.hasKeyFocus() ? Qt::SolidLine : Qt::DotLine,
                             Qt::SquareCap, Qt::MiterJoin));
-        painter.drawRect(cell.adjusted(1, 1, -2, -1));
+        const int inset = outer == inner ? 1 : 3; // within the frame's outer line
+        painter.drawRect(cell.adjusted(1, inset, -2, -inset));
     }
 }
 

@@ -7,6 +7,8 @@
 #include <QHeaderView>
 #include <QWidget>
 
+#include <utility>
+
 class QHelpEvent;
 
 namespace yrw {
@@ -98,8 +100,9 @@ private:
     void paintCells(QPainter& painter, qint64 row, bool readable, const QColor& back,
                     const QRect& dirty);
     void paintCell(QPainter& painter, const QRect& rect, int column, bool readable);
-    void paintMark(QPainter& painter, qint64 row) const;
+    void paintMark(QPainter& painter, qint64 row, const QColor& back) const;
     void paintCursor(QPainter& painter, qint64 row) const;
+    [[nodiscard]] std::pair<QColor, QColor> frameColours(qint64 row) const;
     [[nodiscard]] QColor rowColour(qint64 row, bool readable);
     [[nodiscard]] CellStyle cellStyle(int column);
 
@@ -107,7 +110,8 @@ private:
     int m_split;
     QHeaderView& m_header;
     QHash<qint64, QColor> m_painted;
-    RowFinding m_finding; ///< of the row that is being painted
+    RowFinding m_finding;  ///< of the row that is being painted
+    bool m_marked = false; ///< a handler coloured that row
 };
 
 } // namespace yrw

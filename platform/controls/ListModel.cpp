@@ -47,6 +47,7 @@ ListModel::Row ListModel::packed(const ListItem& item) {
         }
     }
     row.bold = item.bold;
+    row.marked = item.marked;
     row.hasColour = item.foreColour.has_value();
     row.colour = row.hasColour ? item.foreColour->rgb() : 0;
     return row;
@@ -122,7 +123,7 @@ void ListModel::appendKeys(const QStringList& keys) {
         if (m_shown) {
             m_shown->push_back(allRows());
         }
-        m_rows.push_back({key, 0, false, false, false});
+        m_rows.push_back({key, 0, false, false, false, false});
     }
     m_missing += static_cast<int>(keys.size());
     rowsChanged();
@@ -291,10 +292,11 @@ void ListModel::setText(int row, int column, const QString& text) {
     Q_EMIT dataChanged(index(row, column), index(row, column));
 }
 
-void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreColour) {
+void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreColour, bool marked) {
     (void)whole(row);
     Row& own = m_rows[place(row)];
     own.bold = bold;
+    own.marked = marked;
     own.hasColour = foreColour.has_value();
     own.colour = own.hasColour ? foreColour->rgb() : 0;
     Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
@@ -391,9 +393,25 @@ int ListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_columns.size());
 }
 
+QVariant ListModel::markData(const QModelIndex& index, int role) const {
+    const bool isMark =
+        role == Qt::DecorationRole || role == Qt::ToolTipRole || role == Qt::AccessibleTextRole;
+    if (!isMark || index.column() != m_mark.column || !whole(index.row()).marked) {
+        return {};
+    }
+    switch (role) {
+    case Qt::DecorationRole:
+        return m_mark.icon;
+    case Qt::ToolTipRole:
+        return m_mark.words;
+    default:
+        return QString(textAt(index.row(), index.column()) + u", " + m_mark.words);
+    }
+}
+
 QVariant ListModel::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole && role != Qt::FontRole && role != Qt::ForegroundRole) {
-        return {};
+        return markData(index, role);
     }
     const Row& row = whole(index.row());
     switch (role) {

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "platform/collation/TextOrder.h"
 #include "platform/controls/ListView.h"
-#include "platform/controls/TextOrder.h"
 
 #include <QAbstractTableModel>
+#include <QIcon>
 
 #include <functional>
 #include <optional>
@@ -44,7 +45,14 @@ public:
     /// Removes a row by key, shown or not; no error when it is absent.
     void remove(const QString& key);
     void setText(int row, int column, const QString& text);
-    void setStyle(int row, bool bold, const std::optional<QColor>& foreColour);
+    void setStyle(int row, bool bold, const std::optional<QColor>& foreColour, bool marked);
+    /// What marked rows show in one column.
+    struct Mark {
+        int column = -1;
+        QIcon icon;
+        QString words;
+    };
+    void setMark(const Mark& mark) { m_mark = mark; }
 
     /// Shows only the rows whose keys are kept; the others stay out of sight until `showAll`.
     void showOnly(const std::function<bool(QStringView)>& keeps);
@@ -88,6 +96,7 @@ private:
         bool hasColour = false;
         bool bold = false;
         bool isWhole = true; ///< false: known by its key alone
+        bool marked = false;
     };
     using Places = std::vector<std::pair<size_t, int>>; ///< hash of a key and its row, sorted
 
@@ -104,6 +113,8 @@ private:
     [[nodiscard]] int placeOf(const QString& key) const;
     [[nodiscard]] static Row packed(const ListItem& item);
     [[nodiscard]] static QStringView part(const Row& row, int index);
+    /// What a marked row answers in the column of the mark; nothing for other roles.
+    [[nodiscard]] QVariant markData(const QModelIndex& index, int role) const;
     void rowsChanged();
     void moveSelections(const std::vector<int>& placeAfter);
     void indexKeys() const;
@@ -117,6 +128,7 @@ private:
     quint64 m_changes = 0;            ///< times that rows came, went or moved
     std::optional<std::vector<int>> m_shown; ///< places of those shown; nothing shows all
     QColor m_background = Qt::white;
+    Mark m_mark;
     mutable Places m_places; ///< made anew when rows moved
     mutable bool m_placesValid = true;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/controls/ListModel.h"
 #include "platform/controls/PlainToolTip.h"
+#include "platform/forms/ContextMenuKey.h"
 #include "platform/forms/Twips.h"
 
 #include <QApplication>
@@ -259,11 +260,15 @@ void ListView::setItemText(const QString& key, int column, const QString& text) 
     }
 }
 
-void ListView::setItemStyle(const QString& key, bool bold,
-                            const std::optional<QColor>& foreColour) {
+void ListView::setItemStyle(const QString& key, bool bold, const std::optional<QColor>& foreColour,
+                            bool marked) {
     if (const int row = rowOf(key); row >= 0) {
-        m_private->model.setStyle(row, bold, foreColour);
+        m_private->model.setStyle(row, bold, foreColour, marked);
     }
+}
+
+void ListView::setMark(int column, const QIcon& icon, const QString& words) {
+    m_private->model.setMark({column, icon, words});
 }
 
 bool ListView::isBold(const QString& key) const {
@@ -396,6 +401,9 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ListView::keyPressEvent(QKeyEvent* event) {
+    if (askedForMenu(*this, *event)) {
+        return;
+    }
     const QString before = selectedKey();
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (enter && !before.isEmpty()) {
@@ -420,9 +428,7 @@ void ListView::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
     if (itemCount() == 0 && !m_private->emptyText.isEmpty()) {
         QPainter painter(viewport());
-        QColor pale = palette().color(QPalette::Text);
-        pale.setAlphaF(0.65F);
-        painter.setPen(pale);
+        painter.setPen(palette().color(QPalette::PlaceholderText));
         painter.drawText(viewport()->rect().adjusted(12, 4, -12, -4),
                          Qt::AlignCenter | Qt::TextWordWrap, m_private->emptyText);
     }
@@ -432,13 +438,16 @@ bool ListView::viewportEvent(QEvent* event) {
     if (event->type() != QEvent::ToolTip) {
         return QTreeView::viewportEvent(event);
     }
-    // A text that its column cuts off is shown whole.
+    // A text that its column cuts off is shown whole, and a mark is explained.
     const auto* const help = static_cast<QHelpEvent*>(event);
     const QModelIndex index = indexAt(help->pos());
     const bool isCut =
         index.isValid() && columnWidth(index.column()) < sizeHintForIndex(index).width();
-    QToolTip::showText(help->globalPos(), isCut ? plainToolTip(index.data().toString()) : QString(),
-                       viewport(), visualRect(index));
+    QStringList lines{isCut ? index.data().toString() : QString(),
+                      index.data(Qt::ToolTipRole).toString()};
+    lines.removeAll(QString());
+    QToolTip::showText(help->globalPos(), plainToolTip(lines.join(u'\n')), viewport(),
+                       visualRect(index));
     return true;
 }
 

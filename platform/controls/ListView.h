@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/controls/TextOrder.h"
+#include "platform/collation/TextOrder.h"
 
 #include <QColor>
 #include <QTreeView>
@@ -17,6 +17,7 @@ struct ListItem {
     QStringList texts; ///< one per column, in the order the columns were added
     bool bold = false;
     std::optional<QColor> foreColour;
+    bool marked = false; ///< shows the list's mark
 };
 
 /// Gives rows by their keys; one that is left out stays without texts. Nothing means that they
@@ -26,12 +27,11 @@ using ListSource = std::function<std::optional<QList<ListItem>>(const QStringLis
 /// The list view in report style: a header and rows with keys, over a model.
 ///
 /// Rows are numbered from 0 in the order shown. Columns have keys; texts of a removed column go
-/// with it. Sorting compares displayed texts as plain text and is stable; off until `setSorting`.
-/// Plain text means: letter case is ignored first and decides between equals, and no locale
-/// changes the order. Typing letters selects the next row that begins with them, in the sorted
+/// with it. Sorting compares displayed texts in the order of the user's language and is stable; off
+/// until `setSorting`. Typing letters selects the next row that begins with them, in the sorted
 /// column before the others.
 /// Selecting in code raises no `itemClick`; the user's click, arrow keys and typing do. The menu
-/// key raises `rightClick` at the selected row, Enter raises `itemDblClick`.
+/// key and Shift+F10 raise `rightClick` at the selected row, Enter raises `itemDblClick`.
 /// Thread: the user-interface thread.
 class ListView : public QTreeView {
     Q_OBJECT
@@ -79,7 +79,11 @@ public:
     [[nodiscard]] QString keyAt(int row) const;
     [[nodiscard]] QString text(const QString& key, int column) const;
     void setItemText(const QString& key, int column, const QString& text);
-    void setItemStyle(const QString& key, bool bold, const std::optional<QColor>& foreColour);
+    void setItemStyle(const QString& key, bool bold, const std::optional<QColor>& foreColour,
+                      bool marked = false);
+    /// What marked rows show before the text of a column, and what screen readers and the tool-tip
+    /// say of them.
+    void setMark(int column, const QIcon& icon, const QString& words);
     [[nodiscard]] bool isBold(const QString& key) const;
     [[nodiscard]] std::optional<QColor> foreColour(const QString& key) const;
 

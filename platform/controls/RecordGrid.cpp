@@ -2,6 +2,7 @@
 
 #include "platform/controls/GridAccessible.h"
 #include "platform/controls/RecordGridPrivate.h"
+#include "platform/forms/ContextMenuKey.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -150,7 +151,7 @@ void RecordGrid::refresh() {
 }
 
 void RecordGrid::keyPressEvent(QKeyEvent* event) {
-    if (!m_private->handleKey(*event)) {
+    if (!askedForMenu(*this, *event) && !m_private->handleKey(*event)) {
         QWidget::keyPressEvent(event);
     }
 }

@@ -29,11 +29,12 @@ struct GridColumn {
 /// Keys: arrows, PageUp and PageDown, Home and End (columns), Ctrl+Home and Ctrl+End (rows), Tab;
 /// F2 or typing edits the cell, Enter ends that edit, Escape drops the row's edit. Enter on a row
 /// that is not being edited activates it, as a double-click does.
-/// A row that a handler coloured keeps its colour also as the current row, which has a frame.
+/// A row that a handler coloured keeps its colour also as the current row, which has a frame that
+/// stands out from it; its row mark has a corner of that colour.
 /// The tool-tip of a row shows what a handler of `FetchRowRemark` says of it; screen readers get
 /// the short text behind the row's cells and the details as its description. Texts are dark on
 /// light colours and light on dark ones, whatever the desktop's theme.
-class RecordGrid : public QWidget, public IRecordGrid {
+class RecordGrid : public QWidget, public IRecordGrid, public IGridSplits {
     Q_OBJECT
 
 public:
@@ -71,6 +72,7 @@ public:
     [[nodiscard]] QColor paintedRowColour(qint64 row) const;
 
     [[nodiscard]] QObject* asQObject() override { return this; }
+    [[nodiscard]] IGridSplits* Splits() override { return this; }
     [[nodiscard]] int splitCount() const override;
     [[nodiscard]] bool fetchesRowStyle(int split) const override;
     void setFetchRowStyle(int split, bool fetch) override;

@@ -8,6 +8,7 @@ Field::~Field() = default;
 Recordset::~Recordset() = default;
 Database::~Database() = default;
 Workspace::~Workspace() = default;
+LockWatch::~LockWatch() = default;
 ConflictError::~ConflictError() = default;
 
 ConflictError::ConflictError(const QString& source, const QString& description, ValueList current)
@@ -70,6 +71,24 @@ Transaction::~Transaction() {
 void Transaction::commit() {
     m_database->CommitTrans();
     m_done = true;
+}
+
+BriefWaits::BriefWaits(Ref<Database> database) : m_database(std::move(database)) {
+    constexpr int kBriefMs = 50;
+    if (m_database && m_database->isOpen()) {
+        m_before = m_database->setLockPatience(kBriefMs);
+        m_locksMet = m_database->LocksMet();
+    }
+}
+
+bool BriefWaits::wereInVain() const {
+    return m_database && m_database->isOpen() && m_database->LocksMet() != m_locksMet;
+}
+
+BriefWaits::~BriefWaits() {
+    if (m_database && m_database->isOpen()) {
+        m_database->setLockPatience(m_before);
+    }
 }
 
 } // namespace yrw::dao

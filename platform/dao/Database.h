@@ -24,6 +24,20 @@ private:
     ValueList m_current;
 };
 
+/// Somebody who watches a write that waits because another program has the file locked.
+///
+/// Lifetime: outlives the databases that it is set for, or is taken from them before it ends.
+/// Thread: the user-interface thread.
+class LockWatch {
+public:
+    virtual ~LockWatch();
+    /// Called again and again, with the milliseconds since the first try. Waits a little, and may
+    /// handle events meanwhile: the database can be read, written and even closed. False gives up.
+    virtual bool goOn(qint64 waitedMs) = 0;
+    /// The wait is over.
+    virtual void ended() noexcept = 0;
+};
+
 /// An open database.
 ///
 /// Stored queries are the file's views, and the rows of its table `tblQueries`: `Name`, `Kind`
@@ -38,8 +52,14 @@ private:
 /// stands alone, but a forward-only recordset holds its read transaction until its end, its
 /// closing, or the next write.
 ///
-/// Several programs: a write that finds the database locked waits up to 5 seconds and then raises
-/// `kErrorLocked`, whose description names the file and, where the system tells, the process. Any
+/// What the file's own text may do (queries, views, triggers, defaults) is limited to reading and
+/// writing the rows of that file, with functions of a fixed list; a step of it that does not come
+/// to an end is stopped. Both raise `kErrorDatabaseEngine`.
+///
+/// Several programs: a call that finds the database locked waits up to 5 seconds (see `LockWatch`
+/// and `BriefWaits`) and then raises `kErrorLocked`, whose description names the file and, where
+/// the system tells, the process. A write, when another file or none has come to lie at the path,
+/// raises `kErrorFileReplaced`; nothing is written then, nor at closing. Any
 /// call that reaches the file may raise that, `kErrorDiskFull`, `kErrorNotADatabase` (damage) or
 /// `kErrorDatabaseEngine`; nothing stays open behind an error.
 ///
@@ -55,6 +75,9 @@ public:
     [[nodiscard]] virtual QString Name() const = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
     [[nodiscard]] virtual bool isReadOnly() const = 0;
+    /// True once another file, or none, lies at the path: what this one shows is not what others
+    /// see. Asks the file system.
+    [[nodiscard]] virtual bool isReplaced() const = 0;
     virtual void Close() = 0;
 
     /// Opens rows from a table name, the name of a stored query, or SQL text.
@@ -96,14 +119,24 @@ public:
     /// A number that changes whenever another connection has written; seen from one turn of the
     /// event loop to the next.
     [[nodiscard]] virtual qint64 DataVersion() = 0;
-    /// Copies the whole database, as it stands committed, into a new file. The file appears when it
-    /// is complete and on the disk. Raises `kErrorCannotOpenDatabase` when the name is taken,
-    /// `kErrorDatabaseEngine` inside a transaction.
+    /// Copies the whole database, as it stands committed, into a new file with mode and group of
+    /// the database's own. The file appears when it is complete and on the disk; nothing is
+    /// replaced, and no link followed. Within a transaction the copy is of what was there before
+    /// it. Raises `kErrorCannotOpenDatabase` when the name is taken, `kErrorDiskFull`.
     virtual void CopyTo(const QString& path) = 0;
 
     /// Ends the read transaction that painting opened, if any. The data layer calls it by itself
     /// when control returns to the event loop.
     virtual void EndReadTransaction() = 0;
+
+    /// Sets who is asked while a write waits; nothing for none. With one, reads wait up to a second
+    /// only. Not owned.
+    virtual void setLockWatch(LockWatch* watch) = 0;
+    /// Sets how many milliseconds are waited for a lock; returns what was set before. Use
+    /// `BriefWaits` instead of calling this.
+    virtual int setLockPatience(int milliseconds) = 0;
+    /// How often a lock outlasted what was waited.
+    [[nodiscard]] virtual qint64 LocksMet() const = 0;
 
     // Transactions. Writes outside one are each their own immediate transaction. Nested ones may
     // be rolled back by themselves; what they did is stored when the outermost commits. A commit
@@ -132,6 +165,24 @@ private:
     bool m_done = false;
 };
 
+/// While it lives, a call that finds the database locked waits for 50 ms only, and one that follows
+/// in vain within half a second not at all: for what must not freeze a window and can be done
+/// later. Nothing for no database.
+class BriefWaits {
+public:
+    explicit BriefWaits(Ref<Database> database);
+    ~BriefWaits();
+    /// True when a call found the database locked for longer.
+    [[nodiscard]] bool wereInVain() const;
+    BriefWaits(const BriefWaits&) = delete;
+    BriefWaits& operator=(const BriefWaits&) = delete;
+
+private:
+    Ref<Database> m_database;
+    int m_before = 0;
+    qint64 m_locksMet = 0;
+};
+
 /// How a database is opened.
 struct OpenOptions {
     bool exclusive = false; ///< nobody else can open it; raises `kErrorLocked` when somebody has
@@ -152,6 +203,9 @@ public:
     /// locked; the description names the file. A file on a local disk is turned to the write-ahead
     /// journal; one that was ever opened over a network mount keeps the rollback journal for
     /// everybody, and `kErrorLocked` is raised while others keep it from being turned.
+    /// A file on a local disk carries its own place in the table `tblFilePlace`; when it was put
+    /// where it is by renaming, the journal of the file before it is moved aside ("-wal.old").
+    /// Who may only read sees what is committed and makes, changes and locks out nothing.
     [[nodiscard]] virtual Ref<Database> OpenDatabase(const QString& path,
                                                      const OpenOptions& options = {}) = 0;
     /// Makes an empty database file; raises `kErrorCannotOpenDatabase` when the file is there.

@@ -23,8 +23,10 @@ public:
     /// qint64 or int, dates as QDateTime (local, whole seconds), texts as QString.
     /// Raises `kErrorNoCurrentRecord` at either end.
     [[nodiscard]] virtual QVariant Value() const = 0;
-    /// Sets the value in the edit buffer; raises `kErrorNoEdit` outside `AddNew` or `Edit`,
-    /// `kErrorReadOnly` for a column that cannot be written.
+    /// Sets the value in the edit buffer, converted by the field's type; raises `kErrorNoEdit`
+    /// outside `AddNew` or `Edit`, `kErrorReadOnly` for a column that cannot be written,
+    /// `kErrorTypeMismatch` for a value that does not convert, `kErrorFieldTooSmall` for a text
+    /// that is too long. What was set before then stays.
     virtual void setValue(const QVariant& value) = 0;
 };
 
@@ -108,6 +110,8 @@ public:
     [[nodiscard]] virtual Ref<yrw::dao::Field> Field(QStringView name) = 0;
     [[nodiscard]] virtual Ref<yrw::dao::Field> Field(int column) = 0;
     [[nodiscard]] virtual FieldType TypeOf(int column) const = 0;
+    /// Longest text that a text column takes, in characters; 0 where there is no limit.
+    [[nodiscard]] virtual int textSizeOf(int column) const = 0;
     /// Value of a column in the current row, without a field object. A column that nobody asks
     /// for is not fetched.
     [[nodiscard]] virtual QVariant value(int column) const = 0;
@@ -118,7 +122,8 @@ public:
     virtual void AddNew() = 0;
     /// Copies the current row into the edit buffer.
     virtual void Edit() = 0;
-    /// Sets a column of the edit buffer; raises as `Field::setValue`.
+    /// Sets a column of the edit buffer, converted by the column's type (see `convertToField`);
+    /// raises as `Field::setValue`.
     virtual void setValue(int column, const QVariant& value) = 0;
     void setValue(QStringView name, const QVariant& value);
     /// Writes the edit buffer in one immediate transaction and leaves the cursor on the row it was

@@ -45,7 +45,7 @@ public:
     virtual void create() = 0;
     /// Notices what was written past the index: makes a missing or damaged one anew, and puts rows
     /// that it lacks, or has too many, on the list. A look at two counts when all is well; nothing
-    /// in a read-only database.
+    /// in a read-only database. Raises `kErrorLocked` when somebody is writing.
     virtual void repair() = 0;
     /// Rows that wait to be taken in.
     [[nodiscard]] virtual qint64 waiting() = 0;

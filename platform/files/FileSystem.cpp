@@ -1,11 +1,14 @@
 #include "platform/files/FileSystem.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/disk/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace yrw {
 
@@ -76,9 +79,13 @@ void FileSystem::copyFile(const QString& source, const QString& target) const {
     if (!from.open(QIODevice::ReadOnly)) {
         fail(QStringLiteral("%1 could not be read: %2").arg(from.fileName(), from.errorString()));
     }
-    QSaveFile to(resolve(target));
-    if (!to.open(QIODevice::WriteOnly)) {
-        fail(QStringLiteral("%1 could not be written: %2").arg(to.fileName(), to.errorString()));
+    const QString path = resolve(target);
+    WholeFile to(path);
+    const auto cannotWrite = [&] {
+        fail(QStringLiteral("%1 could not be written: %2").arg(path, to.problem()));
+    };
+    if (!to.open()) {
+        cannotWrite();
     }
     QByteArray buffer;
     do {
@@ -87,15 +94,14 @@ void FileSystem::copyFile(const QString& source, const QString& target) const {
             fail(QStringLiteral("%1 could not be read: %2")
                      .arg(from.fileName(), from.errorString()));
         }
-        if (to.write(buffer) != buffer.size()) {
-            fail(
-                QStringLiteral("%1 could not be written: %2").arg(to.fileName(), to.errorString()));
+        if (!to.write(buffer)) {
+            cannotWrite();
         }
     } while (!buffer.isEmpty());
     if (!to.commit()) {
-        fail(QStringLiteral("%1 could not be written: %2").arg(to.fileName(), to.errorString()));
+        cannotWrite();
     }
-    makeWritable(to.fileName());
+    makeWritable(path);
 }
 
 void FileSystem::copyFolder(const QString& source, const QString& target) const {
@@ -129,13 +135,29 @@ QString FileSystem::moveAside(const QString& path) const {
         return {};
     }
     QString to = from + u".old";
-    for (int number = 2; QFileInfo::exists(to); ++number) {
+    for (int number = 2; QFileInfo::exists(to) || QFileInfo(to).isSymLink(); ++number) {
         to = from + u".old" + QString::number(number);
     }
     if (!QFile::rename(from, to)) {
         fail(QStringLiteral("%1 could not be moved aside.").arg(from));
     }
     return to;
+}
+
+void FileSystem::takeGroupOfFolder(const QString& file) {
+    struct stat folder {};
+    if (::stat(QFile::encodeName(folderOf(file)).constData(), &folder) == 0 &&
+        ::lchown(QFile::encodeName(file).constData(), uid_t(-1), folder.st_gid) != 0) {
+        return; // the user's own group it is
+    }
+}
+
+bool FileSystem::makePrivateFolder(const QString& folder) {
+    if (QFileInfo(folder).isDir()) {
+        return true;
+    }
+    return QDir().mkpath(QFileInfo(folder).absolutePath()) &&
+           ::mkdir(QFile::encodeName(folder).constData(), S_IRWXU) == 0;
 }
 
 QString FileSystem::folderOf(const QString& path) {

@@ -28,6 +28,13 @@ public:
     /// that name, empty when there was no such file. Raises like `copyFile`.
     virtual QString moveAside(const QString& path) const;
 
+    /// Gives a file that was just made the group of its folder, so that whoever shares the folder
+    /// shares the file; a group that the user does not belong to is left out.
+    static void takeGroupOfFolder(const QString& file);
+    /// Makes a folder, and those above it that are missing, for nobody but the user; one that is
+    /// there stays as it is. False when it cannot be made.
+    [[nodiscard]] static bool makePrivateFolder(const QString& folder);
+
     /// The folder part of a full path, without the last separator.
     [[nodiscard]] static QString folderOf(const QString& path);
     /// Joins with one separator, whatever the parts end and begin with; an empty folder leaves the

@@ -31,10 +31,19 @@ DatePicker::DatePicker(const QString& name, const QString& accessibleName, QWidg
 
 QDateTime DatePicker::value() const {
     const QDateTime hands = handsOf(dateTime());
+    if (m_stored.isValid() && hands == handsOf(m_stored)) {
+        return m_stored;
+    }
     return existingTime(hands.date(), hands.time());
 }
 
 void DatePicker::setValue(const QDateTime& value) {
+    m_stored = {};
+    setDateTime(handsOf(value));
+}
+
+void DatePicker::setStoredValue(const QDateTime& value) {
+    m_stored = value;
     setDateTime(handsOf(value));
 }
 

@@ -21,10 +21,13 @@ public:
     explicit DatePicker(const QString& name, const QString& accessibleName,
                         QWidget* parent = nullptr);
 
-    /// The value, cut to whole minutes; a time that the clocks leave out is moved on.
+    /// The value, cut to whole minutes unless it is the stored one; a time that the clocks leave
+    /// out is moved on.
     [[nodiscard]] QDateTime value() const;
     /// Sets the value, cut to whole minutes.
     void setValue(const QDateTime& value);
+    /// Sets the value; as long as the field shows that minute, `value` is this one to the second.
+    void setStoredValue(const QDateTime& value);
     /// Moves the hands by minutes, negative for back; stays within the earliest date.
     void addMinutes(int minutes);
     /// One sentence when the clocks are changed over the time shown; empty for any other time.
@@ -35,6 +38,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    QDateTime m_stored; ///< what the field was set to, with its seconds; invalid for none
     bool m_hasCalendar = false;
 };
 

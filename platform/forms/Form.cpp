@@ -1,6 +1,9 @@
 #include "platform/forms/Form.h"
 
+#include "platform/forms/DrawnIcons.h"
 #include "platform/forms/KeyPreview.h"
+#include "platform/forms/KeyboardBack.h"
+#include "platform/forms/Readable.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -17,15 +20,13 @@ QList<Form*>& loadedForms() {
     return forms;
 }
 
-/// The form that a control is in; for a control of a tool window, such as a floating toolbar band,
-/// the form that the window lies over.
-Form* formOf(const QWidget& control) {
-    QWidget* const window = control.window();
-    auto* const form = qobject_cast<Form*>(window);
-    if (form != nullptr || window->windowType() != Qt::Tool || window->parentWidget() == nullptr) {
-        return form;
-    }
-    return qobject_cast<Form*>(window->parentWidget()->window());
+/// True when a window comes to the front that was not the last one there. A box over a form, or
+/// another program, leaves the form as it was and the keyboard where it was.
+bool comesAnew(QWidget* window) {
+    static QPointer<QWidget> last;
+    const bool anew = last != window;
+    last = window;
+    return anew;
 }
 
 /// Hands each event of a window to the form that it is, and closings to the forms that the window
@@ -39,13 +40,21 @@ public:
         if (!watched->isWidgetType()) {
             return false;
         }
+        if (event->type() == QEvent::WindowActivate && isMainWindow(watched)) {
+            comesAnew(static_cast<QWidget*>(watched));
+        }
         if (event->type() == QEvent::Close && !ownedFormsClose(watched, event)) {
             return true;
         }
-        return handOn(formOf(*static_cast<QWidget*>(watched)), watched, event);
+        return handOn(Form::formOf(*static_cast<QWidget*>(watched)), watched, event);
     }
 
 private:
+    /// A window that is neither a form, which sees to itself, nor a box.
+    static bool isMainWindow(QObject* watched) {
+        return static_cast<QWidget*>(watched)->isWindow() &&
+               qobject_cast<QDialog*>(watched) == nullptr;
+    }
     static bool handOn(QObject* form, QObject* watched, QEvent* event) {
         return form != nullptr && form->eventFilter(watched, event);
     }
@@ -74,8 +83,10 @@ void watchEvents() {
 
 Form::Form(const QString& name, QWidget* owner) : QDialog(owner) {
     setObjectName(name);
-    m_preview = std::make_unique<KeyPreview>();
+    setWindowIcon(drawnIcon(QStringLiteral("yarrowen-notes")));
+    keepReadable(*this);
     watchEvents();
+    KeyPreview::watch();
     if (owner != nullptr) {
         adopt(owner);
     }
@@ -133,9 +144,11 @@ void Form::showModal(QWidget* owner) {
     raise();
     activateWindow();
     // Showing raises events whose handlers may have unloaded the form already.
+    const QPointer<QWidget> back(owner == nullptr ? nullptr : owner->window());
     if (!m_unloaded) {
         loop.exec();
     }
+    giveKeyboardBack(back);
 }
 
 void Form::showModeless(QWidget* owner, bool activate) {
@@ -224,6 +237,22 @@ QList<Form*> Form::openForms() {
     return loadedForms();
 }
 
+Form* Form::formOf(const QWidget& control) {
+    QWidget* const window = control.window();
+    auto* const form = qobject_cast<Form*>(window);
+    if (form != nullptr || window->windowType() != Qt::Tool || window->parentWidget() == nullptr) {
+        return form;
+    }
+    return qobject_cast<Form*>(window->parentWidget()->window());
+}
+
+void Form::keepWhatWasTyped() {
+    const QList<Form*> forms = loadedForms();
+    for (Form* const form : forms) {
+        form->Form_EndSession();
+    }
+}
+
 bool Form::isModalOpen() {
     return QApplication::activeModalWidget() != nullptr;
 }
@@ -235,34 +264,19 @@ void Form::Form_KeyDown(FormKey&) {}
 void Form::Form_KeyUp(FormKey&) {}
 void Form::Form_QueryUnload(bool&) {}
 void Form::Form_Unload() {}
+void Form::Form_EndSession() {}
 
 bool Form::eventFilter(QObject* watched, QEvent* event) {
-    switch (event->type()) {
-    case QEvent::ShortcutOverride:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-        if (watched->isWidgetType() && formOf(*static_cast<QWidget*>(watched)) == this) {
-            return m_preview->filter(
-                static_cast<QWidget*>(watched), static_cast<QKeyEvent*>(event),
-                [this](FormKey& key) { Form_KeyDown(key); },
-                [this](FormKey& key) { Form_KeyUp(key); });
-        }
-        break;
-    case QEvent::Close:
-        if (watched == parent() && m_loaded && !unload()) {
-            event->ignore();
-            return true;
-        }
-        break;
-    default:
-        break;
+    if (event->type() == QEvent::Close && watched == parent() && m_loaded && !unload()) {
+        event->ignore();
+        return true;
     }
     return QDialog::eventFilter(watched, event);
 }
 
 bool Form::event(QEvent* event) {
     const bool result = QDialog::event(event);
-    if (event->type() == QEvent::WindowActivate && m_loaded && !m_unloaded) {
+    if (event->type() == QEvent::WindowActivate && m_loaded && !m_unloaded && comesAnew(this)) {
         Form_Activate();
     }
     return result;

@@ -3,8 +3,6 @@
 #include <QDialog>
 #include <QList>
 
-#include <memory>
-
 namespace yrw {
 
 /// State of a window by the numbers that are stored.
@@ -23,17 +21,17 @@ struct FormKey {
 /// A window with the life cycle that its handlers rely on.
 ///
 /// In this order: `Form_Initialize` (by the derived constructor's own hand), `load()` →
-/// `Form_Load` once; shown → `Form_Resize`, `Form_Activate`; `Form_KeyDown`/`Form_KeyUp` see every
-/// key before the focused control (key preview); closing by the user, by code (`unload`) or with
-/// its owner → `Form_QueryUnload`, which may cancel, then `Form_Unload` once. After that the form
-/// is hidden and taken from the list of open forms; it is never shown again.
-/// A key that `Form_KeyDown` consumes triggers no shortcut, access key or focus move either.
-/// Lifetime: an unloaded form that was shown modeless deletes itself later (make it with `new`);
-/// a modal one, and one that was only loaded, belongs to its caller. Closing the owner unloads
-/// the form first, and a form that refuses keeps the owner open. An owner that is destroyed
-/// without being closed unloads the form without asking it, and no longer owns it.
-/// Escape does not close by itself: a form that wants that unloads in `Form_KeyDown`.
-/// Thread: the user-interface thread.
+/// `Form_Load` once; shown → `Form_Resize`, `Form_Activate`, which comes again whenever the user
+/// returns from another form, but not from a box or another program; `Form_KeyDown`/`Form_KeyUp`
+/// see every key before the focused control (key preview); closing by the user, by code (`unload`)
+/// or with its owner → `Form_QueryUnload`, which may cancel, then `Form_Unload` once. After that
+/// the form is hidden and taken from the list of open forms; it is never shown again. A key that
+/// `Form_KeyDown` consumes triggers no shortcut, access key or focus move either. Lifetime: an
+/// unloaded form that was shown modeless deletes itself later (make it with `new`); a modal one,
+/// and one that was only loaded, belongs to its caller. Closing the owner unloads the form first,
+/// and a form that refuses keeps the owner open. An owner that is destroyed without being closed
+/// unloads the form without asking it, and no longer owns it. Escape does not close by itself: a
+/// form that wants that unloads in `Form_KeyDown`. Thread: the user-interface thread.
 class Form : public QDialog {
     Q_OBJECT
 
@@ -64,6 +62,12 @@ public:
 
     /// The loaded forms that are not unloaded yet, in the order of loading.
     [[nodiscard]] static QList<Form*> openForms();
+    /// The form that a control is in; for a control of a tool window, such as a floating toolbar
+    /// band, the form that the window lies over.
+    [[nodiscard]] static Form* formOf(const QWidget& control);
+    /// Has every open form keep what was typed (`Form_EndSession`). For the program, when its
+    /// session ends.
+    static void keepWhatWasTyped();
     /// True while any form is shown modally or a box of the door is open.
     [[nodiscard]] static bool isModalOpen();
 
@@ -79,6 +83,9 @@ protected:
     virtual void Form_KeyUp(FormKey& key);
     virtual void Form_QueryUnload(bool& cancel);
     virtual void Form_Unload();
+    /// The session ends and the program with it: keep what was typed at once, and ask nothing.
+    /// Closing follows, if there is time.
+    virtual void Form_EndSession();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool event(QEvent* event) override;
@@ -94,7 +101,6 @@ private:
     bool unloadOwnedForms();
     void finishUnload();
 
-    std::unique_ptr<KeyPreview> m_preview;
     QString m_tag;
     bool m_loaded = false;
     bool m_unloading = false;

@@ -3,6 +3,9 @@
 #include "platform/forms/Form.h"
 
 #include <QKeyEvent>
+#include <QPointer>
+
+#include <list>
 
 namespace yrw {
 
@@ -11,56 +14,50 @@ namespace yrw {
 /// A pressed key arrives up to three times: as an offer to override a shortcut, as the press
 /// itself, and again for each parent that an unhandled event climbs to. The handler runs at the
 /// first of them, since a shortcut would otherwise act before the form has seen the key.
-class Form::KeyPreview {
+///
+/// While an assistive program listens, the toolkit holds the press back, asks that program and then
+/// sends a copy, which it offers once more; further keys may be offered before the copy comes.
+/// What the window system sends is spontaneous; a copy and its offer are not.
+/// Lifetime: one for the process, until the application ends.
+class Form::KeyPreview final : public QObject {
 public:
-    /// Handles a key event sent to a control of the form; true when the control must not see it.
-    template <class Down, class Up>
-    bool filter(QWidget* receiver, QKeyEvent* event, Down down, Up up) {
-        if (isClimbing(receiver, event)) {
-            return false;
-        }
-        if (event->type() == QEvent::KeyRelease) {
-            m_offered = 0;
-            return !event->isAutoRepeat() && ask(event, up);
-        }
-        if (event->type() == QEvent::KeyPress && m_offered == event->key()) {
-            m_offered = 0;
-            return m_offerConsumed;
-        }
-        if (event->type() == QEvent::KeyPress) {
-            m_offered = 0;
-            return ask(event, down);
-        }
-        m_offered = event->key();
-        m_offerConsumed = false;
-        m_offerConsumed = ask(event, down);
-        event->setAccepted(m_offerConsumed);
-        return m_offerConsumed;
-    }
+    /// Begins to watch the keys of all forms, once.
+    static void watch();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    template <class Handler>
-    static bool ask(const QKeyEvent* event, Handler handler) {
-        FormKey key{event->key(), event->modifiers(), false};
-        handler(key);
-        return key.consumed;
-    }
+    using QObject::QObject;
 
-    /// True for an event on its way from a control to its parent.
-    bool isClimbing(QWidget* receiver, const QKeyEvent* event) {
-        const bool climbing = m_event == event && m_type == event->type() &&
-                              m_receiver != nullptr && m_receiver == receiver;
-        m_event = event;
-        m_type = event->type();
-        m_receiver = receiver->parentWidget();
-        return climbing;
-    }
+    enum class Handler { KeyDown, KeyUp };
 
-    const QKeyEvent* m_event = nullptr; ///< for comparison only
-    QEvent::Type m_type = QEvent::None;
-    QWidget* m_receiver = nullptr; ///< whom the event climbs to next; for comparison only
-    int m_offered = 0;             ///< key whose offer the form has seen
-    bool m_offerConsumed = false;
+    /// An offer whose press has not come yet.
+    struct Offer {
+        QPointer<Form> form;
+        QKeyCombination key;
+        bool asking = true; ///< the handler is still at work: the press comes after it
+        bool consumed = false;
+    };
+    using Offers = std::list<Offer>;
+
+    /// An event on its way from control to control. For comparison only: both may be gone.
+    struct Climb {
+        const QKeyEvent* event = nullptr;
+        QEvent::Type type = QEvent::None;
+        const QWidget* next = nullptr;
+    };
+
+    bool handOn(Form* form, QKeyEvent& event);
+    bool takeOffer(Form& form, QKeyEvent& event);
+    bool takePress(Form& form, const QKeyEvent& event);
+    bool ask(Form& form, const QKeyEvent& event, Handler handler);
+
+    [[nodiscard]] Offers::iterator offerOf(const Form& form, const QKeyEvent& event);
+    void forgetOffers(const QKeyEvent& event);
+    bool isClimbing(QWidget* receiver, const QKeyEvent* event);
+
+    Offers m_offers; ///< in the order in which they came
+    Climb m_climb;
 };
 
 } // namespace yrw

@@ -1,8 +1,15 @@
 #include "platform/forms/WidgetPrompt.h"
 
 #include "platform/clock/Clock.h"
+#include "platform/forms/BoxText.h"
+#include "platform/forms/DrawnIcons.h"
 #include "platform/forms/FileFilter.h"
+#include "platform/forms/FontColourDialog.h"
+#include "platform/forms/Form.h"
+#include "platform/forms/KeyboardBack.h"
 #include "platform/forms/PageMargins.h"
+#include "platform/forms/Readable.h"
+#include "platform/forms/ScreenMetrics.h"
 #include "platform/prompt/ErrorLog.h"
 
 #include <QApplication>
@@ -10,8 +17,7 @@
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QFontDialog>
-#include <QFontInfo>
+#include <QHash>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPrintDialog>
@@ -19,6 +25,7 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QStyle>
 
 #include <memory>
 
@@ -26,13 +33,26 @@ namespace yrw {
 
 namespace {
 
-constexpr int kTextWidth = 360; ///< up to which a box grows before its text wraps, in pixels
-
 const QString kBoxName = QStringLiteral("promptBox");
 
 QString withLineBreaks(QString text) {
     return text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+/// Puts the program's own drawing in the place of the style's icon.
+void drawIcon(const QMessageBox& box, PromptIcon icon) {
+    static const QHash<PromptIcon, QString> names{
+        {PromptIcon::Information, QStringLiteral("dialog-information")},
+        {PromptIcon::Question, QStringLiteral("dialog-question")},
+        {PromptIcon::Exclamation, QStringLiteral("dialog-warning")},
+        {PromptIcon::Critical, QStringLiteral("dialog-error")}};
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"));
+    if (label != nullptr && icon != PromptIcon::None) {
+        const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+        label->setPixmap(
+            drawnIcon(names.value(icon)).pixmap(QSize(size, size), box.devicePixelRatioF()));
+    }
 }
 
 QMessageBox::Icon iconOf(PromptIcon icon) {
@@ -110,27 +130,13 @@ void nameButtons(const QMessageBox& box) {
     }
 }
 
-/// Makes room for a text of a box, which would else wrap long before its lines end.
-void widen(const QMessageBox& box, const QString& labelName) {
-    auto* const label = box.findChild<QLabel*>(labelName);
-    if (label == nullptr) {
-        return;
-    }
-    int width = 0;
-    const QStringList lines = label->text().split(u'\n');
-    for (const QString& line : lines) {
-        width = qMax(width, label->fontMetrics().horizontalAdvance(line + u' '));
-    }
-    label->setMinimumWidth(qMin(width, kTextWidth));
-}
-
 std::unique_ptr<QMessageBox> makeBox(const QString& text, const QString& title, PromptIcon icon) {
     auto box = std::make_unique<QMessageBox>();
     box->setTextFormat(Qt::PlainText);
     box->setText(withLineBreaks(text));
     box->setWindowTitle(title);
     box->setIcon(iconOf(icon));
-    widen(*box, QStringLiteral("qt_msgbox_label"));
+    drawIcon(*box, icon);
     return box;
 }
 
@@ -161,18 +167,22 @@ public:
 
     /// The box's result. It is not deleted with its owner, since the caller holds it.
     int exec(QDialog& box) const {
-        QWidget* const owner = m_prompt.owner();
+        const QPointer<QWidget> owner(m_prompt.owner());
         if (owner != nullptr) {
-            box.setParent(owner, box.windowFlags());
-            QObject::connect(owner, &QObject::destroyed, &box, [&box](QObject* gone) {
+            box.setParent(owner.data(), box.windowFlags());
+            box.setWindowIcon(owner->windowIcon());
+            QObject::connect(owner.data(), &QObject::destroyed, &box, [&box](QObject* gone) {
                 if (box.parent() == gone) {
                     box.setParent(nullptr, box.windowFlags());
                     box.reject();
                 }
             });
         }
+        keepReadable(box);
         box.setObjectName(kBoxName);
-        return box.exec();
+        const int result = box.exec();
+        giveKeyboardBack(owner);
+        return result;
     }
 
 private:
@@ -188,7 +198,11 @@ QWidget* WidgetPrompt::owner() const {
     if (QWidget* const modal = QApplication::activeModalWidget()) {
         return modal;
     }
-    return m_parent.isNull() ? QApplication::activeWindow() : m_parent->window();
+    QWidget* const active = QApplication::activeWindow();
+    if (m_parent.isNull() || qobject_cast<Form*>(active) != nullptr) {
+        return active;
+    }
+    return m_parent->window();
 }
 
 void WidgetPrompt::message(const QString& text, const QString& title, PromptIcon icon) {
@@ -203,6 +217,7 @@ PromptAnswer WidgetPrompt::question(const QString& text, const QString& title,
     box->setDefaultButton(buttonOf(defaultAnswer));
     box->setEscapeButton(escapeOf(buttons));
     nameButtons(*box);
+    fitToScreen(*box, owner());
     const int pressed = OpenBox(*this).exec(*box);
     return answerOf(pressed == 0 ? int(escapeOf(buttons)) : pressed);
 }
@@ -220,6 +235,7 @@ int WidgetPrompt::choose(const ChoiceRequest& request) {
     if (auto* const column = box->findChild<QDialogButtonBox*>()) {
         column->setOrientation(Qt::Vertical); // names make captions long: side by side they are cut
     }
+    fitToScreen(*box, owner());
     OpenBox(*this).exec(*box);
     const auto pressed = buttons.indexOf(box->clickedButton());
     return pressed < 0 ? request.escapeButton : int(pressed);
@@ -236,10 +252,10 @@ void WidgetPrompt::errorReport(const ErrorReport& report) {
     QStringList reasons{withLineBreaks(report.text), withLineBreaks(report.description)};
     reasons.removeAll(QString());
     box->setInformativeText(reasons.join(QStringLiteral("\n\n")));
-    widen(*box, QStringLiteral("qt_msgbox_informativelabel"));
     box->setStandardButtons(QMessageBox::Ok);
     box->setDetailedText(detailsOf(report));
     nameButtons(*box);
+    fitToScreen(*box, owner());
     OpenBox(*this).exec(*box);
 }
 
@@ -276,29 +292,11 @@ QString WidgetPrompt::saveFile(const FileRequest& request) {
 }
 
 std::optional<FontChoice> WidgetPrompt::chooseFont(const FontChoice& start) {
-    QFont font(start.name);
-    font.setPointSizeF(start.points > 0 ? start.points : 10);
-    font.setBold(start.bold);
-    font.setItalic(start.italic);
-    font.setUnderline(start.underline);
-    font.setStrikeOut(start.strikethru);
-    // A font that the screen lacks would lose its style in the dialog; its substitute keeps it.
-    font.setFamilies({QFontInfo(font).family()});
-    QFontDialog dialog(font);
-    const QString shown = dialog.currentFont().family();
+    FontColourDialog dialog(start, [this](int colour) { return chooseColour(colour); });
     if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
         return std::nullopt;
     }
-    const QFont chosen = dialog.selectedFont();
-    // Left alone, the font stays the one asked for.
-    const bool keeps = chosen.family() == shown && !start.name.isEmpty();
-    return FontChoice{keeps ? start.name : chosen.family(),
-                      chosen.pointSizeF(),
-                      chosen.bold(),
-                      chosen.italic(),
-                      chosen.underline(),
-                      chosen.strikeOut(),
-                      start.colour};
+    return dialog.choice();
 }
 
 std::optional<int> WidgetPrompt::chooseColour(int start) {
@@ -333,7 +331,7 @@ void WidgetPrompt::preview(const QString& title, const std::function<void(QPrint
                      [&paint](QPrinter* page) { paint(*page); });
     const OpenBox box(*this);
     if (const QWidget* const over = owner()) {
-        dialog.resize(over->size().expandedTo(QSize(700, 600)));
+        dialog.resize(over->size().expandedTo(QSize(700, 600)).boundedTo(roomFor(*over)));
     }
     box.exec(dialog);
 }

@@ -11,12 +11,11 @@ class Clock;
 
 /// The door to the user made of message boxes and common dialogs.
 ///
-/// A box belongs to the modal window on top, else to the parent window that was set, else to the
-/// active window. Its object name is "promptBox". While one is open the pointer is the usual one;
-/// afterwards it is what it was.
-/// Error reports are appended to the error log (platform/prompt/ErrorLog.h).
-/// Lifetime: outlives every call; the clock outlives it.
-/// Thread: the user-interface thread.
+/// A box belongs to the modal window on top, else to the form that the user works in, else to the
+/// parent window that was set, else to the active window; that window has the keyboard afterwards.
+/// Its object name is "promptBox". While one is open the pointer is the usual one; afterwards it is
+/// what it was. Error reports are appended to the error log (platform/prompt/ErrorLog.h). Lifetime:
+/// outlives every call; the clock outlives it. Thread: the user-interface thread.
 class WidgetPrompt final : public Prompt {
 public:
     explicit WidgetPrompt(const Clock& clock);

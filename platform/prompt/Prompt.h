@@ -29,6 +29,19 @@ struct ChoiceRequest {
     int escapeButton = 0; ///< what closing the box answers
 };
 
+/// The parts of a font, of each of which a text may have several.
+enum class FontPart : unsigned {
+    Name = 1,
+    Points = 2,
+    Bold = 4,
+    Italic = 8,
+    Underline = 16,
+    Strikethru = 32,
+    Colour = 64
+};
+Q_DECLARE_FLAGS(FontParts, FontPart)
+Q_DECLARE_OPERATORS_FOR_FLAGS(FontParts)
+
 /// A font as plain data: the door speaks no window toolkit.
 struct FontChoice {
     QString name;
@@ -37,7 +50,8 @@ struct FontChoice {
     bool italic = false;
     bool underline = false;
     bool strikethru = false;
-    int colour = 0; ///< &H00BBGGRR
+    int colour = 0;    ///< &H00BBGGRR
+    FontParts mixed{}; ///< parts that the text has several of; their values here mean nothing
 };
 
 /// What the file dialog is told.
@@ -83,6 +97,8 @@ public:
     /// The chosen paths; empty when cancelled.
     virtual QStringList openFiles(const FileRequest& request) = 0;
     virtual QString saveFile(const FileRequest& request) = 0;
+    /// The font with its colour; nothing when cancelled. Parts that are mixed stay so unless the
+    /// user chose them.
     virtual std::optional<FontChoice> chooseFont(const FontChoice& start) = 0;
     /// Colour as &H00BBGGRR; nothing when cancelled.
     virtual std::optional<int> chooseColour(int start) = 0;

@@ -1,21 +1,28 @@
+#include "platform/component/AutomationError.h"
+#include "platform/richtext/DetachedDocument.h"
 #include "platform/richtext/DocumentLoader.h"
 #include "platform/richtext/DocumentScanner.h"
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/InlineRenderer.h"
+#include "platform/richtext/LocalFile.h"
 #include "platform/richtext/Pictures.h"
 #include "platform/richtext/RichTextBox.h"
+#include "platform/richtext/TableLimits.h"
 
 #include "platform/rtf/Reader.h"
+#include "platform/rtf/ShallowHtml.h"
 #include "platform/rtf/Writer.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QFile>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTextTable>
 
 #include <algorithm>
+#include <utility>
 
 // What is copied, pasted and dropped.
 
@@ -37,13 +44,20 @@ protected:
     }
 };
 
-QByteArray rtfOf(const QMimeData& source) {
-    for (const QString& type : kRtfTypes) {
-        if (source.hasFormat(type)) {
-            return source.data(type);
-        }
-    }
-    return {};
+/// The type under which a clipboard has RTF; empty where it has none.
+QString rtfTypeOf(const QMimeData& source) {
+    const auto found =
+        std::find_if(kRtfTypes.begin(), kRtfTypes.end(),
+                     [&source](const QString& type) { return source.hasFormat(type); });
+    return found == kRtfTypes.end() ? QString() : *found;
+}
+
+/// More than this is put in while the text is not laid out.
+bool isLarge(const rtf::Document& model) {
+    constexpr qsizetype kLargeText = 50000;
+    constexpr std::size_t kLargeCount = 1000;
+    return model.text.size() > kLargeText || model.paragraphs.size() > kLargeCount ||
+           model.runs.size() > 2 * kLargeCount;
 }
 
 bool areLocalFiles(const QList<QUrl>& urls) {
@@ -81,14 +95,6 @@ int tablesAround(const QTextCursor& cursor) {
     return count;
 }
 
-int tablesDeep(const rtf::Document& model) {
-    int deepest = 0;
-    for (const rtf::Paragraph& paragraph : model.paragraphs) {
-        deepest = std::max(deepest, model.depthOf(paragraph.row));
-    }
-    return deepest;
-}
-
 } // namespace
 
 void RichTextBox::setPasteKeepsLook(bool keep) {
@@ -115,37 +121,63 @@ QMimeData* RichTextBox::createMimeDataFromSelection() const {
 
 bool RichTextBox::canInsertFromMimeData(const QMimeData* source) const {
     return source->hasText() || source->hasHtml() || source->hasImage() || source->hasUrls() ||
-           !rtfOf(*source).isEmpty();
+           !rtfTypeOf(*source).isEmpty();
 }
 
 void RichTextBox::insertFromMimeData(const QMimeData* source) {
     if (isReadOnly()) {
         return;
     }
-    if (source->hasFormat(kOwnType)) {
-        insertModel(rtf::read(QByteArrayView(source->data(kOwnType))), true);
-        return;
-    }
-    if (areLocalFiles(source->urls())) {
+    const bool isOwn = source->hasFormat(kOwnType);
+    if (!isOwn && areLocalFiles(source->urls())) {
         insertFiles(source->urls());
         return;
     }
-    const QByteArray rtf = rtfOf(*source);
+    const QString rtf = isOwn ? kOwnType : rtfTypeOf(*source);
     if (!rtf.isEmpty()) {
-        insertModel(rtf::read(QByteArrayView(rtf)), m_pasteKeepsLook);
+        const QByteArray bytes = source->data(rtf);
+        if (mayInsert(bytes.size())) {
+            insertModel(rtf::read(QByteArrayView(bytes)), isOwn || m_pasteKeepsLook);
+        }
     } else if (source->hasImage() && source->text().trimmed().isEmpty()) {
         insertPicture(source->imageData().value<QImage>());
     } else if (source->hasHtml()) {
         insertForeignHtml(source->html());
     } else if (source->hasText()) {
-        insertPlainText(source->text());
+        insertText(source->text());
     }
     ensureCursorVisible();
 }
 
+/// Tells the user, and gives false, where more was copied than a note can hold.
+bool RichTextBox::mayInsert(qint64 bytes) {
+    if (bytes <= m_largestFile) {
+        return true;
+    }
+    tellNotInserted(QStringLiteral("What was copied has %1; at most %2 can be pasted.")
+                        .arg(richtext::sizeText(bytes), richtext::sizeText(m_largestFile)));
+    return false;
+}
+
+void RichTextBox::tellNotInserted(const QString& reason) {
+    if (m_prompt != nullptr) {
+        m_prompt->message(reason, QStringLiteral("Paste"), PromptIcon::Exclamation);
+    }
+    Q_EMIT insertionFailed(reason);
+}
+
 void RichTextBox::insertForeignHtml(const QString& html) {
+    if (!mayInsert(html.size())) {
+        return;
+    }
+    constexpr qsizetype kMostText = 4000000; // the toolkit's reader cannot be stopped
+    const QString text = rtf::textOfHtml(html);
+    if (text.size() > kMostText) {
+        insertText(text);
+        return;
+    }
     PastedHtml pasted;
-    pasted.setHtml(html);
+    pasted.setHtml(rtf::shallowHtml(html));
     const std::vector<rtf::Inline> none;
     rtf::Document header;
     header.colours.push_back(rtf::kAutomatic);
@@ -153,27 +185,88 @@ void RichTextBox::insertForeignHtml(const QString& html) {
     insertModel(scanner.scan(pasted), m_pasteKeepsLook);
 }
 
+/// Text in the formats of the insertion point.
+void RichTextBox::insertText(const QString& text) {
+    constexpr qsizetype kLargeText = 20000;
+    if (text.size() <= kLargeText) {
+        insertPlainText(text);
+    } else if (mayInsert(text.size())) {
+        rtf::Document model = rtf::fromPlainText(text);
+        const QTextCharFormat here = textCursor().charFormat();
+        model.fonts.front().name = SelFontName().value_or(m_default.name);
+        for (rtf::CharFormat& format : model.charFormats) {
+            const int font = format.font;
+            format = richtext::fromScreen(here);
+            format.font = font;
+        }
+        insertModel(std::move(model), true);
+    }
+}
+
 void RichTextBox::setSelRTF(const QString& rtf) {
     insertModel(rtf::isRtf(rtf) ? rtf::read(QStringView(rtf)) : rtf::fromPlainText(rtf), true);
 }
 
 void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
-    QTextCursor cursor = textCursor();
     if (!keepLook) {
-        takeLook(model, richtext::fromScreen(cursor.charFormat()),
+        takeLook(model, richtext::fromScreen(textCursor().charFormat()),
                  SelFontName().value_or(m_default.name));
     }
-    if (tablesAround(cursor) + tablesDeep(model) > rtf::kMostNested) {
-        // Tables that would lie too deep are shown as their text.
-        for (rtf::Paragraph& paragraph : model.paragraphs) {
-            paragraph.row = -1;
-        }
+    richtext::flattenTables(model, tablesAround(textCursor()));
+    if (!isLarge(model)) {
+        QTextCursor cursor = textCursor();
+        const Insertion done = insertAt(cursor, model, {});
+        setTextCursor(cursor);
+        tellWhatIsMissing(done);
+        return;
     }
+    Insertion done = Insertion::Whole;
+    {
+        richtext::DetachedDocument detached(*this, m_renderer.get());
+        m_marks.clear();
+        m_readable.clear();
+        done = insertAt(detached.cursor(), model,
+                        m_watchPaste && !m_isDropping ? m_watchPaste() : LoadStep());
+    }
+    if (done == Insertion::Whole) {
+        Q_EMIT contentChanged();
+        Q_EMIT selectionStateChanged();
+    }
+    tellWhatIsMissing(done);
+}
+
+void RichTextBox::tellWhatIsMissing(Insertion done) {
+    if (done == Insertion::TooLarge) {
+        tellNotInserted(
+            QStringLiteral("What was copied has more parts than a note can show; nothing of it "
+                           "was pasted."));
+    }
+}
+
+RichTextBox::Insertion RichTextBox::insertAt(QTextCursor& cursor, const rtf::Document& model,
+                                             const LoadStep& goesOn) {
+    QTextDocument& text = *cursor.document();
+    const int steps = text.availableUndoSteps();
     cursor.beginEditBlock();
     cursor.removeSelectedText();
-    richtext::DocumentLoader(model, m_inlines, logicalDpiX()).insert(cursor);
+    richtext::DocumentLoader loader(model, m_inlines, logicalDpiX(), goesOn);
+    loader.setMostMemory(memoryFor(model));
+    const bool whole = loader.insert(cursor);
     cursor.endEditBlock();
-    setTextCursor(cursor);
+    if (!whole && text.availableUndoSteps() > steps) {
+        text.undo();
+    }
+    return whole ? Insertion::Whole : loader.isFull() ? Insertion::TooLarge : Insertion::Stopped;
+}
+
+/// The program that the drop comes from waits until it is over: no events are handled meanwhile.
+void RichTextBox::dropEvent(QDropEvent* event) {
+    const QScopedValueRollback<bool> dropping(m_isDropping, true);
+    QTextEdit::dropEvent(event);
+}
+
+void RichTextBox::setPasteWatch(std::function<LoadStep()> watch) {
+    m_watchPaste = std::move(watch);
 }
 
 void RichTextBox::insertFiles(const QList<QUrl>& urls) {
@@ -186,9 +279,13 @@ void RichTextBox::insertFiles(const QList<QUrl>& urls) {
 }
 
 void RichTextBox::insertDroppedFile(const QString& path) {
-    QFile file(path);
-    const bool small = file.size() <= m_largestFile && file.open(QIODevice::ReadOnly);
-    const QImage picture = small ? richtext::decodeImage(file.readAll()) : QImage();
+    QImage picture;
+    try {
+        picture = richtext::decodeImage(richtext::contentOfFile(path, m_largestFile),
+                                        richtext::kMostStoredDots);
+    } catch (const AutomationError&) {
+        picture = {}; // the handler says why it cannot be taken
+    }
     if (picture.isNull()) {
         m_takeFile(path);
     } else {
@@ -199,7 +296,7 @@ void RichTextBox::insertDroppedFile(const QString& path) {
 void RichTextBox::pastePlain() {
     const QString text = QApplication::clipboard()->text();
     if (!text.isEmpty() && !isReadOnly()) {
-        insertPlainText(text);
+        insertText(text);
     }
 }
 

@@ -1,12 +1,14 @@
 #include "platform/richtext/DocumentLoader.h"
 
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/TableLimits.h"
 #include "platform/rtf/Writer.h"
 
 #include <QTextList>
 #include <QTextTable>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace yrw::richtext {
 
@@ -18,6 +20,68 @@ constexpr int kEmptyCells = 256;
 constexpr int kMostRows = 200;
 /// And a longer list: the screen's list goes through all its items for each new one.
 constexpr int kMostItems = 200;
+/// A longer paragraph is shown as several blocks: the screen lays a block out at once. Runs and
+/// lines cost it more than characters do, so many characters count for each of them.
+constexpr int kLongestBlock = 10000;
+constexpr int kRunWeight = 20;
+constexpr int kLineWeight = 50;
+
+/// Bytes that the text document takes for each part, once it is laid out.
+constexpr qint64 kBlock = 300;
+constexpr qint64 kFragment = 60;
+constexpr qint64 kCharacter = 4;
+constexpr qint64 kInline = 1500; ///< with a format of its own
+constexpr qint64 kFormat = 1500;
+constexpr qint64 kList = 1500;
+constexpr qint64 kTable = 3000;
+constexpr qint64 kCell = 1500;
+constexpr qint64 kFont = 400'000; ///< and the time that it takes to find and measure it
+
+/// The toolkit counts 64ths of a dot in 32 bits and never ends a layout that is higher than that.
+constexpr double kMostHeight = 12e6; ///< in dots
+constexpr double kPageWidth = 700;   ///< a narrow window's, in dots
+constexpr double kLineHeight = 1.3;  ///< of a font's size
+constexpr double kLetterWidth = 0.6; ///< of a font's size
+
+int weightOf(QChar character) {
+    return character == QChar::LineSeparator ? kLineWeight : 1;
+}
+
+int weightOf(QStringView text) {
+    const auto lines = text.count(QChar::LineSeparator);
+    return static_cast<int>(text.size() + lines * (kLineWeight - 1));
+}
+
+/// How many of the characters fit into a block: up to a blank near the end of the room, if there is
+/// one, and never half a pair.
+qsizetype fittingLength(QStringView text, int room) {
+    qsizetype fitting = 0;
+    for (int weight = 0; fitting < text.size(); ++fitting) {
+        weight += weightOf(text[fitting]);
+        if (weight > room) {
+            break;
+        }
+    }
+    if (fitting == text.size()) {
+        return fitting;
+    }
+    constexpr qsizetype kNear = 200;
+    for (qsizetype i = fitting; i > std::max<qsizetype>(0, fitting - kNear); --i) {
+        if (text[i - 1].isSpace()) {
+            return i;
+        }
+    }
+    return fitting > 0 && text[fitting].isLowSurrogate() ? fitting - 1 : fitting;
+}
+
+/// Characters that would end a block end a line.
+QString withinBlock(QStringView text) {
+    QString line = text.toString();
+    for (const QChar end : {QChar(u'\n'), QChar(u'\r'), QChar(QChar::ParagraphSeparator)}) {
+        line.replace(end, QChar(QChar::LineSeparator));
+    }
+    return line;
+}
 
 } // namespace
 
@@ -25,22 +89,56 @@ const rtf::Paragraph& DocumentLoader::at(int paragraph) const {
     return m_source.paragraphs[static_cast<std::size_t>(paragraph)];
 }
 
-void DocumentLoader::prepareFormats() {
-    m_chars.reserve(m_source.charFormats.size());
-    for (const rtf::CharFormat& format : m_source.charFormats) {
-        m_chars.push_back(
-            toScreen(format, m_source.fonts[static_cast<std::size_t>(format.font)].name));
+const QTextCharFormat& DocumentLoader::charFormat(int format) {
+    std::optional<QTextCharFormat>& made = m_chars[static_cast<std::size_t>(format)];
+    if (!made) {
+        take(kFormat);
+        const rtf::CharFormat& source = m_source.charFormats[static_cast<std::size_t>(format)];
+        if (m_fonts.insert({source.font, source.halfPoints, source.bold, source.italic}).second) {
+            take(kFont);
+        }
+        made = toScreen(source, m_source.fonts[static_cast<std::size_t>(source.font)].name);
     }
-    m_blocks.reserve(m_source.parFormats.size());
-    for (const rtf::ParFormat& format : m_source.parFormats) {
-        m_blocks.push_back(toScreen(format, m_dotsPerInch));
+    return *made;
+}
+
+const QTextBlockFormat& DocumentLoader::blockFormat(int format) {
+    std::optional<QTextBlockFormat>& made = m_blocks[static_cast<std::size_t>(format)];
+    if (!made) {
+        take(kFormat);
+        made = toScreen(m_source.parFormats[static_cast<std::size_t>(format)], m_dotsPerInch);
     }
+    return *made;
 }
 
 bool DocumentLoader::insert(QTextCursor& cursor) {
-    prepareFormats();
+    m_chars.resize(m_source.charFormats.size());
+    m_blocks.resize(m_source.parFormats.size());
+    const QVariant piece = cursor.blockFormat().property(kPiece);
+    const bool goesOnBehind = goesOnBefore(cursor.block().next());
     range(cursor, 0, {});
+    if (goesOnBehind && !goesOnBefore(cursor.block().next())) {
+        QTextBlockFormat last; // what stood behind the cursor goes on in the next piece
+        last.setProperty(kPiece, piece);
+        cursor.mergeBlockFormat(last);
+    }
     return !m_stopped;
+}
+
+void DocumentLoader::take(qint64 bytes) {
+    m_memory -= bytes;
+    m_stopped = m_stopped || m_memory < 0;
+}
+
+/// Counts the height of text on the screen, as far as it can be told.
+void DocumentLoader::rise(int format, double lines, double characters) {
+    const double size = m_source.charFormats[static_cast<std::size_t>(format)].halfPoints / 2.0 *
+                        m_dotsPerInch / 72;
+    m_height += (lines + characters * size * kLetterWidth / kPageWidth) * size * kLineHeight;
+    if (m_height > kMostHeight) {
+        m_memory = -1;
+        m_stopped = true;
+    }
 }
 
 /// False once the insertion was ended.
@@ -98,19 +196,35 @@ int DocumentLoader::range(QTextCursor& cursor, int first, const Cell& cell) {
 
 void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph,
                                bool newBlock) {
-    const QTextBlockFormat& block = m_blocks[static_cast<std::size_t>(paragraph.format)];
+    take(kBlock);
+    QTextBlockFormat block = blockFormat(paragraph.format);
+    const bool isLong = weightOf(paragraph) > kLongestBlock;
+    if (isLong) {
+        block.setProperty(kPiece, nextParagraphOfPieces());
+    }
     const int mark = paragraph.runCount == 0
                          ? paragraph.mark
                          : m_source
                                .runs[static_cast<std::size_t>(paragraph.firstRun) +
                                      static_cast<std::size_t>(paragraph.runCount) - 1]
                                .format;
-    const QTextCharFormat& chars = m_chars[static_cast<std::size_t>(mark)];
+    const QTextCharFormat& chars = charFormat(mark);
+    const rtf::ParFormat& spaced = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];
+    m_height += (std::abs(spaced.before) + std::abs(spaced.after)) / 1440.0 * m_dotsPerInch;
+    rise(mark, 1, 0);
     if (newBlock) {
         cursor.insertBlock(block, chars);
     } else if (cursor.block().length() == 1) {
         cursor.setBlockFormat(block);
         cursor.setBlockCharFormat(chars);
+    } else if (isLong && !cursor.blockFormat().hasProperty(kPiece)) {
+        QTextBlockFormat piece;
+        piece.setProperty(kPiece, nextParagraphOfPieces());
+        cursor.mergeBlockFormat(piece);
+    }
+    m_length = newBlock ? 0 : cursor.positionInBlock();
+    if (!newBlock && goesOnBefore(cursor.block().next())) {
+        m_length = -weightOf(paragraph); // further pieces there have the numbers that would follow
     }
     const rtf::ParFormat& format = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];
     joinList(cursor, format);
@@ -134,29 +248,54 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
             look.setStyle(QTextListFormat::ListStyleUndefined); // its numbers do not begin with 1
         }
     }
+    take(kList);
     m_list = cursor.createList(look);
     m_listOf = format;
 }
 
+int DocumentLoader::lengthOf(const rtf::Paragraph& paragraph) const {
+    if (paragraph.runCount == 0) {
+        return 0;
+    }
+    // Runs follow each other without a gap.
+    const auto first = static_cast<std::size_t>(paragraph.firstRun);
+    const rtf::Run& last = m_source.runs[first + static_cast<std::size_t>(paragraph.runCount) - 1];
+    return last.start + last.length - m_source.runs[first].start;
+}
+
+/// What a paragraph counts for, in characters, when it is cut into blocks.
+int DocumentLoader::weightOf(const rtf::Paragraph& paragraph) const {
+    if (paragraph.runCount == 0) {
+        return 0;
+    }
+    const int start = m_source.runs[static_cast<std::size_t>(paragraph.firstRun)].start;
+    return richtext::weightOf(QStringView(m_source.text).mid(start, lengthOf(paragraph))) +
+           kRunWeight * paragraph.runCount;
+}
+
 void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) {
-    const auto number = static_cast<int>(&paragraph - m_source.paragraphs.data());
+    m_paragraph = static_cast<int>(&paragraph - m_source.paragraphs.data());
     const auto first = static_cast<std::size_t>(paragraph.firstRun);
     for (auto r = first; r < first + static_cast<std::size_t>(paragraph.runCount); ++r) {
-        if (!goesOn(number)) {
+        if (!goesOn(m_paragraph)) {
             return;
         }
+        m_length += kRunWeight;
         run(cursor, m_source.runs[r]);
     }
 }
 
 void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
-    const auto format = static_cast<std::size_t>(run.format);
-    const bool hidden = m_source.charFormats[format].hidden;
+    const bool hidden = m_source.charFormats[static_cast<std::size_t>(run.format)].hidden;
+    const QStringView characters = QStringView(m_source.text).mid(run.start, run.length);
+    take(kFragment + kCharacter * run.length);
+    rise(run.format, static_cast<double>(withinBlock(characters).count(QChar::LineSeparator)),
+         static_cast<double>(run.length));
     if (run.field < 0 && run.object < 0 && !hidden) {
-        cursor.insertText(m_source.text.mid(run.start, run.length), m_chars[format]);
+        text(cursor, characters, charFormat(run.format));
         return;
     }
-    QTextCharFormat chars = m_chars[format];
+    QTextCharFormat chars = charFormat(run.format);
     if (run.field >= 0) {
         const rtf::Field& field = m_source.fields[static_cast<std::size_t>(run.field)];
         chars.setProperty(kField, field.instruction);
@@ -165,18 +304,46 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
             chars.setAnchorHref(field.link);
         }
     }
-    const QString text = m_source.text.mid(run.start, run.length);
     if (run.object >= 0 || hidden) {
-        m_inlines.push_back(
-            run.object >= 0
-                ? m_source.inlines[static_cast<std::size_t>(run.object)]
-                : rtf::Inline{rtf::InlineKind::Kept, "{\\v " + rtf::escape(text).toLatin1() + "}"});
+        m_inlines.push_back(run.object >= 0
+                                ? m_source.inlines[static_cast<std::size_t>(run.object)]
+                                : rtf::Inline{rtf::InlineKind::Kept,
+                                              "{\\v " + rtf::escape(characters).toLatin1() + "}"});
+        take(kInline);
         chars.setObjectType(kInlineObject);
         chars.setProperty(kInlineId, static_cast<int>(m_inlines.size()) - 1);
-        cursor.insertText(QString(QChar(rtf::kInlineMark)), chars);
+        text(cursor, QString(QChar(rtf::kInlineMark)), chars);
         return;
     }
-    cursor.insertText(text, chars);
+    text(cursor, characters, chars);
+}
+
+/// Inserts characters, in further blocks where the present one is full.
+void DocumentLoader::text(QTextCursor& cursor, QStringView text, const QTextCharFormat& chars) {
+    const QString inBlock = withinBlock(text);
+    text = inBlock;
+    while (!text.isEmpty() && !m_stopped) {
+        const qsizetype length = fittingLength(text, kLongestBlock - m_length);
+        if (length > 0) {
+            cursor.insertText(text.first(length).toString(), chars);
+            m_length += richtext::weightOf(text.first(length));
+            text = text.sliced(length);
+        }
+        if (!text.isEmpty() && goesOn(m_paragraph)) {
+            nextPiece(cursor);
+        }
+    }
+}
+
+void DocumentLoader::nextPiece(QTextCursor& cursor) {
+    take(kBlock);
+    const QTextBlockFormat before = cursor.blockFormat();
+    QTextBlockFormat format = furtherPiece(before);
+    if (before.hasProperty(kPiece)) {
+        format.setProperty(kPiece, before.property(kPiece).toLongLong() + 1);
+    }
+    cursor.insertBlock(format, cursor.blockCharFormat());
+    m_length = 0;
 }
 
 /// The row of a table in that many others that a paragraph lies in.
@@ -189,8 +356,12 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
     std::vector<int> rows;
     int columns = 0;
     int cells = 0;
+    double work = 0;
     for (int i = first; isIn(i, around) && m_source.depthOf(at(i).row) > around.level; ++i) {
         const int row = rowAt(i, around.level);
+        if (around.level == 0) {
+            work += workOf(lengthOf(at(i)), m_source.depthOf(at(i).row) - 1);
+        }
         if (!rows.empty() && rows.back() == row) {
             continue;
         }
@@ -198,7 +369,7 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
         const int wider = std::max({columns, edges, 1});
         const int count = static_cast<int>(rows.size());
         const bool sparse = wider * (count + 1) > 2 * (cells + edges) + kEmptyCells;
-        if (count == kMostRows || (count > 0 && sparse)) {
+        if (count == kMostRows || (count > 0 && (sparse || work > kMostTableWork))) {
             break;
         }
         columns = wider;
@@ -244,6 +415,7 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
         format.setProperty(kContinues, true);
     }
     const auto columns = static_cast<int>(format.columnWidthConstraints().size());
+    take(kTable + kCell * columns * static_cast<qint64>(rows.size()));
     QTextTable* const table = cursor.insertTable(static_cast<int>(rows.size()), columns, format);
     int paragraph = first;
     for (int row = 0; row < table->rows(); ++row) {

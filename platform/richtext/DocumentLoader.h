@@ -6,6 +6,10 @@
 #include <QTextTableFormat>
 
 #include <functional>
+#include <limits>
+#include <optional>
+#include <set>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -28,8 +32,14 @@ public:
           m_goesOn(std::move(goesOn)) {}
 
     /// Inserts everything at the cursor; the first paragraph keeps the block's own format when the
-    /// cursor stands in text. False when `goesOn` ended it before.
+    /// cursor stands in text. False when `goesOn` ended it before, or when it would take more
+    /// memory than `setMostMemory` said.
     bool insert(QTextCursor& cursor);
+    /// The most bytes that the text document may take, as far as they can be told; no limit at
+    /// first.
+    void setMostMemory(qint64 bytes) { m_memory = bytes; }
+    /// True when the insertion ended because of that.
+    [[nodiscard]] bool isFull() const { return m_memory < 0; }
 
 private:
     /// A cell of the source, in so many tables; level 0 is the whole document.
@@ -40,13 +50,20 @@ private:
         int lastColumn = 0; ///< of its table; cells further right count as that
     };
 
-    void prepareFormats();
+    [[nodiscard]] const QTextCharFormat& charFormat(int format);
+    [[nodiscard]] const QTextBlockFormat& blockFormat(int format);
+    void take(qint64 bytes);
+    void rise(int format, double lines, double characters);
     /// Inserts the paragraphs of a cell from `first` on; returns the paragraph behind them.
     int range(QTextCursor& cursor, int first, const Cell& cell);
     void paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph, bool newBlock);
     void runs(QTextCursor& cursor, const rtf::Paragraph& paragraph);
+    [[nodiscard]] int lengthOf(const rtf::Paragraph& paragraph) const;
+    [[nodiscard]] int weightOf(const rtf::Paragraph& paragraph) const;
     [[nodiscard]] bool goesOn(int paragraph);
     void run(QTextCursor& cursor, const rtf::Run& run);
+    void text(QTextCursor& cursor, QStringView text, const QTextCharFormat& chars);
+    void nextPiece(QTextCursor& cursor);
     void joinList(QTextCursor& cursor, const rtf::ParFormat& format);
     /// Inserts the table that begins at paragraph `first`; returns the paragraph behind it.
     int table(QTextCursor& cursor, int first, const Cell& around, bool continues);
@@ -64,8 +81,13 @@ private:
     double m_dotsPerInch;
     Step m_goesOn;
     bool m_stopped = false;
-    std::vector<QTextCharFormat> m_chars;
-    std::vector<QTextBlockFormat> m_blocks;
+    std::vector<std::optional<QTextCharFormat>> m_chars;
+    std::vector<std::optional<QTextBlockFormat>> m_blocks;
+    std::set<std::tuple<int, int, bool, bool>> m_fonts;   ///< family, size, bold, italic
+    qint64 m_memory = std::numeric_limits<qint64>::max(); ///< bytes that are left
+    double m_height = 0;                                  ///< of the text so far, in dots
+    int m_paragraph = 0;                                  ///< that is inserted
+    int m_length = 0; ///< what is in the block counts for, in characters
     QTextList* m_list = nullptr;
     rtf::ParFormat m_listOf;
 };

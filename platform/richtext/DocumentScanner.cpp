@@ -17,6 +17,9 @@ namespace yrw::richtext {
 
 namespace {
 
+/// Of the pictures of foreign text together; the rest is left out.
+constexpr qint64 kMostImageDots = 32LL * 1024 * 1024;
+
 rtf::Document emptyCopy(const rtf::Document& header) {
     rtf::Document document;
     document.colours = header.colours;
@@ -169,13 +172,20 @@ void DocumentScanner::block(const QTextBlock& block) {
     for (auto it = block.begin(); !it.atEnd(); ++it) {
         fragment(it.fragment());
     }
-    const int format = m_builder.parFormat(fromScreen(block.blockFormat(), block.textList()));
+    if (!m_inPieces) {
+        m_parFormat = m_builder.parFormat(fromScreen(block.blockFormat(), block.textList()));
+    }
+    const QTextBlock next = block.next();
+    m_inPieces = next.isValid() && next.position() < m_end && goesOnBefore(next);
+    if (m_inPieces) {
+        return; // the paragraph goes on
+    }
     int mark = 0;
     if (m_builder.paragraphIsEmpty()) {
         const bool here = !m_insertion.isNull() && m_insertion.block() == block;
         mark = charFormat(here ? m_insertion.charFormat() : block.charFormat());
     }
-    m_builder.endParagraph(format, mark, m_row, m_cell);
+    m_builder.endParagraph(m_parFormat, mark, m_row, m_cell);
 }
 
 int DocumentScanner::charFormat(const QTextCharFormat& format) {
@@ -200,9 +210,13 @@ int DocumentScanner::fieldOf(const QTextCharFormat& format) {
 
 void DocumentScanner::image(const QTextImageFormat& format, int index, int field) {
     const QVariant data = m_document->resource(QTextDocument::ImageResource, QUrl(format.name()));
+    if (m_imageDots > kMostImageDots) {
+        return;
+    }
     const auto picture = data.typeId() == QMetaType::QByteArray
-                             ? QImage::fromData(data.toByteArray())
+                             ? decodeImage(data.toByteArray(), kMostStoredDots)
                              : data.value<QImage>();
+    m_imageDots += static_cast<qint64>(picture.width()) * picture.height();
     if (!picture.isNull()) {
         m_builder.inlineGroup(rtf::InlineKind::Picture, pictureGroup(picture), index, field);
     }

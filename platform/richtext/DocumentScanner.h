@@ -52,6 +52,9 @@ private:
     const QTextDocument* m_document = nullptr;
     int m_begin = 0;
     int m_end = 0;
+    int m_parFormat = 0;     ///< of the paragraph that is read
+    qint64 m_imageDots = 0;  ///< of the foreign pictures so far
+    bool m_inPieces = false; ///< its next block is a further piece of it
     int m_row = -1;
     int m_cell = 0;
     std::function<void(int percent)> m_progress;

@@ -97,6 +97,38 @@ rtf::ListKind kindOf(QTextListFormat::Style style) {
 
 } // namespace
 
+qint64 nextParagraphOfPieces() {
+    static qint64 last = 0;
+    constexpr qint64 kPieces = 1LL << 24; // of one paragraph at the most
+    return last += kPieces;
+}
+
+bool goesOnBefore(const QTextBlock& block) {
+    if (!block.isValid()) {
+        return false;
+    }
+    const QTextBlock before = block.previous();
+    const QTextBlockFormat format = block.blockFormat();
+    // A piece that the user cut in two has the number of both its parts, which are two paragraphs.
+    return before.isValid() && format.hasProperty(kPiece) &&
+           before.blockFormat().property(kPiece).toLongLong() + 1 ==
+               format.property(kPiece).toLongLong();
+}
+
+QTextBlock firstPiece(QTextBlock block) {
+    while (goesOnBefore(block)) {
+        block = block.previous();
+    }
+    return block;
+}
+
+QTextBlockFormat furtherPiece(QTextBlockFormat format) {
+    format.setTopMargin(0);
+    format.setTextIndent(0);
+    format.setObjectIndex(-1);
+    return format;
+}
+
 double pixels(int twips, double dotsPerInch) {
     return twips * dotsPerInch / 1440.0;
 }

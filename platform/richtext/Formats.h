@@ -5,6 +5,7 @@
 
 #include <QFont>
 #include <QMetaType>
+#include <QTextBlock>
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
 #include <QTextListFormat>
@@ -24,9 +25,20 @@ enum Property {
     kField,                                    ///< QByteArray: instruction of the field
     kParagraph,                                ///< rtf::ParFormat: lengths in twips, exact
     kAutomaticColour, ///< bool: the text's colour was chosen for its background, not by a user
-    kRows,     ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
-    kContinues ///< bool: the table or list goes on the one right before it, which was cut in two
+    kRows, ///< QList<rtf::Row> of a table: each row as it was read, for the screen has one look
+    kContinues, ///< bool: the table or list goes on the one right before it, which was cut in two
+    kPiece      ///< qint64: the block is a piece of a paragraph that is too long to be one
 };
+
+/// The number of the first piece of a paragraph that is shown as several blocks; each further piece
+/// has the next number.
+[[nodiscard]] qint64 nextParagraphOfPieces();
+/// True when a block goes on the paragraph of the block right before it.
+[[nodiscard]] bool goesOnBefore(const QTextBlock& block);
+/// The first of the blocks that show the paragraph of a block.
+[[nodiscard]] QTextBlock firstPiece(QTextBlock block);
+/// The format of a further piece of a paragraph whose first has that format.
+[[nodiscard]] QTextBlockFormat furtherPiece(QTextBlockFormat format);
 
 /// Screen lengths of a length in twips.
 [[nodiscard]] double pixels(int twips, double dotsPerInch);

@@ -1,4 +1,6 @@
+#include "platform/forms/ContextMenuKey.h"
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/InlineRenderer.h"
 #include "platform/richtext/ListNumbers.h"
 #include "platform/richtext/ReadableColours.h"
 #include "platform/richtext/RichTextBox.h"
@@ -80,8 +82,9 @@ void RichTextBox::makeColoursReadable() {
 bool RichTextBox::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::Paint) {
         makeColoursReadable();
-        const bool painted = QTextEdit::viewportEvent(event);
         const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+        m_renderer->setView(viewport()->rect().translated(scrolled));
+        const bool painted = QTextEdit::viewportEvent(event);
         QPainter painter(viewport());
         painter.translate(-scrolled);
         const QRect shown = static_cast<QPaintEvent*>(event)->rect().translated(scrolled);
@@ -106,6 +109,9 @@ bool RichTextBox::viewportEvent(QEvent* event) {
 }
 
 void RichTextBox::keyPressEvent(QKeyEvent* event) {
+    if (askedForMenu(*this, *event)) {
+        return;
+    }
     if (event->key() == Qt::Key_V &&
         event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
         pastePlain();

@@ -1,14 +1,14 @@
 #include "platform/richtext/Formats.h"
+#include "platform/richtext/LocalFile.h"
 #include "platform/richtext/Pictures.h"
 #include "platform/richtext/PrivateCopies.h"
 #include "platform/richtext/RichTextBox.h"
 
-#include "platform/component/AutomationError.h"
 #include "platform/rtf/EmbeddedObject.h"
+#include "platform/rtf/FileName.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
-#include <QFile>
 #include <QFileInfo>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -21,36 +21,6 @@
 namespace yrw {
 
 namespace {
-
-[[noreturn]] void cannotEmbed(const QString& reason) {
-    throw AutomationError(kErrorCannotCreateObject, QStringLiteral("RichTextBox"), reason);
-}
-
-QByteArray contentOf(const QString& path, qint64 largest) {
-    const QFileInfo info(path);
-    if (path.isEmpty() || !info.exists()) {
-        cannotEmbed(QStringLiteral("The file \"%1\" does not exist.").arg(path));
-    }
-    if (!info.isFile()) {
-        cannotEmbed(QStringLiteral("\"%1\" is not a file.").arg(path));
-    }
-    if (info.size() > largest) {
-        cannotEmbed(QStringLiteral("The file \"%1\" has %2 MB; at most %3 MB can be embedded.")
-                        .arg(path)
-                        .arg(info.size() / (1024LL * 1024))
-                        .arg(largest / (1024LL * 1024)));
-    }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        cannotEmbed(
-            QStringLiteral("The file \"%1\" cannot be read: %2").arg(path, file.errorString()));
-    }
-    const QByteArray content = file.read(largest + 1);
-    if (file.error() != QFileDevice::NoError || content.size() > largest) {
-        cannotEmbed(QStringLiteral("The file \"%1\" could not be read whole.").arg(path));
-    }
-    return content;
-}
 
 /// The name that data of a known class gets as a file.
 QString nameOfClass(const QByteArray& className, const QByteArray& native) {
@@ -70,13 +40,20 @@ QString nameOfClass(const QByteArray& className, const QByteArray& native) {
 
 std::vector<int> RichTextBox::objectPositions() const {
     std::vector<int> positions;
-    QTextCursor cursor = document()->find(QString(QChar(rtf::kInlineMark)));
-    for (; !cursor.isNull(); cursor = document()->find(QString(QChar(rtf::kInlineMark)), cursor)) {
-        const QTextCharFormat format = cursor.charFormat();
-        const auto id = static_cast<std::size_t>(format.intProperty(richtext::kInlineId));
-        if (format.objectType() == richtext::kInlineObject && id < m_inlines.size() &&
-            m_inlines[id].kind == rtf::InlineKind::Object) {
-            positions.push_back(cursor.selectionStart());
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            const QTextCharFormat format = fragment.charFormat();
+            const auto id = static_cast<std::size_t>(format.intProperty(richtext::kInlineId));
+            if (format.objectType() != richtext::kInlineObject || id >= m_inlines.size() ||
+                m_inlines[id].kind != rtf::InlineKind::Object) {
+                continue;
+            }
+            const QString text = fragment.text();
+            for (qsizetype i = text.indexOf(QChar(rtf::kInlineMark)); i >= 0;
+                 i = text.indexOf(QChar(rtf::kInlineMark), i + 1)) {
+                positions.push_back(fragment.position() + static_cast<int>(i));
+            }
         }
     }
     return positions;
@@ -131,28 +108,30 @@ std::optional<rtf::PackagedFile> RichTextBox::objectPicture(int index) const {
     if (group == nullptr) {
         return std::nullopt;
     }
-    rtf::Picture picture = rtf::pictureOf(group->raw);
-    if (picture.data.isEmpty()) {
-        const auto object = rtf::readObject(rtf::objectOf(group->raw).data);
-        picture = object ? object->presentation : rtf::Picture{};
-    }
-    if (picture.data.isEmpty()) {
-        return std::nullopt;
-    }
     const QString name = QFileInfo(objectName(index)).completeBaseName();
-    const QImage image = richtext::decodePicture(picture.kind, picture.data);
-    if (image.isNull() && picture.kind != rtf::PictureKind::Emf &&
-        picture.kind != rtf::PictureKind::Wmf) {
-        return std::nullopt; // damaged
+    const auto named = [&name](const QString& suffix) {
+        return rtf::baseName(name + u'.' + suffix);
+    };
+    for (const richtext::StoredPicture& picture : richtext::picturesIn(*group)) {
+        if (picture.isObject) {
+            continue; // it is the object's file
+        }
+        // Of a drawing, the bitmap that it paints is more use than what only few programs show.
+        const QImage image = richtext::decode(picture, richtext::kMostStoredDots);
+        const QString suffix = richtext::suffixOf(picture);
+        const bool drawing =
+            picture.kind == rtf::PictureKind::Emf || picture.kind == rtf::PictureKind::Wmf;
+        if (!suffix.isEmpty() && drawing == image.isNull()) {
+            return rtf::PackagedFile{named(suffix), {}, picture.data};
+        }
+        if (!image.isNull()) {
+            QBuffer png;
+            png.open(QIODevice::WriteOnly);
+            image.save(&png, "PNG");
+            return rtf::PackagedFile{named(QStringLiteral("png")), {}, png.data()};
+        }
     }
-    if (image.isNull()) { // a drawing: other programs show it
-        const bool enhanced = picture.kind == rtf::PictureKind::Emf;
-        return rtf::PackagedFile{name + (enhanced ? u".emf" : u".wmf"), {}, picture.data};
-    }
-    QBuffer png;
-    png.open(QIODevice::WriteOnly);
-    image.save(&png, "PNG");
-    return rtf::PackagedFile{name + u".png", {}, png.data()};
+    return std::nullopt;
 }
 
 QString RichTextBox::objectCopy(int index) const {
@@ -191,6 +170,9 @@ int RichTextBox::objectAt(const QPoint& point) const {
     QTextCursor cursor(document());
     cursor.setPosition(hit);
     const int position = cursorRect(cursor).left() <= point.x() ? hit : hit - 1;
+    if (document()->characterAt(position) != QChar(rtf::kInlineMark)) {
+        return -1;
+    }
     const std::vector<int> positions = objectPositions();
     const auto found = std::find(positions.begin(), positions.end(), position);
     return found == positions.end() ? -1 : static_cast<int>(found - positions.begin());
@@ -205,7 +187,7 @@ qint64 RichTextBox::largestFile() const {
 }
 
 void RichTextBox::insertFile(const QString& path, ObjectDisplay display) {
-    const QByteArray content = contentOf(path, m_largestFile);
+    const QByteArray content = richtext::contentOfFile(path, m_largestFile);
     const QFileInfo info(path);
     QImage preview;
     if (display == ObjectDisplay::Content) {

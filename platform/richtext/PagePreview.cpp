@@ -1,5 +1,7 @@
 #include "platform/richtext/PagePreview.h"
 
+#include "platform/richtext/PrivateCopies.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -47,7 +49,11 @@ QImage pageOfPdf(const QString& path) {
 
 QImage pageOfOffice(const QString& path) {
     // A profile of its own: a running office would take the work over and answer nothing.
-    const QTemporaryDir folder;
+    const QString place = makePrivateFolder();
+    if (place.isEmpty()) {
+        return {};
+    }
+    const QTemporaryDir folder(place + QStringLiteral("/XXXXXX"));
     const QString profile =
         QUrl::fromLocalFile(folder.filePath(QStringLiteral("profile"))).toString();
     outputOf(QStringLiteral("soffice"),

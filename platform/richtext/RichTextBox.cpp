@@ -7,6 +7,7 @@
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/InlineRenderer.h"
 #include "platform/richtext/SpellingUnderlines.h"
+#include "platform/richtext/TableLimits.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
 
@@ -26,17 +27,37 @@ using richtext::DocumentScanner;
 
 namespace {
 
+/// Bytes that a text may take in the editor, and for each of its characters when that is more: long
+/// notes are shown whole, short ones that unfold into something large are not.
+constexpr qint64 kMostMemory = 120LL * 1024 * 1024;
+constexpr qint64 kMemoryPerCharacter = 30;
+
+const QString kTooDeep = QStringLiteral(
+    "This note has more tables inside tables than can be shown. They are shown as their text; the "
+    "stored note keeps them and cannot be changed here.");
+const QString kTooLarge = QStringLiteral("This note has more parts than can be shown. Only its "
+                                         "beginning is shown; the stored note keeps "
+                                         "all of it and cannot be changed here.");
+
+QTextCharFormat noticeFormat() {
+    QTextCharFormat format;
+    format.setFontItalic(true);
+    return format;
+}
+
+/// The plain text; empty where there is nothing but objects that show none.
 QString plainOf(const rtf::Document& model) {
     const bool onlyObjects = std::all_of(model.text.begin(), model.text.end(),
                                          [](QChar c) { return c == QChar(rtf::kInlineMark); });
-    return onlyObjects && model.paragraphs.size() == 1 ? QString() : model.plainText();
+    const QString plain = model.plainText();
+    return onlyObjects && model.paragraphs.size() == 1 ? plain.trimmed() : plain;
 }
 
 } // namespace
 
 RichTextBox::RichTextBox(QWidget* parent)
-    : QTextEdit(parent),
-      m_renderer(std::make_unique<richtext::InlineRenderer>(m_inlines, nullptr)) {
+    : QTextEdit(parent), m_renderer(std::make_unique<richtext::InlineRenderer>(
+                             m_inlines, richtext::InlineRenderer::Target::Screen, nullptr)) {
     installFontSubstitutes();
     m_default.name = QStringLiteral("Comic Sans MS");
     connect(this, &QTextEdit::textChanged, this, &RichTextBox::contentChanged);
@@ -58,17 +79,28 @@ RichTextBox::RichTextBox(QWidget* parent)
 RichTextBox::~RichTextBox() = default;
 
 /// Fills a document that nothing shows yet: it is laid out when it is looked at, and whatever
-/// happens in `goesOn` finds the box as it was. False when it was stopped.
-bool RichTextBox::fill(QTextDocument& fresh, const rtf::Document& source,
-                       std::vector<rtf::Inline>& inlines, const LoadStep& goesOn) const {
+/// happens in `goesOn` finds the box as it was.
+RichTextBox::Filling RichTextBox::fill(QTextDocument& fresh, const rtf::Document& source,
+                                       std::vector<rtf::Inline>& inlines,
+                                       const LoadStep& goesOn) const {
     fresh.setUndoRedoEnabled(false);
     QTextCursor cursor(&fresh);
     cursor.beginEditBlock();
-    const bool whole = DocumentLoader(source, inlines, logicalDpiX(), goesOn).insert(cursor);
+    DocumentLoader loader(source, inlines, logicalDpiX(), goesOn);
+    loader.setMostMemory(memoryFor(source));
+    const bool whole = loader.insert(cursor);
+    if (loader.isFull()) {
+        QTextCursor(&fresh).insertText(kTooLarge + QChar(QChar::ParagraphSeparator),
+                                       noticeFormat());
+    }
     cursor.endEditBlock();
     fresh.setUndoRedoEnabled(true);
     fresh.setModified(false);
-    return whole;
+    return {whole, loader.isFull()};
+}
+
+qint64 RichTextBox::memoryFor(const rtf::Document& model) {
+    return std::max(kMostMemory, kMemoryPerCharacter * model.text.size());
 }
 
 void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
@@ -87,6 +119,11 @@ void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
 }
 
 bool RichTextBox::load(rtf::Document&& source, const LoadStep& goesOn) {
+    QString shortening;
+    if (richtext::flattenTables(source)) {
+        shortening = kTooDeep;
+        richtext::addNotice(source, shortening);
+    }
     rtf::Document header;
     header.colours = source.colours;
     header.fonts = source.fonts;
@@ -100,7 +137,9 @@ bool RichTextBox::load(rtf::Document&& source, const LoadStep& goesOn) {
     bool whole = false;
     {
         const rtf::Document text = std::move(source); // gone before the old text is
-        whole = fill(*fresh, text, inlines, goesOn);
+        const Filling filled = fill(*fresh, text, inlines, goesOn);
+        shortening = filled.full ? kTooLarge : shortening;
+        whole = filled.whole && shortening.isEmpty();
     }
     header.incomplete = header.incomplete || !whole;
     {
@@ -108,6 +147,7 @@ bool RichTextBox::load(rtf::Document&& source, const LoadStep& goesOn) {
         m_inlines.swap(inlines);
         m_renderer->reset();
         m_header = std::move(header);
+        m_shortening = shortening;
         take(std::move(fresh));
     }
     Q_EMIT contentChanged();
@@ -163,6 +203,10 @@ bool RichTextBox::isIncomplete() const {
     return m_header.incomplete;
 }
 
+QString RichTextBox::shortening() const {
+    return m_shortening;
+}
+
 void RichTextBox::setDefaultFontChoice(const FontChoice& font) {
     m_default = font;
     if (isEmpty()) {
@@ -182,7 +226,8 @@ std::unique_ptr<QTextDocument> RichTextBox::printable() {
     layout.setPaintDevice(this);
     copy->setUseDesignMetrics(true);
     layout.registerHandler(richtext::kInlineObject,
-                           new richtext::InlineRenderer(m_inlines, copy.get()));
+                           new richtext::InlineRenderer(
+                               m_inlines, richtext::InlineRenderer::Target::Paper, copy.get()));
     return copy;
 }
 

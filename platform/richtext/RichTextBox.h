@@ -52,7 +52,8 @@ public:
     using LoadStep = std::function<bool(int percent)>;
     /// Replaces the content by an RTF document; what cannot be shown is kept and written back.
     /// Text that is not RTF is shown as plain text. Clears undo; raises `contentChanged`.
-    /// False when it was stopped: then the content is what was read so far, and incomplete.
+    /// False when the content shows less than that document: it was stopped, or `shortening` tells
+    /// why. It must not be saved in the document's place then.
     bool setTextRTF(const QString& rtf, const LoadStep& goesOn = {});
     /// The text without formatting; paragraphs end in CR LF except the last.
     [[nodiscard]] QString Text() const;
@@ -66,8 +67,11 @@ public:
     void setText(const QString& text);
     /// True when there is neither text nor an object.
     [[nodiscard]] bool isEmpty() const;
-    /// True when the last `setTextRTF` could not read its input whole or was stopped.
+    /// True when the last `setTextRTF` could not read its input whole, was stopped or shortened it.
     [[nodiscard]] bool isIncomplete() const;
+    /// Why the last `setTextRTF` shows less than it read: more tables inside tables, or more of
+    /// everything, than can be laid out; a line before the text says the same. Else empty.
+    [[nodiscard]] QString shortening() const;
 
     [[nodiscard]] std::optional<bool> SelBold() const;
     void setSelBold(bool on);
@@ -129,7 +133,7 @@ public:
     /// first. Called when the drop is over, so that it may ask.
     using FileHandler = std::function<void(const QString& path)>;
     void setFileHandler(FileHandler handler);
-    /// The most bytes of a file that can be embedded; 64 MB at first.
+    /// The most bytes of a file that can be embedded, and of what is pasted; 64 MB at first.
     void setLargestFile(qint64 bytes);
     [[nodiscard]] qint64 largestFile() const;
 
@@ -138,6 +142,14 @@ public:
     /// Pasted text keeps its own font, size and colours when true; it takes those of the insertion
     /// point when false, which is how it begins. Text copied from a rich-text box keeps them.
     void setPasteKeepsLook(bool keep);
+    /// True for data that pasting would take.
+    [[nodiscard]] bool holdsContent(const QMimeData* content) const {
+        return content != nullptr && canInsertFromMimeData(content);
+    }
+    /// Gives the steps of a long insertion: it may handle events, and where a step gives false
+    /// nothing is pasted. Until it is done the box shows what it showed before and cannot be
+    /// changed.
+    void setPasteWatch(std::function<LoadStep()> watch);
     /// Pastes the clipboard's text without formats.
     void pastePlain();
 
@@ -170,7 +182,7 @@ Q_SIGNALS:
     void selectionStateChanged();
     /// The user double-clicked an embedded object.
     void objectActivated(int index);
-    /// A pasted or dropped file could not be embedded; the reason in words.
+    /// What was pasted or dropped could not be inserted; the reason in words.
     void insertionFailed(const QString& reason);
 
 protected:
@@ -183,13 +195,18 @@ protected:
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
     [[nodiscard]] bool canInsertFromMimeData(const QMimeData* source) const override;
     void insertFromMimeData(const QMimeData* source) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     using ParagraphChange = std::function<void(rtf::ParFormat&)>;
 
     bool load(rtf::Document&& source, const LoadStep& goesOn = {});
-    [[nodiscard]] bool fill(QTextDocument& fresh, const rtf::Document& source,
-                            std::vector<rtf::Inline>& inlines, const LoadStep& goesOn) const;
+    struct Filling {
+        bool whole = false;
+        bool full = false; ///< it ended because it took too much memory
+    };
+    [[nodiscard]] Filling fill(QTextDocument& fresh, const rtf::Document& source,
+                               std::vector<rtf::Inline>& inlines, const LoadStep& goesOn) const;
     void take(std::unique_ptr<QTextDocument> fresh);
     [[nodiscard]] rtf::Document plainModel(const QString& text) const;
     [[nodiscard]] rtf::Document scan(const std::function<void(int percent)>& progress = {}) const;
@@ -204,7 +221,15 @@ private:
     void makeColoursReadable();
     void insertModel(rtf::Document model, bool keepLook);
     void insertInline(rtf::InlineKind kind, const QByteArray& raw);
+    enum class Insertion { Whole, Stopped, TooLarge };
+    [[nodiscard]] Insertion insertAt(QTextCursor& cursor, const rtf::Document& model,
+                                     const LoadStep& goesOn);
     void insertForeignHtml(const QString& html);
+    void insertText(const QString& text);
+    [[nodiscard]] bool mayInsert(qint64 bytes);
+    void tellNotInserted(const QString& reason);
+    void tellWhatIsMissing(Insertion done);
+    [[nodiscard]] static qint64 memoryFor(const rtf::Document& model);
     void insertFiles(const QList<QUrl>& urls);
     void insertDroppedFile(const QString& path);
     void selectObject(int index);
@@ -217,16 +242,19 @@ private:
     [[nodiscard]] std::optional<T> ofParagraphs(Get get) const;
 
     FontChoice m_default;
+    QString m_shortening;
     rtf::Document m_header; ///< tables and kept groups of the document last loaded
     std::vector<rtf::Inline> m_inlines;
     std::unique_ptr<richtext::InlineRenderer> m_renderer;
     Prompt* m_prompt = nullptr;
     UrlOpener m_openUrl;
     FileHandler m_takeFile;
+    std::function<LoadStep()> m_watchPaste;
     richtext::SpellingUnderlines* m_spelling = nullptr;
     std::optional<QPoint> m_objectPressed; ///< where the mouse went down on an object
     qint64 m_largestFile = 64LL * 1024 * 1024;
     bool m_pasteKeepsLook = false;
+    bool m_isDropping = false;
     QList<ExtraSelection> m_marks;
     QList<ExtraSelection> m_readable; ///< text in view whose own colour cannot be read
 };

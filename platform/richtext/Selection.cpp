@@ -37,10 +37,12 @@ void forEachFormat(const QTextCursor& selection, Visit visit) {
 
 QList<QTextBlock> blocksOf(const QTextCursor& selection) {
     QList<QTextBlock> blocks;
-    QTextBlock block = selection.document()->findBlock(selection.selectionStart());
+    QTextBlock block =
+        richtext::firstPiece(selection.document()->findBlock(selection.selectionStart()));
     // A selection that ends where a paragraph begins does not hold that paragraph.
     const int end = std::max(selection.selectionEnd() - 1, selection.selectionStart());
-    for (; block.isValid() && block.position() <= end; block = block.next()) {
+    for (; block.isValid() && (block.position() <= end || richtext::goesOnBefore(block));
+         block = block.next()) {
         blocks.append(block);
     }
     return blocks;
@@ -82,7 +84,8 @@ std::optional<T> RichTextBox::ofParagraphs(Get get) const {
 }
 
 rtf::ParFormat RichTextBox::paragraphOf(const QTextBlock& block) const {
-    return richtext::fromScreen(block.blockFormat(), block.textList());
+    const QTextBlock first = richtext::firstPiece(block);
+    return richtext::fromScreen(first.blockFormat(), first.textList());
 }
 
 void RichTextBox::changeCharacters(const QTextCharFormat& change) {
@@ -114,6 +117,18 @@ void RichTextBox::changeParagraphs(const ParagraphChange& change) {
 
 void RichTextBox::changeParagraph(const QTextBlock& block, const ParagraphChange& change) {
     rtf::ParFormat format = paragraphOf(block);
+    const QVariant piece = block.blockFormat().property(richtext::kPiece);
+    const auto keepPiece = [&piece](QTextBlockFormat look) {
+        if (piece.isValid()) {
+            look.setProperty(richtext::kPiece, piece);
+        }
+        return look;
+    };
+    if (richtext::goesOnBefore(block)) { // the first piece was changed before
+        QTextCursor(block).setBlockFormat(
+            keepPiece(richtext::furtherPiece(richtext::toScreen(format, logicalDpiX()))));
+        return;
+    }
     change(format);
     QTextList* const list = block.textList();
     const bool listed = format.list != rtf::ListKind::None;
@@ -121,7 +136,7 @@ void RichTextBox::changeParagraph(const QTextBlock& block, const ParagraphChange
     if (list != nullptr && !listed) {
         list->remove(block);
     }
-    QTextBlockFormat screen = richtext::toScreen(format, logicalDpiX());
+    QTextBlockFormat screen = keepPiece(richtext::toScreen(format, logicalDpiX()));
     if (list != nullptr && listed) {
         screen.setObjectIndex(list->objectIndex());
     }

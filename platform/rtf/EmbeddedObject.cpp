@@ -2,10 +2,9 @@
 
 #include "platform/rtf/ByteReader.h"
 #include "platform/rtf/CodePage.h"
+#include "platform/rtf/FileName.h"
 #include "platform/rtf/Hex.h"
 #include "platform/rtf/Tokenizer.h"
-
-#include <QStringView>
 
 #include <algorithm>
 #include <cmath>
@@ -203,20 +202,6 @@ QByteArray writePackage(const PackagedFile& file) {
     putWide(bytes, file.label);
     putWide(bytes, file.originalPath);
     return bytes;
-}
-
-QString baseName(const QString& path) {
-    const qsizetype separator = std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\'));
-    QString name = path.mid(separator + 1);
-    name.removeIf([](QChar c) {
-        const auto category = c.category();
-        return c.unicode() < 0x20 || c.unicode() == 0x7F || category == QChar::Other_Format ||
-               QStringView(u":*?\"<>|").contains(c);
-    });
-    while (name.startsWith(u'.') || name.startsWith(u' ')) {
-        name.remove(0, 1);
-    }
-    return name.isEmpty() ? QStringLiteral("file") : name.right(200);
 }
 
 ObjectGroup objectOf(QByteArrayView group) {

@@ -50,10 +50,6 @@ struct ObjectGroup {
 [[nodiscard]] QString linkOf(const EmbeddedObject& object);
 [[nodiscard]] QByteArray writePackage(const PackagedFile& file);
 
-/// The last part of a path with either separator, without characters that a file name cannot
-/// have; "file" when nothing is left.
-[[nodiscard]] QString baseName(const QString& path);
-
 [[nodiscard]] ObjectGroup objectOf(QByteArrayView group);
 /// The group of an object; `result` is a picture group.
 [[nodiscard]] QByteArray objectGroup(const ObjectGroup& object);

@@ -1,5 +1,7 @@
 #include "platform/rtf/Model.h"
 
+#include "platform/rtf/VisibleText.h"
+
 #include <QStringView>
 
 #include <algorithm>
@@ -81,6 +83,30 @@ bool isNextCell(const Document& document, const Paragraph& one, const Paragraph&
     return false;
 }
 
+/// Adds what stands in the plain text for the group that run `r` of a paragraph is: the text that
+/// it shows, else a blank, unless one stands there already. `begin` is where the paragraph begins.
+void addInline(QString& plain, qsizetype begin, const Document& document,
+               const Paragraph& paragraph, int r) {
+    const Run& run = at(document.runs, paragraph.firstRun + r);
+    const Inline& group = at(document.inlines, run.object);
+    if (group.kind == InlineKind::Kept) {
+        return;
+    }
+    const QString shown =
+        group.kind == InlineKind::Object ? visibleText(group.raw, document.codePage) : QString();
+    if (!shown.isEmpty()) {
+        plain += shown;
+        return;
+    }
+    const qsizetype next = run.start + run.length;
+    const bool last = r + 1 == paragraph.runCount;
+    const bool before = plain.size() > begin && plain.back().isSpace();
+    const bool after = !last && document.text.at(next).isSpace();
+    if (!before && !after) {
+        plain += u' ';
+    }
+}
+
 } // namespace
 
 bool isSameList(const ParFormat& a, const ParFormat& b) {
@@ -113,13 +139,13 @@ QString Document::plainText() const {
     plain.reserve(text.size() + static_cast<qsizetype>(paragraphs.size()) * 2);
     for (std::size_t i = 0; i < paragraphs.size(); ++i) {
         const Paragraph& paragraph = paragraphs[i];
+        const qsizetype begin = plain.size();
         for (int r = 0; r < paragraph.runCount; ++r) {
             const Run& run = at(runs, paragraph.firstRun + r);
-            if (run.object >= 0) {
-                plain += at(inlines, run.object).kind == InlineKind::Kept ? QString()
-                                                                          : QStringLiteral(" ");
-            } else {
+            if (run.object < 0) {
                 plain += QStringView(text).mid(run.start, run.length);
+            } else {
+                addInline(plain, begin, *this, paragraph, r);
             }
         }
         if (i + 1 < paragraphs.size()) {

@@ -178,8 +178,8 @@ struct Document {
     /// Number of rows that lie around each other, that one included; 0 for -1.
     [[nodiscard]] int depthOf(int row) const;
     [[nodiscard]] CellPath cellsOf(const Paragraph& paragraph) const;
-    /// The text without formats: paragraphs end in CR LF except the last, cells in a tab, and an
-    /// object shows as a blank.
+    /// The text without formats: paragraphs end in CR LF except the last and cells in a tab. An
+    /// object or picture is the text that it shows, else a blank where none stands beside it.
     [[nodiscard]] QString plainText() const;
 
     /// Compares what shows and what is kept; formats are compared by value.

@@ -130,11 +130,14 @@ void Parser::closeGroup(const Token& token) {
     m_stack.pop_back();
     if (closed.ownsField && closed.fieldStart == m_document.text.size() && inBody()) {
         // A field that shows nothing would leave no trace: it is kept whole, or without the
-        // paragraphs that it ended, which have ended.
-        const bool ended = closed.fieldParagraph != m_document.paragraphs.size();
+        // paragraphs that it ended, which have ended, and binary data, which would be text as hex.
+        const QByteArrayView group =
+            m_tokens.input().sliced(closed.begin, token.end - closed.begin);
+        const bool bare =
+            closed.fieldParagraph != m_document.paragraphs.size() || group.indexOf("\\bin") >= 0;
         addInline(InlineKind::Kept,
-                  ended ? "{\\field" + m_document.fields.at(size_t(closed.field)).instruction + '}'
-                        : keepGroup(m_tokens.input(), closed.begin, token.end, true));
+                  bare ? "{\\field" + m_document.fields.at(size_t(closed.field)).instruction + '}'
+                       : keepGroup(m_tokens.input(), closed.begin, token.end, true));
     }
     if (m_stack.empty()) {
         m_state = closed; // the formats at the document's end

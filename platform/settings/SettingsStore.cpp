@@ -1,9 +1,11 @@
 #include "platform/settings/SettingsStore.h"
 
 #include "platform/component/UserFolders.h"
+#include "platform/disk/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 
 #include <utility>
@@ -75,6 +77,9 @@ bool isWellFormed(const QString& path) {
     return IniLines(text).areWellFormed();
 }
 
+/// What a file with one more setting takes at the most, in bytes, beyond its present size.
+constexpr qint64 kOneSetting = 16384;
+
 /// A text with commas that was typed by hand, without quotes, is read as a list.
 QString textOf(const QVariant& value) {
     return value.typeId() == QMetaType::QStringList ? value.toStringList().join(u", ")
@@ -108,7 +113,6 @@ QString SettingsStore::get(const QString& application, const QString& section, c
 
 bool SettingsStore::save(const QString& application, const QString& section, const QString& key,
                          const QString& text) {
-    QDir().mkpath(m_folder);
     return write(application, [&](QSettings& file) { file.setValue(section + u'/' + key, text); });
 }
 
@@ -118,8 +122,10 @@ bool SettingsStore::remove(const QString& application, const QString& section, c
 
 bool SettingsStore::write(const QString& application,
                           const std::function<void(QSettings&)>& change) {
-    if (isWellFormed(fileOf(application))) {
-        QSettings file(fileOf(application), QSettings::IniFormat);
+    QDir().mkpath(m_folder);
+    const QString path = fileOf(application);
+    if (isWellFormed(path) && hasRoomBeside(path, QFileInfo(path).size() + kOneSetting)) {
+        QSettings file(path, QSettings::IniFormat);
         if (file.status() == QSettings::NoError) {
             change(file);
             file.sync();
@@ -133,14 +139,21 @@ bool SettingsStore::write(const QString& application,
 }
 
 void SettingsStore::noteProblem(const QString& application, bool writing) const {
-    if (m_problemTold) {
+    if (std::exchange(m_problemTold, true)) {
         return;
     }
-    m_problemTold = true;
-    m_problem = (writing ? QStringLiteral("The settings file could not be written: %1")
+    m_problem = (writing ? QStringLiteral("The settings file could not be written, so changes of "
+                                          "settings are not kept: %1")
                          : QStringLiteral("The settings file could not be read, so the defaults "
-                                          "are used: %1"))
+                                          "are used and changes of settings are not kept: %1"))
                     .arg(fileOf(application));
+    if (m_handler) {
+        m_handler(QString(m_problem));
+    }
+}
+
+void SettingsStore::setProblemHandler(std::function<void(const QString&)> handler) {
+    m_handler = std::move(handler);
 }
 
 QString SettingsStore::takeProblem() {

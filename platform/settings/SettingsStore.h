@@ -12,8 +12,9 @@ namespace yrw {
 ///
 /// One INI file per application below `$XDG_CONFIG_HOME` (application "Yarrowen" is
 /// `Yarrowen.ini`), one group per section. Each read looks at the file afresh when another program
-/// has changed it. Nothing here raises: a broken file gives the defaults and is left as it is; that
-/// and a file that cannot be written give one warning in `takeProblem()`.
+/// has changed it. Nothing here raises: a broken file gives the defaults and is left as it is;
+/// that, or that a file cannot be written, is a problem told of once, to the problem handler and by
+/// `takeProblem()`.
 /// Thread: the user-interface thread.
 class SettingsStore {
 public:
@@ -34,6 +35,8 @@ public:
 
     /// One sentence that names the file when it could not be read or written, once; then empty.
     [[nodiscard]] QString takeProblem();
+    /// Is called with such a sentence at the moment when it is found out; it must not raise.
+    void setProblemHandler(std::function<void(const QString&)> handler);
     /// The file that holds an application's settings.
     [[nodiscard]] QString fileOf(const QString& application) const;
 
@@ -44,6 +47,7 @@ private:
     QString m_folder;
     mutable QString m_problem;
     mutable bool m_problemTold = false;
+    std::function<void(const QString&)> m_handler;
 };
 
 } // namespace yrw

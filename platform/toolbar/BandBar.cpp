@@ -60,8 +60,15 @@ QWidget* BandBar::makeButton(BandTool& tool) {
 QWidget* BandBar::makeCombo(BandTool& tool) {
     auto* const combo = new ToolCombo(m_events, m_band, tool.key(), this);
     combo->setFixedWidth(twipsToPixels(tool.data().widthTwips));
-    connect(combo, &QComboBox::activated, this,
-            [this, key = tool.key()](int index) { m_events.entryPicked(m_band, key, index + 1); });
+    connect(combo, &QComboBox::activated, this, [this, combo, key = tool.key()](int index) {
+        const QPointer<BandBar> self(this);
+        const bool fromList = combo->wasDropped();
+        BandEvents& events = m_events;
+        events.entryPicked(m_band, key, index + 1);
+        if (fromList && !self.isNull()) {
+            events.comboDone();
+        }
+    });
     return combo;
 }
 
@@ -77,6 +84,7 @@ void BandBar::syncItem(const Item& item) {
     item.control->setObjectName(item.tool->key());
     item.control->setAccessibleName(item.tool->plainCaption());
     item.control->setToolTip(item.tool->shownToolTip());
+    item.control->setAccessibleDescription(item.tool->shownToolTip());
     item.control->setEnabled(item.tool->isEnabled());
     if (auto* const combo = qobject_cast<ToolCombo*>(item.control)) {
         combo->show(item.tool->list(), item.tool->text());
@@ -195,6 +203,8 @@ void BandBar::openOverflow() {
     }
     QMenu menu; // without an owner: the bar may be made anew while it is open
     menu.setObjectName(m_overflow->objectName());
+    menu.setAccessibleName(m_overflow->accessibleName());
+    menu.setAccessibleDescription(tr("Tools that the toolbar has no room for"));
     fillMenu(menu, hidden);
     ToolBand& band = m_band;
     BandEvents& events = m_events;

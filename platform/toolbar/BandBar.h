@@ -20,6 +20,8 @@ public:
     /// The user picked an entry (from 1) of a combo tool.
     virtual void entryPicked(ToolBand& band, const QString& toolKey, int entry) = 0;
     virtual void comboDropped(ToolBand& band, const QString& toolKey) = 0;
+    /// An entry of a dropped list was picked and what it does is done: the user is done here.
+    virtual void comboDone() = 0;
     virtual void dragStarted() = 0;
     /// The band is being dragged by its handle: the mouse pointer on the screen, and the point of
     /// the band's control at which it was taken.

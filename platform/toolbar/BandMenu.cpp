@@ -1,5 +1,6 @@
 #include "platform/toolbar/BandMenu.h"
 
+#include "platform/forms/Readable.h"
 #include "platform/toolbar/ToolIcons.h"
 
 #include <QActionGroup>
@@ -62,6 +63,7 @@ void fillMenu(QMenu& menu, const std::vector<BandTool*>& tools) {
         }
         addTool(menu, *tool);
     }
+    showBoxes(menu);
 }
 
 MenuChoice execMenu(QMenu& menu, const QPoint& globalPosition) {

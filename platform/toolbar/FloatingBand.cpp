@@ -55,6 +55,7 @@ FloatingBand::FloatingBand(ToolBand& band, BandEvents& events, QWidget* toolbar)
     m_close->setAutoRaise(true);
     m_close->setFocusPolicy(Qt::NoFocus);
     connect(m_close, &QToolButton::clicked, this, [this] { m_events.bandClosed(m_band); });
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &FloatingBand::stayOver);
 }
 
 QSize FloatingBand::sizeFor(const BandBar& bar) {
@@ -96,7 +97,7 @@ void FloatingBand::end() {
     for (QWidget* const control : findChildren<QWidget*>()) {
         control->setObjectName(QString());
     }
-    hide();
+    setShown(false);
     deleteLater();
 }
 
@@ -104,6 +105,21 @@ void FloatingBand::acceptKeyboard(bool accept) {
     m_keyboard = accept;
     if (QWindow* const handle = windowHandle()) {
         handle->setFlag(Qt::WindowDoesNotAcceptFocus, !accept);
+    }
+}
+
+void FloatingBand::setShown(bool wanted) {
+    m_wanted = wanted;
+    setVisible(m_wanted && !m_blocked);
+    stayOver();
+}
+
+void FloatingBand::stayOver() {
+    // Some window managers put a modal window over all others of its program, also over those that
+    // belong to it. Windows of other programs must not be covered, so it ends with the keyboard.
+    if (QWindow* const handle = windowHandle()) {
+        handle->setFlag(Qt::WindowStaysOnTopHint, parentWidget()->window()->isModal() &&
+                                                      QGuiApplication::focusWindow() != nullptr);
     }
 }
 
@@ -115,7 +131,10 @@ void FloatingBand::takeKeyboard() {
 
 bool FloatingBand::event(QEvent* event) {
     const bool result = QWidget::event(event);
-    if (event->type() == QEvent::WindowDeactivate) {
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowUnblocked) {
+        m_blocked = event->type() == QEvent::WindowBlocked;
+        setShown(m_wanted);
+    } else if (event->type() == QEvent::WindowDeactivate) {
         acceptKeyboard(false);
     } else if (event->type() == QEvent::WindowActivate && !m_keyboard) {
         parentWidget()->window()->activateWindow(); // a window manager that gives it regardless
@@ -139,7 +158,7 @@ void FloatingBand::closeEvent(QCloseEvent* event) {
         this,
         [this] {
             if (!m_ended && parentWidget()->isVisible()) {
-                show();
+                setShown(true);
             }
         },
         Qt::QueuedConnection);

@@ -25,6 +25,9 @@ public:
     void setBar(BandBar& bar);
     /// Moves the window to a place on the screen; one off the screen is brought onto it.
     void placeAt(const QPoint& place);
+    /// Shows the window, or hides it; while a modal window is open over the toolbar's it stays
+    /// hidden, since it would lie over that one too.
+    void setShown(bool wanted);
     void takeKeyboard();
     /// Hides the window and deletes it later: it may be one of its controls that is acting.
     void end();
@@ -40,6 +43,8 @@ protected:
 
 private:
     void acceptKeyboard(bool accept);
+    /// Keeps the window over a toolbar's window that is modal.
+    void stayOver();
 
     ToolBand& m_band;
     BandEvents& m_events;
@@ -47,6 +52,8 @@ private:
     QToolButton* m_close;
     bool m_ended = false;
     bool m_keyboard = false; ///< it was asked to take the keyboard
+    bool m_blocked = false;  ///< a modal window is open over the toolbar's
+    bool m_wanted = false;   ///< it shows while nothing blocks it
 };
 
 } // namespace yrw

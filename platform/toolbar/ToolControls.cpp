@@ -1,7 +1,9 @@
 #include "platform/toolbar/ToolControls.h"
 
+#include "platform/toolbar/ComboAccessible.h"
 #include "platform/toolbar/ToolIcons.h"
 
+#include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QSignalBlocker>
@@ -70,6 +72,7 @@ void ToolButton::keyPressEvent(QKeyEvent* event) {
 
 ToolCombo::ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidget* parent)
     : QComboBox(parent), m_events(events), m_band(band), m_toolKey(std::move(toolKey)) {
+    installComboAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     colourPlaceholder();
@@ -110,11 +113,13 @@ void ToolCombo::showPopup() {
     const QPointer<ToolCombo> self(this);
     m_events.comboDropped(m_band, m_toolKey);
     if (!self.isNull()) {
+        m_dropped = true;
         QComboBox::showPopup();
     }
 }
 
 void ToolCombo::keyPressEvent(QKeyEvent* event) {
+    m_dropped = false;
     if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
         m_events.focusMoved(*this, stepOf(*event));
         return;
@@ -124,6 +129,7 @@ void ToolCombo::keyPressEvent(QKeyEvent* event) {
 
 void ToolCombo::wheelEvent(QWheelEvent* event) {
     if (hasFocus()) {
+        m_dropped = false;
         QComboBox::wheelEvent(event);
     } else {
         event->ignore();

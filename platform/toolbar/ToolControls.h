@@ -26,13 +26,19 @@ class ToolCombo final : public QComboBox {
 
 public:
     ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidget* parent);
-    /// Shows the entries and a text, which need not be one of them.
     /// The width that was fixed, not the one that the entries would take.
     [[nodiscard]] QSize sizeHint() const override {
         return QComboBox::sizeHint().expandedTo(minimumSize()).boundedTo(maximumSize());
     }
+    /// Shows the entries and a text, which need not be one of them.
     void show(const QStringList& entries, const QString& text);
+    [[nodiscard]] QString shownText() const {
+        return currentIndex() < 0 ? placeholderText() : currentText();
+    }
     void showPopup() override;
+    /// True while what is picked comes from the dropped list, and not from a key or the wheel over
+    /// the closed field.
+    [[nodiscard]] bool wasDropped() const noexcept { return m_dropped; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -45,6 +51,7 @@ private:
     BandEvents& m_events;
     ToolBand& m_band;
     QString m_toolKey;
+    bool m_dropped = false;
 };
 
 } // namespace yrw

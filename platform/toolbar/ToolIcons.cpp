@@ -1,9 +1,9 @@
 #include "platform/toolbar/ToolIcons.h"
 
-#include <QGuiApplication>
+#include "platform/forms/DrawnIcons.h"
+
 #include <QIconEngine>
 #include <QPainter>
-#include <QPalette>
 
 #include <mutex>
 
@@ -11,10 +11,13 @@ namespace yrw {
 
 namespace {
 
-/// Paints a one-coloured icon in the palette's colour, which is asked for at each painting.
+/// Paints a one-coloured icon of the theme in the palette's colour, which is asked for at each
+/// painting. Where the theme has it only smaller than it is wanted, the program's own drawing is
+/// sharper.
 class TintedEngine final : public QIconEngine {
 public:
-    explicit TintedEngine(QIcon source) : m_source(std::move(source)) {}
+    TintedEngine(QIcon source, QIcon drawn)
+        : m_source(std::move(source)), m_drawn(std::move(drawn)) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
                QIcon::State state) override {
@@ -27,33 +30,27 @@ public:
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
                          qreal scale) override {
         QPixmap pixmap = m_source.pixmap(size, 1, QIcon::Normal, state);
+        if (pixmap.width() < size.width() && pixmap.height() < size.height() && !m_drawn.isNull()) {
+            return m_drawn.pixmap(size / scale, scale, mode, state);
+        }
         if (pixmap.isNull()) {
             return pixmap;
         }
         QPainter painter(&pixmap);
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(pixmap.rect(), colour(mode));
+        painter.fillRect(pixmap.rect(), iconInk(mode));
         painter.end();
         pixmap.setDevicePixelRatio(scale);
         return pixmap;
     }
-    [[nodiscard]] QIconEngine* clone() const override { return new TintedEngine(m_source); }
+    [[nodiscard]] QIconEngine* clone() const override {
+        return new TintedEngine(m_source, m_drawn);
+    }
     bool isNull() override { return m_source.isNull(); }
 
 private:
-    static QColor colour(QIcon::Mode mode) {
-        const QPalette palette = QGuiApplication::palette();
-        switch (mode) {
-        case QIcon::Disabled:
-            return palette.color(QPalette::Disabled, QPalette::ButtonText);
-        case QIcon::Selected:
-            return palette.color(QPalette::HighlightedText);
-        default:
-            return palette.color(QPalette::ButtonText);
-        }
-    }
-
     QIcon m_source;
+    QIcon m_drawn;
 };
 
 /// Desktops name their theme; elsewhere the icons are looked for where Debian puts them.
@@ -88,12 +85,12 @@ QIcon toolIcon(const QString& name) {
         if (QIcon::hasThemeIcon(name + suffix)) {
             const QIcon source = QIcon::fromTheme(name + suffix);
             if (!source.pixmap(QSize(16, 16), 1).isNull()) {
-                return QIcon(new TintedEngine(source));
+                return QIcon(new TintedEngine(source, drawnIcon(name)));
             }
         }
     }
     const QIcon plain = QIcon::fromTheme(name);
-    return plain.pixmap(QSize(16, 16), 1).isNull() ? QIcon() : plain;
+    return plain.pixmap(QSize(16, 16), 1).isNull() ? drawnIcon(name) : plain;
 }
 
 } // namespace yrw

@@ -110,6 +110,10 @@ void Toolbar::activate(const QString& toolKey) {
     }
 }
 
+bool Toolbar::leave() {
+    return m_private->leave();
+}
+
 QString Toolbar::arrangement() const {
     return m_private->arrangement();
 }

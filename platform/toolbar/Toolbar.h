@@ -45,6 +45,10 @@ public:
     /// As `popup`, at a place on the screen: for a menu that the keyboard asks for.
     void popupAt(const QString& bandKey, const QPoint& globalPosition);
 
+    /// Gives the keyboard back to the control that had it before F10 called it here; false, and
+    /// nothing happens, where it is not here or came another way.
+    bool leave();
+
     /// Where the user has put the bands, as a text to be stored; empty while they lie as the
     /// layout says.
     [[nodiscard]] QString arrangement() const;

@@ -128,9 +128,9 @@ void Toolbar::Private::showFloats() {
     for (FloatingBand* const window : m_floats) {
         if (const auto& place = window->band().docking().floating; place && m_toolbar.isVisible()) {
             window->placeAt(*place);
-            window->show();
+            window->setShown(true);
         } else {
-            window->hide();
+            window->setShown(false);
         }
     }
 }
@@ -230,6 +230,8 @@ void Toolbar::Private::menuWanted(const QPoint& globalPosition) {
     const QPointer<Toolbar> alive(&m_toolbar);
     QMenu menu;
     menu.setObjectName(QStringLiteral("toolbarMenu"));
+    menu.setAccessibleName(Toolbar::tr("Toolbars"));
+    menu.setAccessibleDescription(Toolbar::tr("Puts the toolbars back to where they were"));
     const QAction* const reset = menu.addAction(Toolbar::tr("&Reset Toolbars"));
     if (menu.exec(globalPosition) == reset && !alive.isNull()) {
         this->reset();

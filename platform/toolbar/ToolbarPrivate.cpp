@@ -86,6 +86,7 @@ void Toolbar::Private::popup(const QString& key, const QPoint& globalPosition) {
     QMenu menu;
     menu.setObjectName(band->key());
     menu.setAccessibleName(band->caption());
+    menu.setAccessibleDescription(Toolbar::tr("Commands of the menu %1").arg(band->caption()));
     fillMenu(menu, tools);
     const MenuChoice choice = menu.isEmpty() ? MenuChoice() : execMenu(menu, globalPosition);
     ToolBand* const after = alive.isNull() ? nullptr : find(key);
@@ -251,7 +252,16 @@ void Toolbar::Private::focusFirst() {
     const QList<QWidget*> controls = focusable();
     if (!controls.isEmpty()) {
         focus(*controls.first(), Qt::ShortcutFocusReason);
+        m_return->called();
     }
+}
+
+bool Toolbar::Private::leave() {
+    if (!m_return->wasCalled()) {
+        return false;
+    }
+    m_return->giveBack();
+    return true;
 }
 
 void Toolbar::Private::focus(QWidget& control, Qt::FocusReason reason) {

@@ -2,6 +2,7 @@
 
 #include "platform/toolbar/BandBar.h"
 #include "platform/toolbar/BandDrag.h"
+#include "platform/toolbar/KeyboardReturn.h"
 #include "platform/toolbar/Toolbar.h"
 #include "platform/toolbar/ToolbarLayout.h"
 
@@ -16,7 +17,8 @@ class FloatingBand;
 /// The bands of a toolbar and the controls that show the docked and the floating ones.
 class Toolbar::Private final : public BandEvents {
 public:
-    explicit Private(Toolbar& toolbar) : m_toolbar(toolbar) {}
+    explicit Private(Toolbar& toolbar)
+        : m_toolbar(toolbar), m_return(new KeyboardReturn(toolbar)) {}
     ~Private() override;
 
     [[nodiscard]] const std::vector<std::unique_ptr<ToolBand>>& bands() const { return m_bands; }
@@ -39,6 +41,8 @@ public:
     [[nodiscard]] int height() const;
     [[nodiscard]] int preferredWidth() const;
     void focusFirst();
+    /// See `Toolbar::leave`.
+    bool leave();
     /// Below the tool whose click is being handled, on the screen; nothing for a tool that is not
     /// shown in a band.
     [[nodiscard]] std::optional<QPoint> clickedPlace() const { return m_clickedPlace; }
@@ -46,6 +50,7 @@ public:
     void toolClicked(ToolBand& band, const QString& toolKey) override;
     void entryPicked(ToolBand& band, const QString& toolKey, int entry) override;
     void comboDropped(ToolBand& band, const QString& toolKey) override;
+    void comboDone() override { m_return->giveBack(); }
     void dragStarted() override;
     void bandDragged(ToolBand& band, const QPoint& pointer, const QPoint& taken) override;
     void bandDropped(ToolBand& band) override;
@@ -86,6 +91,7 @@ private:
     std::vector<BandBar*> m_bars; ///< by row and place; each is docked or in a floating window
     std::vector<FloatingBand*> m_floats;
     std::unique_ptr<BandDrag> m_drag; ///< the drag under way
+    KeyboardReturn* m_return;         ///< belongs to the toolbar
     bool m_loading = false;
     std::optional<QPoint> m_clickedPlace;
 };

@@ -118,10 +118,6 @@ TEST_F(Landing, NothingShowsWhereNothingShould) {
     land(window().upper->grid->rowCount());
     expectNothing("a new record");
     window().upper->grid->setAllowAddNew(false);
-    window().trouble.oneIn = 1;
-    window().upper->StayOnRow.raise();
-    window().trouble.oneIn = 0;
-    expectNothing("the host fails");
     Module1::instance().database()->RunScript(QStringLiteral("DROP VIEW qryNotes;"));
     land(0);
     expectNothing("the notes cannot be read");
@@ -246,19 +242,6 @@ TEST_F(Landing, ThePopupStaysAwayWhenItIsSwitchedOffInTheNotesWindow) {
     addIn->ShowNotes(nullptr, 0);
     expectNothing("deactivated");
     EXPECT_FALSE(static_cast<bool>(addIn->Activate() && popup() != nullptr));
-}
-
-TEST_F(Landing, ACheckAfterTheNotesWindowPutsItsHeadingBehindTheKeptOne) {
-    addTwo();
-    land(0);
-    popup()->hide(); // one that is not on screen does not tell that it goes
-    whenShown(QStringLiteral("frmMain"), [](Form& form) { form.unload(); });
-    addIn->ShowNotes(nullptr, 0);
-    const QString heading = QStringLiteral("Customer: Quill & Son [ANNA ASH NOTES]");
-    EXPECT_EQ(toolTip(), heading + QStringLiteral("\r\n\r\n") + heading);
-    EXPECT_EQ(rows().size(), 5);
-    land(0);
-    EXPECT_EQ(toolTip(), heading); // a landing begins anew
 }
 
 TEST_F(Landing, ThePopupStandsBesideTheHostAndGoesWithIt) {

@@ -74,7 +74,9 @@ TEST_F(ComponentTest, OffersOneClassAndKeepsLoadedWhileLocked) {
     }
     ASSERT_EQ(call("DllRegisterServer"), kComponentOk);
     const QByteArray classId = ClassRegistry().find(kProgramId).classId.toUtf8();
-    ASSERT_EQ(getClass(classId.constData(), &factory), kComponentOk);
+    for (const QByteArray& spelt : {classId.toLower(), classId}) {
+        ASSERT_EQ(getClass(spelt.constData(), &factory), kComponentOk) << spelt.constData();
+    }
     EXPECT_EQ(factory->contractVersion(), kContractVersion);
     factory->lockServer(true);
     EXPECT_EQ(call("DllCanUnloadNow"), kComponentNo);

@@ -57,6 +57,98 @@ TEST_F(Lifecycle, ASecondAddInSharesApplicationAndDatabase) {
     EXPECT_EQ(addIn->NotesApplication(), application);
 }
 
+TEST_F(Lifecycle, TwoAddInsOfOneHostActAsOneUntilTheLastGoes) {
+    activate();
+    window().show();
+    addNote(QStringLiteral("cu"), 1);
+    Module1::instance().database()->RunScript(
+        QStringLiteral("UPDATE tblNotes SET AutomaticallyShow = 1;"));
+    Ref<AddIn> second = make<AddIn>();
+    second->setComponent(window().component);
+    ASSERT_TRUE(second->Activate());
+    const auto use = [&](const char* when) {
+        SCOPED_TRACE(when);
+        EXPECT_EQ(window().componentBar->findBand(QStringLiteral("bndMain"))->toolCount(), 1);
+        int opened = 0;
+        const auto count = [&](Form& form) {
+            EXPECT_EQ(formsNamed(QStringLiteral("frmMain")).size(), 1);
+            ++opened;
+            form.unload();
+        };
+        for (const auto& click : std::initializer_list<std::function<void()>>{
+                 [&] { window().componentBar->activate(kNotesToolKey); }, [&] { clickGridNotes(); },
+                 [&] {
+                     window().upper->grid->setCurrentRow(0);
+                     window().upper->StayOnRow.raise();
+                     EXPECT_EQ(addIn->GetPopupFormCount(), 1);
+                     EXPECT_EQ(window().statusBar->text(), QStringLiteral("1 Note(s) Found...!!"));
+                     window().statusBar->DblClick.raise();
+                 }}) {
+            opened = 0;
+            whenShown(QStringLiteral("frmMain"), count);
+            click();
+            settle();
+            EXPECT_EQ(opened, 1);
+        }
+        RowRemark remark(true);
+        window().upper->grid->FetchRowRemark.raise(0, window().upper->placeOf(1), remark);
+        EXPECT_EQ(remark.lines().size(), 2) << "the text and one subject";
+        window().upper->grid->Scroll.raise();
+        EXPECT_EQ(window().statusBar->text(), QString());
+    };
+    use("both");
+    second->DeActivate();
+    use("the first alone");
+    ASSERT_TRUE(second->Activate());
+    addIn->DeActivate();
+    std::swap(addIn, second); // the fixture looks through the one that is left
+    use("the second alone");
+    addIn.reset();
+    EXPECT_EQ(showNotesTool(), nullptr);
+    EXPECT_EQ(gridBand().toolCount(), 0);
+    EXPECT_FALSE(Module1::instance().isDatabaseOpen());
+}
+
+TEST_F(Lifecycle, NotesOfAnotherFolderWaitUntilTheFirstAreClosed) {
+    activate();
+    HostWorld other{clock, files};
+    const Ref<dao::Database> database = Module1::instance().database();
+    Ref<AddIn> second = make<AddIn>();
+    second->setComponent(other.window->component);
+    prompt.expectMessage();
+    EXPECT_FALSE(second->Activate());
+    ASSERT_EQ(prompt.asked.size(), 1); // nothing is asked, though there are no notes
+    EXPECT_TRUE(prompt.asked[0].contains(QStringLiteral("Test host works with the notes in ") +
+                                         world.folder()))
+        << prompt.asked[0].toStdString();
+    EXPECT_EQ(Module1::instance().database(), database);
+    EXPECT_EQ(Module1::instance().databaseFolder(), world.folder());
+    EXPECT_EQ(Module1::instance().hostApplication(), Ref<IHostApplication>(world.host));
+    EXPECT_EQ(other.window->componentBar->findTool(kNotesToolKey), nullptr);
+    EXPECT_NE(showNotesTool(), nullptr);
+    addIn->DeActivate();
+    prompt.answer(PromptAnswer::Yes);
+    EXPECT_TRUE(second->Activate());
+}
+
+TEST_F(Lifecycle, ComponentTakesTheHostsObjectsInTheirOrder) {
+    addIn = make<AddIn>();
+    world.host->trouble.asked.clear();
+    addIn->setComponent(window().component);
+    const std::vector<HostAnswer> order{HostAnswer::Interface,
+                                        HostAnswer::UpperController,
+                                        HostAnswer::LowerController,
+                                        HostAnswer::Grid,
+                                        HostAnswer::Grid,
+                                        HostAnswer::GridSplits,
+                                        HostAnswer::GridSplits,
+                                        HostAnswer::Application,
+                                        HostAnswer::ProgID};
+    std::vector<HostAnswer> asked = world.host->trouble.asked;
+    asked.resize(order.size());
+    EXPECT_EQ(asked, order);
+}
+
 TEST_F(Lifecycle, AHostThatGoesFirstTakesItsObjectsWithIt) {
     activate();
     world.window.reset();
@@ -140,8 +232,19 @@ protected:
             placeTool(slot);
         }
     }
+    /// True when the notes of another host are open in another add-in's hands.
+    [[nodiscard]] bool isTurnedAway(const Slot& slot) const {
+        return slot.host != kNone && openHost != kNone && openHost != slot.host &&
+               std::any_of(std::begin(slots_), std::end(slots_),
+                           [&](const Slot& each) { return &each != &slot && each.active; });
+    }
     void activateSlot(Slot& slot) {
+        const bool turnedAway = isTurnedAway(slot);
         const bool result = slot.addIn->Activate();
+        if (turnedAway && !troubled) {
+            EXPECT_FALSE(result);
+            return;
+        }
         if (slot.host != kNone) {
             openHost = slot.host;
         }
@@ -170,14 +273,15 @@ protected:
         FakeWindow& shown = windowOf(host);
         switch (below(7)) {
         case 0:
-            shown.interfaceBar->BandOpen.raise(*shown.interfaceBar->findBand(kGridBandKey));
+            shown.interfaceBar->BandOpen.raise(
+                *shown.interfaceBar->Toolbar::findBand(kGridBandKey));
             break;
         case 1:
             shown.showRecords();
             break;
         case 2:
             shown.upper->setRecordset(nullptr);
-            shown.upper->setRecordset(shown.host->DAODatabase()->OpenRecordset(
+            shown.upper->setRecordset(shown.host->DB()->Database().OpenRecordset(
                 QStringLiteral("tblCustomers"), dao::RecordsetType::Dynaset));
             break;
         case 3:
@@ -231,17 +335,12 @@ protected:
         }
     }
 
-    void placeTool(Slot& slot) {
-        if (slot.host != kNone) {
-            slot.placedOn = slot.host;
-            hasTool[slot.host] = true;
-        }
-    }
-    void takeToolBack(Slot& slot) {
-        if (slot.placedOn != kNone) {
-            hasTool[slot.placedOn] = false;
-            slot.placedOn = kNone;
-        }
+    void placeTool(Slot& slot) { slot.placedOn = slot.host; }
+    static void takeToolBack(Slot& slot) { slot.placedOn = kNone; }
+    /// The last add-in that placed a tool takes it away.
+    [[nodiscard]] bool hasTool(int host) const {
+        return std::any_of(std::begin(slots_), std::end(slots_),
+                           [&](const Slot& slot) { return slot.placedOn == host; });
     }
     void letGo() {
         if (std::none_of(std::begin(slots_), std::end(slots_),
@@ -275,7 +374,7 @@ protected:
         EXPECT_EQ(calm.pointer, MousePointer::Default);
         for (const int host : {0, 1}) {
             EXPECT_EQ(windowOf(host).componentBar->findTool(kNotesToolKey) != nullptr,
-                      hasTool[host]);
+                      hasTool(host));
             RowStyle style;
             windowOf(host).upper->grid->FetchRowStyle.raise(0, windowOf(host).upper->placeOf(1),
                                                             style);
@@ -302,7 +401,6 @@ protected:
     HostWorld other{clock, files, 2};
     Slot slots_[3];
     int openHost = kNone; ///< whose notes database is open
-    bool hasTool[2] = {false, false};
     bool troubled = false;
     std::mt19937 random{GetParam()};
 };
@@ -338,7 +436,6 @@ TEST_P(RandomLife, AHostWhoseCallsFailAtRandomIsNeverToldAndNeverHarmed) {
     }
     endAll();
     troubled = false;
-    hasTool[0] = hasTool[1] = false;
     compare();
     addNotes();
     compare();

@@ -1,4 +1,6 @@
 // Opening the notes database, and making one.
+#include "framework/Settings.h"
+#include "platform/prompt/ErrorLog.h"
 #include "tests/addin/AddInFixture.h"
 
 #include <ostream>
@@ -38,6 +40,29 @@ TEST_F(Opening, AgreeingCopiesDatabaseAndLayoutAndOpensAtOnce) {
     EXPECT_TRUE(QFile::exists(stale.fileName() + QStringLiteral(".old")));
     EXPECT_EQ(addIn->DatabaseDirectory(), world.folder());
     EXPECT_GT(addNote(QStringLiteral("cu"), 1), 0);
+}
+
+TEST_F(Opening, WhatAColleagueMakesMeanwhileIsOpenedAndLeftAsItIs) {
+    create();
+    prompt.answer(PromptAnswer::Yes);
+    const Ref<dao::Workspace> colleague = dao::createWorkspace({clock, files});
+    prompt.whileOpen = [&] {
+        makeNotesDatabase();
+        colleague->OpenDatabase(world.notesPath())
+            ->RunScript(QStringLiteral("INSERT INTO tblNotes (RecordID, Subject, Status) VALUES "
+                                       "(71, 'The colleague''s', 1);"));
+    };
+    EXPECT_TRUE(addIn->Activate());
+    EXPECT_EQ(Module1::instance()
+                  .application()
+                  ->Notes()
+                  ->Item(QVariant(71))
+                  ->value(QStringLiteral("Subject")),
+              QStringLiteral("The colleague's"));
+    EXPECT_EQ(QDir(world.folder()).entryList({QStringLiteral("Notes.mdb*")}, QDir::Files),
+              (QStringList{QStringLiteral("Notes.mdb"), QStringLiteral("Notes.mdb-shm"),
+                           QStringLiteral("Notes.mdb-wal")}));
+    colleague->Close();
 }
 
 struct Broken {
@@ -82,6 +107,7 @@ TEST_P(BrokenOpening, ReportsOnceNamingTheFileAndLeavesTheHostUsable) {
 
     // A good database in its place: everything works, the tool again too.
     Module1::instance().setTemplateFolder(shippedTemplateFolder());
+    QFile::remove(world.notesPath());
     makeNotesDatabase();
     EXPECT_TRUE(addIn->Activate());
     EXPECT_TRUE(gridBand().findTool(kNotesToolKey)->isEnabled());
@@ -119,6 +145,23 @@ TEST_F(Opening, ADatabaseDeletedMeanwhileIsNotWorkedOnAnyLonger) {
     EXPECT_FALSE(Module1::instance().isDatabaseOpen());
     EXPECT_EQ(showNotesTool(), nullptr);
     EXPECT_EQ(addIn->UpperTimerForm(), nullptr);
+}
+
+TEST_F(Opening, SettingsThatCannotBeWrittenAreToldOfOnce) {
+    activate();
+    QFile inTheWay(qEnvironmentVariable("XDG_CONFIG_HOME")); // where the folder should be
+    QDir(inTheWay.fileName()).removeRecursively();
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    prompt.expectMessage();
+    whenShown(QStringLiteral("frmMain"), [&](Form& form) { form.unload(); }); // keeps its size
+    addIn->ShowNotes(nullptr, 0);
+    NotesSettings(addIn->services().settings).setBoolean(QStringLiteral("ShowUserNotes"), true);
+    settle();
+    ASSERT_EQ(prompt.asked.size(), 1);
+    EXPECT_TRUE(prompt.asked[0].contains(inTheWay.fileName())) << prompt.asked[0].toStdString();
+    QFile log(errorLogFile());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_EQ(log.readAll().count("Yarrowen.ini"), 1);
 }
 
 TEST_F(Opening, AnUnreadableSettingsFileCostsOneWarningAndDefaults) {

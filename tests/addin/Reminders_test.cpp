@@ -154,6 +154,25 @@ TEST_F(RemindersTest, ToldLaterOrUnansweredItComesBack) {
     EXPECT_EQ(tags(), QStringList{tagOf(reminder)});
 }
 
+TEST_F(RemindersTest, AnUntouchedPickerFollowsTheClock) {
+    const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
+    ASSERT_TRUE(minuteTick());
+    const auto picked = [] { return control<DatePicker>("dtpReminder").value(); };
+    clock.advance(300);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return picked() == clock.now().addSecs(1800); }));
+    clock.advance(300);
+    click("cmdForm(0)");
+    EXPECT_EQ(stored(reminder, "NextDate").toDateTime().time().toString("HH:mm"), "09:40");
+
+    remind(addNote(QStringLiteral("cu"), 2), -1);
+    ASSERT_TRUE(minuteTick());
+    control<DatePicker>("dtpReminder").stepBy(1);
+    const QDateTime wish = picked();
+    clock.advance(300);
+    QTest::qWait(2200);
+    EXPECT_EQ(picked(), wish);
+}
+
 TEST_F(RemindersTest, PresetsSetThePickerAndAnswerNothing) {
     const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
     ASSERT_TRUE(minuteTick());

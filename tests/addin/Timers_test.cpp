@@ -1,6 +1,7 @@
 // The two timers.
 #include "tests/addin/AddInFixture.h"
 
+#include "addin/DailyCopyMaker.h"
 #include "framework/Settings.h"
 
 #include <limits>
@@ -9,6 +10,14 @@ using namespace yrw;
 using namespace yrw::test;
 
 namespace {
+
+/// A way to a private member: naming it in an explicit instantiation is allowed.
+template <auto Member>
+struct Reach {
+    friend void stopReminders(AddIn& addIn) { (addIn.*Member)(); }
+};
+template struct Reach<&AddIn::stopReminders>;
+void stopReminders(AddIn& addIn);
 
 class Timers : public AddInFixture {
 protected:
@@ -34,6 +43,16 @@ TEST_F(Timers, StartAsTheSettingsSayAndTheMinuteAlways) {
         EXPECT_EQ(addIn->LowerTimerForm(), nullptr);
         addIn.reset();
     }
+}
+
+TEST_F(Timers, StoppingRemindersStopsTheMinuteAndSwitchesTheToolOff) {
+    activate();
+    ASSERT_TRUE(form().ReminderTimer().isActive());
+    stopReminders(*addIn);
+    EXPECT_FALSE(form().ReminderTimer().isActive());
+    EXPECT_FALSE(showNotesTool()->isEnabled());
+    addIn->DeActivate();
+    stopReminders(*addIn);
 }
 
 TEST_F(Timers, MinutesAreCountedWhileCheckingIsOff) {
@@ -78,6 +97,34 @@ TEST_F(Timers, TheWindowEndsWithTheAddInAlsoWithinItsOwnTick) {
     EXPECT_EQ(Module1::instance().addInCount(), 0);
     settle();
     EXPECT_TRUE(timers.isNull());
+}
+
+TEST_F(Timers, TheDaysCopyIsMadeWhileNobodyTypes) {
+    activate();
+    auto* const maker = form().findChild<DailyCopyMaker*>();
+    ASSERT_NE(maker, nullptr);
+    const QString day = world.folder() + QStringLiteral("/Backups/Notes/Notes %1.mdb");
+    const auto pathOf = [&] { return day.arg(clock.now().date().toString(Qt::ISODate)); };
+    SettingsStore store;
+    NotesSettings settings(store);
+    settings.setBoolean(QStringLiteral("DailyCopy"), false);
+    maker->look();
+    settings.setBoolean(QStringLiteral("DailyCopy"), true);
+    clock.advance(3);
+    QTest::qWait(250);
+    EXPECT_FALSE(QFile::exists(pathOf())) << "switched off";
+
+    maker->look();
+    QTest::keyClick(&window(), Qt::Key_A);
+    QTest::qWait(250);
+    EXPECT_FALSE(QFile::exists(pathOf())) << "a key was pressed just now";
+    clock.advance(3);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(pathOf()); }));
+
+    clock.advance(86400);
+    maker->look();
+    clock.advance(3);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(pathOf()); })) << "the next day";
 }
 
 } // namespace

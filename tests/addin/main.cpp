@@ -1,18 +1,21 @@
 #include "tests/addin/ReminderChildren.h"
-
-#include <QApplication>
+#include "tests/driving/DrivenApplication.h"
+#include "tests/support/OtherUser.h"
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
+    if (const int other = yrw::test::runOtherUser(argc, argv); other >= 0) {
+        return other;
+    }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    const QApplication application(argc, argv);
+    yrw::test::DrivenApplication application(argc, argv);
     const int child = yrw::test::runReminderChild(QApplication::arguments());
     if (child >= 0) {
         return child;
     }
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return application.runTests();
 }

@@ -97,6 +97,7 @@ play() {
     desk=$home/desk$users
     mkdir "$desk"
     cp "$bin/DB/YRWNOTES/Notes.mdb" "$desk/"
+    QT_QPA_PLATFORM=offscreen "$bin/busydesk" --data "$desk" --make # the host's users
     fill
     hosts=()
     for code in ANNA "$([[ $users == 1 ]] && echo ANNA || echo BEN)"; do

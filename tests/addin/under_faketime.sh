@@ -24,6 +24,7 @@ notes=("$bin/yrwnotes" --data "$home/desk" --user ANNA)
 
 "$bin/yrwregister" "$bin/libyrwnotes.so"
 cp "$bin/DB/YRWNOTES/Notes.mdb" "$home/desk/"
+QT_QPA_PLATFORM=offscreen "$bin/busydesk" --data "$home/desk" --make # the host's users
 "${notes[@]}" add --subject "After the missing hour" --remind me --at "2026-03-29 03:05" >/dev/null
 
 faketime -f '@2026-03-29 01:57:00 x60' "$bin/yrwhost" --data "$home/desk" --user ANNA &

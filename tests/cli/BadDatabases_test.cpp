@@ -3,7 +3,10 @@
 namespace yrw::test {
 namespace {
 
-using BadDatabasesTest = CommandFixture;
+class BadDatabasesTest : public CommandFixture {
+protected:
+    QString m_script;
+};
 
 void write(const QString& path, const QByteArray& bytes) {
     QFile file(path);
@@ -71,7 +74,7 @@ TEST_F(BadDatabasesTest, ALockedOneCanBeReadAndIsNotWaitedForForever) {
     err.open(QIODevice::WriteOnly);
     const auto runNow = [&](const QStringList& words) {
         const QStringList head{QStringLiteral("yrwnotes"), QStringLiteral("--data"), folder.path()};
-        return runCommand(head + words, {in, out, err}, {Clock::instance(), files});
+        return runCommand(head + words, {in, out, err}, {{Clock::instance(), files}, settings});
     };
     EXPECT_EQ(runNow({QStringLiteral("list")}), kExitDone);
     EXPECT_EQ(runNow({QStringLiteral("add"), QStringLiteral("--subject"), QStringLiteral("a")}),
@@ -82,25 +85,137 @@ TEST_F(BadDatabasesTest, ALockedOneCanBeReadAndIsNotWaitedForForever) {
 
 TEST_F(BadDatabasesTest, CheckFindsAndRepairs) {
     run("add --subject fine --text body --remind me --at 2026-03-11");
-    change("INSERT INTO tblNotes (Subject, Status) VALUES ('status', 7);"
-           "INSERT INTO tblNotes (Subject, ReminderType) VALUES ('kind', 9);"
-           "INSERT INTO tblNotes (Subject, RTFNote) VALUES ('broken', '{\\rtf1 half {\\b a');"
-           "INSERT INTO tblNotes (Subject, RTFNote) VALUES ('none', 'just words');"
-           "INSERT INTO tblReminders (NoteID) VALUES (99);"
-           "INSERT INTO tblReminders (NoteID, Status) VALUES (1, 8)");
-    const Outcome found = run("check --json");
-    EXPECT_EQ(found.status, kExitFailed);
-    EXPECT_EQ(found.column(QStringLiteral("RecordID")).join(u','), QStringLiteral("2,3,4,5,2,3"));
-    EXPECT_EQ(run("check").out.count(u'\n'), 6);
+    ASSERT_EQ(run("check").status, kExitDone) << qPrintable(run("check").out);
+    const struct {
+        const char* harm;
+        const char* says; ///< of the one finding
+        bool isMended = true;
+    } cases[] = {
+        {"INSERT INTO tblNotes (Subject, Status) VALUES ('x', 7)",
+         "tblNotes 2: unknown code '7' in "
+         "Status"},
+        {"INSERT INTO tblNotes (Subject, Status) VALUES ('x', 'abc')",
+         "tblNotes 2: unknown code 'abc' in Status"},
+        {"INSERT INTO tblNotes (Subject, ReminderType) VALUES ('x', 9)",
+         "tblNotes 2: unknown code '9' in ReminderType"},
+        {"INSERT INTO tblNotes (RTFNote) VALUES ('{\\rtf1 half {\\b a')",
+         "tblNotes 2: rich text is cut off"},
+        {"INSERT INTO tblNotes (RTFNote) VALUES ('just words')",
+         "tblNotes 2: rich text is no rich text"},
+        {"INSERT INTO tblNotes (Date) VALUES ('31/12/2020 10:00')",
+         "tblNotes 2: '31/12/2020 10:00' in Date"},
+        {"INSERT INTO tblNotes (Date) VALUES ('soon')", "tblNotes 2: 'soon' in Date", false},
+        {"INSERT INTO tblNotes (AutomaticallyShow) VALUES ('False')",
+         "tblNotes 2: 'False' in AutomaticallyShow"},
+        {"INSERT INTO tblReminders (NoteID, UserID, NextDate) VALUES (1, 1, '')",
+         "tblReminders 2: '' in NextDate"},
+        {"INSERT INTO tblReminders (NoteID) VALUES (99)",
+         "tblReminders 2: reminder of a note that is not there"},
+        {"INSERT INTO tblReminders (NoteID, UserID, Status) VALUES (1, 1, 8)",
+         "tblReminders 2: unknown code '8' in Status"},
+        {"INSERT INTO tblReminders (NoteID, UserID) VALUES (1, 9)",
+         "tblReminders 2: reminder of user 9, who is none"},
+        {"INSERT INTO tblNotes (Subject) VALUES ('x'); INSERT INTO tblReminders (NoteID, UserID) "
+         "VALUES (2, 1)",
+         "tblReminders 2: reminder of a note that reminds nobody"},
+        {"DROP VIEW qryReminders", "qryReminders: the view is missing"},
+        {"DROP VIEW qryNotes; CREATE VIEW qryNotes AS SELECT *, RecordID AS NoteID, '' AS UseName "
+         "FROM tblNotes WHERE Status = 1",
+         "qryNotes: the view was changed"},
+        {"DROP INDEX RemindersByNote", "RemindersByNote: the index is missing"},
+        {"DROP INDEX OpenRemindersByUser; CREATE INDEX OpenRemindersByUser ON tblReminders "
+         "(UserID)",
+         "OpenRemindersByUser: the index was changed"},
+        {"DELETE FROM tblQueries WHERE Name = 'delNoteByID'", "delNoteByID: the stored query is "
+                                                              "missing"},
+        {"UPDATE tblQueries SET SQL = 'DELETE FROM tblNotes' WHERE Name = 'delNoteByID'",
+         "delNoteByID: the stored query was changed"},
+        {"DROP VIEW qryNotes; ALTER TABLE tblNotes DROP COLUMN ChangeDate",
+         "tblNotes: the field ChangeDate is missing"},
+        {"DROP TABLE tblLinkedColumnDefs", "tblLinkedColumnDefs: the table is missing"},
+        {"CREATE TRIGGER spy AFTER INSERT ON tblNotes BEGIN DELETE FROM tblReminders; END",
+         "spy: a trigger on tblNotes", false},
+        {"DROP TRIGGER tblNotesTextChanged", "tblNotesText: the search index is incomplete"},
+        {"DELETE FROM tblNotesToIndex; INSERT INTO tblNotesText (rowid, Folded) VALUES (77, 'x')",
+         "tblNotesText: the index lacks 1 notes and has 1 that are gone"},
+    };
+    QFile::copy(notesPath(), notesPath() + ".whole");
+    for (const auto& c : cases) {
+        QFile::remove(notesPath());
+        QFile::copy(notesPath() + ".whole", notesPath());
+        change(c.harm);
+        const Outcome found = run("check");
+        EXPECT_EQ(found.status, kExitNothing) << c.harm;
+        EXPECT_TRUE(found.out.contains(QLatin1String(c.says)))
+            << c.harm << ": " << qPrintable(found.out);
+        const Outcome fixed = run("check --fix");
+        EXPECT_EQ(fixed.status, c.isMended ? kExitDone : kExitNothing) << qPrintable(fixed.out);
+        EXPECT_TRUE(fixed.out.contains(c.isMended ? ", repaired" : ", not repaired"));
+        EXPECT_EQ(run("check").status, c.isMended ? kExitDone : kExitNothing)
+            << c.harm << ": " << qPrintable(run("check").out);
+        EXPECT_EQ(run("show 1 --text").out, "body\n");
+        EXPECT_EQ(run("reminders --note 1 --json").json().size() > 0, true) << c.harm;
+    }
+    EXPECT_TRUE(QFile::exists(notesPath() + ".before-fix"));
+}
 
+TEST_F(BadDatabasesTest, CheckKeepsWhatTheProgramWrites) {
+    run("add --subject a --remind users:ANNA,BEN,CARA,DAVE,ERIN --at 2026-03-11");
+    run("add --subject b --private --auto-show");
+    run("add --subject c --remind me --at 2026-03-11");
+    run("done 2");
+    change("UPDATE tblReminders SET Status = RecordID - 1 WHERE RecordID > 2;"
+           "UPDATE tblReminders SET Status = NULL WHERE RecordID = 1;"
+           "INSERT INTO tblReminders (NoteID, UserID, Status) VALUES (3, 77, 4)");
+    const QString before = run("export --format json").out;
     const Outcome fixed = run("check --fix");
-    EXPECT_EQ(fixed.status, kExitDone) << qPrintable(fixed.err);
-    EXPECT_TRUE(QFile::exists(notesPath() + QStringLiteral(".before-fix")));
-    EXPECT_EQ(run("check").status, kExitDone);
-    EXPECT_EQ(run("show 4 --rtf").out.count(QStringLiteral("half")), 1) << "text is kept";
-    EXPECT_EQ(run("show 1 --text").out, QStringLiteral("body\n"));
-    EXPECT_EQ(run("reminders --json").json().size(), 2);
-    EXPECT_EQ(run("list --status active --json").json().size(), 5);
+    EXPECT_EQ(fixed.out, "tblReminders 6: unknown code '5' in Status, repaired\n");
+    change("UPDATE tblReminders SET Status = 5 WHERE RecordID = 6");
+    EXPECT_EQ(run("export --format json").out, before);
+    change("UPDATE tblReminders SET Status = 1 WHERE RecordID = 6; PRAGMA user_version = 0");
+    EXPECT_EQ(run("check").out, "No problems were found.\n") << "after an upgrade";
+}
+
+TEST_F(BadDatabasesTest, WhatCanBeReadOfADamagedFileIsSalvaged) {
+    for (int note = 1; note <= 300; ++note) {
+        m_script += QStringLiteral("INSERT INTO tblNotes (Subject, PlainNote, Status) VALUES "
+                                   "('s%1', '%2', 1);")
+                        .arg(note)
+                        .arg(QString(400, u'x'));
+    }
+    m_script += "INSERT INTO tblNotes (RecordID, Subject, PlainNote) VALUES (900, 'end', '" +
+                QString(9000, u'y') + "');";
+    m_script += "ALTER TABLE tblSystem ADD COLUMN Own TEXT; UPDATE tblSystem SET Own = 'kept';"
+                "INSERT INTO tblQueries (Name, Kind, SQL) VALUES ('mine', 'select', 'SELECT 1')";
+    change(qPrintable(m_script));
+    run("list"); // the users' names are there
+    QByteArray bytes = read(notesPath());
+    const qsizetype inside = bytes.indexOf("s150xxxx");
+    const qsizetype overflow = bytes.lastIndexOf(QByteArray(3000, 'y'));
+    ASSERT_TRUE(inside > 0 && overflow > 0);
+    bytes.replace(inside / 4096 * 4096, 100, QByteArray(100, '\xff'));
+    write(notesPath(), bytes);
+
+    EXPECT_EQ(run("check").status, kExitNothing);
+    EXPECT_TRUE(run("check").err.contains("is damaged"));
+    const Outcome fixed = run("check --fix");
+    EXPECT_EQ(fixed.status, kExitNothing) << "the file in its place is damaged still";
+    EXPECT_EQ(read(notesPath()), bytes);
+    EXPECT_TRUE(fixed.out.contains("tblNotes: the rows 1")) << qPrintable(fixed.out + fixed.err);
+
+    const QString salvaged = notesPath() + ".salvaged";
+    ASSERT_TRUE(QFile::exists(salvaged)) << qPrintable(fixed.err);
+    QFile::remove(notesPath());
+    QFile::rename(salvaged, notesPath());
+    EXPECT_EQ(run("check").status, kExitDone) << qPrintable(run("check").out);
+    const QJsonArray notes = run("list --json").json();
+    EXPECT_GT(notes.size(), 280);
+    EXPECT_LT(notes.size(), 301);
+    EXPECT_EQ(run("show 900 --text").out, QString(9000, u'y') + u'\n');
+    const Ref<dao::Workspace> workspace = dao::createWorkspace({clock, files});
+    const Ref<dao::Database> database = workspace->OpenDatabase(notesPath());
+    EXPECT_EQ(database->OpenRecordset("tblSystem")->value(u"Own"), "kept");
+    EXPECT_TRUE(database->QueryNames().contains("mine"));
 }
 
 } // namespace

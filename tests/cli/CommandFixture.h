@@ -40,7 +40,8 @@ protected:
     }
 
     /// Runs the command as it is, with no options of its own.
-    Outcome runBare(const QStringList& arguments, const QByteArray& input = {}) {
+    Outcome runBare(const QStringList& arguments, const QByteArray& input = {},
+                    bool onTerminal = false) {
         QBuffer in;
         QBuffer out;
         QBuffer err;
@@ -48,8 +49,9 @@ protected:
         in.open(QIODevice::ReadOnly);
         out.open(QIODevice::WriteOnly);
         err.open(QIODevice::WriteOnly);
-        const ExitStatus status = runCommand(QStringList(QStringLiteral("yrwnotes")) + arguments,
-                                             {in, out, err}, {clock, files});
+        const ExitStatus status =
+            runCommand(QStringList(QStringLiteral("yrwnotes")) + arguments,
+                       {in, out, err, onTerminal, onTerminal}, {{clock, files}, settings});
         return {status, QString::fromUtf8(out.data()), QString::fromUtf8(err.data())};
     }
     /// Runs the command over the data folder.
@@ -70,6 +72,7 @@ protected:
     QTemporaryDir folder;
     ManualClock clock{QDateTime(QDate(2026, 3, 10), QTime(9, 0))};
     FileSystem files;
+    SettingsStore settings{folder.filePath(QStringLiteral("settings"))};
 };
 
 } // namespace yrw::test

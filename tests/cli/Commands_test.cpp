@@ -1,4 +1,11 @@
+#include "platform/rtf/Reader.h"
 #include "tests/cli/CommandFixture.h"
+#include "tests/support/ZoneClock.h"
+
+#include <algorithm>
+
+#include <QLocale>
+#include <QScopeGuard>
 
 namespace yrw::test {
 namespace {
@@ -15,6 +22,7 @@ TEST_F(CommandsTest, WrongUseIsOneLineAndStatusTwo) {
                                  "list --owner cu:x",
                                  "list --owner cu:1 --system",
                                  "list --from yesterday",
+                                 "list --sort size",
                                  "show",
                                  "show abc",
                                  "show -- -1",
@@ -24,6 +32,9 @@ TEST_F(CommandsTest, WrongUseIsOneLineAndStatusTwo) {
                                  "add --subject a --at 2026-03-11",
                                  "add --subject a --remind nobody --at 2026-03-11",
                                  "add --subject a --remind users: --at 2026-03-11",
+                                 "add --subject a --remind users:,, --at 2026-03-11",
+                                 "list --to 10000-01-01",
+                                 "list --to 2026-03-10T25:00",
                                  "add --subject a --text b --rtf c",
                                  "reminders --note x",
                                  "reminders --due --note 1",
@@ -45,6 +56,35 @@ TEST_F(CommandsTest, HelpAndVersionNeedNoData) {
     EXPECT_EQ(help.status, kExitDone);
     EXPECT_TRUE(help.out.contains(QStringLiteral("--remind")));
     EXPECT_EQ(runBare({QStringLiteral("--version")}).status, kExitDone);
+}
+
+TEST_F(CommandsTest, ListSortsTextsInTheUsersLanguage) {
+    const auto restore = qScopeGuard([] { QLocale::setDefault(QLocale::c()); });
+    const char* const notes[] = {"Zeta|BEN|2026-03-01", "Äpfel|ANNA|2026-03-03",
+                                 "birnen|BEN|2026-02-09"};
+    for (const char* const note : notes) {
+        const QStringList parts = QString::fromUtf8(note).split(u'|');
+        run(QStringList{"--user", parts[1], "add", "--subject", parts[0], "--date", parts[2]});
+    }
+    const struct {
+        const char* locale;
+        const char* sort;
+        const char* ids;
+    } cases[] = {{"de_DE", "subject", "231"},
+                 {"sv_SE", "subject", "312"},
+                 {"de_DE", "date", "312"},
+                 {"de_DE", "author", "213"},
+                 {"de_DE", "id", "123"}};
+    for (const auto& each : cases) {
+        QLocale::setDefault(QLocale(each.locale));
+        const QStringList words{"list", "--sort", each.sort};
+        EXPECT_EQ(run(words + QStringList("--json")).column("RecordID").join(""), each.ids);
+        QString ids;
+        for (const QString& line : run(words).out.split(u'\n', Qt::SkipEmptyParts)) {
+            ids += line.trimmed().left(1);
+        }
+        EXPECT_EQ(ids, each.ids) << each.sort;
+    }
 }
 
 TEST_F(CommandsTest, AddsANoteThatListAndShowGiveBack) {
@@ -115,6 +155,9 @@ TEST_F(CommandsTest, ListFilters) {
         {"list --from 2026-02-01", "2,3,4"},
         {"list --to 2026-02-01", "1,2"},
         {"list --from 2026-01-02 --to 2026-03-10", "2,3,4"},
+        {"list --to 9999-12-31", "1,2,3,4"},
+        {"list --from 2026-03-10T09:00:00 --to 2026-03-10T09:00:00", "3,4"},
+        {"list --to 2026-03-10T08:59", "1,2"},
     };
     for (const auto& c : cases) {
         QStringList words = QString::fromUtf8(c.words).split(u' ');
@@ -184,18 +227,142 @@ TEST_F(CommandsTest, FinishesReopensAndDeletes) {
     EXPECT_TRUE(run("reminders --json").json().isEmpty());
 }
 
-TEST_F(CommandsTest, AControlCharacterCannotReachTheTerminal) {
-    run({QStringLiteral("add"), QStringLiteral("--subject"), QStringLiteral("a\x1b[2J\nb")});
-    const QString out = run("list").out;
-    EXPECT_FALSE(out.contains(u'\x1b'));
-    EXPECT_EQ(out.count(u'\n'), 1);
+TEST_F(CommandsTest, AnErrorNamesWhatItIsAbout) {
+    QTemporaryDir elsewhere;
+    const QString file = elsewhere.filePath(QStringLiteral("no.rtf"));
+    const struct {
+        QStringList words;
+        QString begins;
+    } cases[] = {
+        {{"show", "9999"}, "Note 9999 was not found."},
+        {{"done", "9999"}, "Note 9999 was not found."},
+        {{"delete", "9999"}, "Note 9999 was not found."},
+        {{"reminders", "--note", "9999"}, "Note 9999 was not found."},
+        {{"add", "--subject", "s", "--rtf", file}, file},
+        {{"--user", "A\x1b[2J", "list"}, "There is no user 'A [2J'."},
+    };
+    for (const auto& c : cases) {
+        const QString err = run(c.words).err;
+        EXPECT_TRUE(err.startsWith(u"yrwnotes: " + c.begins)) << qPrintable(err);
+    }
 }
 
-TEST_F(CommandsTest, AFolderWithoutAHostDatabaseIsServedToo) {
-    QFile::remove(folder.filePath(QStringLiteral("Desk.mdb")));
-    EXPECT_EQ(run("add --subject a --owner cu:7").status, kExitDone);
-    EXPECT_EQ(run("list --owner cu:7 --json").json().size(), 1);
-    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("Desk.mdb"))));
+TEST_F(CommandsTest, ATimeThatTheClocksLeaveOutIsTakenAsTheOneAfterIt) {
+    const InZone zone("Europe/Vienna");
+    const Outcome added = run({"add", "--subject", "s", "--date", "2026-03-29 02:30", "--remind",
+                               "me", "--at", "2026-03-29 02:40"});
+    EXPECT_EQ(added.status, kExitDone) << qPrintable(added.err);
+    EXPECT_EQ(run("list --json").column("Date"), QStringList("2026-03-29 03:30:00"));
+    EXPECT_EQ(run("reminders --json").column("NextDate"), QStringList("2026-03-29 03:40:00"));
+    EXPECT_EQ(run("list --json --from 2026-03-29T02:10 --to 2026-03-29T03:30").json().size(), 1);
+    EXPECT_EQ(run("list --json --to 2026-03-29T02:59").json().size(), 0);
+}
+
+TEST_F(CommandsTest, ControlCharactersOfANoteAreNoCommandsToATerminal) {
+    const QString hostile = QString::fromUtf8("a\x1b[2J\x7f\xc2\x9b"
+                                              "31m\r\n\tb");
+    run({"add", "--subject", hostile, "--text", hostile, "--remind", "me", "--at", "2026-03-11"});
+    change("UPDATE tblNotes SET RTFNote = '{\\rtf1 ' || char(27) || '[2J}'");
+    const struct {
+        const char* words;
+        int lines;
+    } texts[] = {{"list", 1}, {"show 1", 8}, {"show 1 --text", 2}, {"reminders", 1}};
+    const QString controls = QString::fromUtf8("\x1b\x7f\xc2\x9b\r");
+    const auto hasControl = [&](const QString& out) {
+        return std::any_of(controls.begin(), controls.end(),
+                           [&](QChar c) { return out.contains(c); });
+    };
+    for (const auto& text : texts) {
+        const QString out = run(text.words).out;
+        EXPECT_FALSE(hasControl(out)) << text.words;
+        EXPECT_EQ(out.count(u'\n'), text.lines) << text.words;
+    }
+    // For programs they stay, escaped or as they are; a terminal gets neither.
+    const Outcome json = run("show 1 --json");
+    EXPECT_FALSE(hasControl(json.out));
+    EXPECT_EQ(QJsonDocument::fromJson(json.out.toUtf8())["Subject"], hostile);
+    EXPECT_TRUE(run("show 1 --rtf").out.contains(u'\x1b'));
+    const QStringList rtf{"--data", folder.path(), "show", "1", "--rtf"};
+    EXPECT_FALSE(hasControl(runBare(rtf, {}, true).out));
+}
+
+TEST_F(CommandsTest, AddedTextIsInTheUsersFont) {
+    settings.save("Yarrowen", "YRWNotes Settings", "DefaultFontName", "DejaVu Serif");
+    settings.save("Yarrowen", "YRWNotes Settings", "DefaultFontSize", "13");
+    settings.save("Yarrowen", "YRWNotes Settings", "DefaultFontItalic", "True");
+    settings.save("Yarrowen", "YRWNotes Settings", "DefaultFontColour", "255");
+    run({"add", "--subject", "s", "--text", "one\ntwo"});
+    const rtf::Document body = rtf::read(QStringView(run("show 1 --rtf").out));
+    ASSERT_EQ(body.runs.size(), 2U);
+    for (const rtf::Run& part : body.runs) {
+        const rtf::CharFormat& format = body.charFormats.at(size_t(part.format));
+        EXPECT_EQ(body.fonts.at(size_t(format.font)).name, "DejaVu Serif");
+        EXPECT_EQ(format.halfPoints, 26);
+        EXPECT_TRUE(format.italic);
+        EXPECT_FALSE(format.bold);
+        EXPECT_EQ(format.colour, 0xFF0000);
+    }
+}
+
+/// A folder whose host is another one: its database is not there.
+class ForeignFolderTest : public CommandFixture {
+protected:
+    ForeignFolderTest() {
+        run("add --subject a --owner cu:2 --remind me --at 2026-03-09");
+        QFile::remove(folder.filePath("Desk.mdb"));
+        change(
+            "UPDATE tblNotes SET OwnerComponentProgID = 'Other.Application', RecordUserID = 71,"
+            " RecordUserCode = 'ZOE'; UPDATE tblReminders SET UserID = 71;"
+            "DELETE FROM tblUserNames;"
+            "INSERT INTO tblUserNames VALUES (71, 'ZOE', 'Zoe Zelkova'), (80, 'PAT', 'Pat Pine')");
+    }
+};
+
+TEST_F(ForeignFolderTest, HasTheUsersThatTheNotesKnowAndNoOthers) {
+    const struct {
+        const char* words;
+        ExitStatus status;
+        const char* says; ///< in what is printed
+    } steps[] = {
+        {"list", kExitDone, "ZOE"},
+        {"reminders", kExitDone, "ZOE"},
+        {"--user ANNA list", kExitNothing, "The users are PAT, ZOE."},
+        {"--user zoe reminders --due", kExitDone, "ZOE"},
+        {"reminders --due --json", kExitDone, "[\n]"},
+        {"--user zoe list --mine", kExitDone, "ZOE"},
+        {"add --subject b --owner cu:7", kExitFailed,
+         "A note on a record needs the host's database"},
+        {"add --subject b --remind group --at 2026-03-11", kExitFailed, "A group needs the host's"},
+        {"add --subject b --remind users:ANNA --at 2026-03-11", kExitNothing, "no user 'ANNA'"},
+        {"--user ZOE add --subject b --remind everyone --at 2026-03-11", kExitDone, "2"},
+        {"done 1", kExitDone, ""},
+        {"export --format ics", kExitDone, "CONTACT:Zoe Zelkova"},
+    };
+    for (const auto& step : steps) {
+        const Outcome outcome = run(step.words);
+        EXPECT_EQ(outcome.status, step.status) << step.words;
+        const QString said = outcome.out + outcome.err;
+        EXPECT_TRUE(said.contains(QLatin1String(step.says)))
+            << step.words << ": " << qPrintable(said);
+    }
+    QStringList ids = run("reminders --note 2 --json").column("UserID");
+    ids.sort();
+    EXPECT_EQ(ids, (QStringList{"71", "80"}));
+    EXPECT_EQ(run("list --json").column("RecordUserID"), (QStringList{"71", "71"}));
+    EXPECT_FALSE(QFile::exists(folder.filePath("Desk.mdb")));
+}
+
+TEST_F(ForeignFolderTest, RefusesWhatItCannotKnow) {
+    change("INSERT INTO tblNotes (OwnerComponentProgID, OwnerObjectKey) VALUES ('Third.App', 'x')");
+    EXPECT_EQ(run("reminders --due").status, kExitFailed) << "whose reminders?";
+    change("DELETE FROM tblUserNames");
+    for (const char* words : {"add --subject b", "done 1", "list --mine", "reminders --due"}) {
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.status, kExitFailed) << words;
+        EXPECT_TRUE(outcome.err.contains("knows no users yet")) << qPrintable(outcome.err);
+    }
+    EXPECT_EQ(run("list").status, kExitDone);
+    EXPECT_EQ(run("show 1").status, kExitDone);
 }
 
 } // namespace

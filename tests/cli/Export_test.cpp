@@ -1,7 +1,10 @@
 #include "cli/ProgressLine.h"
 #include "tests/cli/CommandFixture.h"
 
+#include <QProcess>
 #include <QRegularExpression>
+
+#include <unistd.h>
 
 namespace yrw::test {
 namespace {
@@ -30,19 +33,79 @@ TEST_F(ExportTest, JsonHoldsEveryNoteWithItsReminders) {
     EXPECT_EQ(note.value(QStringLiteral("Reminders")).toArray().size(), 2);
 }
 
-TEST_F(ExportTest, CsvQuotesWhatItMust) {
-    const QString csv = run("export --format csv").out;
-    EXPECT_TRUE(csv.startsWith(QStringLiteral("RecordID,Subject,")));
-    EXPECT_TRUE(csv.contains(QStringLiteral(",")));
-    EXPECT_TRUE(csv.contains(QStringLiteral("\"a;b, c\\d \"\"e\"\" <script>\"")))
-        << qPrintable(csv);
+/// Reads an export as its usual readers do and prints what they find: of CSV the second and the
+/// fourth column, of HTML tags and texts, of a calendar the properties after unfolding and
+/// unescaping.
+constexpr const char* kReaders = R"(
+import csv, html.parser, io, re, sys
+kind, text = sys.argv[1], sys.stdin.buffer.read().decode('utf-8')
+if kind == 'csv':
+    for row in csv.reader(io.StringIO(text, newline='')):
+        print(ascii(row[1]))
+elif kind == 'html':
+    class Reader(html.parser.HTMLParser):
+        def handle_starttag(self, tag, attributes):
+            if tag in ('script', 'img', 'a', 'b'): print('TAG', tag)
+        def handle_data(self, data):
+            if data.strip(): print(ascii(data.strip()))
+    Reader().feed(text)
+else:
+    for line in re.sub('\r\n[ \t]', '', text).split('\r\n'):
+        name, _, value = line.partition(':')
+        if re.search('[\x00-\x08\x0a-\x1f\x7f-\x9f]', line): print('CONTROL', ascii(line))
+        if name in ('SUMMARY', 'ATTENDEE', 'ATTACH'):
+            print(name, ascii(re.sub(r'\\(.)', lambda m: '\n' if m[1] in 'nN' else m[1], value)))
+)";
+
+TEST_F(ExportTest, IsHarmlessToItsReaders) {
+    const QString hostile[] = {
+        u"=cmd|'/c calc'!A1"_qs,
+        u"  +1"_qs,
+        u"-1,2"_qs,
+        u"@SUM(A1)"_qs,
+        u"\t=1"_qs,
+        u"a\x1b[2J\x07"_qs,
+        u"x\"><script>alert(1)</script>&amp;"_qs,
+        u"end\r\nEND:VEVENT\r\nATTACH:file:///etc/passwd\\n;,"_qs,
+    };
+    change("DELETE FROM tblNotes; DELETE FROM tblReminders");
+    for (const QString& line : hostile) {
+        run({"add", "--subject", line, "--text", line, "--remind", "me", "--at", "2026-03-12"});
+    }
+    const auto read = [&](const QString& format) {
+        QProcess reader;
+        reader.start("python3", {"-c", kReaders, format});
+        reader.write(run({"export", "--format", format}).out.toUtf8());
+        reader.closeWriteChannel();
+        EXPECT_TRUE(reader.waitForFinished() && reader.exitCode() == 0)
+            << reader.readAllStandardError().constData();
+        return QString::fromUtf8(reader.readAllStandardOutput());
+    };
+    EXPECT_EQ(read("csv"), R"__('Subject'
+"'=cmd|'/c calc'!A1"
+"'  +1"
+"'-1,2"
+"'@SUM(A1)"
+"'\t=1"
+'a[2J'
+'x"><script>alert(1)</script>&amp;'
+'end\r\nEND:VEVENT\r\nATTACH:file:///etc/passwd\\n;,'
+)__");
+    const QString html = read("html");
+    EXPECT_FALSE(html.contains("TAG")) << qPrintable(html);
+    EXPECT_EQ(html.count(R"('x"><script>alert(1)</script>&amp;')"), 2) << qPrintable(html);
+    EXPECT_FALSE(html.contains(R"(\x1b)"));
+    const QString calendar = read("ics");
+    EXPECT_EQ(calendar.count("SUMMARY"), int(std::size(hostile))) << qPrintable(calendar);
+    EXPECT_FALSE(calendar.contains("\nATTACH") || calendar.contains("CONTROL"));
+    EXPECT_TRUE(calendar.contains(R"('end\nEND:VEVENT\nATTACH:file:///etc/passwd\\n;,')"))
+        << qPrintable(calendar);
 }
 
-TEST_F(ExportTest, HtmlHasAPagePerRecordAndEscapes) {
+TEST_F(ExportTest, HtmlHasAPagePerRecord) {
     const QString html = run("export --format html").out;
     EXPECT_EQ(html.count(QStringLiteral("<section>")), 2);
     EXPECT_EQ(html.count(QStringLiteral("</section>")), 2);
-    EXPECT_FALSE(html.contains(QStringLiteral("<script>")));
     EXPECT_TRUE(html.contains(QStringLiteral("<h1>System notes</h1>")));
     EXPECT_TRUE(html.contains(QStringLiteral("<h1>Customer ")));
 }
@@ -71,10 +134,41 @@ TEST_F(ExportTest, WritesAFileWholeOrNotAtAll) {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(QString::fromUtf8(file.readAll()), run("export --format csv").out);
-    const QString nowhere = folder.filePath(QStringLiteral("no/such/folder"));
+    QTemporaryDir elsewhere;
+    const QString nowhere = elsewhere.filePath(QStringLiteral("no/such/folder"));
     const Outcome failed = run(words + QStringList(nowhere));
     EXPECT_EQ(failed.status, kExitFailed);
-    EXPECT_TRUE(failed.err.contains(nowhere));
+    EXPECT_TRUE(failed.err.startsWith(u"yrwnotes: " + nowhere)) << qPrintable(failed.err);
+}
+
+TEST_F(ExportTest, NeverOverwritesTheData) {
+    QTemporaryDir elsewhere;
+    const auto link = [&](const char* name, const QString& to) {
+        const QString path = elsewhere.filePath(QLatin1String(name));
+        EXPECT_TRUE(QFile::link(to, path));
+        return path;
+    };
+    const QString hard = elsewhere.filePath(QStringLiteral("hard"));
+    ASSERT_EQ(::link(qPrintable(notesPath()), qPrintable(hard)), 0);
+    const QString linkedFolder = link("folder", folder.path());
+    const QString cases[] = {
+        notesPath(),
+        notesPath() + QStringLiteral("-wal"),
+        notesPath() + QStringLiteral("-journal"),
+        folder.filePath(QStringLiteral("./Desk.mdb")),
+        link("soft", link("second", notesPath())),
+        link("dangling", notesPath() + QStringLiteral("-journal")),
+        linkedFolder + QStringLiteral("/Notes.mdb-journal"),
+        hard,
+    };
+    for (const QString& path : cases) {
+        const Outcome refused = run({QStringLiteral("export"), QStringLiteral("--format"),
+                                     QStringLiteral("json"), QStringLiteral("--output"), path});
+        EXPECT_EQ(refused.status, kExitFailed) << qPrintable(path);
+        EXPECT_TRUE(refused.err.startsWith(u"yrwnotes: " + path)) << qPrintable(refused.err);
+    }
+    EXPECT_EQ(run("list --json").json().size(), 2);
+    EXPECT_FALSE(QFile::exists(notesPath() + QStringLiteral("-journal")));
 }
 
 TEST_F(ExportTest, ConvertsRichText) {
@@ -114,12 +208,12 @@ TEST_F(ExportTest, ConvertsRichText) {
               kExitFailed);
 }
 
-TEST(ProgressLineTest, IsSilentForASecondAndWipedAtTheEnd) {
+TEST(ProgressLineTest, IsSilentForASecondOrUnseenAndWipedAtTheEnd) {
     ManualClock clock(QDateTime(QDate(2026, 3, 10), QTime(9, 0)));
     QBuffer err;
     err.open(QIODevice::WriteOnly);
-    const auto work = [&](int steps) {
-        ProgressLine progress(err, clock, QStringLiteral("notes"));
+    const auto work = [&](int steps, bool isLookedAt) {
+        ProgressLine progress(err, clock, QStringLiteral("notes"), isLookedAt);
         for (int i = 0; i < 200; ++i) {
             progress.step();
         }
@@ -128,9 +222,10 @@ TEST(ProgressLineTest, IsSilentForASecondAndWipedAtTheEnd) {
             progress.step();
         }
     };
-    work(0);
+    work(0, true);
+    work(2, false);
     EXPECT_TRUE(err.data().isEmpty());
-    work(2);
+    work(2, true);
     EXPECT_TRUE(err.data().contains("256 notes ..."));
     EXPECT_TRUE(err.data().endsWith(" \r"));
     EXPECT_FALSE(err.data().contains('\n'));

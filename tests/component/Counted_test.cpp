@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 
@@ -70,6 +71,21 @@ TEST(GuardedPtr, BecomesNothingWhenTheHostDestroysTheObject) {
     part.reset();
     EXPECT_FALSE(guarded);
     EXPECT_FALSE(GuardedPtr<HostPart>(nullptr));
+}
+
+TEST(Ref, FollowingNothingRaises) {
+    const Ref<Both> nothing;
+    const GuardedPtr<HostPart> gone;
+    for (const std::function<void()>& follow : std::initializer_list<std::function<void()>>{
+             [&] { (void)nothing->referenceCount(); }, [&] { (void)*nothing; },
+             [&] { (void)gone->asQObject(); }, [&] { (void)*gone; }}) {
+        try {
+            follow();
+            ADD_FAILURE() << "nothing was raised";
+        } catch (const AutomationError& error) {
+            EXPECT_EQ(error.number(), kErrorObjectRequired);
+        }
+    }
 }
 
 TEST(CallByName, NothingAsObjectIsAnError) {

@@ -9,6 +9,8 @@
 #include <QScrollBar>
 #include <QSet>
 
+#include <functional>
+
 using namespace yrw;
 
 namespace {
@@ -265,6 +267,55 @@ TEST_F(GridTest, markedRowsKeepTheirColourAndDarkTextWhateverTheTheme) {
         EXPECT_GT(best, 4.5);
     }
     EXPECT_FALSE(grid->paintedRowColour(77).isValid());
+}
+
+TEST_F(GridTest, theCurrentRowAndTheMarkAreSeenOnEveryColour) {
+    show(5);
+    grid->setFetchRowStyle(0, true);
+    grid->setCurrentRow(2);
+    QColor mark;
+    std::function<bool(qint64)> marks;
+    const Connection styling =
+        grid->FetchRowStyle.connect([&](int, dao::Bookmark row, RowStyle& style) {
+            if (marks(row.place())) {
+                style.setBackColor(bgrOfColour(mark));
+            }
+        });
+    const std::function<bool(qint64)> patterns[] = {
+        [](qint64) { return true; }, [](qint64 row) { return row == 2; },
+        [](qint64 row) { return row != 2; }, [](qint64) { return false; }};
+    for (const auto& [base, highlight] :
+         {std::pair(QColor(Qt::white), QColor(0x30, 0x8c, 0xc6)),
+          std::pair(QColor(0x2a, 0x2a, 0x2a), QColor(0x30, 0x60, 0xb0))}) {
+        QPalette palette(base == QColor(Qt::white) ? QColor(0xef, 0xef, 0xef)
+                                                   : QColor(0x35, 0x35, 0x35));
+        palette.setColor(QPalette::Base, base);
+        palette.setColor(QPalette::Highlight, highlight);
+        grid->setPalette(palette);
+        for (const QColor& each : {colourOfBgr(kMarkColour), QColor(0xff, 0xff, 0x80), highlight}) {
+            for (const auto& pattern : patterns) {
+                mark = each;
+                marks = pattern;
+                repaint();
+                const QImage image = body()->grab().toImage();
+                const QRect cell = grid->cellRect(2, 2);
+                const int top = body()->mapFrom(grid, cell.topLeft()).y();
+                const int x = body()->mapFrom(grid, cell.center()).x() + cell.width();
+                const int bottom = top + cell.height() - 1;
+                const auto at = [&](int y) { return image.pixelColor(x, y); };
+                EXPECT_GE(contrast(at(top), at(top - 4)), 3) << at(top).name().toStdString();
+                EXPECT_GE(contrast(at(bottom), at(bottom + 4)), 3);
+                const QColor own = grid->paintedRowColour(2);
+                EXPECT_GE(std::max(contrast(at(top), own), contrast(at(top + 2), own)), 3);
+                EXPECT_GE(std::max(contrast(at(bottom), own), contrast(at(bottom - 2), own)), 3);
+                // A corner of the row's mark tells it from others.
+                const int row = body()->mapFrom(grid, grid->cellRect(1, 1).topLeft()).y();
+                const QColor corner = image.pixelColor(17, row + 1);
+                const QColor button = palette.color(QPalette::Button);
+                EXPECT_EQ(contrast(corner, button) >= 3, pattern(1));
+            }
+        }
+    }
 }
 
 TEST_F(GridTest, cellFrameIsPaintedInItsColour) {

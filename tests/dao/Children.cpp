@@ -6,6 +6,8 @@
 
 #include <cstdio>
 
+#include <unistd.h>
+
 namespace yrw::dao {
 
 namespace {
@@ -95,12 +97,30 @@ int mixOperations(const QString& file, int number, int operations) {
     return 0;
 }
 
+/// Reads as a user who may not write: the number of notes, for each line that comes in.
+int readWhenAsked(const QString& file) {
+    constexpr uid_t kNobody = 65534;
+    if (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0) {
+        return 1;
+    }
+    const auto database = open(file);
+    for (char line[16]; std::fgets(line, sizeof line, stdin) != nullptr;) {
+        const auto count = database->OpenRecordset(u"SELECT Count(*) FROM tblNotes"_qs);
+        std::printf("%d\n", database->isReadOnly() ? count->value(0).toInt() : -1);
+        std::fflush(stdout);
+    }
+    return 0;
+}
+
 } // namespace
 
 int runChild(const QStringList& arguments) {
     try {
         if (arguments.size() == 3 && arguments[1] == u"--writer") {
             return writeForEver(arguments[2]);
+        }
+        if (arguments.size() == 3 && arguments[1] == u"--reader") {
+            return readWhenAsked(arguments[2]);
         }
         if (arguments.size() == 5 && arguments[1] == u"--mixed") {
             return mixOperations(arguments[2], arguments[3].toInt(), arguments[4].toInt());

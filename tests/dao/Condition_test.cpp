@@ -2,6 +2,7 @@
 
 #include "tests/dao/DaoFixture.h"
 
+#include <QElapsedTimer>
 #include <QRandomGenerator>
 
 namespace yrw::dao {
@@ -172,6 +173,29 @@ TEST_F(ConditionTest, AnyTextIsEitherReadOrRefused) {
     }
     EXPECT_GT(accepted, 20);
     EXPECT_EQ(database->OpenRecordset(u"tblNotes"_qs)->RecordCount(), 3);
+}
+
+TEST_F(ConditionTest, AListOfManyKeysTakesItsTimeOnce) {
+    const auto milliseconds = [&](const QString& field, const QString& quote, int count) {
+        QStringList keys{QStringLiteral("%1o'2%1").arg(quote)};
+        if (quote.isEmpty()) {
+            keys = {QStringLiteral("2")};
+        }
+        for (int key = 10; key < count; ++key) {
+            keys += quote + QString::number(key) + quote;
+        }
+        QElapsedTimer timer;
+        timer.start();
+        EXPECT_EQ(selected(QStringLiteral("[%1] In (%2)").arg(field, keys.join(u','))), "2");
+        return timer.elapsed();
+    };
+    database->RunScript(u"UPDATE tblNotes SET RecordUserCode = 'o''2' WHERE RecordID = 2"_qs);
+    const std::pair<QString, QString> lists[] = {{u"RecordID"_qs, QString()},
+                                                 {u"RecordUserCode"_qs, u"\""_qs}};
+    for (const auto& [field, quote] : lists) {
+        const qint64 few = milliseconds(field, quote, 5'000);
+        EXPECT_LT(milliseconds(field, quote, 40'000), 8 * (4 * few + 50)) << qPrintable(field);
+    }
 }
 
 } // namespace

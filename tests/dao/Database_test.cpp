@@ -1,8 +1,7 @@
-#include "platform/dao/Upgrade.h"
-
 #include "tests/dao/DaoFixture.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -284,7 +283,7 @@ bool isMapped(const QString& file) {
 TEST_F(JournalTest, OnlyALongReadOfALocalFileMapsIt) {
     Transaction transaction(*database);
     for (int i = 0; i < 900; ++i) {
-        addNote(QString(300, u's'));
+        addNote(QString(255, u's'));
     }
     transaction.commit();
     database->Close();
@@ -338,25 +337,119 @@ TEST_F(JournalTest, AFileInAReadOnlyFolderOpensReadOnly) {
               kErrorReadOnly);
 }
 
-TEST_F(DatabaseTest, UpgradesOnceAfterACopyAndRefusesTheNewer) {
-    addNote(u"old"_qs);
-    database->setSchemaVersion(1);
-    const UpgradeStep steps[] = {
-        {1, u"broken, but long done"_qs},
-        {2, u"ALTER TABLE tblSystem ADD COLUMN Extra LONG"_qs},
-        {3, u"UPDATE tblNotes SET Subject = 'new'"_qs},
+/// What somebody put into the file, and what the reader does then.
+struct HostileText {
+    const char* what;
+    QString script;
+    std::function<void(Database&)> use;
+    QString words; ///< in the error; empty where there is none
+};
+
+QString storedAs(const QString& name, const QString& kind, QString sql) {
+    return u"INSERT OR REPLACE INTO tblQueries (Name, Kind, SQL) VALUES ('%1', '%2', '%3')"_qs.arg(
+        name, kind, sql.replace(u'\'', u"''"_qs));
+}
+
+void readAll(Database& from, const QString& source) {
+    const auto rows = from.OpenRecordset(source, RecordsetType::ForwardOnly);
+    while (!rows->AtEof()) {
+        rows->MoveNext();
+    }
+}
+
+void removeNote(Database& in) {
+    in.ExecuteQuery(u"delNoteByID"_qs, {});
+}
+
+void addOne(Database& to) {
+    const auto rows = to.OpenRecordset(u"tblNotes"_qs, RecordsetType::Table);
+    rows->AddNew();
+    rows->setValue(u"Subject", u"x"_qs);
+    rows->Update();
+}
+
+std::vector<HostileText> hostileTexts(const QString& other) {
+    const QString endless = u"SELECT count(*) AS n FROM %1 AS a, %1 AS b, %1 AS c, %1 AS d, %1 AS e"
+                            " WHERE a.RecordID + b.RecordID + c.RecordID = -1"_qs;
+    const QString many = u"(SELECT RecordID FROM tblNotes UNION ALL SELECT RecordID FROM many)"_qs;
+    const auto open = [](const QString& source) {
+        return [source](Database& in) { readAll(in, source); };
     };
-    const QString copy = bringUpToDate(*database, steps);
-    EXPECT_EQ(database->SchemaVersion(), 3);
-    EXPECT_TRUE(database->hasField(u"tblSystem"_qs, u"Extra"_qs));
-    EXPECT_EQ(read(*workspace->OpenDatabase(copy), 1, u"Subject").toString(), u"old");
-    EXPECT_TRUE(bringUpToDate(*database, steps).isEmpty());
-    EXPECT_EQ(errorOf([&] { bringUpToDate(*database, std::span(steps).first(2)); }),
-              kErrorNewerSchema);
-    const UpgradeStep bad[] = {{4, u"DELETE FROM tblNotes"_qs}, {5, u"no statement"_qs}};
-    EXPECT_EQ(errorOf([&] { bringUpToDate(*database, bad); }), kErrorDatabaseEngine);
-    EXPECT_EQ(database->SchemaVersion(), 3);
-    EXPECT_EQ(noteCount(), 1);
+    return {
+        {"an action attaches a file",
+         storedAs(u"delNoteByID"_qs, u"action"_qs, u"ATTACH '%1' AS p"_qs.arg(other)), removeNote,
+         u"refused"_qs},
+        {"an action turns a protection off",
+         storedAs(u"delNoteByID"_qs, u"action"_qs, u"PRAGMA writable_schema = 1"_qs), removeNote,
+         u"refused"_qs},
+        {"an action drops a table",
+         storedAs(u"delNoteByID"_qs, u"action"_qs, u"DROP TABLE tblReminders"_qs), removeNote,
+         u"refused"_qs},
+        {"a query loads a library",
+         storedAs(u"q"_qs, u"select"_qs, u"SELECT load_extension('x.so')"_qs), open(u"q"_qs),
+         u"refused"_qs},
+        {"a query takes all memory",
+         storedAs(u"q"_qs, u"select"_qs, u"SELECT randomblob(900000000)"_qs), open(u"q"_qs),
+         u"refused"_qs},
+        {"a query counts for ever",
+         storedAs(u"q"_qs, u"select"_qs,
+                  u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+                  "SELECT max(i) FROM n"_qs),
+         open(u"q"_qs), u"refused"_qs},
+        {"a query joins for ever", storedAs(u"q"_qs, u"select"_qs, endless.arg(many)),
+         open(u"q"_qs), u"stopped"_qs},
+        {"a view counts for ever",
+         u"DROP VIEW qryNotes; CREATE VIEW qryNotes AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+         "SELECT i + 1 FROM n) SELECT i AS RecordID FROM n"_qs,
+         open(u"SELECT Count(*) FROM qryNotes"_qs), u"refused"_qs},
+        {"a view joins for ever, and so does a trigger",
+         u"CREATE TRIGGER t AFTER INSERT ON tblNotes BEGIN UPDATE tblSettings SET "
+         "HighlightRowColour = (%1); END; DROP VIEW qryNotes; CREATE VIEW qryNotes AS %1"_qs.arg(
+             endless.arg(u"many"_qs)),
+         [](Database& in) {
+             EXPECT_EQ(errorOf([&] { readAll(in, u"qryNotes"_qs); }), kErrorDatabaseEngine);
+             addOne(in);
+         },
+         u"stopped"_qs},
+        {"a query is like those that ship",
+         storedAs(
+             u"q"_qs, u"select"_qs,
+             u"SELECT upper(Subject) FROM tblNotes WHERE Date <= datetime(Now(), '1 minutes')"_qs),
+         open(u"q"_qs),
+         {}},
+    };
+}
+
+TEST_F(DatabaseTest, TextInTheFileReachesNoOtherFileAndComesToAnEnd) {
+    addNote(u"a"_qs);
+    const QString other = path(u"private.mdb"_qs);
+    workspace->CreateDatabase(other)->RunScript(u"CREATE TABLE secret (x)"_qs);
+    database->RunScript(u"CREATE TABLE many AS WITH RECURSIVE n(RecordID) AS (SELECT 1 UNION ALL "
+                        "SELECT RecordID + 1 FROM n WHERE RecordID < 3000) SELECT * FROM n"_qs);
+    database->Close();
+    for (const HostileText& hostile : hostileTexts(other)) {
+        const QString copy = path(u"case.mdb"_qs);
+        QFile::remove(copy);
+        ASSERT_TRUE(QFile::copy(path(), copy));
+        const auto shared = workspace->OpenDatabase(copy);
+        shared->RunScript(hostile.script);
+        QString words;
+        QElapsedTimer timer;
+        timer.start();
+        try {
+            hostile.use(*shared);
+        } catch (const AutomationError& error) {
+            words = error.description();
+        }
+        EXPECT_LT(timer.elapsed(), 60'000) << hostile.what;
+        EXPECT_EQ(words.isEmpty(), hostile.words.isEmpty())
+            << hostile.what << ": " << words.toStdString();
+        EXPECT_TRUE(words.contains(hostile.words)) << hostile.what << words.toStdString();
+        EXPECT_TRUE(words.isEmpty() || words.contains(copy)) << hostile.what;
+        EXPECT_TRUE(shared->hasTable(u"tblReminders"_qs)) << hostile.what;
+        EXPECT_TRUE(shared->CheckIntegrity().isEmpty()) << "the connection goes on";
+        shared->Close();
+    }
 }
 
 TEST_F(DatabaseTest, TheIntegrityCheckFindsDamage) {

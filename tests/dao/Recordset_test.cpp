@@ -268,6 +268,22 @@ TEST_F(RecordsetTest, ValuesComeBackIdentical) {
     }
 }
 
+TEST_F(RecordsetTest, TextLeadsADynasetInTheUsersLanguageAndDatesInTheirs) {
+    for (const char* subject : {"Zeta", "Äpfel", "apfel", "Birnen", "äpfel"}) {
+        addNote(QString::fromUtf8(subject));
+    }
+    addNote({{u"Status"_qs, 2}});
+    const std::pair<QString, QString> cases[] = {{u"Subject"_qs, u"635241"_qs},
+                                                 {u"Subject DESC"_qs, u"142536"_qs},
+                                                 {u"Status DESC, Subject"_qs, u"6"_qs},
+                                                 {u"RecordID DESC"_qs, u"654321"_qs}};
+    for (const auto& [order, ids] : cases) {
+        const QString source = u"SELECT * FROM tblNotes ORDER BY "_qs + order;
+        const QString found = column(*open(RecordsetType::Dynaset, source), u"RecordID").join("");
+        EXPECT_TRUE(found.startsWith(ids)) << order.toStdString() << ": " << found.toStdString();
+    }
+}
+
 TEST_F(RecordsetTest, AStreamGoesOnWhenItHasToLetGoInBetween) {
     for (const QString& subject : {u"a"_qs, u"b"_qs, u"c"_qs}) {
         addNote(subject);

@@ -82,6 +82,22 @@ protected:
     QStringList calls;
 };
 
+TEST_F(AutoNotesPopup, ScreenReadersHearWhatComesUpAndTheKeyboardStays) {
+    fill(12);
+    present();
+    const QString words =
+        QStringLiteral("Automatic Notes. Customer: Larch [ANNA NOTES]. Subject 1. "
+                       "Subject 2. Subject 3. Subject 4. Subject 5. Subject 6. "
+                       "Subject 7. 5 more");
+    const auto* const said = popup->findChild<QWidget*>(QStringLiteral("announcement"));
+    ASSERT_NE(said, nullptr);
+    EXPECT_EQ(said->accessibleName(), words);
+    EXPECT_TRUE(said->isVisible());
+    EXPECT_EQ(popup->accessibleName(), QStringLiteral("Automatic Notes"));
+    EXPECT_EQ(popup->accessibleDescription(), words);
+    EXPECT_TRUE(host.isActiveWindow());
+}
+
 TEST_F(AutoNotesPopup, NotesOfOneCategoryFollowUnderOneHeading) {
     popup->AddNote(QStringLiteral("First"), 4, QStringLiteral("Left over"), {}, true);
     popup->AddNote(QStringLiteral("First"), 7, QStringLiteral("Ring"), QStringLiteral("At\r\nsix"),

@@ -1,6 +1,7 @@
 // The properties dialog: what it shows, refuses and raises.
 #include "dialogs/frmNoteProperties.h"
 #include "platform/forms/DatePicker.h"
+#include "tests/driving/ScreenWatch.h"
 #include "tests/support/FakeAddIn.h"
 #include "tests/support/ZoneClock.h"
 
@@ -136,6 +137,16 @@ TEST_F(NoteProperties, GroupNamesShowTheirAmpersand) {
         "UPDATE tblGroups SET GroupName = 'Sales & Co' WHERE GroupID = 1");
     open(nullptr);
     EXPECT_EQ(control("optReminder(3)").text(), "Remind Everyone in the 'Sales && Co' &Group");
+}
+
+TEST_F(NoteProperties, LongNamesLeaveTheDialogWholeOnTheScreen) {
+    store.host().DAODatabase()->RunScript(
+        QStringLiteral("UPDATE tblGroups SET GroupName = '%1'; UPDATE tblUsers SET LastName = '%1'")
+            .arg(QString(63, u'W')));
+    open(noteWith(ReminderKind::Everyone, {1, 2}));
+    dialog->move(0, 0); // where a window manager may put it
+    EXPECT_EQ(ScreenWatch::faultsOf(*dialog).join("; ").toStdString(), "");
+    EXPECT_TRUE(control("optReminder(3)").toolTip().contains(QString(63, u'W')));
 }
 
 TEST_F(NoteProperties, RefusesIncompleteInput) {
@@ -319,6 +330,25 @@ TEST_F(NoteProperties, ShowsAndRaisesTheNotesFields) {
     EXPECT_EQ(raised.date, store.clock().now());
 }
 
+TEST_F(NoteProperties, WhatIsLeftAloneKeepsItsSecondsAndALongSubjectShowsItsBeginning) {
+    const QDateTime date = store.clock().now().addSecs(27);
+    const QDateTime due = date.addSecs(86400);
+    for (const bool touched : {false, true}) {
+        const Ref<Note> note = noteWith(ReminderKind::Me, {1});
+        note->Field("Date")->setValue(date);
+        note->Field("ReminderDate")->setValue(due);
+        open(note);
+        EXPECT_EQ(control<QLineEdit>("txtSubject").cursorPosition(), 0);
+        if (touched) {
+            control<DatePicker>("dtpDate").stepBy(1);
+            control<DatePicker>("dtpReminder").addMinutes(1);
+        }
+        click("cmdForm(0)");
+        EXPECT_EQ(raised.date == date, !touched);
+        EXPECT_EQ(raised.due, touched ? due.addSecs(33) : due);
+    }
+}
+
 TEST_F(NoteProperties, EditingRecreatesTheReminders) {
     const Ref<Note> note = noteWith(ReminderKind::SelectedUsers, {2, 3});
     open(note);
@@ -345,17 +375,20 @@ TEST_F(NoteProperties, AFailedWriteLeavesRemindersAndDialogAsTheyWere) {
     EXPECT_EQ(script.pointer, MousePointer::Default);
 }
 
-TEST_F(NoteProperties, ASecondOkAfterAFailedReminderAddsNoSecondNote) {
+TEST_F(NoteProperties, AFailedReminderTakesTheNewNoteBackAndTheNextOkAddsIt) {
     open(nullptr);
     setSubject("Call");
     click("chkReminder");
     failingUser = 1;
     script.expectReport(1);
     click("cmdForm(0)");
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 0U);
+    EXPECT_EQ(control<QLineEdit>("txtSubject").text(), "Call");
     failingUser = 0;
     click("cmdForm(0)");
     EXPECT_TRUE(dialog->isUnloaded());
-    EXPECT_EQ(raised.events, QStringList({"AddNote", "EditNote"}));
+    EXPECT_EQ(raised.events, QStringList({"AddNote", "AddNote"}));
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
 }
 
 TEST_F(NoteProperties, StepsByHalfAnHour) {

@@ -1,4 +1,5 @@
-#include <QApplication>
+#include "tests/driving/DrivenApplication.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -23,8 +24,10 @@ int main(int argc, char** argv) {
         screens.write(kScreens);
         screens.close();
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screens.fileName()));
-    const QApplication application(argc, argv);
+    if (qgetenv("QT_QPA_PLATFORM") != "xcb") {
+        qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screens.fileName()));
+    }
+    yrw::test::DrivenApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return application.runTests();
 }

@@ -1,12 +1,18 @@
 #include "platform/forms/Form.h"
 
+#include "platform/forms/Contrast.h"
+
 #include <QApplication>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QShortcut>
+#include <QStyle>
 #include <QTest>
 #include <QTimer>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
@@ -178,6 +184,48 @@ TEST(FormTest, repeatedKeyIsSeenForEachRepetition) {
     form->unload();
 }
 
+/// What comes while an assistive program listens: the press is held back, then sent as a copy,
+/// which is offered once more. The copy is not spontaneous.
+TEST(FormTest, aKeyThatIsSentAgainIsHandledOnce) {
+    DiaryForm* const form = shownForm();
+    QLineEdit box; // the window that comes up meanwhile and takes the press
+    const auto send = [&](QWidget* to, QEvent::Type type, Qt::Key key, bool spontaneous) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(QChar(key)));
+        if (spontaneous) {
+            QSpontaneKeyEvent::setSpontaneous(&event);
+        }
+        qApp->notify(to, &event); // "sendEvent" makes them all a program's own
+    };
+    struct {
+        const char* events; ///< offer, press, release; lower case: of a copy; "b": in the box
+        const char* handled;
+        const char* typed; ///< by the presses when the form consumes nothing
+    } const cases[] = {
+        {"Oop", "1", "A"},   {"OopOop", "2", "AA"},  {"OOopop", "2", "AA"}, {"OObop", "2", "A"},
+        {"ObOop", "2", "A"}, {"obop", "2", "A"},     {"OROP", "2", "A"},    {"ORop", "2", "A"},
+        {"op", "1", "A"},    {"OPOPOP", "3", "AAA"}, {"p", "1", "A"},       {"OopRb", "1", "A"},
+    };
+    for (const auto& [events, handled, typed] : cases) {
+        for (const bool consumed : {false, true}) {
+            form->diary.clear();
+            form->field->clear();
+            form->consumedKey = consumed ? int(Qt::Key_A) : 0;
+            for (const char* each = events; *each != 0; ++each) {
+                const char what = QChar(*each).toLower().toLatin1();
+                send(what == 'b' ? &box : form->field,
+                     what == 'o'   ? QEvent::ShortcutOverride
+                     : what == 'r' ? QEvent::KeyRelease
+                                   : QEvent::KeyPress,
+                     Qt::Key_A, what != *each);
+            }
+            EXPECT_EQ(form->diary.count("down 65"), QByteArray(handled).toInt()) << events;
+            EXPECT_EQ(form->field->text(), consumed ? "" : typed) << events;
+            send(form->field, QEvent::KeyRelease, Qt::Key_A, true);
+        }
+    }
+    form->unload();
+}
+
 TEST(FormTest, consumedKeyReachesNoControlShortcutOrAccessKey) {
     DiaryForm* const form = shownForm();
     form->field->setFocus();
@@ -258,6 +306,58 @@ TEST(FormTest, windowStateKeepsItsNumbers) {
         EXPECT_EQ(form->windowStateCode(), state);
     }
     form->unload();
+}
+
+/// The best contrast of any pixel of a control with what it lies on.
+double bestContrast(QWidget& control, const QRect& part, const QColor& on) {
+    const QImage image = control.grab(part).toImage();
+    double best = 1;
+    for (int i = 0; i < image.width() * image.height(); ++i) {
+        const QColor pixel = image.pixelColor(i % image.width(), i / image.width());
+        best = qMax(best, contrast(pixel, on));
+    }
+    return best;
+}
+
+// Also when the colours change while the form is open.
+TEST(FormTest, untickedBoxesAndPlaceholdersAreSeenOnLightAndDark) {
+    const QPalette before = QApplication::palette();
+    const QString style = QApplication::style()->name();
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    DiaryForm form;
+    form.field->setPlaceholderText("Type here");
+    form.button->setFocus();
+    auto* const box = new QCheckBox(&form);
+    auto* const option = new QRadioButton(&form);
+    auto* const tree = new QTreeWidget(&form);
+    tree->setHeaderHidden(true);
+    auto* const item = new QTreeWidgetItem(tree, QStringList(QString()));
+    item->setCheckState(0, Qt::Unchecked);
+    for (QWidget* each :
+         {static_cast<QWidget*>(box), static_cast<QWidget*>(option), static_cast<QWidget*>(tree)}) {
+        form.layout()->addWidget(each);
+    }
+    form.button->setFocus();
+    form.showModeless(nullptr, true);
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&form));
+    const std::pair<QColor, QColor> themes[] = {
+        {QColor(0xef, 0xef, 0xef), Qt::white},
+        {QColor(0x35, 0x35, 0x35), QColor(0x2a, 0x2a, 0x2a)},
+        {Qt::black, Qt::black}};
+    for (const auto& [window, base] : themes) {
+        QPalette palette(window);
+        palette.setColor(QPalette::Base, base);
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+        SCOPED_TRACE(window.name().toStdString());
+        EXPECT_GE(bestContrast(*box, box->rect(), window), 3);
+        EXPECT_GE(bestContrast(*option, option->rect(), window), 3);
+        EXPECT_GE(bestContrast(*tree->viewport(), tree->visualItemRect(item), base), 3);
+        EXPECT_GE(bestContrast(*form.field, form.field->rect().adjusted(4, 4, -4, -4), base), 4.5);
+        EXPECT_EQ(form.palette().color(QPalette::Window), window);
+    }
+    QApplication::setPalette(before);
+    QApplication::setStyle(style);
 }
 
 } // namespace

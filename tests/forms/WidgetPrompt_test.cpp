@@ -9,17 +9,22 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCheckBox>
 #include <QColorDialog>
 #include <QFile>
 #include <QFontDatabase>
 #include <QFontDialog>
+#include <QListView>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 using namespace yrw;
 
@@ -216,7 +221,7 @@ TEST_F(WidgetPromptTest, coloursAreBlueGreenRed) {
 }
 
 TEST_F(WidgetPromptTest, aFontThatTheScreenLacksKeepsItsNameWhenLeftAlone) {
-    const FontChoice start{"No Such Font Here", 13, true, false, true, false, 0x112233};
+    const FontChoice start{"No Such Font Here", 13, true, false, true, false, 0x112233, {}};
     whenOpen([](QWidget* box) { qobject_cast<QFontDialog*>(box)->accept(); });
     const auto kept = prompt.chooseFont(start);
     ASSERT_TRUE(kept.has_value());
@@ -232,6 +237,84 @@ TEST_F(WidgetPromptTest, aFontThatTheScreenLacksKeepsItsNameWhenLeftAlone) {
         qobject_cast<QFontDialog*>(box)->accept();
     });
     EXPECT_EQ(prompt.chooseFont(start)->name, other);
+}
+
+// Of what a text has several nothing is chosen but by the user's hand; a hand on what stands there
+// already is one too.
+TEST_F(WidgetPromptTest, theFontDialogChoosesOnlyWhatTheUserActedOn) {
+    const FontParts all = FontParts(0x7f);
+    struct Case {
+        const char* what;
+        std::function<void(QWidget*)> act;
+        FontParts chosen;
+    };
+    const auto lists = [](QWidget* box) {
+        return box->findChildren<QListView*>(QString(), Qt::FindDirectChildrenOnly);
+    };
+    const auto pick = [&lists](int list, int row) {
+        return [&lists, list, row](QWidget* box) {
+            QListView* const view = lists(box).at(list);
+            const QModelIndex item = view->model()->index(row, 0);
+            view->scrollTo(item);
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                              view->visualRect(item).center());
+        };
+    };
+    const auto tick = [](const char* text) {
+        return [text](QWidget* box) {
+            for (auto* each : box->findChildren<QCheckBox*>()) {
+                if (QString(each->text()).remove(u'&') == QLatin1String(text)) {
+                    EXPECT_EQ(each->checkState(), Qt::PartiallyChecked);
+                    QTest::mouseClick(each, Qt::LeftButton, {}, QPoint(8, each->height() / 2));
+                    EXPECT_EQ(each->checkState(), Qt::Checked);
+                }
+            }
+        };
+    };
+    const Case cases[] = {
+        {"nothing", [](QWidget*) {}, {}},
+        {"another font", pick(0, 1), FontPart::Name},
+        {"a style", pick(1, 0), FontPart::Bold | FontPart::Italic},
+        {"a size", pick(2, 3), FontPart::Points},
+        {"strikeout", tick("Strikeout"), FontPart::Strikethru},
+        {"underline", tick("Underline"), FontPart::Underline},
+        {"a colour",
+         [this](QWidget* box) {
+             whenOpen([](QWidget* inner) {
+                 auto* const colours = qobject_cast<QColorDialog*>(inner);
+                 ASSERT_NE(colours, nullptr);
+                 colours->setCurrentColor(QColor(0xAA, 0xBB, 0xCC));
+                 colours->accept();
+             });
+             QTest::mouseClick(box->findChild<QPushButton*>("cmdColour"), Qt::LeftButton);
+         },
+         FontPart::Colour},
+    };
+    for (const Case& each : cases) {
+        for (const int way : {0, 1, 2, 3}) {
+            const FontParts mixed = way < 2 ? all : FontParts();
+            const bool italic = way % 2 == 1;
+            SCOPED_TRACE(each.what);
+            FontChoice start{"DejaVu Serif", 10.5, true, italic, false, false, 0x0000FF, mixed};
+            whenOpen([&](QWidget* box) {
+                EXPECT_NE(box->findChild<QPushButton*>("cmdColour"), nullptr);
+                EXPECT_EQ(qobject_cast<QFontDialog*>(box)->currentFont().italic(), italic);
+                if (mixed || each.chosen == FontParts()) {
+                    each.act(box);
+                }
+                qobject_cast<QDialog*>(box)->accept();
+            });
+            const auto font = prompt.chooseFont(start);
+            ASSERT_TRUE(font.has_value());
+            EXPECT_EQ(font->mixed, mixed ? all & ~each.chosen : FontParts());
+            EXPECT_EQ(font->colour, mixed && each.chosen == FontPart::Colour ? 0xCCBBAA : 0x0000FF);
+            if (!mixed) { // the parts that were left alone, to the half point
+                EXPECT_EQ(font->points, 10.5);
+                EXPECT_TRUE(font->bold);
+                EXPECT_EQ(font->italic, italic);
+            }
+        }
+    }
 }
 
 TEST_F(WidgetPromptTest, anythingElseShowsFilesWithoutADot) {

@@ -1,10 +1,27 @@
 #include "platform/rtf/EmbeddedObject.h"
+#include "platform/rtf/FileName.h"
 #include "platform/rtf/Metafile.h"
 #include "platform/rtf/Picture.h"
+#include "platform/rtf/VisibleText.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+
+namespace {
+
+/// A name is one that any system takes, whatever stood in the object.
+void checkName(const QString& name) {
+    const QByteArray bytes = name.toUtf8();
+    const bool clean = !bytes.isEmpty() && bytes.size() <= 255 && !bytes.contains('/') &&
+                       !bytes.contains('\\') && !bytes.startsWith('.') && !bytes.contains('\0') &&
+                       yrw::rtf::baseName(name) == name;
+    if (!clean) {
+        std::abort();
+    }
+}
+
+} // namespace
 
 /// No length inside an object makes its reader take more than there is.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -14,9 +31,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::abort();
     }
     if (object) {
-        (void)yrw::rtf::readPackage(object->native);
+        checkName(yrw::rtf::baseName(yrw::rtf::linkOf(*object)));
+        if (const auto file = yrw::rtf::readPackage(object->native)) {
+            checkName(file->label);
+        }
     }
-    (void)yrw::rtf::readPackage(input);
+    if (const auto file = yrw::rtf::readPackage(input)) {
+        checkName(file->label);
+    }
+    checkName(yrw::rtf::baseName(QString::fromUtf8(input)));
+    (void)yrw::rtf::visibleText(input, 1252);
     (void)yrw::rtf::bitmapInMetafile(input);
     (void)yrw::rtf::objectOf(input);
     (void)yrw::rtf::pictureOf(input);

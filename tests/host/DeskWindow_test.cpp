@@ -4,6 +4,7 @@
 #include "platform/component/ClassRegistry.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QSettings>
 
@@ -76,6 +77,14 @@ TEST_F(DeskWindowTest, FindGoesFromHitToHitAndRoundTheEnd) {
     EXPECT_EQ(upperGrid().currentRow(), first);
     press(Qt::Key_Escape);
     EXPECT_TRUE(upperGrid().isAncestorOf(QApplication::focusWidget()));
+}
+
+TEST_F(DeskWindowTest, ALongNameGivesWayToTheWindow) {
+    open();
+    const int least = window().minimumSizeHint().width();
+    find<QLabel>("lblLowerTitle").setText(QString(255, u'W'));
+    window().layout()->activate();
+    EXPECT_LE(window().minimumSizeHint().width(), least);
 }
 
 TEST_F(DeskWindowTest, DeletingAsksFirst) {

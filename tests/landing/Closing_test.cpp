@@ -53,5 +53,28 @@ TEST_F(ClosingTest, PopupsAndTheNotesWindowAreSavedAndGone) {
     EXPECT_FALSE(Module1::instance().isDatabaseOpen());
 }
 
+TEST_F(ClosingTest, WithoutItsUsersRowTheDeskStillShowsItsNotes) {
+    open();
+    const qint64 note = addNote(QStringLiteral("cu"), 1, QStringLiteral("Ring back"));
+    window().application()->DB()->Database().RunScript(
+        QStringLiteral("DELETE FROM Users WHERE RecordID = 1;"));
+    command("tooDeactivateAddIn").trigger();
+    command("tooActivateAddIn").trigger();
+    ASSERT_EQ(m_prompt.shown.size(), 1) << qPrintable(m_prompt.shown.join('\n'));
+    EXPECT_TRUE(m_prompt.shown[0].startsWith(
+        "Could Not Notes Open Database|The host does not give its current user: "))
+        << qPrintable(m_prompt.shown[0]);
+    QString title;
+    QTimer::singleShot(200, &window(), [&title] {
+        QWidget* const notes = QApplication::activeModalWidget();
+        ASSERT_NE(notes, nullptr);
+        title = notes->windowTitle();
+        QTest::keyClick(notes, Qt::Key_Escape);
+    });
+    addIn->ShowNotes(nullptr, note);
+    EXPECT_TRUE(title.startsWith("YRW Notes - (Customer: ")) << qPrintable(title);
+    EXPECT_EQ(m_prompt.shown.size(), 1) << qPrintable(m_prompt.shown.join('\n'));
+}
+
 } // namespace
 } // namespace yrw::test

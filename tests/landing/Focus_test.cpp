@@ -3,6 +3,7 @@
 
 #include "framework/Settings.h"
 #include "platform/forms/ScreenMetrics.h"
+#include "platform/toolbar/Toolbar.h"
 
 #include <QLineEdit>
 #include <QProcess>
@@ -122,6 +123,62 @@ TEST_F(FocusUnderAWindowManager, ASizeGivenByHandIsFoundAgain) {
         land();
         EXPECT_EQ(popup()->size(), QSize(420, 333)) << round;
     }
+}
+
+/// Places of windows in the window manager's pile, the lowest first; -1 for one that is not there.
+QList<qsizetype> placesInPile(const QWidgetList& windows) {
+    QProcess asking;
+    asking.start(QStringLiteral("xprop"),
+                 {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST_STACKING")});
+    asking.waitForFinished();
+    const QStringList pile =
+        QString::fromLatin1(asking.readAll()).section(u'#', 1).remove(u' ').trimmed().split(u',');
+    QList<qsizetype> places;
+    for (const QWidget* window : windows) {
+        places += window == nullptr || !window->isVisible()
+                      ? -1
+                      : pile.indexOf(QStringLiteral("0x%1").arg(window->winId(), 0, 16));
+    }
+    return places;
+}
+
+TEST_F(FocusUnderAWindowManager, AFloatingBandLiesOverItsOwnWindowAndUnderAnyOther) {
+    auto& hostBar = find<Toolbar>("atbInterface");
+    hostBar.setArrangement(QStringLiteral("bndRecord:0@420,380"));
+    const auto bandOf = [](const QWidget& owner, const char* name) {
+        return owner.findChild<QWidget*>(QString::fromLatin1(name));
+    };
+    QPointer<QWidget> hostBand = bandOf(window(), "bndRecordWindow");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return placesInPile({hostBand})[0] > 0; }));
+    EXPECT_GT(placesInPile({hostBand})[0], placesInPile({&window()})[0]);
+    NotesSettings(addIn->services().settings)
+        .setText(QStringLiteral("ToolbarBands"),
+                 QStringLiteral("bndRecords:0;bndStandard:0;bndFormatting:1;bndInsert:1@500,420"));
+    int looks = 0;
+    QTimer looking;
+    QObject::connect(&looking, &QTimer::timeout, &looking, [&] {
+        QWidget* const notes = QApplication::activeModalWidget();
+        QWidget* const band = notes == nullptr ? nullptr : bandOf(*notes, "bndInsertWindow");
+        if (band == nullptr || placesInPile({band})[0] < 0) {
+            return;
+        }
+        if (++looks == 2) { // as a click into the window's title does
+            doByHand({QStringLiteral("windowraise"), numberOf(*notes)});
+        } else if (looks == 3) {
+            window().raise();
+            QTest::qWait(200);
+        }
+        EXPECT_GT(placesInPile({band})[0], placesInPile({notes})[0]) << looks;
+        EXPECT_LT(placesInPile({hostBand})[0], placesInPile({notes})[0]) << looks;
+        if (looks == 4) {
+            looking.stop();
+            QTest::keyClick(notes, Qt::Key_Escape);
+        }
+    });
+    looking.start(300);
+    addIn->ShowNotes(nullptr, 0);
+    EXPECT_EQ(looks, 4);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return placesInPile({hostBand})[0] > 0; }));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-#include <QApplication>
+#include "tests/driving/DrivenApplication.h"
+#include "tests/landing/Ending.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +7,10 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    const QApplication application(argc, argv);
+    yrw::test::DrivenApplication application(argc, argv);
+    if (yrw::test::isEndingChild()) {
+        return yrw::test::runEndingChild();
+    }
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return application.runTests();
 }

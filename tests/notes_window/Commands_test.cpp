@@ -26,7 +26,7 @@ struct CommandRow {
     void (*prepare)(Commands&) = [](Commands&) {};
 };
 
-const std::optional<FontChoice> kFont{{"DejaVu Serif", 14, true, true, false, false, 255}};
+const std::optional<FontChoice> kFont{{"DejaVu Serif", 14, true, true, false, false, 255, {}}};
 
 const CommandRow kCommands[] = {
     {20003, "tooSave", "Ctrl+S", false, "stored 1 'wrod'"},
@@ -42,7 +42,7 @@ const CommandRow kCommands[] = {
     {20051, "tooCenter", "", false, "aligned 2; tooLeft off; tooCenter on"},
     {20052, "tooRight", "", false, "aligned 1; tooLeft off; tooRight on"},
     {20054, "tooBullets", "", false, "bullets; tooBullets on"},
-    {20055, "tooFont", "", false, "font %last; keys to tooFont"},
+    {20055, "tooFont", "", false, "font %last"},
     {20061, "tooInsertDate", "Ctrl+Shift+D", false, "text 'wrod10/03/2026 '; misspelt"},
     {20062, "tooInsertTime", "Ctrl+Shift+T", false, "text 'wrod09:00 '; misspelt"},
     {20063, "tooInsertContent", "", false, "dialog Insert Attachment Show Content"},
@@ -99,8 +99,7 @@ const CommandRow kCommands[] = {
     {40011, "tooPaste", "", false, "text 'clip'; misspelt clip"},
     {40012, "tooClear", "", false, "text ''; misspelt"},
     {40020, "tooListType", "", true,
-     "caption [Showing All]; stored 1 'wrod'; tooShowActive off; tooShowAll on; keys to "
-     "tooListType"},
+     "caption [Showing All]; stored 1 'wrod'; tooShowActive off; tooShowAll on"},
     {40030, "tooView", "", true, "menu bndNotesShowType"},
     {41000, "tooPreview", "", false, "preview: Print Preview",
      [](Commands& c) { c.script.choosePrinter(nullptr); }},
@@ -261,6 +260,24 @@ const KeyRow kKeys[] = {
     {"F10", "rtxMain", "keys to tooListType"},
 };
 
+TEST_F(Commands, EscapeLeavesAToolbarThatF10CalledAndClosesTheWindowElsewhere) {
+    start();
+    for (QWidget* from : {static_cast<QWidget*>(&list()), static_cast<QWidget*>(&editor())}) {
+        from->setFocus();
+        press(Qt::Key_F10);
+        press(Qt::Key_Right);
+        EXPECT_TRUE(toolbar().isAncestorOf(window->focusWidget()));
+        press(Qt::Key_Escape);
+        EXPECT_TRUE(from->hasFocus()) << from->objectName().toStdString();
+    }
+    press(Qt::Key_F10);
+    toolbar().findChild<QWidget*>("tooFont")->setFocus();
+    list().setFocus(); // the user has left the toolbar another way
+    toolbar().findChild<QWidget*>("tooFont")->setFocus();
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(window->isUnloaded());
+}
+
 TEST_F(Commands, KeysWithoutATool) {
     for (const KeyRow& row : kKeys) {
         SCOPED_TRACE(std::string(row.keys) + " in " + row.focus);
@@ -268,6 +285,47 @@ TEST_F(Commands, KeysWithoutATool) {
         row.prepare(*this);
         focusOn(row.focus);
         EXPECT_EQ(newsOf([&] { pressKeys(QKeySequence(row.keys)); }), row.news);
+    }
+}
+
+// Undo, redo, copy, paste and clear, in this order, wherever they stand: lit while they can act.
+TEST_F(Commands, ToolsOfTheTextAreLitWhileTheyCanAct) {
+    start();
+    clickRow(list().keyAt(1));
+    QGuiApplication::clipboard()->clear();
+    struct Case {
+        const char* what;
+        std::function<void()> act;
+        const char* lit;
+    };
+    const QList<Case> cases{
+        {"an untouched text", [] {}, "-----"},
+        {"typed", [this] { type("word"); }, "U----"},
+        {"marked", [this] { editor().selectAll(); }, "U-C-X"},
+        {"copied", [this] { press(Qt::Key_C, Qt::ControlModifier); }, "U-CPX"},
+        {"undone", [this] { click("tooUndo"); }, "-R-P-"},
+        {"redone", [this] { click("tooRedo"); }, "U--P-"},
+        {"the clipboard empty", [] { QGuiApplication::clipboard()->clear(); }, "U----"},
+        {"the clipboard filled",
+         [] { QGuiApplication::clipboard()->setText(QStringLiteral("clip")); }, "U--P-"},
+        {"saved", [this] { press(Qt::Key_S, Qt::ControlModifier); }, "U--P-"},
+        {"only to be read",
+         [this] {
+             editor().setReadOnly(true);
+             editor().selectAll();
+         },
+         "--C--"},
+        {"another note", [this] { clickRow(list().keyAt(2)); }, "---P-"},
+        {"no note", [this] { click("tooShowDone"); }, "-----"},
+    };
+    for (const Case& each : cases) {
+        each.act();
+        QString lit;
+        for (const char* key : {"tooUndo", "tooRedo", "tooCopy", "tooPaste", "tooClear"}) {
+            const char* const letters[] = {"U", "R", "C", "P", "X"};
+            lit += tool(key).isEnabled() ? letters[lit.size()] : "-";
+        }
+        EXPECT_EQ(lit.toStdString(), each.lit) << each.what;
     }
 }
 
@@ -341,6 +399,11 @@ TEST_F(Commands, TheList) {
         {"right click", [&] { rightClick(*view, at(2)); },
          "menu bndNotePopup; note 3; text ''; misspelt ; stored 1 'wrod'", 1},
         {"menu key", [&] { menuKey(); }, "menu bndNotePopup", 0},
+        {"shift and F10", [&] { QTest::keyClick(&list(), Qt::Key_F10, Qt::ShiftModifier); },
+         "menu bndNotePopup", 0},
+        {"shift and F10 in the text",
+         [&] { QTest::keyClick(&editor(), Qt::Key_F10, Qt::ShiftModifier); }, "menu bndTextPopup",
+         0},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.what);

@@ -1,6 +1,6 @@
 // Files inside notes, the text's menu and spelling.
-#include "dialogs/frmInsertAttachment.h"
 #include "notes_window/NoteAttachments.h"
+#include "notes_window/frmInsertAttachment.h"
 #include "platform/rtf/EmbeddedObject.h"
 #include "tests/notes_window/Desktop.h"
 #include "tests/notes_window/WindowFixture.h"

@@ -1,5 +1,6 @@
 // Drafts on the user's disk.
 #include "notes_window/NoteDrafts.h"
+#include "tests/support/FullDisk.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -20,7 +21,7 @@ protected:
         const QDir inner(top.filePath(top.entryList(QDir::Dirs | QDir::NoDotAndDotDot).value(0)));
         return inner.filePath(inner.entryList(QDir::Files).value(0));
     }
-    NoteDraft draft{17, QDateTime(QDate(2026, 3, 10), QTime(14, 32)), "{\\rtf1 \"typed\"\r\n}"};
+    NoteDraft draft{17, QDateTime(QDate(2026, 3, 10), QTime(14, 32)), "{\\rtf1 \"typed\"\r\n}", {}};
 
 private:
     QTemporaryDir m_folder;
@@ -41,6 +42,22 @@ TEST_F(NoteDraftsTest, AreFoundUntilRemovedAndOnlyForTheirDatabase) {
     drafts.remove(17);
     EXPECT_FALSE(drafts.find(17));
     EXPECT_TRUE(drafts.noteIDs().isEmpty());
+}
+
+TEST_F(NoteDraftsTest, OnADiskThatFillsTheEarlierOneStays) {
+    NoteDrafts drafts(folder(), "/a/Notes.mdb");
+    ASSERT_TRUE(drafts.write(draft));
+    const NoteDraft later{17, draft.written.addSecs(60), draft.rtf + "typed on", {}};
+    bool written = false;
+    for (rlim_t room = 0; !written; ++room) {
+        {
+            const test::FullDisk full(room);
+            written = drafts.write(later);
+        }
+        ASSERT_EQ(drafts.find(17).value_or(NoteDraft()).rtf, written ? later.rtf : draft.rtf)
+            << room;
+        ASSERT_EQ(drafts.problem().isEmpty(), written);
+    }
 }
 
 TEST_F(NoteDraftsTest, OnlyTheUserCanReadThem) {
@@ -72,6 +89,7 @@ TEST_F(NoteDraftsTest, OfAWindowOpenInAnotherProcessAreLeftAlone) {
     ASSERT_TRUE(stat.open(QIODevice::ReadOnly));
     writtenBy(QString::fromUtf8(stat.readAll().split(' ').value(21)));
     EXPECT_FALSE(drafts.find(17));
+    drafts.remove(17); // an offer that was answered here while the other went on typing
     other.kill();
     other.waitForFinished();
     EXPECT_TRUE(drafts.find(17)); // its writer has died

@@ -1,6 +1,7 @@
 // The text: what is saved when, conflicts, drafts, formats and what is appended.
 #include "platform/rtf/Writer.h"
 #include "tests/notes_window/WindowFixture.h"
+#include "tests/support/FullDisk.h"
 
 #include <QStandardPaths>
 
@@ -176,7 +177,7 @@ TEST_F(NoteEditor, DefaultFont) {
     EXPECT_EQ(editor().SelFontName(), "Comic Sans MS");
     EXPECT_EQ(editor().SelFontSize(), 10);
     script.chooseFont(
-        std::optional(FontChoice{"DejaVu Serif", 14, true, false, false, false, 0xff0000}));
+        std::optional(FontChoice{"DejaVu Serif", 14, true, false, false, false, 0xff0000, {}}));
     click("tooDefaultFont");
     EXPECT_EQ(addIn->settings().text("DefaultFontName"), "DejaVu Serif");
     EXPECT_EQ(addIn->settings().text("DefaultFontBold"), "True");
@@ -186,6 +187,31 @@ TEST_F(NoteEditor, DefaultFont) {
     EXPECT_EQ(editor().SelFontSize(), 14);
     EXPECT_EQ(editor().SelBold(), true);
     EXPECT_EQ(editor().SelColor(), 0xff0000);
+}
+
+TEST_F(NoteEditor, FontDialogLeavesMixedPartsThatNobodyChose) {
+    open(customer);
+    editor().setTextRTF("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Courier;}}{\\colortbl;\\red255;"
+                        "\\blue255;}\\f0\\fs20\\cf1\\b one \\f1\\fs40\\cf2\\b0\\i two\\par}");
+    editor().selectAll();
+    const QString before = editor().TextRTF();
+    const FontParts mixed =
+        FontPart::Name | FontPart::Points | FontPart::Bold | FontPart::Italic | FontPart::Colour;
+    FontChoice choice;
+    choice.mixed = mixed;
+    script.chooseFont(std::optional(choice));
+    click("tooChooseFont");
+    EXPECT_EQ(script.fontAsked.mixed, mixed);
+    EXPECT_EQ(editor().TextRTF(), before);
+    choice.mixed = mixed & ~FontParts(FontPart::Colour);
+    choice.colour = 0x00FF00;
+    script.chooseFont(std::optional(choice));
+    click("tooChooseFont");
+    EXPECT_EQ(editor().SelColor(), 0x00FF00);
+    EXPECT_FALSE(editor().SelBold().has_value());
+    EXPECT_FALSE(editor().SelFontName().has_value());
+    editor().undo();
+    EXPECT_EQ(editor().TextRTF(), before);
 }
 
 TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {
@@ -234,13 +260,75 @@ TEST_F(NoteEditor, AfterACrashTheTypedTextIsOffered) {
     QTest::qWait(2300);
     crash();
     script.answer(PromptAnswer::Yes);
+    script.whileOpen = [this] { EXPECT_TRUE(window->isVisible()); };
     open(customer); // goes to the note with the draft by itself
-    EXPECT_TRUE(script.asked.last().contains("Unsaved text of 09:00 was found."));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !script.asked.isEmpty(); }));
+    script.whileOpen = {};
+    EXPECT_TRUE(
+        script.asked.last().contains("Unsaved text of 09:00 was found for the note \"Second"))
+        << script.asked.last().toStdString();
     EXPECT_EQ(list().selectedKey(), keyOf(second));
     EXPECT_EQ(editor().Text(), "half a sent");
     EXPECT_TRUE(tool("tooSave").isEnabled());
     open(customer); // closing has saved it: nothing is offered any more
     EXPECT_EQ(text(second), "half a sent");
+}
+
+TEST_F(NoteEditor, OnlyNoThrowsADraftAway) {
+    const auto openAnswering = [this](PromptAnswer answer) {
+        script.asked.clear();
+        script.answer(answer);
+        open(customer, idOf(note));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !script.asked.isEmpty(); }));
+    };
+    open(customer, idOf(note));
+    type("first");
+    QTest::qWait(2300);
+    crash();
+    openAnswering(PromptAnswer::Cancel); // as Escape does
+    type("second");                      // has a draft of its own, and is saved
+    QTest::qWait(2300);
+    openAnswering(PromptAnswer::Cancel);
+    openAnswering(PromptAnswer::Yes);
+    EXPECT_EQ(editor().Text(), "first");
+    close();
+    EXPECT_EQ(text(note), "first");
+    script.asked.clear();
+    open(customer, idOf(note));
+    QTest::qWait(50);
+    EXPECT_TRUE(script.asked.isEmpty());
+}
+
+TEST_F(NoteEditor, OnAFullDiskTheStatusBarSaysThatNoCopyIsKeptAndTheTextStays) {
+    const auto status = [this] { return window->findChild<StatusBar*>("stbMain")->text(); };
+    open(customer, idOf(note));
+    {
+        const FullDisk full(10);
+        type("precious");
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return status().startsWith("No copy of the unsaved text"); }));
+    }
+    type("!");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return status().contains("is kept again"); }));
+    store.database()->RunScript(
+        "CREATE TRIGGER refuse BEFORE UPDATE ON tblNotes BEGIN SELECT RAISE(ABORT, 'full'); END");
+    {
+        const FullDisk full(10);
+        for (const auto& leave : {std::function<void()>([this] { clickRow(keyOf(second)); }),
+                                  std::function<void()>([this] { press(Qt::Key_Escape); }),
+                                  std::function<void()>([this] { click("tooShowAll"); })}) {
+            script.expectReport();
+            script.answer(PromptAnswer::No);
+            leave();
+            EXPECT_TRUE(status().startsWith("Not saved, and no copy")) << status().toStdString();
+            EXPECT_EQ(list().selectedKey(), keyOf(note));
+            EXPECT_EQ(editor().Text(), "precious!");
+        }
+        EXPECT_TRUE(tool("tooSave").isEnabled());
+    }
+    store.database()->RunScript("DROP TRIGGER refuse");
+    close();
+    EXPECT_EQ(text(note), "precious!");
 }
 
 TEST_F(NoteEditor, TextOfANoteThatWasDeletedElsewhereIsOffered) {

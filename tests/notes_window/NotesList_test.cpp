@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QSignalSpy>
 
 namespace yrw::test {
 
@@ -367,6 +368,33 @@ TEST_F(NotesListLong, ALongNoteStopsWhereItIsAndIsNotSavedOver) {
     clickRow(2);
     EXPECT_EQ(editor().Text(), "other");
     EXPECT_TRUE(noteOf(1)->value("PlainNote").toString().startsWith("now line"));
+    EXPECT_TRUE(script.asked.empty());
+}
+
+TEST_F(NotesListLong, ALongPasteShowsProgressAndStopsWithoutAnEdit) {
+    clickRow(1);
+    QGuiApplication::clipboard()->setText(QString("line\n").repeated(20'000));
+    editor().setFocus();
+    const QSignalSpy changed(&editor(), &RichTextBox::contentChanged);
+    stopped([&] { QTest::keySequence(&editor(), QKeySequence("Ctrl+V")); });
+    EXPECT_EQ(changed.count(), 0);
+    EXPECT_TRUE(said.startsWith("Pasting: ")) << said.toStdString();
+    EXPECT_EQ(editor().Text(), "");
+    EXPECT_FALSE(window->findChild<Toolbar*>("atbMain")->findTool("tooSave")->isEnabled());
+    QTest::keySequence(&editor(), QKeySequence("Ctrl+V"));
+    clickRow(2);
+    EXPECT_EQ(noteOf(1)->value("PlainNote").toString().count("line"), 20'000);
+    // One that shows less than is stored is never saved over.
+    const QString rtf =
+        "{\\rtf1\\trowd\\cellx900\\intbl " + QString("word ").repeated(250'000) + "\\cell\\row}";
+    noteOf(3)->Field("RTFNote")->setValue(rtf);
+    clickRow(3);
+    EXPECT_TRUE(editor().Text().startsWith("This note has more tables"));
+    EXPECT_TRUE(status().startsWith("This note has more tables")) << status().toStdString();
+    QTest::keyClicks(&editor(), "x");
+    QTest::keyClick(&editor(), Qt::Key_S, Qt::ControlModifier);
+    clickRow(2);
+    EXPECT_EQ(noteOf(3)->value("RTFNote"), rtf);
     EXPECT_TRUE(script.asked.empty());
 }
 

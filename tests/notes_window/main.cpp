@@ -1,20 +1,24 @@
+#include "tests/driving/DrivenApplication.h"
 #include "tests/notes_window/Crash.h"
+#include "tests/support/OtherUser.h"
 
-#include <QApplication>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("YRW_PICTURES")) {
+    if (const int other = yrw::test::runOtherUser(argc, argv); other >= 0) {
+        return other;
+    }
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    const QApplication application(argc, argv);
-    if (yrw::test::isTypingChild()) {
-        return yrw::test::typeUntilKilled();
+    yrw::test::DrivenApplication application(argc, argv);
+    if (yrw::test::isCrashingChild()) {
+        return yrw::test::crash();
     }
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", state.path().toUtf8());
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return application.runTests();
 }

@@ -1,5 +1,7 @@
 #include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/StagedCopy.h"
+#include "tests/support/FullDisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,9 +9,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using namespace yrw;
@@ -86,6 +85,31 @@ TEST_F(FileSystemTest, ACopyOverwritesAndIsWritableWhenItsSourceIsNot) {
     EXPECT_EQ(QDir(path(u"data"_s)).entryList(QDir::Files).size(), 1);
 }
 
+TEST_F(FileSystemTest, AStagedCopyTakesANameThatNobodyHas) {
+    write(u"template/Notes.mdb"_s, QByteArray(3 << 20, 'n'));
+    for (const unsigned way : {StagedCopy::Link, StagedCopy::Rename, StagedCopy::Claim}) {
+        write(u"data/there"_s, "mine");
+        QFile::remove(path(u"data/new"_s));
+        {
+            StagedCopy copy(path(u"template/Notes.mdb"_s), path(u"data/there"_s));
+            EXPECT_FALSE(copy.place(way)) << way;
+            StagedCopy other(path(u"template/Notes.mdb"_s), path(u"data/new"_s));
+            EXPECT_FALSE(QFile::exists(path(u"data/new"_s))) << way;
+            EXPECT_TRUE(other.place(way)) << way;
+        }
+        EXPECT_EQ(read(u"data/there"_s), "mine") << way;
+        EXPECT_EQ(read(u"data/new"_s).size(), 3 << 20) << way;
+        EXPECT_EQ(QDir(path(u"data"_s)).entryList(QDir::Files | QDir::Hidden),
+                  (QStringList{u"new"_s, u"there"_s}))
+            << way;
+    }
+    EXPECT_TRUE(
+        failure([&] { StagedCopy(path(u"gone"_s), path(u"data/x"_s)); }).contains(path(u"gone"_s)));
+    EXPECT_TRUE(failure([&] {
+                    StagedCopy(path(u"template/Notes.mdb"_s), path(u"nowhere/x"_s));
+                }).contains(path(u"nowhere/x"_s)));
+}
+
 TEST_F(FileSystemTest, ACopiedFolderIsWholeAndJoinsOneOfAnotherSpelling) {
     write(u"from/support/Notes/Menus.tb"_s, "new");
     write(u"from/support/Notes/deep/.hidden"_s, "hidden");
@@ -126,28 +150,11 @@ TEST_F(FileSystemTest, AFailedCopyNamesTheFileAndLeavesTheOldOne) {
                 }).contains(path(u"gone"_s)));
 }
 
-/// Lets no file grow beyond a number of bytes, as on a disk that fills up.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-};
-
 TEST_F(FileSystemTest, ACopyThatTheDiskCannotHoldLeavesTheOldFileWhole) {
     write(u"large"_s, QByteArray(3 << 20, 'n'));
     write(u"data/old"_s, "old");
     {
-        const FileSizeLimit limit(1 << 20);
+        const test::FullDisk full(1 << 20);
         const QString target = path(u"data/old"_s);
         const QString words = failure([&] { files.copyFile(path(u"large"_s), target); });
         EXPECT_TRUE(words.contains(target)) << qPrintable(words);

@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 using namespace yrw;
 
@@ -13,6 +17,18 @@ namespace {
 
 const QString kApp = QStringLiteral("Yarrowen");
 const QString kSection = QStringLiteral("YRWNotes Settings");
+
+/// Runs an action in a process of its own as a user who owns nothing; what it answers.
+bool asAnotherUser(const std::function<bool()>& action) {
+    constexpr uid_t kNobody = 65534;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool is = ::geteuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
+        ::_exit(is && action() ? 0 : 1);
+    }
+    int status = 1;
+    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
 
 class SettingsStoreTest : public testing::Test {
 protected:
@@ -77,6 +93,32 @@ TEST_F(SettingsStoreTest, ABrokenFileGivesDefaultsAndOneWarningAndIsKept) {
         EXPECT_FALSE(fresh.save(kApp, kSection, u"Width"_s, u"1"_s));
         EXPECT_TRUE(fresh.takeProblem().isEmpty()); // said once
         EXPECT_EQ(fileText(), broken);
+    }
+}
+
+TEST_F(SettingsStoreTest, WhoMayOnlyReadIsToldOnceAndStillReads) {
+    EXPECT_TRUE(save(u"Font"_s, u"Arial"_s));
+    const QString file = store.fileOf(kApp);
+    const QString inFolder = QFileInfo(file).path();
+    const auto reading = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+    const auto entering = reading | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
+    const auto all = entering | QFile::WriteOwner | QFile::WriteOther;
+    for (const auto& [ofFile, ofFolder] :
+         {std::pair(reading, all), std::pair(reading | QFile::WriteOther, entering)}) {
+        QFile::setPermissions(folder.path(), all);
+        QFile::setPermissions(QFileInfo(inFolder).path(), all);
+        QFile::setPermissions(inFolder, ofFolder);
+        QFile::setPermissions(file, ofFile);
+        EXPECT_TRUE(asAnotherUser([&] {
+            int told = 0;
+            SettingsStore own(inFolder);
+            own.setProblemHandler([&](const QString& problem) { told += problem.contains(file); });
+            const bool saved = own.save(kApp, kSection, u"Height"_s, u"1"_s) ||
+                               own.save(kApp, kSection, u"Width"_s, u"1"_s) ||
+                               own.remove(kApp, kSection, u"Height"_s);
+            return !saved && told == 1 && own.get(kApp, kSection, u"Font"_s, {}) == u"Arial";
+        })) << ofFolder;
+        QFile::setPermissions(inFolder, all);
     }
 }
 

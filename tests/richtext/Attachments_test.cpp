@@ -42,7 +42,7 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
         box.insertFile(file(QString::fromUtf8("żółw.dat"), content), display);
         EXPECT_EQ(box.SelStart(), 8);
         QTest::keyClicks(&box, "typed ");
-        EXPECT_EQ(box.Text(), "before  typed after");
+        EXPECT_EQ(box.Text(), "before typed after");
         const QString written = box.TextRTF();
         for (int i = 0; i < 10; ++i) {
             box.setTextRTF(box.TextRTF());
@@ -54,6 +54,23 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
         ASSERT_TRUE(embedded);
         EXPECT_EQ(embedded->data, content);
         EXPECT_EQ(embedded->label, QString::fromUtf8("żółw.dat"));
+    }
+}
+
+TEST_F(Attachments, ShownContentCarriesTheNameOfItsFile) {
+    const auto picture = [this](const QString& name, const QByteArray& content) {
+        RichTextBox box;
+        box.insertFile(file(name, content), ObjectDisplay::Content);
+        return box.objectPicture(0)->data;
+    };
+    const struct {
+        const char* suffix;
+        QByteArray content;
+    } cases[] = {{".txt", "a list"}, {".rtf", "{\\rtf1 a letter}"}};
+    for (const auto& each : cases) {
+        EXPECT_NE(picture(QString("first") + each.suffix, each.content),
+                  picture(QString("other") + each.suffix, each.content))
+            << each.suffix;
     }
 }
 

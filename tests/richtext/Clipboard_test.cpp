@@ -4,11 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QBuffer>
 #include <QClipboard>
+#include <QFile>
 #include <QImage>
 #include <QMimeData>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
+
+#include <sys/stat.h>
+
+#include <ctime>
 
 namespace yrw {
 namespace {
@@ -24,6 +32,20 @@ void offer(const QString& type, const QByteArray& data) {
     mime->setData(type, data);
     QApplication::clipboard()->setMimeData(mime);
 }
+
+/// Answers questions about links.
+class LinkDoor : public SilentPrompt {
+public:
+    void message(const QString& text, const QString&, PromptIcon) override { said = text; }
+    PromptAnswer question(const QString& text, const QString&, PromptButtons, PromptIcon,
+                          PromptAnswer) override {
+        said = text;
+        return answer;
+    }
+
+    QString said;
+    PromptAnswer answer = PromptAnswer::Yes;
+};
 
 const QString kStyled =
     "{\\rtf1\\uc1{\\fonttbl{\\f0 Arial;}}{\\colortbl ;\\red255\\green0\\blue0;}\\f0\\fs20 one "
@@ -50,10 +72,17 @@ TEST(Clipboard, CopyOffersRtfHtmlAndPlainText) {
 }
 
 TEST(Clipboard, ForeignTextTakesTheLookAroundItUnlessItIsToKeepItsOwn) {
+    const QTemporaryDir folder;
+    const QString picture = folder.filePath("p.png"); // no page may have it read
+    QImage dots(8, 8, QImage::Format_RGB32);
+    dots.fill(Qt::green);
+    ASSERT_TRUE(dots.save(picture));
     const QByteArray html =
         "<p style='margin:0'>a <b style='color:red;font-size:30pt;font-family:Foo'>"
         "bold</b> <a href='http://a.example/'>link</a></p><ol><li>item</li></ol>"
-        "<img src='file:///etc/hostname'>";
+        "<img src='" +
+        QUrl::fromLocalFile(picture).toEncoded() + "'><img src='" + picture.toUtf8() +
+        "'><p style='background-image:url(\"" + picture.toUtf8() + "\")'>end</p>";
     for (const bool asHtml : {true, false}) {
         for (const bool keep : {false, true}) {
             RichTextBox box;
@@ -84,7 +113,7 @@ TEST(Clipboard, PastedRtfCannotDamageTheNote) {
     box.paste();
     EXPECT_FALSE(box.isIncomplete());
     EXPECT_FALSE(box.TextRTF().contains("themedata"));
-    EXPECT_EQ(box.Text(), "cut  note");
+    EXPECT_EQ(box.Text(), "cut note");
 }
 
 TEST(Clipboard, CtrlShiftVPastesPlainText) {
@@ -101,6 +130,105 @@ TEST(Clipboard, CtrlShiftVPastesPlainText) {
     EXPECT_EQ(other.SelBullet(), false);
 }
 
+TEST(Clipboard, APageBringsThePicturesThatItHolds) {
+    QImage dots(8, 8, QImage::Format_RGB32);
+    dots.fill(Qt::green);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    dots.save(&buffer, "PNG");
+    offer("text/html", "a<img src='data:image/png;base64," + png.toBase64() + "'>b");
+    RichTextBox box;
+    box.paste();
+    EXPECT_EQ(box.TextRTF().count("\\pngblip"), 1);
+}
+
+TEST(Clipboard, WhatIsNoFileOrTooLargeIsNotRead) {
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath("pipe.png");
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QFile giant(folder.filePath("giant.png"));
+    ASSERT_TRUE(giant.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(giant.resize(1LL << 40)); // it takes no room on the disk
+    for (const QString& path :
+         {pipe, QStringLiteral("/dev/zero"), giant.fileName(), folder.path()}) {
+        RichTextBox box;
+        const QSignalSpy failed(&box, &RichTextBox::insertionFailed);
+        auto* const mime = new QMimeData; // the clipboard owns it
+        mime->setUrls({QUrl::fromLocalFile(path)});
+        QApplication::clipboard()->setMimeData(mime);
+        box.paste();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(failed.count(), 1) << path.toStdString();
+        EXPECT_TRUE(box.isEmpty());
+    }
+    RichTextBox box;
+    LinkDoor door;
+    box.setPrompt(&door);
+    box.setLargestFile(1000);
+    for (const char* type : {"text/rtf", "text/html", "text/plain"}) {
+        offer(type, "{\\rtf1 " + QByteArray(30000, 'x') + "}");
+        box.paste();
+        EXPECT_EQ(door.said, "What was copied has 30 KB; at most 1 KB can be pasted.");
+        EXPECT_TRUE(box.isEmpty());
+        door.said.clear();
+    }
+}
+
+TEST(Clipboard, MuchIsPastedInTimeAsOneStepThatCanBeStopped) {
+    struct Case {
+        const char* type;
+        QByteArray data;
+        int letters;
+    };
+    const Case cases[] = {
+        {"text/plain", QByteArray("lorem ipsum x\n").repeated(100000), 100000},
+        {"text/plain", QByteArray("lorem ipsum x ").repeated(100000), 100000},
+        {"text/html",
+         QByteArray("<div>").repeated(90000) + "x" + QByteArray("</div>").repeated(90000), 1},
+        {"text/html", QByteArray("<b><span>").repeated(50000) + "x", 1},
+        {"text/html", QByteArray("<table><tr><td>x").repeated(20000), 20000},
+        {"text/html", QByteArray("<p>x").repeated(50000), 50000},
+        {"text/rtf", "{\\rtf1 " + QByteArray("x\\par ").repeated(100000) + "}", 100000},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.data.left(12).toStdString());
+        RichTextBox box;
+        box.resize(600, 300);
+        box.show();
+        box.setText("before");
+        box.setSelStart(3);
+        QTest::keyClicks(&box, "typed");
+        offer(each.type, each.data);
+        for (const int stopAt : {1, 5}) {
+            int steps = 0;
+            box.setPasteWatch([&]() -> RichTextBox::LoadStep {
+                return [&](int) {
+                    EXPECT_EQ(box.Text(), "beftypedore"); // as a draft would save it now
+                    return ++steps < stopAt;
+                };
+            });
+            box.paste();
+            if (steps < stopAt) { // it was so little that nobody was asked
+                box.undo();
+            }
+            EXPECT_EQ(box.Text(), "beftypedore");
+            EXPECT_FALSE(box.isReadOnly());
+        }
+        box.setPasteWatch([] { return [](int) { return true; }; });
+        const std::clock_t start = std::clock();
+        box.paste();
+        (void)box.grab();
+        EXPECT_LT(std::clock() - start, 20 * CLOCKS_PER_SEC);
+        EXPECT_EQ(box.Text().count(u'x'), each.letters);
+        box.undo();
+        EXPECT_EQ(box.Text(), "beftypedore");
+        EXPECT_EQ(box.SelStart(), 8);
+        QTest::keyClicks(&box, "!");
+        EXPECT_EQ(box.Text(), "beftyped!ore");
+    }
+}
+
 TEST(Clipboard, PicturesArePastedAsPictures) {
     QImage picture(4, 4, QImage::Format_RGB32);
     picture.fill(Qt::blue);
@@ -109,20 +237,6 @@ TEST(Clipboard, PicturesArePastedAsPictures) {
     box.paste();
     EXPECT_TRUE(box.TextRTF().contains("\\pict\\pngblip"));
 }
-
-/// Answers questions about links.
-class LinkDoor : public SilentPrompt {
-public:
-    void message(const QString& text, const QString&, PromptIcon) override { said = text; }
-    PromptAnswer question(const QString& text, const QString&, PromptButtons, PromptIcon,
-                          PromptAnswer) override {
-        said = text;
-        return answer;
-    }
-
-    QString said;
-    PromptAnswer answer = PromptAnswer::Yes;
-};
 
 TEST(Links, OpenOnCtrlClickAfterTheAddressWasShown) {
     struct Case {

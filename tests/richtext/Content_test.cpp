@@ -130,7 +130,7 @@ TEST(Content, ATablePastedIntoACellStaysATable) {
 
 TEST(Content, AnObjectAloneIsNoTextButContent) {
     RichTextBox box;
-    box.setTextRTF(around(kBodies[1]));
+    box.setTextRTF(around("{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 01}}"));
     EXPECT_EQ(box.Text(), "");
     EXPECT_FALSE(box.isEmpty());
     EXPECT_EQ(box.objectCount(), 1);

@@ -1,4 +1,5 @@
 #include "tests/richtext/DragPeer.h"
+#include "tests/richtext/HostileNotes.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,9 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     if (yrw::test::isDragPeer()) {
         return yrw::test::runDragPeer();
+    }
+    if (yrw::test::isHostileChild()) {
+        return yrw::test::runHostileChild();
     }
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

@@ -1,4 +1,5 @@
 #include "platform/rtf/EmbeddedObject.h"
+#include "platform/rtf/FileName.h"
 #include "platform/rtf/Metafile.h"
 #include "platform/rtf/Picture.h"
 
@@ -125,21 +126,47 @@ TEST(EmbeddedObject, AMetafileGivesTheBitmapThatItPaints) {
     EXPECT_TRUE(bitmapInMetafile(endless).isEmpty());
 }
 
-TEST(EmbeddedObject, ALabelIsNeverAPath) {
+TEST(EmbeddedObject, ANameIsCleanWhereverItGoes) {
+    const std::u16string letters(300, u'\u017C'); // two bytes each
     struct Case {
-        const char* path;
-        const char* name;
+        std::u16string path;
+        std::u16string name;
     };
-    const Case cases[] = {{"C:\\a\\b.txt", "b.txt"},
-                          {"/etc/passwd", "passwd"},
-                          {"../../.bashrc", "bashrc"},
-                          {"", "file"},
-                          {"..", "file"},
-                          {"a:b\nc?.txt", "abc.txt"},
-                          {"x\u202Etxt.exe", "xtxt.exe"}};
+    const Case cases[] = {
+        {u"C:\\a\\b.txt", u"b.txt"},
+        {u"/etc/passwd", u"passwd"},
+        {u"../../.bashrc", u"bashrc"},
+        {u"", u"file"},
+        {u"..", u"file"},
+        {u". . ", u"file"},
+        {u"folder/", u"file"},
+        {u"a:b\nc?.txt", u"abc.txt"},
+        {u"x\u202Etxt.exe", u"xtxt.exe"},
+        {u"x\u2066y\u200B\u061C.pdf", u"xy.pdf"},
+        {u"a\u0085b\x1b[31m.txt\x7f", u"ab[31m.txt"},
+        {u"a\u2028b\u2029c", u"abc"},
+        {std::u16string(u"nul\0.txt", 8), u"_nul.txt"},
+        {u"half\xD800.txt", u"half.txt"},
+        {u"tag\U000E0041.txt", u"tag.txt"},
+        {u"smile\U0001F600.txt", u"smile\U0001F600.txt"},
+        {u"report.pdf            \u00A0\u3164  .exe", u"report.pdf .exe"},
+        {u"setup.exe. ", u"setup.exe"},
+        {u"CON", u"_CON"},
+        {u"aux.tar.gz", u"_aux.tar.gz"},
+        {u"com\u00B9.txt", u"_com\u00B9.txt"},
+        {u"contract.txt", u"contract.txt"},
+        {letters + u".txt", std::u16string(125, u'\u017C') + u".txt"},
+        {u"a" + letters, u"a" + std::u16string(127, u'\u017C')},
+        {std::u16string(250, u'a') + u"\U0001F600.txt", std::u16string(250, u'a') + u".txt"},
+        {u"con" + std::u16string(252, u' ') + u".txt", u"_con .txt"},
+    };
     for (const Case& c : cases) {
-        EXPECT_EQ(baseName(QString::fromUtf8(c.path)), c.name) << c.path;
+        const QString name = baseName(QString::fromStdU16String(c.path));
+        EXPECT_EQ(name, QString::fromStdU16String(c.name)) << name.toStdString();
+        EXPECT_EQ(baseName(name), name);
+        EXPECT_LE(name.toUtf8().size(), 255);
     }
+    EXPECT_EQ(shownText(QStringLiteral(u"C:\\a\n\u202Etxt.exe")), QStringLiteral(u"C:\\atxt.exe"));
 }
 
 } // namespace

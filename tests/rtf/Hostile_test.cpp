@@ -53,6 +53,7 @@ TEST(Hostile, InputsThatFuzzingFound) {
         // A list table inside the text of a level, and a font number with none above it.
         "{\\rtf{\\*\\listtable\\list\\listlevel{\\leveltext{\\*\\listtable\\list}x\\b}}}",
         "{\\rtf{\\fonttbl{\\f2147483647 A;}}{\\*\\pn\\pnlvlblt}a}",
+        "{\\rtf{\\field{\\fldinst}\\bin4 }\\a}}", // binary data where the text of a field would be
     };
     for (const QByteArray& input : inputs) {
         check(input);

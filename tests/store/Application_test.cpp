@@ -64,6 +64,8 @@ TEST_F(ApplicationTest, AnswersFromItsWorld) {
     EXPECT_EQ(a.Session()->User()->value(QStringLiteral("Code")), QStringLiteral("ANNA"));
     EXPECT_EQ(a.Users()->NewEnum().size(), 5U);
     EXPECT_EQ(a.Reports()->Application(), Ref<IApplication>(&a));
+    store.host().trouble.set(HostAnswer::Reports, Giving::Missing);
+    EXPECT_FALSE(a.Reports());
     EXPECT_NE(a.Notes(), a.Notes());
 }
 

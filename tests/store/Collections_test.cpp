@@ -140,6 +140,64 @@ TEST_F(CollectionsTest, AddGivesTheRecordAsTheCallerAsks) {
     EXPECT_EQ(notes->NewEnum().size(), 3U);
 }
 
+/// A collection whose key has another name, over what its rows are read from.
+class NamesByUserID final : public CollectionBase {
+public:
+    explicit NamesByUserID(const TableDifferences& table) : CollectionBase(table) {}
+
+protected:
+    [[nodiscard]] Ref<IRecord> newRecord() const override {
+        return make<RecordBase>(differences());
+    }
+};
+
+TEST_F(CollectionsTest, AddTakesTheKeyByItsNameOrAddsNothing) {
+    store.database()->RunScript(QStringLiteral(
+        "CREATE VIEW qryNobody AS SELECT UserID, UseName FROM tblUserNames WHERE UserID < 0"));
+    const QString key = QStringLiteral("UserID");
+    const dao::ValueList data{{key, 77}, {QStringLiteral("UseName"), QStringLiteral("Zoe")}};
+    const auto readFrom = [&](const QString& query) {
+        return TableDifferences{.TableName = schema::kTblUserNames,
+                                .ClassName = QStringLiteral("Names"),
+                                .ShortDisplayFieldName = key,
+                                .KeyField = key,
+                                .StoredQuery = query};
+    };
+    const auto rowsOfZoe = [&] {
+        return store.database()
+            ->OpenRecordset(QStringLiteral("SELECT * FROM tblUserNames WHERE [UserID]=77"))
+            ->RecordCount();
+    };
+    const TableDifferences byTable = readFrom(schema::kTblUserNames);
+    const TableDifferences byQuery = readFrom(QStringLiteral("qryNobody"));
+    const Ref<dao::Recordset> withoutKey =
+        store.database()->OpenRecordset(QStringLiteral("SELECT UseName FROM tblUserNames"));
+    const struct {
+        const TableDifferences& table;
+        Ref<dao::Recordset> rows;
+        int error;
+    } cases[] = {
+        {byQuery, nullptr, kErrorRecordNotFound}, // the new row cannot be read back
+        {byTable, withoutKey, kErrorNotInCollection},
+        {byTable, nullptr, 0},
+    };
+    for (const auto& c : cases) {
+        const Ref<NamesByUserID> names = make<NamesByUserID>(c.table);
+        names->setApplication(store.applicationRef());
+        qint64 id = 0;
+        if (c.error != 0) {
+            EXPECT_EQ(errorOf([&] { names->Add(data, c.rows, id, true); }).number(), c.error);
+            EXPECT_EQ(rowsOfZoe(), 0);
+            EXPECT_EQ(id, 0);
+        } else {
+            EXPECT_EQ(names->Add(data, c.rows, id, true)->value(QStringLiteral("UseName")),
+                      QStringLiteral("Zoe"));
+            EXPECT_EQ(id, 77);
+            EXPECT_EQ(rowsOfZoe(), 1);
+        }
+    }
+}
+
 TEST_F(CollectionsTest, DeletedKeysAreNotGivenAgain) {
     const Ref<Notes> notes = store.application().Notes();
     const qint64 first = store.addNote(QStringLiteral("a"))->value(kRecordID).toLongLong();

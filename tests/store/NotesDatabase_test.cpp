@@ -1,7 +1,10 @@
 #include "store/NotesTextIndex.h"
 #include "tests/support/NotesFixture.h"
 
+#include <QProcess>
+
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 namespace yrw::test {
 namespace {
@@ -57,9 +60,12 @@ TEST_F(NotesDatabaseTest, RefusesWhatIsNone) {
     EXPECT_EQ(openingError(store.notesPath()), 0);
 }
 
-TEST_F(NotesDatabaseTest, RefusesANewerSchema) {
-    change({}, schema::kVersion + 1);
-    EXPECT_EQ(openingError(store.notesPath()), kErrorNewerSchema);
+TEST_F(NotesDatabaseTest, RefusesASchemaThatItDoesNotKnowAndLeavesNoCopy) {
+    for (const int version : {schema::kVersion + 1, -1, std::numeric_limits<int>::min()}) {
+        change({}, version);
+        EXPECT_EQ(openingError(store.notesPath()), kErrorNewerSchema) << version;
+    }
+    EXPECT_TRUE(QDir(store.folder()).entryList({QStringLiteral("*.schema*")}).isEmpty());
 }
 
 TEST_F(NotesDatabaseTest, UpgradesAnOlderOneAfterACopyBesideIt) {
@@ -79,6 +85,36 @@ TEST_F(NotesDatabaseTest, UpgradesAnOlderOneAfterACopyBesideIt) {
     EXPECT_EQ(note->value(QStringLiteral("Subject")), QStringLiteral("kept"));
     EXPECT_EQ(note->value(QStringLiteral("UseName")), QStringLiteral("Anna Ash"));
     EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral(".schema0")));
+}
+
+TEST_F(NotesDatabaseTest, OfEightProgramsThatUpgradeAtOnceAllOpenAndOneDoesIt) {
+    const QByteArray path = QFile::encodeName(store.notesPath());
+    for (int round = 0; round < 4; ++round) {
+        change({}, 1);
+        ASSERT_EQ(::chmod(path.constData(), 0640), 0);
+        // What is in the way of the copy's name stays as it is, and is not followed.
+        const QString decoy = store.notesPath() + QStringLiteral(".schema1");
+        QFile::link(QStringLiteral("elsewhere"), decoy);
+        std::vector<std::unique_ptr<QProcess>> programs;
+        for (int number = 0; number < 8; ++number) {
+            programs.push_back(std::make_unique<QProcess>());
+            programs.back()->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+            programs.back()->start(QCoreApplication::applicationFilePath(),
+                                   {QStringLiteral("--open"), store.notesPath()});
+        }
+        for (const auto& program : programs) {
+            ASSERT_TRUE(program->waitForFinished(60'000));
+            EXPECT_EQ(program->exitCode(), schema::kVersion);
+        }
+        const QStringList copies =
+            QDir(store.folder()).entryList({QStringLiteral("*.schema*")}, QDir::AllEntries);
+        EXPECT_EQ(copies.size(), 1 + round) << qPrintable(copies.join(u' '));
+        EXPECT_TRUE(QFileInfo(decoy).isSymLink());
+        EXPECT_FALSE(QFile::exists(store.folder() + QStringLiteral("/elsewhere")));
+    }
+    struct stat status {};
+    ASSERT_EQ(::stat(QByteArray(path + ".schema1-2").constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
 TEST_F(NotesDatabaseTest, AnUpgradedOneHasTheIndexOfAFreshOneAndItsNotesAreFound) {

@@ -86,6 +86,24 @@ TEST_F(OperationsTest, CancellingRemindersMarksTheNoteAsHavingNone) {
     EXPECT_EQ(cancelReminders(store.application(), *note), 0);
 }
 
+TEST_F(OperationsTest, AFailureInsideTakesEverythingBack) {
+    const qint64 old = store.addNote(QStringLiteral("a"))->value(kRecordID).toLongLong();
+    const Ref<Note> shown = query<Note>(store.application().Notes()->Item(QVariant(old)));
+    NoteChoices choices;
+    choices.Subject = QStringLiteral("b");
+    EXPECT_THROW(storeAsOne(store.application(),
+                            [&] {
+                                createNote(store.application(), store, {}, choices);
+                                changeNote(store.application(), store.manualClock(), *shown,
+                                           choices);
+                                throw AutomationError(kErrorDiskFull, {}, {});
+                            }),
+                 AutomationError);
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
+    shown->Refresh();
+    EXPECT_EQ(shown->value(QStringLiteral("Subject")), QStringLiteral("a"));
+}
+
 TEST_F(OperationsTest, DeletingANoteTakesItsRemindersAlong) {
     const Ref<Note> note = store.addNote(QStringLiteral("a"));
     const Ref<Note> other = store.addNote(QStringLiteral("b"));

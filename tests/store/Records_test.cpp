@@ -67,6 +67,32 @@ TEST_F(RecordsTest, SetValueWritesNothing) {
     EXPECT_EQ(mine->value(kSubject), QStringLiteral("first"));
 }
 
+TEST_F(RecordsTest, AnotherKeyInTheValueArrayIsNotAnotherRecord) {
+    const Ref<Note> other = store.addNote(QStringLiteral("other"));
+    const QString key = QStringLiteral("RecordID");
+    const QVariant otherKey = other->value(key);
+    const QDateTime now = store.manualClock().now();
+    addReminder(store.application(), store.manualClock(), *other, now, 1);
+    mine->SetValue(key, otherKey);
+    mine->SetValue(QStringLiteral("NoteID"), otherKey);
+    EXPECT_EQ(mine->value(key), otherKey);
+
+    mine->Field(kSubject)->setValue(QStringLiteral("second"));
+    mine->BeginMultipleFieldUpdate();
+    mine->Field(kPlainNote)->setValue(QStringLiteral("text"));
+    mine->EndMultipleFieldUpdate();
+    EXPECT_EQ(mine->NumberOfReminders(), 0);
+    EXPECT_EQ(mine->DeleteReminders(), 0);
+    EXPECT_TRUE(mine->Reminders()->NewEnum().empty());
+    mine->Refresh();
+    EXPECT_EQ(mine->value(kSubject), QStringLiteral("second"));
+    EXPECT_EQ(mine->value(kPlainNote), QStringLiteral("text"));
+    other->Refresh();
+    EXPECT_EQ(other->value(kSubject), QStringLiteral("other"));
+    EXPECT_TRUE(other->value(kPlainNote).isNull());
+    EXPECT_EQ(other->NumberOfReminders(), 1);
+}
+
 TEST_F(RecordsTest, RefreshTakesOnlyTheValues) {
     const Ref<Notes> notes = store.application().Notes();
     const Ref<dao::Recordset> rows = notes->Recordset({});

@@ -9,8 +9,11 @@
 
 #include <QFile>
 
+#include <array>
 #include <functional>
+#include <random>
 #include <utility>
+#include <vector>
 
 namespace yrw::test {
 
@@ -71,48 +74,150 @@ inline const FakeTables& fakeTables() {
     return tables;
 }
 
+/// What a host is asked for.
+enum class HostAnswer {
+    Interface,
+    UpperController,
+    LowerController,
+    Application,
+    Toolbar,
+    StatusBar,
+    Status,
+    CurrentController,
+    Window,
+    WindowState,
+    InterfaceToolbar,
+    Bands,
+    Grid,
+    GridSplits,
+    GridRows,
+    GridState,
+    CurrentRecord,
+    CurrentObject,
+    RecordField,
+    RecordName,
+    RecordCollection,
+    Workspace,
+    Database,
+    Users,
+    UserRows,
+    CurrentUser,
+    Group,
+    Session,
+    Reports,
+    ObjectDefinition,
+    DefinedCollection,
+    Names,
+    ProgID,
+    Count
+};
+
+/// How a host fails to give an answer: it has nothing to give, or raises.
+enum class Giving { Given, Missing, Raising };
+
+/// Makes answers of the host fail: those that are set to, and every one in `oneIn` on average
+/// (0: none).
+class Trouble {
+public:
+    unsigned oneIn = 0;
+    int raised = 0; ///< how often it did
+    std::vector<HostAnswer> asked;
+
+    void seed(unsigned seed) { m_random.seed(seed); }
+    void set(HostAnswer answer, Giving how) { m_giving[static_cast<std::size_t>(answer)] = how; }
+    /// True when the host has that answer to give. Bands never fail at random: a tool that cannot
+    /// be found could not be taken away either.
+    bool gives(HostAnswer answer) {
+        asked.push_back(answer);
+        const Giving how = m_giving[static_cast<std::size_t>(answer)];
+        if (how == Giving::Raising ||
+            (answer != HostAnswer::Bands && oneIn != 0 && m_random() % oneIn == 0)) {
+            ++raised;
+            throw AutomationError(kErrorInvalidOperation, QStringLiteral("Test host"),
+                                  QStringLiteral("The host is in trouble"));
+        }
+        return how == Giving::Given;
+    }
+
+private:
+    std::array<Giving, static_cast<std::size_t>(HostAnswer::Count) + 1> m_giving{};
+    std::mt19937 m_random{1};
+};
+
 class FakeRecord final : public RecordBase {
 public:
-    using RecordBase::RecordBase;
+    FakeRecord(const TableDifferences& table, Trouble& trouble)
+        : RecordBase(table), m_trouble(trouble) {}
+    [[nodiscard]] Ref<dao::Field> Field(const QString& name) override {
+        return RecordBase::Field(m_trouble.gives(HostAnswer::RecordField) ? name : QString());
+    }
+    [[nodiscard]] Ref<dao::Field> ShortDisplayValue() override {
+        return m_trouble.gives(HostAnswer::RecordName) ? RecordBase::ShortDisplayValue() : nullptr;
+    }
+    [[nodiscard]] Ref<ICollection> Collection() const override {
+        return m_trouble.gives(HostAnswer::RecordCollection) ? RecordBase::Collection() : nullptr;
+    }
+
+private:
+    Trouble& m_trouble;
 };
 
 class FakeCollection : public CollectionBase {
 public:
-    using CollectionBase::CollectionBase;
+    FakeCollection(const TableDifferences& table, Trouble& trouble)
+        : CollectionBase(table), m_trouble(trouble) {}
 
 protected:
     [[nodiscard]] Ref<IRecord> newRecord() const override {
-        return make<FakeRecord>(differences());
+        return make<FakeRecord>(differences(), m_trouble);
     }
+
+private:
+    Trouble& m_trouble;
 };
 
 class FakeUser final : public RecordBase, public IUser {
 public:
-    FakeUser() : RecordBase(fakeTables().users) {}
+    explicit FakeUser(Trouble& trouble) : RecordBase(fakeTables().users), m_trouble(trouble) {}
     [[nodiscard]] Ref<IRecord> Group() override {
-        const Ref<ICollection> groups = make<FakeCollection>(fakeTables().groups);
+        if (!m_trouble.gives(HostAnswer::Group)) {
+            return nullptr;
+        }
+        const Ref<ICollection> groups = make<FakeCollection>(fakeTables().groups, m_trouble);
         groups->setApplication(Application());
         return groups->Item(value(QStringLiteral("GroupID")));
     }
+
+private:
+    Trouble& m_trouble;
 };
 
 class FakeUsers final : public CollectionBase {
 public:
-    FakeUsers() : CollectionBase(fakeTables().users) {}
+    explicit FakeUsers(Trouble& trouble) : CollectionBase(fakeTables().users), m_trouble(trouble) {}
+    [[nodiscard]] Ref<dao::Recordset> Recordset(const RecordsetRequest& request) override {
+        return m_trouble.gives(HostAnswer::UserRows) ? CollectionBase::Recordset(request) : nullptr;
+    }
 
 protected:
-    [[nodiscard]] Ref<IRecord> newRecord() const override { return make<FakeUser>(); }
+    [[nodiscard]] Ref<IRecord> newRecord() const override { return make<FakeUser>(m_trouble); }
+
+private:
+    Trouble& m_trouble;
 };
 
 class FakeDefinition final : public IObjectDefinition {
 public:
-    FakeDefinition(const TableDifferences& table, Ref<IApplication> application)
-        : m_table(table), m_application(std::move(application)) {}
+    FakeDefinition(const TableDifferences& table, Ref<IApplication> application, Trouble& trouble)
+        : m_table(table), m_application(std::move(application)), m_trouble(trouble) {}
     [[nodiscard]] QString ObjectKey() const override { return m_table.ObjectKey; }
     [[nodiscard]] QString UseName() const override { return m_table.UseName; }
     [[nodiscard]] QString ProgID() const override { return u"Test." + m_table.CollectionName; }
     [[nodiscard]] Ref<ICollection> Collection() override {
-        const Ref<ICollection> collection = make<FakeCollection>(m_table);
+        return m_trouble.gives(HostAnswer::DefinedCollection) ? collection() : nullptr;
+    }
+    [[nodiscard]] Ref<ICollection> collection() const {
+        const Ref<ICollection> collection = make<FakeCollection>(m_table, m_trouble);
         collection->setApplication(m_application);
         collection->setParent(m_application);
         return collection;
@@ -121,6 +226,7 @@ public:
 private:
     const TableDifferences& m_table;
     Ref<IApplication> m_application;
+    Trouble& m_trouble;
 };
 
 /// The fake host's application object.
@@ -142,46 +248,59 @@ public:
 
     /// The record with that key of the customers ("cu") or orders ("or").
     [[nodiscard]] Ref<IRecord> record(const QString& objectKey, qint64 id) {
-        return ObjectDefinition(objectKey)->Collection()->Item(QVariant(id));
+        return collection(objectKey)->Item(QVariant(id));
+    }
+    /// Those records themselves.
+    [[nodiscard]] Ref<yrw::ICollection> collection(const QString& objectKey) {
+        return definition(objectKey)->collection();
     }
     void actAs(qint64 userID) { m_userID = userID; }
 
+    Trouble trouble;                  ///< of the host and of its window
     QStringList shownHelp;            ///< topics that help was asked for
     bool hasHelp = true;              ///< what asking for it answers
     QString progID = kFakeHostProgID; ///< what `ProgID` answers
 
-    [[nodiscard]] Ref<dao::Database> DAODatabase() override { return m_database; }
+    [[nodiscard]] Ref<dao::Database> DAODatabase() override {
+        return trouble.gives(HostAnswer::Database) ? m_database : nullptr;
+    }
     [[nodiscard]] Ref<dao::Workspace> DAOWorkspace() override {
-        return dao::createWorkspace(m_engine);
+        return trouble.gives(HostAnswer::Workspace) ? dao::createWorkspace(m_engine) : nullptr;
     }
     [[nodiscard]] QString Version() override { return QStringLiteral("1.2.3"); }
     [[nodiscard]] HostDataHelper* DB() override { return &m_helper; }
     [[nodiscard]] Ref<IUser> CurrentUser() override {
-        return query<IUser>(Users()->Item(QVariant(m_userID)));
+        return trouble.gives(HostAnswer::CurrentUser)
+                   ? query<IUser>(users()->Item(QVariant(m_userID)))
+                   : nullptr;
     }
     void setCurrentUser(const Ref<IUser>& user) override {
         m_userID = user->value(QStringLiteral("RecordID")).toLongLong();
     }
     [[nodiscard]] QString Name() override { return QStringLiteral("Test host"); }
-    [[nodiscard]] QString ProgID() override { return progID; }
+    [[nodiscard]] QString ProgID() override {
+        return trouble.gives(HostAnswer::ProgID) ? progID : QString();
+    }
     void Terminate() override { m_workspace->Close(); }
     [[nodiscard]] Ref<yrw::ICollection> Users() override {
-        const Ref<yrw::ICollection> users = make<FakeUsers>();
-        users->setApplication(Ref<IApplication>(this));
-        return users;
+        return trouble.gives(HostAnswer::Users) ? users() : nullptr;
+    }
+    [[nodiscard]] Ref<ISession> Session() override {
+        return trouble.gives(HostAnswer::Session) ? HostApplicationBase::Session() : nullptr;
     }
     [[nodiscard]] Ref<IObjectDefinition> ObjectDefinition(const QString& objectKey) override {
-        for (const TableDifferences* table : {&fakeTables().customers, &fakeTables().orders}) {
-            if (table->ObjectKey == objectKey) {
-                return make<FakeDefinition>(*table, Ref<IApplication>(this));
-            }
-        }
-        return nullptr;
+        return trouble.gives(HostAnswer::ObjectDefinition) ? definition(objectKey) : nullptr;
+    }
+    [[nodiscard]] QString ObjectDisplayName(const QString& useName) override {
+        return trouble.gives(HostAnswer::Names) ? useName : QString();
     }
     [[nodiscard]] QStringList ObjectDefinitionKeys() override {
         return {QStringLiteral("cu"), QStringLiteral("or")};
     }
     [[nodiscard]] QString UserName(const QString& code) override {
+        if (!trouble.gives(HostAnswer::Names)) {
+            return {};
+        }
         const Ref<dao::Recordset> rows = m_database->OpenRecordset(QStringLiteral("qryUsers"));
         for (; !rows->AtEof(); rows->MoveNext()) {
             if (rows->value(QStringLiteral("Code")).toString() == code) {
@@ -195,10 +314,26 @@ public:
         return hasHelp;
     }
     [[nodiscard]] Ref<yrw::ICollection> CreateReports() override {
-        return make<FakeCollection>(fakeTables().reports);
+        return trouble.gives(HostAnswer::Reports)
+                   ? make<FakeCollection>(fakeTables().reports, trouble)
+                   : nullptr;
     }
 
 private:
+    [[nodiscard]] Ref<FakeUsers> users() {
+        Ref<FakeUsers> users = make<FakeUsers>(trouble);
+        users->setApplication(Ref<IApplication>(this));
+        return users;
+    }
+    [[nodiscard]] Ref<FakeDefinition> definition(const QString& objectKey) {
+        for (const TableDifferences* table : {&fakeTables().customers, &fakeTables().orders}) {
+            if (table->ObjectKey == objectKey) {
+                return make<FakeDefinition>(*table, Ref<IApplication>(this), trouble);
+            }
+        }
+        return nullptr;
+    }
+
     dao::EngineServices m_engine;
     Ref<dao::Workspace> m_workspace;
     Ref<dao::Database> m_database;

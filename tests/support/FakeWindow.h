@@ -1,7 +1,7 @@
 #pragma once
 
 // The window of the fake host: two grids with their controllers, two toolbars and a status bar, all
-// behind the contract, and calls that fail at random on demand.
+// behind the contract.
 
 #include "platform/controls/RecordGrid.h"
 #include "platform/controls/StatusBar.h"
@@ -12,39 +12,42 @@
 
 #include <QVBoxLayout>
 
-#include <random>
-
 namespace yrw::test {
 
-/// Makes calls of the host fail: every one in `oneIn` on average; 0: none.
-class Trouble {
+/// A toolbar whose bands may fail to be found.
+class FakeToolbar final : public Toolbar {
 public:
-    unsigned oneIn = 0;
-    int raised = 0; ///< how often it did
-
-    explicit Trouble(unsigned seed = 1) : m_random(seed) {}
-    void mayRaise() {
-        if (oneIn != 0 && m_random() % oneIn == 0) {
-            ++raised;
-            throw AutomationError(kErrorInvalidOperation, QStringLiteral("Test host"),
-                                  QStringLiteral("The host is in trouble"));
-        }
+    FakeToolbar(Trouble& trouble, QWidget* parent) : Toolbar(parent), m_trouble(trouble) {}
+    [[nodiscard]] IBand* findBand(const QString& key) const override {
+        return m_trouble.gives(HostAnswer::Bands) ? Toolbar::findBand(key) : nullptr;
     }
 
 private:
-    std::mt19937 m_random;
+    Trouble& m_trouble;
+};
+
+/// A grid whose splits may fail to be given.
+class FakeGrid final : public RecordGrid {
+public:
+    FakeGrid(Trouble& trouble, QWidget* parent) : RecordGrid(parent), m_trouble(trouble) {}
+    [[nodiscard]] IGridSplits* Splits() override {
+        return m_trouble.gives(HostAnswer::GridSplits) ? RecordGrid::Splits() : nullptr;
+    }
+
+private:
+    Trouble& m_trouble;
 };
 
 /// Controller of one grid; shows a kind of record of the host.
 class FakeController final : public QObject, public IGridController {
 public:
     FakeController(Trouble& trouble, QWidget* parent)
-        : QObject(parent), grid(new RecordGrid(parent)), m_trouble(trouble) {}
+        : QObject(parent), grid(new FakeGrid(trouble, parent)), m_trouble(trouble) {}
 
     /// Loads a layout of that name with these columns, and shows a kind of record in it.
     void show(FakeHostApplication& host, const QString& objectKey, const QString& layout,
               const QList<GridColumn>& columns) {
-        object = host.ObjectDefinition(objectKey)->Collection();
+        object = host.collection(objectKey);
         layoutName = layout;
         grid->setColumns(columns);
         AfterLayoutLoad.raise();
@@ -74,31 +77,24 @@ public:
 
     [[nodiscard]] QObject* asQObject() override { return this; }
     [[nodiscard]] IRecordGrid* Grid() override {
-        m_trouble.mayRaise();
-        return grid;
+        return m_trouble.gives(HostAnswer::Grid) ? grid : nullptr;
     }
     [[nodiscard]] Ref<IRecord> CurrentRecord() override {
-        m_trouble.mayRaise();
         const Ref<dao::Recordset> rows = grid->recordset();
-        return object && rows && grid->currentRow() >= 0 && !rows->AtEof()
+        return m_trouble.gives(HostAnswer::CurrentRecord) && object && rows &&
+                       grid->currentRow() >= 0 && !rows->AtEof()
                    ? object->Item(rows->value(u"RecordID"))
                    : nullptr;
     }
     [[nodiscard]] Ref<ICollection> CurrentObject() override {
-        m_trouble.mayRaise();
-        return object;
+        return m_trouble.gives(HostAnswer::CurrentObject) ? object : nullptr;
     }
-    [[nodiscard]] bool Busy() override {
-        m_trouble.mayRaise();
-        return isBusy;
-    }
+    [[nodiscard]] bool Busy() override { return m_trouble.gives(HostAnswer::GridState) && isBusy; }
     [[nodiscard]] QString LayoutName() override {
-        m_trouble.mayRaise();
-        return layoutName;
+        return m_trouble.gives(HostAnswer::GridState) ? layoutName : QString();
     }
     [[nodiscard]] Ref<dao::Recordset> Recordset() override {
-        m_trouble.mayRaise();
-        return grid->recordset();
+        return m_trouble.gives(HostAnswer::GridRows) ? grid->recordset() : nullptr;
     }
 
 private:
@@ -113,30 +109,40 @@ public:
     public:
         explicit Component(FakeWindow& window) : QObject(&window), m_window(window) {}
         [[nodiscard]] QObject* asQObject() override { return this; }
-        [[nodiscard]] IHostInterface* Interface() override { return ask(&m_window); }
-        [[nodiscard]] IGridController* UpperController() override { return ask(m_window.upper); }
-        [[nodiscard]] IGridController* LowerController() override { return ask(m_window.lower); }
-        [[nodiscard]] Ref<IHostApplication> Application() override {
-            m_window.trouble.mayRaise();
-            return m_window.host;
+        [[nodiscard]] IHostInterface* Interface() override {
+            return ask(HostAnswer::Interface, &m_window);
         }
-        [[nodiscard]] IToolbar* Toolbar() override { return ask(m_window.componentBar); }
-        [[nodiscard]] IStatusBar* StatusBar() override { return ask(m_window.statusBar); }
+        [[nodiscard]] IGridController* UpperController() override {
+            return ask(HostAnswer::UpperController, m_window.upper);
+        }
+        [[nodiscard]] IGridController* LowerController() override {
+            return ask(HostAnswer::LowerController, m_window.lower);
+        }
+        [[nodiscard]] Ref<IHostApplication> Application() override {
+            return ask(HostAnswer::Application, m_window.host.get());
+        }
+        [[nodiscard]] IToolbar* Toolbar() override {
+            return ask(HostAnswer::Toolbar, m_window.componentBar);
+        }
+        [[nodiscard]] IStatusBar* StatusBar() override {
+            return ask(HostAnswer::StatusBar, m_window.statusBar);
+        }
 
     private:
         template <class T>
-        T* ask(T* object) {
-            m_window.trouble.mayRaise();
-            return object;
+        T* ask(HostAnswer answer, T* object) {
+            return m_window.trouble.gives(answer) ? object : nullptr;
         }
         FakeWindow& m_window;
     };
 
     explicit FakeWindow(Ref<FakeHostApplication> application, unsigned seed = 1)
-        : trouble(seed), host(std::move(application)), componentBar(new yrw::Toolbar(this)),
-          interfaceBar(new yrw::Toolbar(this)), statusBar(new yrw::StatusBar(this)),
+        : host(std::move(application)), trouble(host->trouble),
+          componentBar(new FakeToolbar(trouble, this)),
+          interfaceBar(new FakeToolbar(trouble, this)), statusBar(new yrw::StatusBar(this)),
           upper(new FakeController(trouble, this)), lower(new FakeController(trouble, this)),
           component(new Component(*this)) {
+        trouble.seed(seed);
         auto* column = new QVBoxLayout(this);
         for (QWidget* part : std::initializer_list<QWidget*>{componentBar, interfaceBar,
                                                              upper->grid, lower->grid, statusBar}) {
@@ -157,8 +163,8 @@ public:
                      {QStringLiteral("CustomerID"), QStringLiteral("Customer")}});
     }
 
-    Trouble trouble;
     Ref<FakeHostApplication> host;
+    Trouble& trouble; ///< the host's
     yrw::Toolbar* const componentBar;
     yrw::Toolbar* const interfaceBar;
     yrw::StatusBar* const statusBar;
@@ -171,32 +177,25 @@ public:
 
     [[nodiscard]] QObject* asQObject() override { return this; }
     void ShowStatus(const QString& text) override {
-        trouble.mayRaise();
-        status = text;
+        status = trouble.gives(HostAnswer::Status) ? text : QString();
     }
     [[nodiscard]] IGridController* CurrentController() override {
-        trouble.mayRaise();
-        return upper;
+        return trouble.gives(HostAnswer::CurrentController) ? upper : nullptr;
     }
     [[nodiscard]] QWidget* Window() override {
-        trouble.mayRaise();
-        return this;
+        return trouble.gives(HostAnswer::Window) ? this : nullptr;
     }
     [[nodiscard]] bool IsWindowActive() override {
-        trouble.mayRaise();
-        return isActiveWindowOfUser;
+        return trouble.gives(HostAnswer::WindowState) && isActiveWindowOfUser;
     }
     [[nodiscard]] bool CanCheckNotes() override {
-        trouble.mayRaise();
-        return notesMayBeChecked;
+        return trouble.gives(HostAnswer::WindowState) && notesMayBeChecked;
     }
     [[nodiscard]] IToolbar* Toolbar() override {
-        trouble.mayRaise();
-        return interfaceBar;
+        return trouble.gives(HostAnswer::InterfaceToolbar) ? interfaceBar : nullptr;
     }
     [[nodiscard]] QRect WindowRect() override {
-        trouble.mayRaise();
-        return frameGeometry();
+        return trouble.gives(HostAnswer::Window) ? frameGeometry() : QRect();
     }
 };
 

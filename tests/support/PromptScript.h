@@ -49,6 +49,7 @@ public:
     QStringList asked;
     QList<ErrorReport> reports;
     QList<FileRequest> fileRequests;
+    FontChoice fontAsked; ///< what the last font dialog began with
     PromptIcon lastIcon = PromptIcon::None;
     PromptButtons lastButtons = PromptButtons::Ok;
     PromptAnswer lastDefault = PromptAnswer::Ok;
@@ -99,8 +100,9 @@ public:
         fileRequests.append(request);
         return take(m_files, {}, "save dialog: " + request.title).value(0);
     }
-    std::optional<FontChoice> chooseFont(const FontChoice&) override {
+    std::optional<FontChoice> chooseFont(const FontChoice& start) override {
         note("font", {});
+        fontAsked = start;
         return take(m_fonts, std::nullopt, "font dialog");
     }
     std::optional<int> chooseColour(int) override {

@@ -2,14 +2,20 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/component/GuardedPtr.h"
+#include "platform/forms/Contrast.h"
+#include "platform/forms/DrawnIcons.h"
 #include "platform/toolbar/ToolIcons.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
+#include <QFile>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPalette>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -290,6 +296,71 @@ TEST_F(ToolbarTest, iconsTakeTheColourOfTheText) {
     }
     QApplication::setPalette(before);
     EXPECT_TRUE(toolIcon("no-such-icon").isNull());
+}
+
+// Every drawing is one of its own, drawn at the size asked for, in ink that shows on the palette.
+TEST_F(ToolbarTest, drawingsAreSharpAtEveryScaleOnLightAndDark) {
+    const QPalette before = QApplication::palette();
+    QSet<QByteArray> seen;
+    for (const QColor& button : {QColor(0xef, 0xef, 0xef), QColor(0x35, 0x35, 0x35)}) {
+        QApplication::setPalette(QPalette(button));
+        for (const QString& name : drawnIconNames()) {
+            for (const qreal scale : {1.0, 1.5, 2.0}) {
+                const QImage image = drawnIcon(name).pixmap(QSize(16, 16), scale).toImage();
+                EXPECT_EQ(image.size(), QSize(16, 16) * scale) << name.toStdString();
+                int seenPixels = 0;
+                for (int i = 0; i < image.width() * image.height(); ++i) {
+                    const QColor pixel = image.pixelColor(i % image.width(), i / image.width());
+                    seenPixels += pixel.alpha() == 255 && contrast(pixel, button) >= 3 ? 1 : 0;
+                }
+                EXPECT_GE(seenPixels, 10 * scale) << name.toStdString() << " at " << scale;
+                seen.insert(QByteArray(reinterpret_cast<const char*>(image.constBits()),
+                                       image.sizeInBytes()));
+            }
+        }
+    }
+    EXPECT_GE(seen.size(), 3 * drawnIconNames().size());
+    QApplication::setPalette(before);
+}
+
+TEST_F(ToolbarTest, noShippedToolTurnsIntoTextWithoutAnIconTheme) {
+    (void)toolIcon("list-add"); // themes are looked for once
+    const QString theme = QIcon::themeName();
+    const QString fallback = QIcon::fallbackThemeName();
+    const QStringList paths = QIcon::themeSearchPaths();
+    QIcon::setThemeSearchPaths({});
+    QIcon::setFallbackThemeName("none");
+    QIcon::setThemeName("none");
+    QFile layout(YRW_SOURCE_DIR "/template/DB/YRWNOTES/support/Notes/Menus.tb");
+    ASSERT_TRUE(layout.open(QIODevice::ReadOnly));
+    bar->loadLayoutText(layout.readAll(), "Menus.tb");
+    int buttons = 0;
+    for (QToolButton* const each : bar->findChildren<QToolButton*>(QRegularExpression("^too"))) {
+        ++buttons;
+        EXPECT_NE(each->toolButtonStyle(), Qt::ToolButtonTextOnly)
+            << each->objectName().toStdString();
+    }
+    EXPECT_GT(buttons, 25);
+    EXPECT_FALSE(toolIcon("window-close").isNull());
+    QIcon::setThemeSearchPaths(paths);
+    QIcon::setFallbackThemeName(fallback);
+    QIcon::setThemeName(theme);
+}
+
+TEST_F(ToolbarTest, aComboTellsReadersItsNameItsTextAndWhatItIsFor) {
+    auto* const combo = bar->findChild<QComboBox*>("tooListType");
+    QAccessibleInterface* const reader = QAccessible::queryAccessibleInterface(combo);
+    bar->findTool("tooListType")->setListIndex(2);
+    EXPECT_EQ(reader->text(QAccessible::Name), "Show");
+    EXPECT_EQ(reader->text(QAccessible::Value), "Done");
+    EXPECT_FALSE(reader->text(QAccessible::Description).isEmpty());
+    EXPECT_EQ(reader->role(), QAccessible::ComboBox);
+    bar->findTool("tooListType")->setText("Odd"); // none of its entries
+    EXPECT_EQ(reader->text(QAccessible::Value), "Odd");
+    reader->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_TRUE(combo->view()->isVisible());
+    EXPECT_TRUE(reader->state().expanded);
+    combo->hidePopup();
 }
 
 } // namespace

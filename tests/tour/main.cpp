@@ -3,6 +3,7 @@
 //
 //   tour --out DIR             runs both parts, each in a process of its own
 //   tour --out DIR --part N    runs one part; its last line tells the number of the next picture
+#include "tests/driving/DrivenApplication.h"
 #include "tests/tour/Hands.h"
 #include "tests/tour/Script.h"
 
@@ -336,7 +337,7 @@ int runTour(const QString& out) {
 } // namespace yrw::tour
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
+    yrw::test::DrivenApplication application(argc, argv);
     QCommandLineParser parser;
     const QCommandLineOption out(QStringLiteral("out"), QStringLiteral("Folder for the pictures."),
                                  QStringLiteral("DIR"), QStringLiteral("."));
@@ -348,6 +349,11 @@ int main(int argc, char** argv) {
     parser.addHelpOption();
     parser.process(application);
     const int which = parser.value(part).toInt();
-    return which == 0 ? yrw::tour::runTour(parser.value(out))
-                      : yrw::tour::runPart(which, parser.value(out), parser.value(from).toInt());
+    if (which == 0) {
+        return yrw::tour::runTour(parser.value(out));
+    }
+    if (!application.waitForReader()) {
+        return 1;
+    }
+    return yrw::tour::runPart(which, parser.value(out), parser.value(from).toInt());
 }

@@ -2,6 +2,7 @@
 
 namespace yrw {
 
+IGridSplits::~IGridSplits() = default;
 IRecordGrid::~IRecordGrid() = default;
 IStatusBar::~IStatusBar() = default;
 

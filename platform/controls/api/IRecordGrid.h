@@ -100,6 +100,21 @@ private:
     QStringList m_details;
 };
 
+/// The panes that a grid is split into, side by side, and which of them fetch styles.
+///
+/// Lifetime: as its grid; hold it in a `GuardedPtr`. Thread: the user-interface thread.
+class IGridSplits {
+public:
+    virtual ~IGridSplits();
+    [[nodiscard]] virtual QObject* asQObject() = 0;
+
+    [[nodiscard]] virtual int splitCount() const = 0;
+    [[nodiscard]] virtual bool fetchesRowStyle(int split) const = 0;
+    virtual void setFetchRowStyle(int split, bool fetch) = 0;
+    [[nodiscard]] virtual bool fetchesCellStyle(int split) const = 0;
+    virtual void setFetchCellStyle(int split, bool fetch) = 0;
+};
+
 /// The record grid of a host: rows of a recordset, painted as they come into view.
 ///
 /// Split and column numbers count from 0. Style events are raised while a row is painted, once per
@@ -112,11 +127,8 @@ public:
     virtual ~IRecordGrid();
     [[nodiscard]] virtual QObject* asQObject() = 0;
 
-    [[nodiscard]] virtual int splitCount() const = 0;
-    [[nodiscard]] virtual bool fetchesRowStyle(int split) const = 0;
-    virtual void setFetchRowStyle(int split, bool fetch) = 0;
-    [[nodiscard]] virtual bool fetchesCellStyle(int split) const = 0;
-    virtual void setFetchCellStyle(int split, bool fetch) = 0;
+    /// The grid's splits; nothing when it tells nothing of them.
+    [[nodiscard]] virtual IGridSplits* Splits() = 0;
 
     [[nodiscard]] virtual int columnCount() const = 0;
     /// Field that a column shows.

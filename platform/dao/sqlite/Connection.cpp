@@ -1,9 +1,9 @@
 #include "platform/dao/sqlite/Connection.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/ReaderFiles.h"
 
 #include <QCoreApplication>
-#include <QRandomGenerator>
 #include <QScopeGuard>
 #include <QThread>
 #include <QUrl>
@@ -16,10 +16,6 @@ namespace yrw::dao {
 
 namespace {
 
-constexpr qint64 kLockDeadlineMs = 5000;
-constexpr int kShortestSleepUs = 200;
-constexpr int kLongestSleepUs = 1700;
-
 void tellNow(sqlite3_context* context, int, sqlite3_value**) {
     const auto* clock = static_cast<Clock*>(sqlite3_user_data(context));
     const QByteArray text = dateToText(clock->now()).toUtf8();
@@ -30,22 +26,24 @@ int openFlags(Connection::Access access) {
     switch (access) {
     case Connection::Access::ReadWrite:
         return SQLITE_OPEN_READWRITE;
-    case Connection::Access::Create:
-        return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    case Connection::Access::ReadOnly:
-        return SQLITE_OPEN_READONLY;
+    case Connection::Access::Reader:
     case Connection::Access::Immutable:
-        return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+        break;
     }
-    return SQLITE_OPEN_READONLY;
+    return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
 }
 
 QByteArray openName(const QString& path, Connection::Access access) {
-    if (access != Connection::Access::Immutable) {
+    const QByteArray place =
+        QByteArrayLiteral("file:") + QUrl::toPercentEncoding(path, QByteArrayLiteral("/"));
+    switch (access) {
+    case Connection::Access::Reader:
+        return place + QByteArrayLiteral("?readonly_shm=1");
+    case Connection::Access::Immutable:
+        return place + QByteArrayLiteral("?immutable=1");
+    default:
         return path.toUtf8();
     }
-    return QByteArrayLiteral("file:") + QUrl::toPercentEncoding(path, QByteArrayLiteral("/")) +
-           QByteArrayLiteral("?immutable=1");
 }
 
 } // namespace
@@ -57,61 +55,109 @@ void Connection::Closer::operator()(sqlite3* connection) const noexcept {
 }
 
 Connection::Connection(const QString& path, Access access, Clock& clock)
-    : m_clock(clock), m_turn(std::make_unique<QObject>()) {
+    : m_clock(clock), m_path(path), m_waits(clock), m_turn(std::make_unique<QObject>()) {
+    open(access);
+}
+
+void Connection::open(Access access) {
     sqlite3* handle = nullptr;
-    const int code = sqlite3_open_v2(openName(path, access).constData(), &handle,
-                                     openFlags(access) | SQLITE_OPEN_NOMUTEX, nullptr);
-    m_handle.reset(handle);
+    const bool reads = access == Access::Reader || access == Access::Immutable;
+    const int code = sqlite3_open_v2(openName(m_path, access).constData(), &handle,
+                                     openFlags(access) | SQLITE_OPEN_NOMUTEX,
+                                     reads ? readerFileLayer() : nullptr);
+    std::unique_ptr<sqlite3, Closer> opened(handle);
     if (code != SQLITE_OK) {
         raiseEngineError(handle, code);
     }
-    m_wait.clock = &clock;
+    m_place = placeOf(m_path);
+    int isMoved = 0;
+    sqlite3_file_control(handle, "main", SQLITE_FCNTL_HAS_MOVED, &isMoved);
+    if (isMoved != 0) {
+        throw AutomationError(
+            kErrorCannotOpenDatabase, QStringLiteral("YRW.Workspace"),
+            QStringLiteral("%1 was replaced while it was opened. Open it again.").arg(m_path));
+    }
     sqlite3_extended_result_codes(handle, 1);
     // Pages for some thousand notes; taken only as they are read.
     sqlite3_exec(handle, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
     // Moving the journal's pages home costs three syncs; the journal grows to 16 MB before it is
     // due.
     sqlite3_wal_autocheckpoint(handle, 4000);
-    sqlite3_busy_handler(handle, &Connection::waitForLock, &m_wait);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    sqlite3_create_function_v2(handle, "Now", 0, SQLITE_UTF8, &clock, &tellNow, nullptr, nullptr,
+    m_waits.serve(handle);
+    m_limits.apply(handle);
+    sqlite3_create_function_v2(handle, "Now", 0, SQLITE_UTF8, &m_clock, &tellNow, nullptr, nullptr,
                                nullptr);
+    m_handle = std::move(opened);
 }
 
-Connection::~Connection() = default;
+Connection::~Connection() {
+    if (!isInPlace()) {
+        // The journal would go home into a file that nobody sees, and what was put there since may
+        // be in use by others.
+        sqlite3_db_config(handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    }
+}
 
-int Connection::waitForLock(void* argument, int tries) noexcept {
-    auto* wait = static_cast<Wait*>(argument);
-    const qint64 now = wait->clock->monotonicMs();
-    if (tries == 0) {
-        wait->startedMs = now;
-        wait->sleptUs = 0;
+bool Connection::isInPlace() const {
+    if (!m_place) {
+        return true;
     }
-    // The sleeps are summed as well, for a clock that stands still.
-    if (now - wait->startedMs >= kLockDeadlineMs || wait->sleptUs >= kLockDeadlineMs * 1000) {
-        return 0;
+    const std::optional<FilePlace> now = placeOf(m_path);
+    return now ? now->isSameOpenFile(*m_place) : !isGone(m_path);
+}
+
+void Connection::requireInPlace() const {
+    if (isInPlace()) {
+        return;
     }
-    const int sleep = QRandomGenerator::global()->bounded(kShortestSleepUs, kLongestSleepUs + 1);
-    QThread::usleep(static_cast<unsigned long>(sleep));
-    wait->sleptUs += sleep;
-    return 1;
+    throw AutomationError(
+        kErrorFileReplaced, QStringLiteral("YRW.Database"),
+        (isGone(m_path)
+             ? QStringLiteral("%1 is not there any more: somebody deleted or renamed it while it "
+                              "was open. Nothing was written.")
+             : QStringLiteral("%1 is another file now: somebody put it there while the former one "
+                              "was open. Nothing was written."))
+            .arg(m_path));
+}
+
+void Connection::watchForJournal() {
+    m_followsJournal = true;
+    if (hasFullJournalBeside(m_path)) {
+        m_foreignJournal = placeOf(m_path + u"-wal");
+    }
+}
+
+/// Others may begin to write at any time, and then the file alone does not tell what is committed.
+void Connection::followJournal() {
+    if (!hasJournalBeside(m_path)) {
+        return;
+    }
+    const std::optional<FilePlace> journal = placeOf(m_path + u"-wal");
+    if (journal && m_foreignJournal && journal->isSameOpenFile(*m_foreignJournal)) {
+        return;
+    }
+    for (ReadHolder* holder : m_holders) {
+        holder->dropStatements();
+    }
+    m_kept.clear();
+    m_beginRead = Statement();
+    m_commit = Statement();
+    open(Access::Reader);
+    m_followsJournal = false;
 }
 
 void Connection::execute(const QString& sql) const {
     Statement(handle(), sql).run();
 }
 
-Statement& Connection::kept(const QString& sql) {
+Statement& Connection::kept(const QString& sql, SqlOrigin origin) {
     constexpr size_t kMost = 32;
     const auto found = std::find_if(m_kept.begin(), m_kept.end(),
                                     [&sql](const auto& entry) { return entry.first == sql; });
     if (found != m_kept.end()) {
         m_kept.splice(m_kept.begin(), m_kept, found);
     } else {
-        m_kept.emplace_front(sql, Statement(handle(), sql));
+        m_kept.emplace_front(sql, Statement(handle(), sql, origin));
     }
     if (m_kept.size() > kMost) {
         m_kept.pop_back();
@@ -143,7 +189,8 @@ void Connection::runKept(Statement& statement, const char* sql) const {
 void Connection::begin() {
     if (m_depth == 0) {
         endRead();
-        runKept(m_beginWrite, "BEGIN IMMEDIATE");
+        requireInPlace();
+        beginWrite();
     } else {
         requireLiveTransaction();
         kept(QStringLiteral("SAVEPOINT yrw%1").arg(m_depth)).run();
@@ -151,19 +198,35 @@ void Connection::begin() {
     ++m_depth;
 }
 
-bool Connection::tryBegin() {
-    sqlite3_busy_handler(handle(), nullptr, nullptr);
-    const auto waitAgain =
-        qScopeGuard([this] { sqlite3_busy_handler(handle(), &Connection::waitForLock, &m_wait); });
-    try {
-        begin();
-    } catch (const AutomationError& error) {
-        if (error.number() != kErrorLocked) {
-            throw;
-        }
-        return false;
+void Connection::beginWrite() {
+    if (m_watch == nullptr || m_waits.isBrief()) {
+        runKept(m_beginWrite, "BEGIN IMMEDIATE");
+        return;
     }
-    return true;
+    // Between two tries nothing is under way here, so that whoever watches may handle events. The
+    // commit could not wait like that; without a write-ahead journal its lock is taken now.
+    const bool isAlone = scalar(QStringLiteral("PRAGMA journal_mode")).toString() != u"wal";
+    const int before = m_waits.setPatience(0);
+    const auto after = qScopeGuard([this, before] {
+        m_waits.setPatience(before);
+        if (m_watch != nullptr) {
+            m_watch->ended();
+        }
+    });
+    const qint64 begun = m_clock.monotonicMs();
+    for (;;) {
+        endRead(); // of what was painted meanwhile
+        try {
+            runKept(isAlone ? m_beginAlone : m_beginWrite,
+                    isAlone ? "BEGIN EXCLUSIVE" : "BEGIN IMMEDIATE");
+            return;
+        } catch (const AutomationError& error) {
+            if (error.number() != kErrorLocked || m_watch == nullptr ||
+                !m_watch->goOn(m_clock.monotonicMs() - begun)) {
+                throw;
+            }
+        }
+    }
 }
 
 void Connection::requireLiveTransaction() const {
@@ -181,6 +244,7 @@ void Connection::commit() {
     }
     requireLiveTransaction();
     if (m_depth == 1) {
+        requireInPlace();
         releaseHolders();
         runKept(m_commit, "COMMIT");
     } else {
@@ -223,10 +287,16 @@ bool Connection::beginRead() {
     }
     if (!isInLoop()) {
         endAbandonedRead();
+        if (m_followsJournal) {
+            followJournal();
+        }
         return false;
     }
     if (m_reading) {
         return true;
+    }
+    if (m_followsJournal) {
+        followJournal();
     }
     runKept(m_beginRead, "BEGIN");
     m_reading = true;

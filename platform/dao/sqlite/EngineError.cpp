@@ -19,7 +19,7 @@ Meaning meaningOf(int code) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
     case SQLITE_PROTOCOL:
-        return {kErrorLocked, QStringLiteral("%1 is in use: %2 has kept it locked for 5 seconds. "
+        return {kErrorLocked, QStringLiteral("%1 is in use: %2 keeps it locked. "
                                              "Nothing was changed; try again when that program has "
                                              "finished.")};
     case SQLITE_READONLY:
@@ -37,6 +37,16 @@ Meaning meaningOf(int code) {
                                                    "or move it away.")};
     case SQLITE_CORRUPT:
         return {kErrorNotADatabase, QStringLiteral("%1 is damaged (%2). Restore it from a copy.")};
+    case SQLITE_INTERRUPT:
+        return {kErrorDatabaseEngine,
+                QStringLiteral("A query in %1 was stopped, because it did not come to an end. "
+                               "Somebody may have changed the queries in that file; have it "
+                               "checked.")};
+    case SQLITE_AUTH:
+        return {kErrorDatabaseEngine,
+                QStringLiteral("A query in %1 was refused, because it asks for more than the "
+                               "file's own data (%2). Somebody may have changed the queries in "
+                               "that file; have it checked.")};
     case SQLITE_IOERR:
         break;
     default:
@@ -64,7 +74,9 @@ void raiseEngineError(sqlite3* connection, int code) {
                                                 : QString::fromUtf8(sqlite3_errstr(code));
     const char* name = connection != nullptr ? sqlite3_db_filename(connection, "main") : nullptr;
     const QString file = QString::fromUtf8(name);
-    const Meaning meaning = meaningOf(code);
+    // A function that is not allowed comes with the code of any wrong text.
+    const bool refused = code == SQLITE_ERROR && words.startsWith(u"not authorized");
+    const Meaning meaning = meaningOf(refused ? SQLITE_AUTH : code);
     QString detail = words;
     if (meaning.number == kErrorLocked) {
         const QString holders = lockHolders(file);

@@ -25,7 +25,8 @@ bool ForwardRecordset::sortsWholeRows() const {
     if (!query().hasKey()) {
         return false;
     }
-    Statement plan(connection().handle(), u"EXPLAIN QUERY PLAN " + query().rowsSql());
+    Statement plan(connection().handle(), u"EXPLAIN QUERY PLAN " + query().rowsSql(),
+                   query().origin());
     while (plan.step()) {
         if (plan.text(3).contains(u"ORDER BY")) {
             return true;
@@ -41,7 +42,7 @@ void ForwardRecordset::start() {
     connection().beginRead();
     if (sortsWholeRows()) {
         m_mode = Mode::Keys;
-        Statement& keys = connection().kept(query().keysSql());
+        Statement& keys = connection().kept(query().keysSql(), query().origin());
         query().bindTo(keys);
         while (keys.step()) {
             m_keys.push_back(keys.integer(0));
@@ -153,6 +154,12 @@ void ForwardRecordset::releaseRead() noexcept {
         m_lost = std::current_exception();
     }
     m_stream.reset();
+}
+
+void ForwardRecordset::dropStatements() noexcept {
+    releaseRead();
+    m_stream = Statement();
+    m_reader.close();
 }
 
 void ForwardRecordset::requireRest() const {

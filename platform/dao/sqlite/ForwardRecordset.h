@@ -32,6 +32,7 @@ protected:
     [[nodiscard]] qint64 currentKey() const override { raiseInvalid("changes"); }
     void dropRows() noexcept override;
     void releaseRead() noexcept override;
+    void dropStatements() noexcept override;
 
 private:
     enum class Mode { Stream, Keys, Rows };

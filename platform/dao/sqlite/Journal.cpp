@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -78,14 +79,19 @@ void settleJournal(Connection& connection, const QString& file, bool onNetwork) 
     }
 }
 
-bool hasWriteAheadJournal(const QString& file) {
-    constexpr qsizetype kReadVersion = 19;
-    QFile header(file);
-    if (!header.open(QIODevice::ReadOnly)) {
-        return false;
-    }
-    const QByteArray bytes = header.read(kReadVersion + 1);
-    return bytes.size() > kReadVersion && bytes[kReadVersion] == 2;
+bool hasWriteAheadJournal(const Connection& connection) {
+    constexpr sqlite3_int64 kReadVersion = 19;
+    sqlite3_file* file = nullptr;
+    unsigned char version = 0;
+    // Opening the file past the engine would give up the locks that this process has on it.
+    return sqlite3_file_control(connection.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file) ==
+               SQLITE_OK &&
+           file->pMethods != nullptr &&
+           file->pMethods->xRead(file, &version, 1, kReadVersion) == SQLITE_OK && version == 2;
+}
+
+bool mayRead(const QString& path) {
+    return ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), R_OK, AT_EACCESS) == 0;
 }
 
 bool mayWrite(const QString& path) {

@@ -14,10 +14,11 @@ class Connection;
 /// Raises `kErrorLocked` when the file must be turned while another program has it open.
 void settleJournal(Connection& connection, const QString& file, bool onNetwork);
 
-/// True when the file keeps a write-ahead journal; asks the file's first bytes, not the engine.
-[[nodiscard]] bool hasWriteAheadJournal(const QString& file);
+/// True when the file keeps a write-ahead journal. Reads nothing but the file's head.
+[[nodiscard]] bool hasWriteAheadJournal(const Connection& connection);
 
-/// True when the process's effective user may write to a file or folder.
+/// True when the process's effective user may read, or write to, a file or folder.
+[[nodiscard]] bool mayRead(const QString& path);
 [[nodiscard]] bool mayWrite(const QString& path);
 
 /// Who holds locks on a database file, as far as the system tells: "yrwhost (process 123)". Empty

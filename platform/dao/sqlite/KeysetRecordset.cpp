@@ -1,5 +1,6 @@
 #include "platform/dao/sqlite/KeysetRecordset.h"
 
+#include "platform/collation/TextOrder.h"
 #include "platform/component/AutomationError.h"
 
 #include <algorithm>
@@ -8,6 +9,24 @@
 namespace yrw::dao {
 
 namespace {
+
+/// Up to so many rows a text order is that of the user's language; beyond that it would cost more
+/// than it is worth, and stays the engine's.
+constexpr size_t kMostRowsInLanguageOrder = 100'000;
+
+/// Keys in the engine's order, brought into the language's order of their texts.
+std::vector<qint64> inLanguageOrder(const std::vector<qint64>& keys, const QStringList& texts,
+                                    bool descending) {
+    const std::vector<QStringView> views(texts.begin(), texts.end());
+    const auto places =
+        orderOf(views, descending ? Qt::DescendingOrder : Qt::AscendingOrder, WorkStep());
+    std::vector<qint64> ordered;
+    ordered.reserve(keys.size());
+    for (const int place : *places) {
+        ordered.push_back(keys[size_t(place)]);
+    }
+    return ordered;
+}
 
 /// A key as the engine's rows give it.
 QVariant keyValue(qint64 key, std::optional<FieldType> type) {
@@ -32,11 +51,19 @@ KeysetRecordset::KeysetRecordset(const KeysetRecordset& other, std::shared_ptr<K
 
 void KeysetRecordset::fill() {
     std::vector<qint64> keys;
+    QStringList texts;
+    const auto& leading = query().leadingText();
     connection().beginRead();
-    Statement& statement = connection().kept(query().keysSql());
+    Statement& statement = connection().kept(query().keysSql(), query().origin());
     query().bindTo(statement);
     while (statement.step()) {
         keys.push_back(statement.integer(0));
+        if (leading && keys.size() <= kMostRowsInLanguageOrder) {
+            texts.append(statement.text(1));
+        }
+    }
+    if (leading && keys.size() <= kMostRowsInLanguageOrder) {
+        keys = inLanguageOrder(keys, texts, leading->descending);
     }
     m_keys = std::make_shared<Keyset>(std::move(keys));
 }

@@ -67,6 +67,7 @@ protected:
     void rowDeleted() override;
     void dropRows() noexcept override;
     void releaseRead() noexcept override { m_reader.release(); }
+    void dropStatements() noexcept override { m_reader.close(); }
 
 private:
     [[nodiscard]] bool onRow() const noexcept;

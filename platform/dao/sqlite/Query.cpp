@@ -123,9 +123,14 @@ void Query::addCondition(const Expression& expression) {
 
 void Query::setOrder(const std::vector<OrderTerm>& order) {
     QStringList terms;
+    m_leadingText.reset();
     for (const OrderTerm& term : order) {
-        terms +=
-            quotedName(columnOf(term.field).name) + (term.descending ? u" DESC"_qs : QString());
+        const Column& column = columnOf(term.field);
+        const bool isText = column.type == FieldType::Text || column.type == FieldType::Memo;
+        if (terms.isEmpty() && isText) {
+            m_leadingText = LeadingText{quotedName(column.name), term.descending};
+        }
+        terms += quotedName(column.name) + (term.descending ? u" DESC"_qs : QString());
     }
     // Rows that nobody ordered come in key order; equal ones too, so that an order is stable.
     if (hasKey() && !(terms.isEmpty() && m_source->keepsOwnOrder)) {
@@ -144,6 +149,18 @@ QString Query::bound(const QVariant& value) {
     QString name = u":yrw" + QString::number(++m_literals);
     m_bindings.push_back({name, value});
     return name;
+}
+
+QString Query::listed(const QVariant& value) {
+    // A name is looked for among all names that went before, so that a long list of them would
+    // take its time squared.
+    if (value.typeId() == QMetaType::LongLong) {
+        return QString::number(value.toLongLong());
+    }
+    if (value.typeId() == QMetaType::QString && !value.toString().contains(QChar(u'\0'))) {
+        return u'\'' + value.toString().replace(u'\'', u"\'\'"_qs) + u'\'';
+    }
+    return bound(value);
 }
 
 QString Query::operand(const Expression& expression) {
@@ -215,7 +232,7 @@ QString Query::condition(const Expression& expression) {
         const QString field = operand(expression.operands[0]);
         QStringList values;
         for (size_t i = 1; i < expression.operands.size(); ++i) {
-            values += operand(expression.operands[i]);
+            values += listed(expression.operands[i].value);
         }
         return u'(' + field + negation + u" IN (" + values.join(u", "_qs) + u"))";
     }
@@ -253,7 +270,7 @@ void Query::bindTo(Statement& statement) const {
 }
 
 Statement Query::rows(sqlite3* connection) const {
-    Statement statement(connection, rowsSql());
+    Statement statement(connection, rowsSql(), origin());
     bindTo(statement);
     return statement;
 }
@@ -271,20 +288,24 @@ Statement Query::rowsBehind(sqlite3* connection, qint64 key, const std::vector<i
     // The sign keeps the engine from choosing another way to the rows than before.
     const QString behind =
         (m_where.isEmpty() ? u" WHERE +"_qs : u" AND +"_qs) + m_source->key + u" > :yrwbehind";
-    Statement statement(connection, u"SELECT " + list.join(u", "_qs) + tail() + behind + m_order);
+    Statement statement(connection, u"SELECT " + list.join(u", "_qs) + tail() + behind + m_order,
+                        origin());
     bindTo(statement);
     statement.bind(QStringLiteral(":yrwbehind"), key);
     return statement;
 }
 
 QString Query::keysSql() const {
-    return u"SELECT " + m_source->key + tail() + m_order;
+    return u"SELECT " + m_source->key +
+           (m_leadingText ? u", " + m_leadingText->expression : QString()) + tail() + m_order;
 }
 
 Statement Query::rowByKey(sqlite3* connection) const {
     // The conditions are left out: a row stays in the set although it no longer meets them.
-    Statement statement(connection, u"SELECT " + itemList() + u" FROM " + m_source->sql +
-                                        u" WHERE " + m_source->key + u" = :yrwkey");
+    Statement statement(connection,
+                        u"SELECT " + itemList() + u" FROM " + m_source->sql + u" WHERE " +
+                            m_source->key + u" = :yrwkey",
+                        origin());
     bindTo(statement);
     return statement;
 }

@@ -18,6 +18,7 @@ struct Column {
     std::optional<FieldType> type; ///< nothing for an expression
     QString baseColumn;            ///< column of the base table; empty when it cannot be written
     QVariant defaultValue;
+    int size = 0; ///< longest text in characters; 0 for no limit
 };
 
 /// What rows are read from: a table, a view, or a stored query with its parameters.
@@ -26,6 +27,7 @@ struct Source {
     QString sql; ///< what stands behind FROM, in the engine's language
     bool isTable = false;
     bool keepsOwnOrder = false; ///< the definition orders its rows
+    bool isStored = false;      ///< `sql` is text out of the file
     std::vector<Column> columns;
     QString baseTable; ///< table that changes go to; empty when there is none
     QString baseKey;   ///< its key column in the engine's language
@@ -59,6 +61,10 @@ public:
     [[nodiscard]] const Source& source() const noexcept { return *m_source; }
     [[nodiscard]] const std::vector<Item>& items() const noexcept { return m_items; }
     [[nodiscard]] bool isCount() const noexcept { return m_isCount; }
+    /// Who wrote the text behind the statements.
+    [[nodiscard]] SqlOrigin origin() const noexcept {
+        return m_source->isStored ? SqlOrigin::Stored : SqlOrigin::Own;
+    }
     /// True when every row has a key of its own.
     [[nodiscard]] bool hasKey() const noexcept { return !m_source->key.isEmpty() && !m_isCount; }
 
@@ -68,6 +74,15 @@ public:
     void addCondition(const Expression& condition);
     void setOrder(const std::vector<OrderTerm>& order);
     void setParameters(const Parameters& parameters);
+
+    /// The text that leads the wanted order; the engine knows no language's order.
+    struct LeadingText {
+        QString expression; ///< in the engine's language
+        bool descending = false;
+    };
+    [[nodiscard]] const std::optional<LeadingText>& leadingText() const noexcept {
+        return m_leadingText;
+    }
 
     /// True when the rows come in the order of their keys.
     [[nodiscard]] bool isInKeyOrder() const;
@@ -80,7 +95,8 @@ public:
     [[nodiscard]] Statement rowByKey(sqlite3* connection) const;
     /// The text behind `rows`, for asking the engine how it would go about it.
     [[nodiscard]] QString rowsSql() const;
-    /// Text of a statement that gives the keys in order; to be bound by `bindTo`.
+    /// Text of a statement that gives the keys in the engine's order, and behind each the leading
+    /// text where there is one; to be bound by `bindTo`.
     [[nodiscard]] QString keysSql() const;
     void bindTo(Statement& statement) const;
 
@@ -95,11 +111,13 @@ private:
     [[nodiscard]] QString like(const Expression& expression);
     [[nodiscard]] QString joined(const Expression& expression, QStringView word);
     [[nodiscard]] QString bound(const QVariant& value);
+    [[nodiscard]] QString listed(const QVariant& value);
 
     std::shared_ptr<const Source> m_source;
     std::vector<Item> m_items;
     QString m_where;
     QString m_order;
+    std::optional<LeadingText> m_leadingText;
     std::vector<Binding> m_bindings;
     int m_literals = 0;
     bool m_isCount = false;

@@ -2,6 +2,7 @@
 
 #include "platform/clock/WallTime.h"
 #include "platform/component/AutomationError.h"
+#include "platform/dao/FieldValue.h"
 
 #include <QStringList>
 
@@ -220,6 +221,10 @@ FieldType RecordsetBase::TypeOf(int column) const {
     return item(column).column.type.value_or(FieldType::Text);
 }
 
+int RecordsetBase::textSizeOf(int column) const {
+    return item(column).column.size;
+}
+
 QVariant RecordsetBase::value(int column) const {
     static_cast<void>(item(column));
     if (m_edit != EditKind::None) {
@@ -271,8 +276,12 @@ void RecordsetBase::setValue(int column, const QVariant& value) {
         throw AutomationError(kErrorReadOnly, kSource,
                               QStringLiteral("The field '%1' cannot be changed.").arg(target.name));
     }
+    // What has no declared type takes anything.
+    const std::optional<FieldType> type = target.column.type;
+    QVariant converted =
+        type ? convertToField(value, {*type, target.column.size}, target.name) : value;
     Cell& cell = m_cells[size_t(column)];
-    cell.after = value;
+    cell.after = std::move(converted);
     cell.set = true;
 }
 

@@ -40,6 +40,7 @@ public:
     [[nodiscard]] Ref<yrw::dao::Field> Field(QStringView name) override;
     [[nodiscard]] Ref<yrw::dao::Field> Field(int column) override;
     [[nodiscard]] FieldType TypeOf(int column) const override;
+    [[nodiscard]] int textSizeOf(int column) const override;
     [[nodiscard]] QVariant value(int column) const override;
     using Recordset::value;
 

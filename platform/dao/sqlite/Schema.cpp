@@ -106,9 +106,10 @@ std::vector<Column> Schema::tableColumns(const QString& table, QString& key) con
         column.baseColumn = column.name;
         const QString declared = statement.text(1);
         column.type = fieldTypeOf(declared);
+        column.size = fieldSizeOf(declared);
         const QString standard = statement.text(2);
         if (!standard.isEmpty()) {
-            Statement evaluate(m_connection.handle(), u"SELECT " + standard);
+            Statement evaluate(m_connection.handle(), u"SELECT " + standard, SqlOrigin::Stored);
             evaluate.step();
             column.defaultValue = evaluate.value(0, column.type);
         }
@@ -144,7 +145,9 @@ std::shared_ptr<const Source> Schema::querySource(const StoredQuery& query,
     if (!query.baseTable.isEmpty()) {
         base = tableColumns(query.baseTable, baseKey);
     }
-    const Statement statement(m_connection.handle(), u"SELECT * FROM " + source->sql);
+    source->isStored = query.kind != StoredQuery::Kind::View;
+    const Statement statement(m_connection.handle(), u"SELECT * FROM " + source->sql,
+                              source->isStored ? SqlOrigin::Stored : SqlOrigin::Own);
     if (!statement.isReadOnly()) {
         raiseUnknown(query.name);
     }
@@ -157,7 +160,7 @@ std::shared_ptr<const Source> Schema::querySource(const StoredQuery& query,
         if (table.compare(query.baseTable, Qt::CaseInsensitive) == 0 && !table.isEmpty()) {
             for (const Column& known : base) {
                 if (known.name == origin) {
-                    column = {column.name, known.type, known.name, known.defaultValue};
+                    column = {column.name, known.type, known.name, known.defaultValue, known.size};
                 }
             }
             if (source->key.isEmpty() && quotedName(origin) == baseKey) {

@@ -1,19 +1,16 @@
 #include "platform/dao/sqlite/SqliteDatabase.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/DatabaseCopy.h"
 #include "platform/dao/sqlite/ForwardRecordset.h"
 #include "platform/dao/sqlite/KeysetRecordset.h"
 #include "platform/dao/sqlite/SnapshotRecordset.h"
 #include "platform/dao/sqlite/TableRecordset.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <utility>
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <unistd.h>
 
 namespace yrw::dao {
 
@@ -37,19 +34,6 @@ Parameters matchParameters(const StoredQuery& query, const Parameters& given) {
     return matched;
 }
 
-/// Puts a complete copy on the disk and gives it its name.
-void finishCopy(const QString& unfinished, const QString& path) {
-    const int file = ::open(QFile::encodeName(unfinished).constData(), O_RDONLY | O_CLOEXEC);
-    const bool stored = file >= 0 && ::fsync(file) == 0;
-    if (file >= 0) {
-        ::close(file);
-    }
-    if (!stored || !QFile::rename(unfinished, path)) {
-        throw AutomationError(kErrorDiskFull, kSource,
-                              QStringLiteral("%1 could not be written.").arg(path));
-    }
-}
-
 } // namespace
 
 SqliteDatabase::SqliteDatabase(Ref<SqliteWorkspace> workspace,
@@ -70,7 +54,6 @@ void SqliteDatabase::Close() {
         recordset->Close();
     }
     m_connection->endRead();
-    m_dataVersion = Statement();
     m_connection.reset();
     m_workspace->removeDatabase(this);
 }
@@ -101,8 +84,9 @@ Ref<Recordset> SqliteDatabase::open(const Query& query, const QString& name, Rec
 const SqliteDatabase::Known& SqliteDatabase::known(const QString& name) {
     Statement& version = connection().kept(QStringLiteral("PRAGMA schema_version"));
     version.step();
-    const std::pair<qint64, qint64> at{version.integer(0), DataVersion()};
+    const qint64 schemaVersion = version.integer(0);
     version.reset();
+    const std::pair<qint64, qint64> at{schemaVersion, DataVersion()};
     if (at != m_knownAt) {
         m_known.clear();
         m_knownAt = at;
@@ -164,14 +148,14 @@ Ref<Recordset> SqliteDatabase::OpenQuery(const QString& name, const Parameters& 
 }
 
 qint64 SqliteDatabase::ExecuteQuery(const QString& name, const Parameters& parameters) {
+    Transaction transaction(*this); // before anything is read, since only a write may wait
     const auto stored = schema().storedQuery(name);
     if (!stored || stored->kind != StoredQuery::Kind::Action) {
         throw AutomationError(kErrorNotInCollection, kSource,
                               QStringLiteral("There is no action query '%1'.").arg(name));
     }
     const Parameters matched = matchParameters(*stored, parameters);
-    Transaction transaction(*this);
-    Statement statement(connection().handle(), stored->sql);
+    Statement statement(connection().handle(), stored->sql, SqlOrigin::StoredAction);
     for (const auto& [parameter, value] : matched) {
         statement.bind(u':' + parameter, value);
     }
@@ -183,6 +167,7 @@ qint64 SqliteDatabase::ExecuteQuery(const QString& name, const Parameters& param
 
 qint64 SqliteDatabase::DeleteRows(const QString& table, const QString& field,
                                   const QVariant& value) {
+    Transaction transaction(*this);
     const auto rows = schema().source(table);
     const int column = rows->indexOf(field);
     if (!rows->isTable || column < 0) {
@@ -190,7 +175,6 @@ qint64 SqliteDatabase::DeleteRows(const QString& table, const QString& field,
             kErrorNotInCollection, kSource,
             QStringLiteral("There is no field '%1' in a table '%2'.").arg(field, table));
     }
-    Transaction transaction(*this);
     Statement statement(connection().handle(), u"DELETE FROM " + rows->sql + u" WHERE " +
                                                    quotedName(rows->columns[size_t(column)].name) +
                                                    u" = ?1");
@@ -205,6 +189,8 @@ void SqliteDatabase::RunScript(const QString& script) {
     Transaction transaction(*this);
     m_known.clear();
     const QByteArray text = script.toUtf8();
+    const PreparingSql preparing(SqlOrigin::Script);
+    beginStep(stepLimitOf(SqlOrigin::Script));
     if (sqlite3_exec(connection().handle(), text.constData(), nullptr, nullptr, nullptr) !=
         SQLITE_OK) {
         raiseEngineError(connection().handle(), sqlite3_extended_errcode(connection().handle()));
@@ -242,6 +228,7 @@ QStringList SqliteDatabase::CheckIntegrity() {
     QStringList problems;
     try {
         Statement statement(connection().handle(), QStringLiteral("PRAGMA integrity_check"));
+        statement.takeAnyTime();
         while (statement.step()) {
             const QString line = statement.text(0);
             if (line != u"ok") {
@@ -259,41 +246,62 @@ QStringList SqliteDatabase::CheckIntegrity() {
 
 qint64 SqliteDatabase::DataVersion() {
     Connection& open = connection();
-    if (m_dataVersion.isEmpty()) {
-        m_dataVersion = Statement(open.handle(), QStringLiteral("PRAGMA data_version"));
-    }
     open.endAbandonedRead();
-    m_dataVersion.step();
-    const qint64 version = m_dataVersion.integer(0);
-    m_dataVersion.reset();
+    Statement& statement = open.kept(QStringLiteral("PRAGMA data_version"));
+    statement.step();
+    const qint64 version = statement.integer(0);
+    statement.reset();
     return version;
 }
 
 void SqliteDatabase::CopyTo(const QString& path) {
-    if (QFile::exists(path)) {
-        throw AutomationError(kErrorCannotOpenDatabase, kSource,
-                              QStringLiteral("%1 is there already.").arg(path));
+    Connection& open = connection();
+    if (open.inTransaction()) {
+        // The engine copies what this connection sees, which is not committed.
+        const Connection other(m_path, Connection::Access::ReadWrite, open.clock());
+        copyDatabase(other.handle(), m_path, path);
+        return;
     }
-    const QString unfinished = path + u".new";
-    QFile::remove(unfinished);
-    connection().endRead();
-    try {
-        Statement statement(connection().handle(), QStringLiteral("VACUUM INTO ?1"));
-        statement.bind(1, QVariant(unfinished));
-        statement.run();
-        finishCopy(unfinished, path);
-    } catch (...) {
-        QFile::remove(unfinished);
-        throw;
-    }
+    open.endRead();
+    copyDatabase(open.handle(), m_path, path);
 }
 
 void SqliteDatabase::EndReadTransaction() {
     connection().endRead();
 }
 
+void SqliteDatabase::settlePlace() {
+    if (!m_takesPlace || connection().inTransaction()) {
+        return;
+    }
+    const bool isForeign = m_placeLock || isAtForeignPlace(m_path, connection().clock());
+    if (isForeign && !m_placeLock) {
+        m_placeLock = std::make_unique<FolderLock>(FileSystem::folderOf(m_path));
+    }
+    recordPlace(connection(), m_path, isForeign);
+    m_takesPlace = false;
+    m_placeLock.reset();
+}
+
+void SqliteDatabase::setLockWatch(LockWatch* watch) {
+    connection().setLockWatch(watch);
+    setLockPatience(watch != nullptr ? LockWaits::kWatchedMs : LockWaits::kUsualMs);
+}
+
+int SqliteDatabase::setLockPatience(int milliseconds) {
+    return connection().lockWaits().setPatience(milliseconds);
+}
+
 void SqliteDatabase::BeginTrans() {
-    connection().begin();
+    settlePlace();
+    static_cast<void>(connection());
+    // Whoever watches a wait may close the database meanwhile.
+    const std::shared_ptr<Connection> open = m_connection;
+    open->begin();
+    if (open != m_connection) {
+        open->rollback();
+        static_cast<void>(connection());
+    }
 }
 
 void SqliteDatabase::CommitTrans() {

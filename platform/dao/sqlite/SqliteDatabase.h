@@ -3,6 +3,7 @@
 #include "platform/dao/Database.h"
 #include "platform/dao/sqlite/Connection.h"
 #include "platform/dao/sqlite/Schema.h"
+#include "platform/files/FolderLock.h"
 
 #include <map>
 #include <memory>
@@ -28,6 +29,7 @@ public:
     [[nodiscard]] QString Name() const override { return m_path; }
     [[nodiscard]] bool isOpen() const override { return m_connection != nullptr; }
     [[nodiscard]] bool isReadOnly() const override { return m_readOnly; }
+    [[nodiscard]] bool isReplaced() const override { return !connection().isInPlace(); }
     void Close() override;
 
     [[nodiscard]] Ref<Recordset> OpenRecordset(const QString& source, RecordsetType type,
@@ -49,6 +51,9 @@ public:
     void CopyTo(const QString& path) override;
 
     void EndReadTransaction() override;
+    void setLockWatch(LockWatch* watch) override;
+    int setLockPatience(int milliseconds) override;
+    [[nodiscard]] qint64 LocksMet() const override { return connection().lockWaits().locksMet(); }
     void BeginTrans() override;
     void CommitTrans() override;
     void Rollback() override;
@@ -61,6 +66,11 @@ public:
     [[nodiscard]] Ref<Recordset> open(const Query& query, const QString& name, RecordsetType type,
                                       int options);
 
+    /// Has the first write put the file's place into it: a file that turns out to be of no use is
+    /// not written to.
+    void takePlaceBeforeWriting() noexcept { m_takesPlace = true; }
+    /// Does that now, outside a transaction. Raises `kErrorLocked`.
+    void settlePlace();
     /// Forgets what is known of the file's tables and queries when a change may have altered it.
     void tableChanged(const QString& table);
 
@@ -75,13 +85,14 @@ private:
     [[nodiscard]] const Known& known(const QString& name);
 
     Ref<SqliteWorkspace> m_workspace;
-    std::unique_ptr<Connection> m_connection;
+    std::shared_ptr<Connection> m_connection;
     QString m_path;
     bool m_readOnly;
+    bool m_takesPlace = false;
+    std::unique_ptr<FolderLock> m_placeLock; ///< from a settling that failed half way
     std::vector<RecordsetBase*> m_recordsets;
     std::map<QString, Known> m_known;    ///< by name in lower case
     std::pair<qint64, qint64> m_knownAt; ///< versions of schema and data
-    Statement m_dataVersion;
 };
 
 /// Opens databases of the engine.
@@ -103,7 +114,9 @@ private:
     void requireOpen() const;
     [[nodiscard]] std::unique_ptr<Connection> connect(const QString& file,
                                                       Connection::Access access) const;
-    [[nodiscard]] std::unique_ptr<Connection> connectReadOnly(const QString& file) const;
+    [[nodiscard]] std::unique_ptr<Connection> connectReader(const QString& file) const;
+    [[nodiscard]] std::unique_ptr<Connection> connectWriter(const QString& file,
+                                                            bool& isLocal) const;
     static void takeAlone(Connection& connection);
     [[nodiscard]] Ref<Database> keep(std::unique_ptr<Connection> connection, const QString& file,
                                      bool readOnly);

@@ -2,6 +2,8 @@
 #include "platform/dao/sqlite/SqliteDatabase.h"
 #include "platform/dao/sqlite/TextIndexRows.h"
 
+#include <QScopeGuard>
+
 namespace yrw::dao {
 
 namespace {
@@ -86,6 +88,7 @@ void SqliteTextIndex::repair() {
     if (m_database->isReadOnly()) {
         return;
     }
+    const BriefWaits brief(m_database); // a search does without
     if (m_damaged || !isComplete()) {
         create();
     } else if (waiting() == 0 && !hasEveryRow()) {
@@ -132,7 +135,14 @@ bool SqliteTextIndex::catchUp(int milliseconds) {
         return false;
     }
     Connection& database = connection();
-    if (!database.tryBegin()) {
+    const int patience = database.lockWaits().setPatience(0);
+    const auto waitAgain = qScopeGuard([&] { database.lockWaits().setPatience(patience); });
+    try {
+        m_database->BeginTrans();
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorLocked) {
+            throw;
+        }
         return false;
     }
     try {

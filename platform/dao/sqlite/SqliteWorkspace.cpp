@@ -1,12 +1,19 @@
 #include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/FilePlace.h"
 #include "platform/dao/sqlite/Journal.h"
 #include "platform/dao/sqlite/SqliteDatabase.h"
+#include "platform/files/FolderLock.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
+#include <optional>
 #include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace yrw::dao {
 
@@ -16,20 +23,36 @@ namespace {
     throw AutomationError(number, QStringLiteral("YRW.Workspace"), words.arg(path));
 }
 
+/// Asks the file system alone. Reading the file past the engine would, at closing, give up the
+/// locks that this process may have on it.
 void requireDatabaseFile(const QString& path) {
     const QFileInfo info(path);
     if (!info.isFile()) {
         raise(kErrorCannotOpenDatabase, QStringLiteral("%1 is not there."), path);
     }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!mayRead(path)) {
         raise(kErrorCannotOpenDatabase, QStringLiteral("%1 cannot be read."), path);
     }
-    if (file.read(16) != QByteArray("SQLite format 3\0", 16)) {
+    if (info.size() == 0) {
         raise(kErrorNotADatabase,
               QStringLiteral("%1 is not a database. Restore it from a copy or move it away."),
               path);
     }
+}
+
+/// Makes an empty file with the rights that the user's mask leaves and its folder's group.
+void makeFile(const QString& path) {
+    constexpr mode_t kEverybody = 0666;
+    const int file = ::open(QFile::encodeName(path).constData(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kEverybody);
+    if (file < 0) {
+        raise(kErrorCannotOpenDatabase,
+              errno == EEXIST ? QStringLiteral("%1 is there already.")
+                              : QStringLiteral("%1 could not be made."),
+              path);
+    }
+    ::close(file);
+    FileSystem::takeGroupOfFolder(path);
 }
 
 } // namespace
@@ -54,19 +77,64 @@ std::unique_ptr<Connection> SqliteWorkspace::connect(const QString& file,
     return connection;
 }
 
-std::unique_ptr<Connection> SqliteWorkspace::connectReadOnly(const QString& file) const {
-    try {
-        return connect(file, Connection::Access::ReadOnly);
-    } catch (const AutomationError& error) {
-        // A write-ahead journal needs files beside the database. Where they cannot be made nobody
-        // can be writing either.
-        const bool cannotJoin =
-            error.number() == kErrorCannotOpenDatabase || error.number() == kErrorReadOnly;
-        if (!cannotJoin || !hasWriteAheadJournal(file) || mayWrite(FileSystem::folderOf(file))) {
+/// Where others write, what they have committed lies in the file and its journal together, and both
+/// can be read under their locks. Where there is no journal the file alone is read; taking part
+/// would mean to make one.
+std::unique_ptr<Connection> SqliteWorkspace::connectReader(const QString& file) const {
+    constexpr int kTries = 3;
+    const bool isForeign = isAtForeignPlace(file, m_services.clock);
+    for (int i = 1;; ++i) {
+        auto alone =
+            std::make_unique<Connection>(file, Connection::Access::Immutable, m_services.clock);
+        const bool isWal = hasWriteAheadJournal(*alone);
+        if (isWal && (isForeign || !hasJournalBeside(file))) {
+            alone->watchForJournal();
+            static_cast<void>(alone->scalar(QStringLiteral("SELECT count(*) FROM sqlite_schema")));
+            return alone;
+        }
+        alone.reset();
+        try {
+            return connect(file, Connection::Access::Reader);
+        } catch (const AutomationError& error) {
+            const bool cannotJoin = isWal && (error.number() == kErrorCannotOpenDatabase ||
+                                              error.number() == kErrorReadOnly);
+            if (cannotJoin && i < kTries) {
+                continue; // the last writer may just have finished
+            }
+            if (cannotJoin) {
+                raise(kErrorCannotOpenDatabase,
+                      QStringLiteral("%1 has changes beside it that a program left there when it "
+                                     "was ended. Somebody who may write to it must open it once."),
+                      file);
+            }
             throw;
         }
     }
-    return connect(file, Connection::Access::Immutable);
+}
+
+std::unique_ptr<Connection> SqliteWorkspace::connectWriter(const QString& file,
+                                                           bool& isLocal) const {
+    const MountTest system;
+    const MountTest& mounts = m_services.mounts != nullptr ? *m_services.mounts : system;
+    const bool network = mounts.isNetwork(file);
+    isLocal = !network;
+    std::optional<FolderLock> lock;
+    bool isForeign = !network && isAtForeignPlace(file, m_services.clock);
+    if (isForeign) {
+        // Another program may be about to settle the same.
+        lock.emplace(FileSystem::folderOf(file));
+        isForeign = isAtForeignPlace(file, m_services.clock);
+    }
+    if (isForeign && hasFullJournalBeside(file)) {
+        moveJournalAside(file);
+    }
+    auto connection = connect(file, Connection::Access::ReadWrite);
+    settleJournal(*connection, file, network);
+    if (!network) {
+        connection->allowMapping();
+    }
+    connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
+    return connection;
 }
 
 Ref<Database> SqliteWorkspace::OpenDatabase(const QString& path, const OpenOptions& options) {
@@ -75,22 +143,16 @@ Ref<Database> SqliteWorkspace::OpenDatabase(const QString& path, const OpenOptio
     requireDatabaseFile(file);
     const bool readOnly =
         options.readOnly || !mayWrite(file) || !mayWrite(FileSystem::folderOf(file));
-    auto connection =
-        readOnly ? connectReadOnly(file) : connect(file, Connection::Access::ReadWrite);
-    if (!readOnly) {
-        const MountTest system;
-        const MountTest& mounts = m_services.mounts != nullptr ? *m_services.mounts : system;
-        const bool network = mounts.isNetwork(file);
-        settleJournal(*connection, file, network);
-        if (!network) {
-            connection->allowMapping();
-        }
-        connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
-    }
+    bool isLocal = false;
+    auto connection = readOnly ? connectReader(file) : connectWriter(file, isLocal);
     if (options.exclusive) {
         takeAlone(*connection);
     }
-    return keep(std::move(connection), file, readOnly);
+    Ref<Database> database = keep(std::move(connection), file, readOnly);
+    if (isLocal) {
+        m_databases.back()->takePlaceBeforeWriting();
+    }
+    return database;
 }
 
 void SqliteWorkspace::takeAlone(Connection& connection) {
@@ -113,8 +175,9 @@ Ref<Database> SqliteWorkspace::CreateDatabase(const QString& path) {
     if (QFileInfo::exists(file)) {
         raise(kErrorCannotOpenDatabase, QStringLiteral("%1 is there already."), file);
     }
+    makeFile(file);
     auto connection =
-        std::make_unique<Connection>(file, Connection::Access::Create, m_services.clock);
+        std::make_unique<Connection>(file, Connection::Access::ReadWrite, m_services.clock);
     connection->execute(QStringLiteral("PRAGMA synchronous = FULL"));
     // Writes the first page, so that the file is a database from the start.
     connection->execute(QStringLiteral("PRAGMA user_version = 0"));

@@ -13,7 +13,9 @@ void Statement::Finalizer::operator()(sqlite3_stmt* statement) const noexcept {
     sqlite3_finalize(statement);
 }
 
-Statement::Statement(sqlite3* connection, const QString& sql) {
+Statement::Statement(sqlite3* connection, const QString& sql, SqlOrigin origin)
+    : m_stepLimitMs(stepLimitOf(origin)) {
+    const PreparingSql preparing(origin);
     const QByteArray text = sql.toUtf8();
     sqlite3_stmt* handle = nullptr;
     const char* tail = nullptr;
@@ -72,6 +74,10 @@ void Statement::bind(int at, const QVariant& value) {
     default: {
         const bool isDate =
             value.typeId() == QMetaType::QDateTime || value.typeId() == QMetaType::QDate;
+        if (isDate && !value.toDateTime().isValid()) {
+            check(sqlite3_bind_null(handle, at));
+            break;
+        }
         const QByteArray text =
             (isDate ? dateToText(value.toDateTime()) : value.toString()).toUtf8();
         check(sqlite3_bind_text64(handle, at, text.constData(), sqlite3_uint64(text.size()),
@@ -93,6 +99,7 @@ void Statement::bind(const QString& name, const QVariant& value) {
 }
 
 bool Statement::step() {
+    beginStep(m_stepLimitMs);
     const int code = sqlite3_step(m_handle.get());
     m_hasRow = code == SQLITE_ROW;
     if (m_hasRow) {
@@ -211,6 +218,11 @@ std::optional<FieldType> fieldTypeOf(const QString& declared) {
         }
     }
     return std::nullopt;
+}
+
+int fieldSizeOf(const QString& declared) {
+    const bool isText = fieldTypeOf(declared) == FieldType::Text;
+    return isText ? declared.section(u'(', 1).section(u')', 0, 0).toInt() : 0;
 }
 
 } // namespace yrw::dao

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dao/Types.h"
+#include "platform/dao/sqlite/SqlLimits.h"
 
 #include <QString>
 #include <QVariant>
@@ -25,8 +26,9 @@ namespace yrw::dao {
 class Statement {
 public:
     Statement() = default;
-    /// Prepares exactly one statement; raises when the text is wrong or holds more than one.
-    Statement(sqlite3* connection, const QString& sql);
+    /// Prepares exactly one statement; raises when the text is wrong, holds more than one, or asks
+    /// for more than its origin may.
+    Statement(sqlite3* connection, const QString& sql, SqlOrigin origin = SqlOrigin::Own);
 
     [[nodiscard]] bool isEmpty() const noexcept { return m_handle == nullptr; }
     [[nodiscard]] sqlite3_stmt* handle() const noexcept { return m_handle.get(); }
@@ -50,6 +52,9 @@ public:
     /// Lets the bound values go: for a statement that is kept, since they can be long.
     void forgetValues() noexcept;
 
+    /// Lets a step take as long as it does: for work whose length is known to end.
+    void takeAnyTime() noexcept { m_stepLimitMs = 0; }
+
     [[nodiscard]] int columnCount() const noexcept;
     [[nodiscard]] QString columnName(int column) const;
     [[nodiscard]] qint64 integer(int column) const noexcept;
@@ -66,6 +71,7 @@ private:
 
     std::unique_ptr<sqlite3_stmt, Finalizer> m_handle;
     bool m_hasRow = false;
+    int m_stepLimitMs = 0;
 };
 
 /// The engine's text of a date, "YYYY-MM-DD HH:MM:SS".
@@ -74,5 +80,7 @@ private:
 [[nodiscard]] QDateTime dateFromText(QStringView text);
 /// Kind of field that a declared type stands for; nothing for an expression.
 [[nodiscard]] std::optional<FieldType> fieldTypeOf(const QString& declared);
+/// Longest text of a column that is declared so ("TEXT(255)"), in characters; 0 for no limit.
+[[nodiscard]] int fieldSizeOf(const QString& declared);
 
 } // namespace yrw::dao

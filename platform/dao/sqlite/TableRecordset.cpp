@@ -332,6 +332,13 @@ void TableRecordset::rowDeleted() {
     m_reader.forget();
 }
 
+void TableRecordset::dropStatements() noexcept {
+    m_reader.close();
+    for (const auto& order : m_orders) {
+        order->seekers = {};
+    }
+}
+
 void TableRecordset::dropRows() noexcept {
     m_reader.close();
     m_orders.clear();

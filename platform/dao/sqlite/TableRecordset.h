@@ -43,6 +43,7 @@ protected:
     void rowDeleted() override;
     void dropRows() noexcept override;
     void releaseRead() noexcept override { m_reader.release(); }
+    void dropStatements() noexcept override;
 
 private:
     enum class State { Empty, Before, OnRow, Deleted, Behind, Nowhere };

@@ -11,12 +11,15 @@ namespace yrw {
 /// Called now and then during long work with how far it is, in percent; false stops the work.
 using WorkStep = std::function<bool(int percent)>;
 
-/// Order of two texts: letter case is ignored first and decides between equals, and no locale
-/// changes the order. Negative, 0 or positive.
+/// Order of two texts in the user's language, in that of English where the system names none:
+/// letters first, then accents, then letter case. Negative, 0 or positive.
+/// Thread: any.
 [[nodiscard]] int compareTexts(QStringView a, QStringView b);
 
-/// The places of texts in that order, those with equal texts as they stood; nothing when `goesOn`
-/// stopped it. The texts may change while `goesOn` runs, since they are read before.
+/// The places of texts in that order, equal ones as they stood; nothing when `goesOn` stopped it.
+/// Texts of which none has a letter, such as dates, are ordered by their characters.
+/// The texts may change while `goesOn` runs, since they are read before.
+/// Thread: any.
 [[nodiscard]] std::optional<std::vector<int>> orderOf(const std::vector<QStringView>& texts,
                                                       Qt::SortOrder order, const WorkStep& goesOn);
 

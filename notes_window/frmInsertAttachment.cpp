@@ -1,4 +1,4 @@
-#include "dialogs/frmInsertAttachment.h"
+#include "notes_window/frmInsertAttachment.h"
 
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"

@@ -1,5 +1,5 @@
 // The attachment dialog: what it offers, warns of and raises.
-#include "dialogs/frmInsertAttachment.h"
+#include "notes_window/frmInsertAttachment.h"
 #include "tests/support/FakeAddIn.h"
 
 #include <QLabel>

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/dao/Database.h"
+
+#include <memory>
+
+namespace yrw::dao {
+
+/// A copy of a database under way, made page by page while this and other programs go on working.
+///
+/// It shows one state of the database, that of the first step; where the file is kept in rollback
+/// mode, writers meanwhile make it begin again. It grows under a name of its own and gets the one
+/// asked for when it is complete and on the disk, with mode and group of the original.
+///
+/// Lifetime: an unfinished copy goes with the object. It has a connection of its own and needs the
+/// database no more. Thread: the user-interface thread.
+class OnlineBackup {
+public:
+    virtual ~OnlineBackup();
+    /// Goes on for about so long; true while there is more to do. Waits for nobody: what is locked
+    /// is tried again by the next step. Raises `kErrorDiskFull`, `kErrorNotADatabase` for a damaged
+    /// database, `kErrorCannotOpenDatabase` when the name was taken meanwhile.
+    virtual bool step(int milliseconds) = 0;
+};
+
+/// What becomes of a file that has the copy's name.
+enum class ExistingCopy { Keep, Replace };
+
+/// Begins to copy an open database into a file. A link of that name is never followed. Raises
+/// `kErrorCannotOpenDatabase` when the name is taken and kept, or is a folder or that of the
+/// database itself or of a file beside it, `kErrorDiskFull` when nothing can be written there.
+[[nodiscard]] std::unique_ptr<OnlineBackup>
+beginBackup(const Database& database, const QString& path, ExistingCopy existing, Clock& clock);
+
+} // namespace yrw::dao

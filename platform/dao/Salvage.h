@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/dao/Database.h"
+
+#include <memory>
+#include <vector>
+
+namespace yrw::dao {
+
+/// What was had of one table.
+struct SalvagedTable {
+    QString table;
+    qint64 rows = 0;                               ///< that were copied
+    std::vector<std::pair<qint64, qint64>> lost;   ///< keys from … to that could not be read
+    std::vector<std::pair<qint64, QString>> holes; ///< fields of copied rows that are Null now
+    [[nodiscard]] bool isWhole() const { return lost.empty() && holes.empty(); }
+};
+
+/// A damaged database file, read row by row, never written.
+///
+/// Lifetime: keeps the file open. Thread: the user-interface thread.
+class DamagedFile {
+public:
+    virtual ~DamagedFile();
+    /// Names of the tables that the file still tells of, without those of the engine and of search
+    /// indexes.
+    [[nodiscard]] virtual QStringList tableNames() const = 0;
+    /// The statement that made a table.
+    [[nodiscard]] virtual QString tableSql(const QString& table) const = 0;
+    /// Columns of a table with their declared types.
+    [[nodiscard]] virtual std::vector<std::pair<QString, QString>>
+    columnsOf(const QString& table) const = 0;
+    /// Copies the rows of a table that can be read into the table of that name of another database,
+    /// which has all its columns; rows of the same key there are replaced. Call inside a
+    /// transaction of the target. Raises what writing raises, and nothing for what is damaged.
+    [[nodiscard]] virtual SalvagedTable copyTable(const QString& table, Database& target) const = 0;
+};
+
+/// Opens a file that the engine calls damaged; nothing when it does not even tell its tables.
+[[nodiscard]] std::unique_ptr<DamagedFile> openDamaged(const QString& path);
+
+} // namespace yrw::dao

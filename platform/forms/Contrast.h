@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QColor>
+#include <QList>
+
+namespace yrw {
+
+/// What a frame or a sign should have to be seen, and what text should have to be read with ease.
+constexpr double kVisibleContrast = 3;
+constexpr double kReadableContrast = 4.5;
+
+/// Contrast of two opaque colours, 1 (none) to 21 (black on white), as accessibility guidelines
+/// count it.
+[[nodiscard]] double contrast(const QColor& a, const QColor& b);
+
+/// A colour for a frame or a sign that can be seen on each of some backgrounds: the wanted one when
+/// it can, else the nearest lightness of its hue that can; where none can, the one that comes
+/// closest.
+[[nodiscard]] QColor visibleOn(const QList<QColor>& backgrounds, const QColor& wanted);
+
+} // namespace yrw

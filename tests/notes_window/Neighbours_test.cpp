@@ -1,0 +1,64 @@
+// The notes window over a database that others replace or keep to themselves.
+#include "tests/notes_window/WindowFixture.h"
+#include "tests/support/Pictures.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace yrw::test {
+namespace {
+
+class NotesWindowNeighbours : public WindowFixture {};
+
+TEST_F(NotesWindowNeighbours, TextForADatabaseThatWasReplacedIsOfferedInTheOneThereNow) {
+    const Ref<Note> note = store.addNote(QStringLiteral("first"), customer);
+    const QString copy = store.notesPath() + QStringLiteral(".copy");
+    store.database()->CopyTo(copy);
+    open(customer, idOf(note));
+    type(QStringLiteral("typed"));
+    ASSERT_EQ(::rename(qPrintable(copy), qPrintable(store.notesPath())), 0);
+    script.expectReport(1);
+    press(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_EQ(script.reports.size(), 1);
+    EXPECT_TRUE(script.reports[0].description.contains(store.notesPath()));
+    script.answer(PromptAnswer::Yes);
+    restart(idOf(note));
+    EXPECT_EQ(editor().Text(), QStringLiteral("typed"));
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(stored(idOf(note), "PlainNote").toString().contains(QStringLiteral("typed")));
+}
+
+TEST_F(NotesWindowNeighbours, OneThatMayOnlyBeReadIsShownAndCannotBeChanged) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can act as another user";
+    }
+    const Ref<Note> note = store.addNote(QStringLiteral("first"), customer);
+    store.closeDatabase();
+    ASSERT_EQ(::chmod(qPrintable(store.folder()), 0755), 0);
+    constexpr uid_t kNobody = 65534;
+    ASSERT_EQ(::seteuid(kNobody), 0);
+    store.openNotes();
+    ASSERT_EQ(::seteuid(0), 0);
+    open(customer, idOf(note));
+    EXPECT_TRUE(window->windowTitle().endsWith(QStringLiteral("[read-only]")));
+    EXPECT_EQ(keys(), QStringList{keyOf(note)});
+    if (qEnvironmentVariableIsSet("YRW_PICTURES")) {
+        Pictures(QStringLiteral("pictures")).keep(QStringLiteral("read_only"), *window);
+    }
+    type(QStringLiteral("x"));
+    EXPECT_EQ(editor().Text(), QString());
+    for (const char* writing : {"tooAdd", "tooDelete", "tooEdit", "tooDone", "tooSave"}) {
+        EXPECT_FALSE(tool(QLatin1String(writing)).isEnabled()) << writing;
+    }
+    for (const char* reading : {"tooPrint", "tooFind"}) {
+        EXPECT_TRUE(tool(QLatin1String(reading)).isEnabled()) << reading;
+    }
+    press(Qt::Key_Insert);
+    press(Qt::Key_Delete);
+    list().setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(list().itemCount(), 1);
+}
+
+} // namespace
+} // namespace yrw::test

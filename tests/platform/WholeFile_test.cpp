@@ -1,0 +1,122 @@
+// Everything that writes a file, on a disk that fills at each byte of it.
+#include "platform/component/AutomationError.h"
+#include "platform/component/ClassRegistry.h"
+#include "platform/disk/WholeFile.h"
+#include "platform/files/FileSystem.h"
+#include "platform/settings/SettingsStore.h"
+#include "tests/support/FullDisk.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using namespace yrw;
+
+namespace {
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(not there)");
+}
+
+/// Writes into a file; false when the writer says that it could not.
+using Writer = std::function<bool(const QString& path, const QByteArray& content)>;
+
+bool writeByRegistry(const QString& path, const QByteArray& content) {
+    try {
+        ClassRegistry(path).registerClass({u"Test.Class"_s, u"{id}"_s, u'/' + QString(content)});
+        return true;
+    } catch (const AutomationError&) {
+        return false;
+    }
+}
+
+bool writeByCopy(const QString& path, const QByteArray& content) {
+    QFile source(path + u".source");
+    if (!source.open(QIODevice::WriteOnly) || source.write(content) != content.size()) {
+        return false;
+    }
+    source.close();
+    try {
+        const test::FullDisk full(source.size() - 1);
+        FileSystem().copyFile(source.fileName(), path);
+        return true;
+    } catch (const AutomationError&) {
+        return false;
+    }
+}
+
+bool writeSetting(const QString& path, const QByteArray& content) {
+    SettingsStore store(QFileInfo(path).path());
+    return store.save(QFileInfo(path).completeBaseName(), u"Section"_s, u"Key"_s, content);
+}
+
+TEST(WholeFileTest, OnADiskThatFillsTheOldFileStaysAndTheWriterSaysSo) {
+    const struct {
+        const char* name;
+        Writer write;
+        int most; ///< bytes of the largest disk tried
+    } writers[] = {
+        {"whole",
+         [](const QString& path, const QByteArray& content) {
+             return !writeWholeFile(path, content);
+         },
+         120},
+        {"setting", writeSetting, 20000},
+        {"class", writeByRegistry, 20000},
+    };
+    for (const auto& writer : writers) {
+        SCOPED_TRACE(writer.name);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("file.ini");
+        ASSERT_TRUE(writer.write(path, "the old content"));
+        const QByteArray old = contentOf(path);
+        const QByteArray content(80, 'n');
+        bool written = false;
+        // Every byte of what is written, and then in steps up to what is asked for in advance.
+        for (int room = 0; room < writer.most; room += room < 600 ? 1 : 997) {
+            {
+                const test::FullDisk full{rlim_t(room)};
+                written = writer.write(path, content);
+            }
+            ASSERT_EQ(contentOf(path) == old, !written) << room << ' ' << contentOf(path).data();
+            ASSERT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+                      QStringList{"file.ini"})
+                << room;
+            if (written) {
+                ASSERT_TRUE(contentOf(path).contains(content));
+                break;
+            }
+        }
+        EXPECT_TRUE(written);
+    }
+    const QTemporaryDir folder;
+    ASSERT_FALSE(writeWholeFile(folder.filePath("copy"), "old"));
+    EXPECT_FALSE(writeByCopy(folder.filePath("copy"), "a small file"));
+    EXPECT_EQ(contentOf(folder.filePath("copy")), "old");
+}
+
+TEST(WholeFileTest, WhatFailedOnceIsNeverPutInPlace) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("file");
+    WholeFile file(path);
+    ASSERT_TRUE(file.open(true));
+    {
+        const test::FullDisk full(10);
+        EXPECT_FALSE(file.write(QByteArray(100000, 'x')));
+    }
+    EXPECT_FALSE(file.problem().isEmpty());
+    EXPECT_FALSE(file.write("y"));
+    EXPECT_FALSE(file.commit());
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_FALSE(writeWholeFile(path, "private", true));
+    EXPECT_EQ(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), 0);
+    EXPECT_TRUE(writeWholeFile(folder.filePath("no/such/folder"), "z"));
+}
+
+} // namespace
