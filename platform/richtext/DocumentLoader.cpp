@@ -8,7 +8,6 @@
 #include <QTextTable>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace yrw::richtext {
 
@@ -18,13 +17,14 @@ namespace {
 constexpr int kEmptyCells = 256;
 /// So is a longer one: the screen lays a table out at once.
 constexpr int kMostRows = 200;
+constexpr int kMostCells = 3000;
 /// And a longer list: the screen's list goes through all its items for each new one.
 constexpr int kMostItems = 200;
 /// A longer paragraph is shown as several blocks: the screen lays a block out at once. Runs and
-/// lines cost it more than characters do, so many characters count for each of them.
+/// lines are more work than their characters.
 constexpr int kLongestBlock = 10000;
-constexpr int kRunWeight = 20;
-constexpr int kLineWeight = 50;
+constexpr int kRunWeight = 9;
+constexpr int kLineWeight = 9;
 
 /// Bytes that the text document takes for each part, once it is laid out.
 constexpr qint64 kBlock = 300;
@@ -35,52 +35,30 @@ constexpr qint64 kFormat = 1500;
 constexpr qint64 kList = 1500;
 constexpr qint64 kTable = 3000;
 constexpr qint64 kCell = 1500;
-constexpr qint64 kFont = 400'000; ///< and the time that it takes to find and measure it
-
-/// The toolkit counts 64ths of a dot in 32 bits and never ends a layout that is higher than that.
-constexpr double kMostHeight = 12e6; ///< in dots
-constexpr double kPageWidth = 700;   ///< a narrow window's, in dots
-constexpr double kLineHeight = 1.3;  ///< of a font's size
-constexpr double kLetterWidth = 0.6; ///< of a font's size
-
-int weightOf(QChar character) {
-    return character == QChar::LineSeparator ? kLineWeight : 1;
-}
+constexpr qint64 kFont = 250'000; ///< takes long to make, too
 
 int weightOf(QStringView text) {
-    const auto lines = text.count(QChar::LineSeparator);
-    return static_cast<int>(text.size() + lines * (kLineWeight - 1));
+    return static_cast<int>(text.size() + kLineWeight * text.count(QChar(QChar::LineSeparator)));
 }
 
 /// How many of the characters fit into a block: up to a blank near the end of the room, if there is
 /// one, and never half a pair.
-qsizetype fittingLength(QStringView text, int room) {
-    qsizetype fitting = 0;
-    for (int weight = 0; fitting < text.size(); ++fitting) {
-        weight += weightOf(text[fitting]);
-        if (weight > room) {
-            break;
-        }
+qsizetype fittingLength(QStringView text, qsizetype weight) {
+    qsizetype room = 0;
+    while (room < text.size() && weight > 0) {
+        weight -= text[room] == QChar(QChar::LineSeparator) ? 1 + kLineWeight : 1;
+        ++room;
     }
-    if (fitting == text.size()) {
-        return fitting;
+    if (room == text.size()) {
+        return room;
     }
     constexpr qsizetype kNear = 200;
-    for (qsizetype i = fitting; i > std::max<qsizetype>(0, fitting - kNear); --i) {
+    for (qsizetype i = room; i > std::max<qsizetype>(0, room - kNear); --i) {
         if (text[i - 1].isSpace()) {
             return i;
         }
     }
-    return fitting > 0 && text[fitting].isLowSurrogate() ? fitting - 1 : fitting;
-}
-
-/// Characters that would end a block end a line.
-QString withinBlock(QStringView text) {
-    QString line = text.toString();
-    for (const QChar end : {QChar(u'\n'), QChar(u'\r'), QChar(QChar::ParagraphSeparator)}) {
-        line.replace(end, QChar(QChar::LineSeparator));
-    }
-    return line;
+    return room > 0 && text[room].isLowSurrogate() ? room - 1 : room;
 }
 
 } // namespace
@@ -94,9 +72,7 @@ const QTextCharFormat& DocumentLoader::charFormat(int format) {
     if (!made) {
         take(kFormat);
         const rtf::CharFormat& source = m_source.charFormats[static_cast<std::size_t>(format)];
-        if (m_fonts.insert({source.font, source.halfPoints, source.bold, source.italic}).second) {
-            take(kFont);
-        }
+        takeFont(source);
         made = toScreen(source, m_source.fonts[static_cast<std::size_t>(source.font)].name);
     }
     return *made;
@@ -130,14 +106,23 @@ void DocumentLoader::take(qint64 bytes) {
     m_stopped = m_stopped || m_memory < 0;
 }
 
-/// Counts the height of text on the screen, as far as it can be told.
-void DocumentLoader::rise(int format, double lines, double characters) {
-    const double size = m_source.charFormats[static_cast<std::size_t>(format)].halfPoints / 2.0 *
-                        m_dotsPerInch / 72;
-    m_height += (lines + characters * size * kLetterWidth / kPageWidth) * size * kLineHeight;
-    if (m_height > kMostHeight) {
-        m_memory = -1;
-        m_stopped = true;
+void DocumentLoader::takeHeight(double dots) {
+    m_height -= dots;
+    m_stopped = m_stopped || m_height < 0;
+}
+
+/// Takes the height of characters of the present run.
+void DocumentLoader::takeLines(QStringView text) {
+    const rtf::CharFormat& look = m_source.charFormats[static_cast<std::size_t>(m_look)];
+    const auto format = static_cast<std::size_t>(at(m_paragraph).format);
+    const rtf::ParFormat& paragraph = m_source.parFormats[format];
+    takeHeight(lineHeight(look, paragraph, m_dotsPerInch) *
+               linesOf(text, look, paragraph, m_width, m_dotsPerInch));
+}
+
+void DocumentLoader::takeFont(const rtf::CharFormat& chars) {
+    if (m_fonts.insert({chars.font, chars.halfPoints, chars.bold, chars.italic}).second) {
+        take(kFont);
     }
 }
 
@@ -209,9 +194,6 @@ void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragr
                                      static_cast<std::size_t>(paragraph.runCount) - 1]
                                .format;
     const QTextCharFormat& chars = charFormat(mark);
-    const rtf::ParFormat& spaced = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];
-    m_height += (std::abs(spaced.before) + std::abs(spaced.after)) / 1440.0 * m_dotsPerInch;
-    rise(mark, 1, 0);
     if (newBlock) {
         cursor.insertBlock(block, chars);
     } else if (cursor.block().length() == 1) {
@@ -222,11 +204,14 @@ void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragr
         piece.setProperty(kPiece, nextParagraphOfPieces());
         cursor.mergeBlockFormat(piece);
     }
-    m_length = newBlock ? 0 : cursor.positionInBlock();
+    m_weight = newBlock ? 0 : cursor.positionInBlock();
     if (!newBlock && goesOnBefore(cursor.block().next())) {
-        m_length = -weightOf(paragraph); // further pieces there have the numbers that would follow
+        m_weight = -weightOf(paragraph); // further pieces there have the numbers that would follow
     }
     const rtf::ParFormat& format = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];
+    takeHeight(
+        spacing(format, m_dotsPerInch) +
+        lineHeight(m_source.charFormats[static_cast<std::size_t>(mark)], format, m_dotsPerInch));
     joinList(cursor, format);
     runs(cursor, paragraph);
 }
@@ -263,14 +248,13 @@ int DocumentLoader::lengthOf(const rtf::Paragraph& paragraph) const {
     return last.start + last.length - m_source.runs[first].start;
 }
 
-/// What a paragraph counts for, in characters, when it is cut into blocks.
 int DocumentLoader::weightOf(const rtf::Paragraph& paragraph) const {
     if (paragraph.runCount == 0) {
         return 0;
     }
     const int start = m_source.runs[static_cast<std::size_t>(paragraph.firstRun)].start;
-    return richtext::weightOf(QStringView(m_source.text).mid(start, lengthOf(paragraph))) +
-           kRunWeight * paragraph.runCount;
+    return kRunWeight * paragraph.runCount +
+           richtext::weightOf(QStringView(m_source.text).mid(start, lengthOf(paragraph)));
 }
 
 void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) {
@@ -280,7 +264,6 @@ void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) 
         if (!goesOn(m_paragraph)) {
             return;
         }
-        m_length += kRunWeight;
         run(cursor, m_source.runs[r]);
     }
 }
@@ -289,8 +272,8 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
     const bool hidden = m_source.charFormats[static_cast<std::size_t>(run.format)].hidden;
     const QStringView characters = QStringView(m_source.text).mid(run.start, run.length);
     take(kFragment + kCharacter * run.length);
-    rise(run.format, static_cast<double>(withinBlock(characters).count(QChar::LineSeparator)),
-         static_cast<double>(run.length));
+    m_weight += kRunWeight;
+    m_look = run.format;
     if (run.field < 0 && run.object < 0 && !hidden) {
         text(cursor, characters, charFormat(run.format));
         return;
@@ -310,6 +293,7 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
                                 : rtf::Inline{rtf::InlineKind::Kept,
                                               "{\\v " + rtf::escape(characters).toLatin1() + "}"});
         take(kInline);
+        takeHeight(heightOf(m_inlines.back(), m_dotsPerInch));
         chars.setObjectType(kInlineObject);
         chars.setProperty(kInlineId, static_cast<int>(m_inlines.size()) - 1);
         text(cursor, QString(QChar(rtf::kInlineMark)), chars);
@@ -320,13 +304,12 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
 
 /// Inserts characters, in further blocks where the present one is full.
 void DocumentLoader::text(QTextCursor& cursor, QStringView text, const QTextCharFormat& chars) {
-    const QString inBlock = withinBlock(text);
-    text = inBlock;
     while (!text.isEmpty() && !m_stopped) {
-        const qsizetype length = fittingLength(text, kLongestBlock - m_length);
+        const qsizetype length = fittingLength(text, kLongestBlock - m_weight);
         if (length > 0) {
+            takeLines(text.first(length));
             cursor.insertText(text.first(length).toString(), chars);
-            m_length += richtext::weightOf(text.first(length));
+            m_weight += richtext::weightOf(text.first(length));
             text = text.sliced(length);
         }
         if (!text.isEmpty() && goesOn(m_paragraph)) {
@@ -343,7 +326,7 @@ void DocumentLoader::nextPiece(QTextCursor& cursor) {
         format.setProperty(kPiece, before.property(kPiece).toLongLong() + 1);
     }
     cursor.insertBlock(format, cursor.blockCharFormat());
-    m_length = 0;
+    m_weight = 0;
 }
 
 /// The row of a table in that many others that a paragraph lies in.
@@ -369,7 +352,8 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
         const int wider = std::max({columns, edges, 1});
         const int count = static_cast<int>(rows.size());
         const bool sparse = wider * (count + 1) > 2 * (cells + edges) + kEmptyCells;
-        if (count == kMostRows || (count > 0 && (sparse || work > kMostTableWork))) {
+        const bool wide = wider * (count + 1) > kMostCells;
+        if (count == kMostRows || (count > 0 && (sparse || wide || work > kMostTableWork))) {
             break;
         }
         columns = wider;
@@ -417,6 +401,8 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
     const auto columns = static_cast<int>(format.columnWidthConstraints().size());
     take(kTable + kCell * columns * static_cast<qint64>(rows.size()));
     QTextTable* const table = cursor.insertTable(static_cast<int>(rows.size()), columns, format);
+    const double widthAround = m_width;
+    const QList<QTextLength> widths = format.columnWidthConstraints();
     int paragraph = first;
     for (int row = 0; row < table->rows(); ++row) {
         Cell cell{.level = around.level + 1,
@@ -426,10 +412,12 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
                rowAt(paragraph, around.level) == cell.row) {
             const int column = m_source.cellsOf(at(paragraph)).at(around.level).cell;
             cell.column = std::min(column, cell.lastColumn);
+            m_width = std::min(widthAround, widths[cell.column].rawValue());
             QTextCursor inside = table->cellAt(row, cell.column).firstCursorPosition();
             paragraph = range(inside, paragraph, cell);
         }
     }
+    m_width = widthAround;
     cursor.setPosition(table->lastPosition() + 1);
     return paragraph;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/richtext/Heights.h"
 #include "platform/rtf/Model.h"
 
 #include <QTextCursor>
@@ -33,13 +34,13 @@ public:
 
     /// Inserts everything at the cursor; the first paragraph keeps the block's own format when the
     /// cursor stands in text. False when `goesOn` ended it before, or when it would take more
-    /// memory than `setMostMemory` said.
+    /// memory than `setMostMemory` said or be higher than the toolkit can lay out.
     bool insert(QTextCursor& cursor);
     /// The most bytes that the text document may take, as far as they can be told; no limit at
     /// first.
     void setMostMemory(qint64 bytes) { m_memory = bytes; }
     /// True when the insertion ended because of that.
-    [[nodiscard]] bool isFull() const { return m_memory < 0; }
+    [[nodiscard]] bool isFull() const { return m_memory < 0 || m_height < 0; }
 
 private:
     /// A cell of the source, in so many tables; level 0 is the whole document.
@@ -53,7 +54,9 @@ private:
     [[nodiscard]] const QTextCharFormat& charFormat(int format);
     [[nodiscard]] const QTextBlockFormat& blockFormat(int format);
     void take(qint64 bytes);
-    void rise(int format, double lines, double characters);
+    void takeHeight(double dots);
+    void takeLines(QStringView text);
+    void takeFont(const rtf::CharFormat& chars);
     /// Inserts the paragraphs of a cell from `first` on; returns the paragraph behind them.
     int range(QTextCursor& cursor, int first, const Cell& cell);
     void paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph, bool newBlock);
@@ -83,11 +86,13 @@ private:
     bool m_stopped = false;
     std::vector<std::optional<QTextCharFormat>> m_chars;
     std::vector<std::optional<QTextBlockFormat>> m_blocks;
-    std::set<std::tuple<int, int, bool, bool>> m_fonts;   ///< family, size, bold, italic
     qint64 m_memory = std::numeric_limits<qint64>::max(); ///< bytes that are left
-    double m_height = 0;                                  ///< of the text so far, in dots
+    double m_height = kMostHeight;                        ///< dots that are left
+    double m_width = kShownWidth;                         ///< dots of the column
+    std::set<std::tuple<int, int, bool, bool>> m_fonts;   ///< that were taken
     int m_paragraph = 0;                                  ///< that is inserted
-    int m_length = 0; ///< what is in the block counts for, in characters
+    int m_look = 0;                                       ///< char format of the run
+    int m_weight = 0; ///< of the block: its characters, and what is as much work
     QTextList* m_list = nullptr;
     rtf::ParFormat m_listOf;
 };

@@ -6,6 +6,7 @@
 #include "platform/richtext/DocumentScanner.h"
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/InlineRenderer.h"
+#include "platform/richtext/LayoutPace.h"
 #include "platform/richtext/SpellingUnderlines.h"
 #include "platform/richtext/TableLimits.h"
 #include "platform/rtf/Reader.h"
@@ -105,7 +106,8 @@ qint64 RichTextBox::memoryFor(const rtf::Document& model) {
 
 void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
     fresh->documentLayout()->registerHandler(richtext::kInlineObject, m_renderer.get());
-    m_marks.clear(); // they point into the text that goes
+    new richtext::LayoutPace(*fresh); // its layout's
+    m_marks.clear();                  // they point into the text that goes
     m_readable.clear();
     setExtraSelections({});
     const QPointer<QTextDocument> before(document());
