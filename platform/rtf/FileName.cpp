@@ -98,13 +98,13 @@ QString shownText(const QString& text) {
 
 QString baseName(const QString& path) {
     const qsizetype separator = std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\'));
-    QString name = shownText(path.mid(separator + 1));
-    name.removeIf(isForbidden);
-    name = withoutEnds(shortened(withoutEnds(name)));
+    QString last = path.mid(separator + 1);
+    last.removeIf(isForbidden); // first, since blanks on both sides of one are then one blank
+    const QString name = withoutEnds(shortened(withoutEnds(shownText(last))));
     if (name.isEmpty()) {
         return QStringLiteral("file");
     }
-    return isDevice(name) ? beginningOf(u'_' + name, kMostBytes) : name;
+    return isDevice(name) ? withoutEnds(beginningOf(u'_' + name, kMostBytes)) : name;
 }
 
 } // namespace yrw::rtf

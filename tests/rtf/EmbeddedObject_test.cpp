@@ -141,6 +141,7 @@ TEST(EmbeddedObject, ANameIsCleanWhereverItGoes) {
         {u". . ", u"file"},
         {u"folder/", u"file"},
         {u"a:b\nc?.txt", u"abc.txt"},
+        {u"sales : 5 * 3 | 2.txt", u"sales 5 3 2.txt"},
         {u"x\u202Etxt.exe", u"xtxt.exe"},
         {u"x\u2066y\u200B\u061C.pdf", u"xy.pdf"},
         {u"a\u0085b\x1b[31m.txt\x7f", u"ab[31m.txt"},
@@ -159,6 +160,7 @@ TEST(EmbeddedObject, ANameIsCleanWhereverItGoes) {
         {u"a" + letters, u"a" + std::u16string(127, u'\u017C')},
         {std::u16string(250, u'a') + u"\U0001F600.txt", std::u16string(250, u'a') + u".txt"},
         {u"con" + std::u16string(252, u' ') + u".txt", u"_con .txt"},
+        {u"con." + std::u16string(249, u'a') + u".b", u"_con." + std::u16string(249, u'a')},
     };
     for (const Case& c : cases) {
         const QString name = baseName(QString::fromStdU16String(c.path));
