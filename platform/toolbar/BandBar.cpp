@@ -62,10 +62,13 @@ QWidget* BandBar::makeCombo(BandTool& tool) {
     combo->setFixedWidth(twipsToPixels(tool.data().widthTwips));
     connect(combo, &QComboBox::activated, this, [this, combo, key = tool.key()](int index) {
         const QPointer<BandBar> self(this);
-        const bool fromList = combo->wasDropped();
+        const ToolCombo::Source source = combo->takeSource();
+        if (source == ToolCombo::Source::ClosedList) {
+            return;
+        }
         BandEvents& events = m_events;
         events.entryPicked(m_band, key, index + 1);
-        if (fromList && !self.isNull()) {
+        if (source == ToolCombo::Source::List && !self.isNull()) {
             events.comboDone();
         }
     });

@@ -113,13 +113,13 @@ void ToolCombo::showPopup() {
     const QPointer<ToolCombo> self(this);
     m_events.comboDropped(m_band, m_toolKey);
     if (!self.isNull()) {
-        m_dropped = true;
+        m_source = Source::List;
         QComboBox::showPopup();
     }
 }
 
 void ToolCombo::keyPressEvent(QKeyEvent* event) {
-    m_dropped = false;
+    m_source = Source::Field;
     if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
         m_events.focusMoved(*this, stepOf(*event));
         return;
@@ -129,7 +129,7 @@ void ToolCombo::keyPressEvent(QKeyEvent* event) {
 
 void ToolCombo::wheelEvent(QWheelEvent* event) {
     if (hasFocus()) {
-        m_dropped = false;
+        m_source = Source::Field;
         QComboBox::wheelEvent(event);
     } else {
         event->ignore();

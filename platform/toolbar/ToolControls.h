@@ -2,6 +2,8 @@
 
 #include "platform/toolbar/BandBar.h"
 
+#include <utility>
+
 namespace yrw {
 
 /// The button of a tool. It never toggles by itself.
@@ -36,9 +38,14 @@ public:
         return currentIndex() < 0 ? placeholderText() : currentText();
     }
     void showPopup() override;
-    /// True while what is picked comes from the dropped list, and not from a key or the wheel over
-    /// the closed field.
-    [[nodiscard]] bool wasDropped() const noexcept { return m_dropped; }
+    /// Where what is picked comes from: a key or the wheel over the closed field, the dropped list,
+    /// or a list that has closed already.
+    enum class Source { Field, List, ClosedList };
+    /// The source of what has just been picked. A list gives one entry: while an assistive program
+    /// listens, the key that picked it reaches the list once more.
+    [[nodiscard]] Source takeSource() noexcept {
+        return std::exchange(m_source, m_source == Source::Field ? m_source : Source::ClosedList);
+    }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -51,7 +58,7 @@ private:
     BandEvents& m_events;
     ToolBand& m_band;
     QString m_toolKey;
-    bool m_dropped = false;
+    Source m_source = Source::Field;
 };
 
 } // namespace yrw

@@ -402,8 +402,11 @@ TEST_F(Commands, TheList) {
         {"shift and F10", [&] { QTest::keyClick(&list(), Qt::Key_F10, Qt::ShiftModifier); },
          "menu bndNotePopup", 0},
         {"shift and F10 in the text",
-         [&] { QTest::keyClick(&editor(), Qt::Key_F10, Qt::ShiftModifier); }, "menu bndTextPopup",
-         0},
+         [&] {
+             editor().setFocus(); // as a display does for a key that is pressed there
+             QTest::keyClick(&editor(), Qt::Key_F10, Qt::ShiftModifier);
+         },
+         "menu bndTextPopup; keys to rtxMain", 0},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.what);

@@ -196,7 +196,8 @@ TEST_F(Keyboard, ComesBackFromAToolbarsDroppedListAndStaysWithTheArrowKeys) {
         combo->showPopup();
         QTest::keyClick(combo->view(), Qt::Key_Home);
         QTest::keyClick(combo->view(), Qt::Key_Return);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return window->focusWidget()->objectName() == from; }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return window->focusWidget()->objectName() == from; }))
+            << from << " but " << window->focusWidget()->objectName().toStdString();
     }
 }
 

@@ -93,14 +93,20 @@ protected:
         QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::NoModifier,
                           list().visualRect(index).center());
     }
-    /// Runs an action on the properties dialog as soon as it is on the screen.
+    /// Runs an action on the properties dialog as soon as it is on the screen. The key that opens
+    /// it may be held back for a while.
     void whenDialogOpens(const std::function<void(QWidget&)>& action) {
-        QTimer::singleShot(0, window.get(), [this, action] {
-            QWidget* const dialog = QApplication::activeModalWidget();
-            ASSERT_NE(dialog, nullptr);
-            ++dialogs;
-            action(*dialog);
+        auto* const eyes = new QTimer(window.get());
+        QObject::connect(eyes, &QTimer::timeout, eyes, [this, action, eyes] {
+            if (QWidget* const dialog = QApplication::activeModalWidget();
+                dialog != nullptr && dialog != window.get()) {
+                eyes->stop();
+                eyes->deleteLater();
+                ++dialogs;
+                action(*dialog);
+            }
         });
+        eyes->start(0);
     }
     static void clickIn(QWidget& dialog, const char* name) {
         auto* const button = dialog.findChild<QAbstractButton*>(QLatin1String(name));
