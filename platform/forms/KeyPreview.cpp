@@ -38,6 +38,11 @@ bool Form::KeyPreview::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool Form::KeyPreview::handOn(Form* form, QKeyEvent& event) {
+    const bool wasPressedHere =
+        event.type() == QEvent::KeyRelease && m_pressed.value(event.key()) == form;
+    if (event.type() != QEvent::KeyRelease) {
+        m_pressed.insert(event.key(), form);
+    }
     if (event.type() == QEvent::ShortcutOverride) {
         return form != nullptr && takeOffer(*form, event);
     }
@@ -45,7 +50,8 @@ bool Form::KeyPreview::handOn(Form* form, QKeyEvent& event) {
         return takePress(*form, event);
     }
     forgetOffers(event);
-    return form != nullptr && !event.isAutoRepeat() && ask(*form, event, Handler::KeyUp);
+    return form != nullptr && wasPressedHere && !event.isAutoRepeat() &&
+           ask(*form, event, Handler::KeyUp);
 }
 
 bool Form::KeyPreview::takeOffer(Form& form, QKeyEvent& event) {

@@ -2,6 +2,7 @@
 
 #include "platform/forms/Form.h"
 
+#include <QHash>
 #include <QKeyEvent>
 #include <QPointer>
 
@@ -57,6 +58,9 @@ private:
     bool isClimbing(QWidget* receiver, const QKeyEvent* event);
 
     Offers m_offers; ///< in the order in which they came
+    /// Where each key went down last: the key that closed a box is let go of over another form,
+    /// which is none of that form's business.
+    QHash<int, QPointer<Form>> m_pressed;
     Climb m_climb;
 };
 
