@@ -34,7 +34,7 @@ QList<GridColumn> RecordGrid::columns() const {
 }
 
 void RecordGrid::setSortIndicator(const QString& field, Qt::SortOrder order) {
-    m_private->setSortIndicator(field, order);
+    m_private->panes().setSortIndicator(columnOf(field), order);
 }
 
 void RecordGrid::setAllowAddNew(bool allow) {
@@ -76,36 +76,36 @@ void RecordGrid::cancelEdit() {
 }
 
 QRect RecordGrid::cellRect(qint64 row, int column) const {
-    return m_private->cellRect(row, column);
+    return m_private->panes().cellRect(row, column);
 }
 
 QColor RecordGrid::paintedRowColour(qint64 row) const {
-    return m_private->body(0)->paintedColour(row);
+    return m_private->panes().body(0)->paintedColour(row);
 }
 
 int RecordGrid::splitCount() const {
-    return m_private->splits();
+    return m_private->panes().count();
 }
 
 bool RecordGrid::fetchesRowStyle(int split) const {
-    const GridBody* const body = m_private->body(split);
+    const GridBody* const body = m_private->panes().body(split);
     return body != nullptr && body->fetchesRowStyle;
 }
 
 void RecordGrid::setFetchRowStyle(int split, bool fetch) {
-    if (GridBody* const body = m_private->body(split)) {
+    if (GridBody* const body = m_private->panes().body(split)) {
         body->fetchesRowStyle = fetch;
         body->update();
     }
 }
 
 bool RecordGrid::fetchesCellStyle(int split) const {
-    const GridBody* const body = m_private->body(split);
+    const GridBody* const body = m_private->panes().body(split);
     return body != nullptr && body->fetchesCellStyle;
 }
 
 void RecordGrid::setFetchCellStyle(int split, bool fetch) {
-    if (GridBody* const body = m_private->body(split)) {
+    if (GridBody* const body = m_private->panes().body(split)) {
         body->fetchesCellStyle = fetch;
         body->update();
     }
@@ -147,7 +147,7 @@ AddNewMode RecordGrid::addNewMode() const {
 }
 
 void RecordGrid::refresh() {
-    m_private->updateAll();
+    m_private->panes().updateAll();
 }
 
 void RecordGrid::keyPressEvent(QKeyEvent* event) {

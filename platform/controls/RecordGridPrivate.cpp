@@ -1,166 +1,56 @@
 #include "platform/controls/RecordGridPrivate.h"
 
-#include "platform/forms/Twips.h"
+#include "platform/component/AutomationError.h"
 
-#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QSignalBlocker>
-#include <QVBoxLayout>
 #include <QWheelEvent>
 
 namespace yrw {
 
-namespace {
-
-constexpr int kRowsPerWheelStep = 3;
-constexpr int kLeastColumnWidth = 12;
-
-} // namespace
-
-RecordGrid::Private::Private(RecordGrid& owner)
-    : m_grid(owner), m_splitter(new QSplitter(Qt::Horizontal, &owner)),
-      m_scroll(new QScrollBar(Qt::Vertical, &owner)) {
-    auto* const layout = new QHBoxLayout(&owner);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_splitter, 1);
-    layout->addWidget(m_scroll);
-    m_splitter->setChildrenCollapsible(false);
-    m_scroll->setObjectName(QStringLiteral("gridScroll"));
-    connect(m_scroll, &QScrollBar::valueChanged, this, [this] { scrolled(); });
-    addPane();
-    owner.setFocusProxy(m_panes.first().body);
-}
-
-void RecordGrid::Private::addPane() {
-    GridPane pane;
-    const int split = splits();
-    pane.frame = new QWidget(m_splitter);
-    pane.header = new QHeaderView(Qt::Horizontal, pane.frame);
-    pane.header->setObjectName(QStringLiteral("gridHeader(%1)").arg(split));
-    pane.header->setModel(&m_headerModel);
-    pane.header->setSectionsClickable(true);
-    pane.header->setHighlightSections(false);
-    pane.header->setMinimumSectionSize(kLeastColumnWidth);
-    pane.header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    pane.header->setFixedHeight(rowHeight() + 2);
-    pane.body = new GridBody(*this, split, *pane.header, pane.frame);
-    pane.scroll = new QScrollBar(Qt::Horizontal, pane.frame);
-    auto* const top = new QHBoxLayout;
-    top->addSpacing(pane.body->markWidth());
-    top->addWidget(pane.header, 1);
-    auto* const layout = new QVBoxLayout(pane.frame);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(top);
-    layout->addWidget(pane.body, 1);
-    layout->addWidget(pane.scroll);
-    m_splitter->addWidget(pane.frame);
-    m_panes.append(pane);
-    connectPane(pane);
-    showColumns();
-}
-
-void RecordGrid::Private::connectPane(const GridPane& pane) {
-    connect(pane.header, &QHeaderView::sectionResized, this,
-            [this, header = pane.header](int column, int, int width) {
-                sectionResized(header, column, width);
-            });
-    connect(pane.header, &QHeaderView::sectionClicked, this, [this](int column) {
+RecordGrid::Private::Private(RecordGrid& owner) : m_grid(owner), m_panes(owner, *this) {
+    connect(&m_panes, &GridPanes::headerClicked, this, [this](int column) {
         if (commitEdit()) {
-            Q_EMIT m_grid.headerClicked(m_columns.value(column).field);
+            Q_EMIT m_grid.headerClicked(gridColumns().value(column).field);
         }
     });
-    connect(pane.scroll, &QScrollBar::valueChanged, this, [this, pane](int value) {
-        pane.header->setOffset(value);
-        scrolled();
+    connect(&m_panes, &GridPanes::columnResized, this, &Private::placeEditor);
+    connect(&m_panes, &GridPanes::scrolled, this, [this](bool byUser) {
+        placeEditor();
+        if (byUser) {
+            m_grid.Scroll.raise();
+        }
     });
-}
-
-GridBody* RecordGrid::Private::body(int split) const {
-    return split >= 0 && split < splits() ? m_panes.at(split).body : nullptr;
 }
 
 void RecordGrid::Private::setSplitCount(int count) {
-    if (splits() == count || !commitEdit()) {
-        return;
+    if (m_panes.count() != count && commitEdit()) {
+        m_panes.setCount(count);
     }
-    if (count == 2) {
-        addPane();
-        m_panes.last().frame->show();
-    } else {
-        delete m_panes.takeLast().frame;
-        m_pane = 0;
-    }
-    updateScrollBars();
 }
 
 void RecordGrid::Private::setColumns(const QList<GridColumn>& wanted) {
     closeEditor();
-    m_columns = wanted;
+    m_panes.setColumns(wanted);
     bindFields();
-    showColumns();
     if (!m_grid.isColumnVisible(m_column)) {
-        m_column = firstColumn();
+        m_column = m_panes.firstColumn();
     }
-    updateScrollBars();
-    updateAll();
+    m_panes.updateScrollBars();
+    m_panes.updateAll();
 }
 
 void RecordGrid::Private::bindFields() {
     m_fields.clear();
-    for (const GridColumn& column : std::as_const(m_columns)) {
+    for (const GridColumn& column : gridColumns()) {
         m_fields.append(m_rows.columnOf(column.field));
     }
-}
-
-void RecordGrid::Private::showColumns() {
-    m_sizing = true;
-    QStringList headers;
-    for (const GridColumn& column : std::as_const(m_columns)) {
-        headers.append(column.header);
-    }
-    m_headerModel.setColumnCount(static_cast<int>(m_columns.size()));
-    m_headerModel.setHorizontalHeaderLabels(headers);
-    for (const GridPane& pane : std::as_const(m_panes)) {
-        for (int i = 0; i < m_columns.size(); ++i) {
-            pane.header->resizeSection(i, twipsToPixels(m_columns.at(i).widthTwips));
-            pane.header->setSectionHidden(i, !m_columns.at(i).visible);
-        }
-    }
-    m_sizing = false;
-}
-
-void RecordGrid::Private::setSortIndicator(const QString& field, Qt::SortOrder order) {
-    const int column = m_grid.columnOf(field);
-    for (const GridPane& pane : std::as_const(m_panes)) {
-        pane.header->setSortIndicatorShown(column >= 0);
-        pane.header->setSortIndicator(column, order);
-    }
-}
-
-void RecordGrid::Private::sectionResized(const QHeaderView* header, int column, int width) {
-    if (m_sizing || column >= m_columns.size() || !m_columns.at(column).visible) {
-        return;
-    }
-    m_sizing = true;
-    m_columns[column].widthTwips = pixelsToTwips(width);
-    for (const GridPane& pane : std::as_const(m_panes)) {
-        if (pane.header != header) {
-            pane.header->resizeSection(column, width);
-        }
-    }
-    m_sizing = false;
-    updateScrollBars();
-    placeEditor();
-    updateAll();
 }
 
 void RecordGrid::Private::setRecordset(const Ref<dao::Recordset>& recordset) {
     delete m_editor;
     m_rows.setRecordset(recordset);
     bindFields();
-    m_column = m_grid.isColumnVisible(m_column) ? m_column : firstColumn();
+    m_column = m_grid.isColumnVisible(m_column) ? m_column : m_panes.firstColumn();
     startAt(m_rows.count() > 0 || canAddNew() ? 0 : -1);
 }
 
@@ -178,9 +68,9 @@ void RecordGrid::Private::startAt(qint64 row) {
     m_row = row;
     m_rows.moveRecordset(row);
     m_bookmark = m_rows.select(row) ? m_rows.bookmark() : dao::Bookmark();
-    updateScrollBars();
-    showCursor();
-    updateAll();
+    m_panes.updateScrollBars();
+    m_panes.show(m_row, m_column);
+    m_panes.updateAll();
 }
 
 void RecordGrid::Private::setAllowAddNew(bool allow) {
@@ -188,8 +78,8 @@ void RecordGrid::Private::setAllowAddNew(bool allow) {
     if (m_row >= shownRows()) {
         startAt(shownRows() - 1);
     }
-    updateScrollBars();
-    updateAll();
+    m_panes.updateScrollBars();
+    m_panes.updateAll();
 }
 
 bool RecordGrid::Private::canAddNew() const {
@@ -205,84 +95,12 @@ int RecordGrid::Private::rowHeight() const {
 }
 
 bool RecordGrid::Private::hasKeyFocus() const {
-    const GridPane& pane = m_panes.at(m_pane);
-    return pane.body->hasFocus() || !m_editor.isNull();
-}
-
-QRect RecordGrid::Private::cellRect(qint64 row, int column) const {
-    const GridBody* const pane = m_panes.at(m_pane).body;
-    const QRect cell = pane->cellRect(row, column);
-    return cell.isEmpty() ? QRect() : QRect(pane->mapTo(&m_grid, cell.topLeft()), cell.size());
-}
-
-void RecordGrid::Private::updateAll() {
-    for (const GridPane& pane : std::as_const(m_panes)) {
-        pane.body->update();
-    }
-}
-
-void RecordGrid::Private::updateRow(qint64 row) {
-    for (const GridPane& pane : std::as_const(m_panes)) {
-        pane.body->update(pane.body->rowRect(row));
-    }
-}
-
-void RecordGrid::Private::updateScrollBars() {
-    const bool before = std::exchange(m_quiet, true);
-    int page = m_panes.first().body->fullRows();
-    for (const GridPane& pane : std::as_const(m_panes)) {
-        page = qMin(page, pane.body->fullRows());
-        const int room = pane.body->width() - pane.body->markWidth();
-        pane.scroll->setRange(0, qMax(0, pane.header->length() - room));
-        pane.scroll->setPageStep(qMax(1, room));
-        pane.scroll->setSingleStep(20);
-        pane.scroll->setVisible(pane.header->length() > room);
-    }
-    m_scroll->setPageStep(page);
-    m_scroll->setRange(0, static_cast<int>(qMax<qint64>(0, shownRows() - page)));
-    m_quiet = before;
-}
-
-void RecordGrid::Private::scrolled() {
-    for (const GridPane& pane : std::as_const(m_panes)) {
-        pane.body->forgetColours();
-    }
-    placeEditor();
-    updateAll();
-    if (!m_quiet) {
-        m_grid.Scroll.raise();
-    }
-}
-
-void RecordGrid::Private::showCursor() {
-    if (m_row < 0) {
-        return;
-    }
-    const bool before = std::exchange(m_quiet, true);
-    const int page = m_scroll->pageStep();
-    if (m_row < m_scroll->value()) {
-        m_scroll->setValue(static_cast<int>(m_row));
-    } else if (m_row >= m_scroll->value() + page) {
-        m_scroll->setValue(static_cast<int>(m_row) - page + 1);
-    }
-    const GridPane& pane = m_panes.at(m_pane);
-    if (m_column >= 0 && m_column < pane.header->count()) {
-        const int left = pane.header->sectionPosition(m_column);
-        const int room = pane.body->width() - pane.body->markWidth();
-        const int right = left + pane.header->sectionSize(m_column);
-        if (right > pane.scroll->value() + room) {
-            pane.scroll->setValue(right - room);
-        }
-        if (left < pane.scroll->value()) {
-            pane.scroll->setValue(left);
-        }
-    }
-    m_quiet = before;
+    return m_panes.current().hasFocus() || !m_editor.isNull();
 }
 
 void RecordGrid::Private::bodyPressed(int split, qint64 row, int column) {
-    m_panes.at(split).body->setFocus(Qt::MouseFocusReason);
-    m_pane = split;
+    m_panes.body(split)->setFocus(Qt::MouseFocusReason);
+    m_panes.setCurrent(split);
     moveTo(row, column < 0 ? m_column : column);
 }
 
@@ -295,25 +113,315 @@ void RecordGrid::Private::bodyDoubleClicked(qint64 row) {
 }
 
 void RecordGrid::Private::bodyWheel(QWheelEvent* event) {
-    const QPoint turned = event->angleDelta();
-    if (turned.y() != 0) {
-        const int steps = qRound(turned.y() * kRowsPerWheelStep / 120.0);
-        m_scroll->setValue(m_scroll->value() - (steps != 0 ? steps : (turned.y() > 0 ? 1 : -1)));
-    }
-    if (turned.x() != 0) {
-        QScrollBar* const bar = m_panes.at(m_pane).scroll;
-        bar->setValue(bar->value() - turned.x() / 2);
-    }
+    m_panes.scroll(*event);
     event->accept();
 }
 
 void RecordGrid::Private::bodyResized() {
-    updateScrollBars();
+    m_panes.updateScrollBars();
     placeEditor();
 }
 
 void RecordGrid::Private::menuWanted(const QPoint& globalPosition) {
     Q_EMIT m_grid.contextMenuWanted(globalPosition);
+}
+
+AddNewMode RecordGrid::Private::addNewMode() const {
+    if (m_row < 0 || m_row < m_rows.count()) {
+        return AddNewMode::None;
+    }
+    return m_rows.isEditing() ? AddNewMode::AddNewPending : AddNewMode::AddNewCurrent;
+}
+
+bool RecordGrid::Private::moveTo(qint64 row, int column) {
+    if (row == m_row && column == m_column) {
+        return true;
+    }
+    if (!closeEditor() || (row != m_row && !commitRow())) {
+        return false;
+    }
+    row = qMin(row, shownRows() - 1);
+    if (row == m_row && column == m_column) {
+        return true;
+    }
+    const dao::Bookmark lastBookmark = m_bookmark;
+    const int lastColumn = m_column;
+    m_panes.updateRow(m_row);
+    if (row != m_row) {
+        m_row = row;
+        m_bookmark = m_rows.select(m_row) ? m_rows.bookmark() : dao::Bookmark();
+        m_rows.moveRecordset(m_row);
+    }
+    m_column = column;
+    m_panes.show(m_row, m_column);
+    m_panes.updateRow(m_row);
+    m_panes.current().announceCursor();
+    m_grid.RowColChange.raise(lastBookmark, lastColumn);
+    Q_EMIT m_grid.currentCellChanged();
+    return true;
+}
+
+qint64 RecordGrid::Private::lastRow() const {
+    return shownRows() - (isEditing() && m_row >= m_rows.count() ? 0 : 1);
+}
+
+qint64 RecordGrid::Private::rowForKey(const QKeyEvent& event) const {
+    const bool ctrl = event.modifiers().testFlag(Qt::ControlModifier);
+    switch (event.key()) {
+    case Qt::Key_Up:
+        return m_row - 1;
+    case Qt::Key_Down:
+        return m_row + 1;
+    case Qt::Key_PageUp:
+        return m_row - m_panes.pageRows();
+    case Qt::Key_PageDown:
+        return m_row + m_panes.pageRows();
+    case Qt::Key_Home:
+        return ctrl ? 0 : m_row;
+    case Qt::Key_End:
+        return ctrl ? lastRow() : m_row;
+    default:
+        return m_row;
+    }
+}
+
+int RecordGrid::Private::columnForKey(const QKeyEvent& event) const {
+    const bool ctrl = event.modifiers().testFlag(Qt::ControlModifier);
+    switch (event.key()) {
+    case Qt::Key_Left:
+        return m_panes.nextColumn(m_column, -1);
+    case Qt::Key_Right:
+        return m_panes.nextColumn(m_column, 1);
+    case Qt::Key_Home:
+        return ctrl ? m_column : m_panes.firstColumn();
+    case Qt::Key_End:
+        return ctrl ? m_column : m_panes.lastColumn();
+    default:
+        return m_column;
+    }
+}
+
+bool RecordGrid::Private::handleKey(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        if (m_row >= 0) {
+            moveTo(qBound<qint64>(0, rowForKey(event), lastRow()), columnForKey(event));
+        }
+        return true;
+    default:
+        return editKey(event);
+    }
+}
+
+bool RecordGrid::Private::editKey(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_F2:
+        return openEditor(nullptr);
+    case Qt::Key_Escape:
+        if (!isEditing()) {
+            return false;
+        }
+        cancelEdit();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_row >= 0 && m_row < m_rows.count() && !isEditing()) {
+            Q_EMIT m_grid.rowActivated();
+            return true;
+        }
+        return openEditor(nullptr);
+    default:
+        break;
+    }
+    const Qt::KeyboardModifiers held =
+        event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    const QString typed = event.text();
+    if (held != Qt::NoModifier || typed.isEmpty() || !typed.at(0).isPrint()) {
+        return false;
+    }
+    return openEditor(&typed);
+}
+
+bool RecordGrid::Private::tabPressed(bool forward) {
+    if (m_row < 0) {
+        return false;
+    }
+    const int next = m_panes.nextColumn(m_column, forward ? 1 : -1);
+    if (next != m_column) {
+        moveTo(m_row, next);
+        return true;
+    }
+    const qint64 row = m_row + (forward ? 1 : -1);
+    if (row < 0 || row > lastRow()) {
+        return false;
+    }
+    moveTo(row, forward ? m_panes.firstColumn() : m_panes.lastColumn());
+    return true;
+}
+
+bool RecordGrid::Private::openEditor(const QString* typed) {
+    const int field = fieldOf(m_column);
+    if (m_editor || m_row < 0 || field < 0 || !m_rows.isUpdatable() ||
+        !gridColumns().at(m_column).editable) {
+        return false;
+    }
+    m_panes.show(m_row, m_column);
+    m_rows.select(m_row);
+    try {
+        m_textBefore = gridText(m_rows.value(field), gridColumns().at(m_column).decimals);
+    } catch (const AutomationError& error) {
+        failEdit(error.description());
+        return true;
+    }
+    m_editor = new GridEditor(&m_panes.current());
+    m_editor->setAccessibleName(gridColumns().at(m_column).header);
+    m_editor->setText(typed != nullptr ? *typed : m_textBefore);
+    if (typed == nullptr) {
+        m_editor->selectAll();
+    }
+    connectEditor();
+    placeEditor();
+    m_editor->show();
+    m_editor->setFocus(Qt::OtherFocusReason);
+    if (m_row >= m_rows.count() && typed != nullptr) {
+        startEdit();
+    }
+    return true;
+}
+
+void RecordGrid::Private::connectEditor() {
+    GridEditor* const editor = m_editor;
+    connect(editor, &GridEditor::finished, this, [this] {
+        if (closeEditor()) {
+            m_panes.current().setFocus(Qt::OtherFocusReason);
+        }
+    });
+    connect(editor, &GridEditor::canceled, this, [this] { cancelEdit(); });
+    connect(editor, &GridEditor::tabbed, this, [this](bool forward) { tabPressed(forward); });
+    connect(editor, &GridEditor::focusLost, this, [this] { closeEditor(); });
+    connect(editor, &GridEditor::rowKeyPressed, this, [this](int key) {
+        const QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        handleKey(event);
+    });
+}
+
+void RecordGrid::Private::placeEditor() {
+    if (m_editor) {
+        const QRect cell = m_panes.current().cellRect(m_row, m_column);
+        m_editor->setVisible(!cell.isEmpty());
+        m_editor->setGeometry(cell.adjusted(1, 1, -2, -2));
+    }
+}
+
+bool RecordGrid::Private::applyText(int column, const QString& text) {
+    const int field = fieldOf(column);
+    const std::optional<QVariant> value = gridValue(text, m_rows.typeOf(field));
+    if (!value) {
+        failEdit(RecordGrid::tr("'%1' does not fit the column %2.")
+                     .arg(text, gridColumns().at(column).header));
+        return false;
+    }
+    if (!startEdit()) {
+        return false;
+    }
+    m_rows.setValue(field, *value);
+    m_panes.updateRow(m_row);
+    return true;
+}
+
+bool RecordGrid::Private::startEdit() {
+    if (m_rows.isEditing()) {
+        return true;
+    }
+    try {
+        m_rows.beginEdit(m_row);
+    } catch (const AutomationError& error) {
+        failEdit(error.description());
+        return false;
+    }
+    m_panes.updateRow(m_row);
+    if (m_row >= m_rows.count()) {
+        Q_EMIT m_grid.addRowStarted();
+    }
+    return true;
+}
+
+bool RecordGrid::Private::closeEditor() {
+    if (!m_editor) {
+        return true;
+    }
+    const QString text = m_editor->text();
+    const bool changed = text != m_textBefore;
+    const int column = m_column;
+    if (changed && !applyText(column, text)) {
+        return false;
+    }
+    if (!m_editor) {
+        return true; // a handler has closed it
+    }
+    const bool hadFocus = m_editor->hasFocus();
+    GridEditor* const editor = m_editor;
+    m_editor = nullptr;
+    editor->disconnect(this);
+    editor->hide();
+    editor->deleteLater();
+    if (hadFocus) {
+        m_panes.current().setFocus(Qt::OtherFocusReason);
+    }
+    if (changed) {
+        m_grid.AfterColUpdate.raise(column);
+    }
+    return true;
+}
+
+bool RecordGrid::Private::commitRow() {
+    if (!m_rows.isEditing()) {
+        return true;
+    }
+    try {
+        m_row = m_rows.commit();
+    } catch (const AutomationError& error) {
+        failEdit(error.description());
+        return false;
+    }
+    m_bookmark = m_rows.select(m_row) ? m_rows.bookmark() : dao::Bookmark();
+    m_rows.moveRecordset(m_row);
+    m_panes.updateScrollBars();
+    m_panes.updateAll();
+    Q_EMIT m_grid.recordWritten();
+    return true;
+}
+
+bool RecordGrid::Private::commitEdit() {
+    return closeEditor() && commitRow();
+}
+
+void RecordGrid::Private::cancelEdit() {
+    const bool wasEditing = isEditing();
+    if (m_editor) {
+        GridEditor* const editor = m_editor;
+        m_editor = nullptr;
+        editor->disconnect(this);
+        editor->hide();
+        editor->deleteLater();
+        m_panes.current().setFocus(Qt::OtherFocusReason);
+    }
+    m_rows.cancel();
+    m_panes.updateRow(m_row);
+    if (wasEditing) {
+        Q_EMIT m_grid.addEditCanceled();
+    }
+}
+
+void RecordGrid::Private::failEdit(const QString& reason) {
+    Q_EMIT m_grid.editFailed(reason);
 }
 
 } // namespace yrw

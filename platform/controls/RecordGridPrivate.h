@@ -1,24 +1,13 @@
 #pragma once
 
-#include "platform/controls/GridBody.h"
 #include "platform/controls/GridEditor.h"
+#include "platform/controls/GridPanes.h"
 
 #include <QPointer>
-#include <QScrollBar>
-#include <QSplitter>
-#include <QStandardItemModel>
 
 namespace yrw {
 
-/// One pane: header, rows and its own scroll bar for the columns.
-struct GridPane {
-    QWidget* frame = nullptr;
-    QHeaderView* header = nullptr;
-    GridBody* body = nullptr;
-    QScrollBar* scroll = nullptr;
-};
-
-/// The cursor, the panes and the edit of a record grid.
+/// The cursor of a record grid, and the edit of its row.
 class RecordGrid::Private final : public QObject, public GridSource {
     Q_OBJECT
 
@@ -31,17 +20,12 @@ public:
     void setColumns(const QList<GridColumn>& wanted);
     void setAllowAddNew(bool allow);
     void setSplitCount(int count);
-    void setSortIndicator(const QString& field, Qt::SortOrder order);
-    [[nodiscard]] int splits() const { return static_cast<int>(m_panes.size()); }
-    [[nodiscard]] GridBody* body(int split) const;
-    [[nodiscard]] QRect cellRect(qint64 row, int column) const;
-    void updateAll();
+    [[nodiscard]] GridPanes& panes() { return m_panes; }
 
     // Cursor.
     /// Goes to a cell after writing the edit of the row left; false when that failed.
     bool moveTo(qint64 row, int column);
     bool handleKey(const QKeyEvent& event);
-    [[nodiscard]] qint64 currentRow() const;
     [[nodiscard]] AddNewMode addNewMode() const;
 
     // Edit.
@@ -54,9 +38,11 @@ public:
     // What the panes ask.
     [[nodiscard]] GridRows& rows() override { return m_rows; }
     [[nodiscard]] RecordGrid& grid() override { return m_grid; }
-    [[nodiscard]] const QList<GridColumn>& gridColumns() const override { return m_columns; }
+    [[nodiscard]] const QList<GridColumn>& gridColumns() const override {
+        return m_panes.columns();
+    }
     [[nodiscard]] int fieldOf(int column) const override { return m_fields.value(column, -1); }
-    [[nodiscard]] qint64 topRow() const override { return m_scroll->value(); }
+    [[nodiscard]] qint64 topRow() const override { return m_panes.topRow(); }
     [[nodiscard]] qint64 shownRows() const override;
     [[nodiscard]] qint64 cursorRow() const override { return m_row; }
     [[nodiscard]] int cursorColumn() const override { return m_column; }
@@ -70,20 +56,9 @@ public:
     void menuWanted(const QPoint& globalPosition) override;
 
 private:
-    void addPane();
-    void connectPane(const GridPane& pane);
-    void showColumns();
     void bindFields();
-    void sectionResized(const QHeaderView* header, int column, int width);
-    void updateScrollBars();
-    void scrolled();
-    void showCursor();
-    void updateRow(qint64 row);
     void startAt(qint64 row);
     [[nodiscard]] bool canAddNew() const;
-    [[nodiscard]] int nextColumn(int from, int step) const;
-    [[nodiscard]] int firstColumn() const { return nextColumn(-1, 1); }
-    [[nodiscard]] int lastColumn() const { return nextColumn(int(m_columns.size()), -1); }
     /// Last row that the cursor can go to: while a new record is typed, the one that follows it.
     [[nodiscard]] qint64 lastRow() const;
     [[nodiscard]] qint64 rowForKey(const QKeyEvent& event) const;
@@ -99,21 +74,14 @@ private:
 
     RecordGrid& m_grid;
     GridRows m_rows;
-    QList<GridColumn> m_columns;
+    GridPanes m_panes;
     QList<int> m_fields; ///< position of each column's field in the recordset, -1 without
-    QStandardItemModel m_headerModel;
-    QList<GridPane> m_panes;
-    QSplitter* m_splitter;
-    QScrollBar* m_scroll;
     QPointer<GridEditor> m_editor;
     QString m_textBefore; ///< of the cell being edited
-    int m_pane = 0;       ///< pane that the cursor was put into last
     qint64 m_row = -1;
     int m_column = -1;
     dao::Bookmark m_bookmark; ///< of the cursor's row; null for the new record
     bool m_allowAddNew = false;
-    bool m_quiet = false; ///< scrolling in code
-    bool m_sizing = false;
 };
 
 } // namespace yrw
