@@ -1,6 +1,5 @@
 // Rows into records and back: the part of the data helper that knows what a record keeps.
 #include "framework/CollectionBase.h"
-#include "platform/clock/WallTime.h"
 
 namespace yrw {
 
@@ -8,6 +7,8 @@ namespace {
 
 const QString kSource = QStringLiteral("YRW.HostDataHelper");
 const QString kChangeUserCode = QStringLiteral("ChangeUserCode");
+/// Fields that may change beneath an edit without harm.
+const QStringList kStamps{QStringLiteral("ChangeDate"), kChangeUserCode};
 
 dao::ValueList valuesOf(const dao::Recordset& row) {
     dao::ValueList values;
@@ -15,45 +16,6 @@ dao::ValueList valuesOf(const dao::Recordset& row) {
         values.set(row.FieldName(column), row.value(column));
     }
     return values;
-}
-
-/// True when two readings of one column are the same value, also when one came through a query
-/// that does not know the column's kind.
-bool isSameValue(const QVariant& a, const QVariant& b) {
-    if (a.isNull() || b.isNull()) {
-        return a.isNull() && b.isNull();
-    }
-    if (a.typeId() == QMetaType::QDateTime && b.typeId() == QMetaType::QDateTime) {
-        return isSameWallTime(a.toDateTime(), b.toDateTime());
-    }
-    if (a.typeId() == b.typeId()) {
-        return a == b;
-    }
-    if (a.typeId() == QMetaType::Bool || b.typeId() == QMetaType::Bool) {
-        return a.toBool() == b.toBool();
-    }
-    return a == b || a.toString() == b.toString();
-}
-
-/// Fields that may change beneath an edit without harm.
-bool isStampField(const QString& name) {
-    return name.compare(u"ChangeDate", Qt::CaseInsensitive) == 0 ||
-           name.compare(kChangeUserCode, Qt::CaseInsensitive) == 0;
-}
-
-/// The fields of a row that somebody else has changed: they hold neither what the record was read
-/// with nor what is about to be written.
-dao::ValueList conflictsOf(const dao::ValueList& current, const dao::ValueList& asRead,
-                           const dao::Recordset& edited) {
-    dao::ValueList changed;
-    for (const dao::ValueList::Entry& entry : current) {
-        if (!isStampField(entry.name) && asRead.contains(entry.name) &&
-            !isSameValue(entry.value, asRead.value(entry.name)) &&
-            !isSameValue(entry.value, edited.value(entry.name))) {
-            changed.set(entry.name, entry.value);
-        }
-    }
-    return changed;
 }
 
 [[noreturn]] void raiseConflict(const dao::ValueList& changed) {
@@ -126,10 +88,6 @@ dao::ValueList HostDataHelper::writeRow(IRecord& record, const dao::ValueList& v
     // One transaction around reading and writing: what is compared is what is overwritten.
     dao::Transaction transaction(Database());
     const Ref<dao::Recordset> row = openRow(Database(), record);
-    dao::ValueList current;
-    for (const dao::ValueList::Entry& entry : values) {
-        current.set(entry.name, row->value(entry.name));
-    }
     if (!m_currentUserCode.isEmpty() && row->FieldIndex(kChangeUserCode) >= 0 &&
         !values.contains(kChangeUserCode)) {
         written.set(kChangeUserCode, m_currentUserCode);
@@ -139,12 +97,13 @@ dao::ValueList HostDataHelper::writeRow(IRecord& record, const dao::ValueList& v
         row->setValue(entry.name, entry.value);
     }
     if (const auto* base = dynamic_cast<const RecordBase*>(&record)) {
-        const dao::ValueList changed = conflictsOf(current, base->valuesAsRead(), *row);
-        if (!changed.isEmpty()) {
-            raiseConflict(changed);
-        }
+        row->compareWith(base->valuesAsRead(), kStamps);
     }
-    row->Update();
+    try {
+        row->Update();
+    } catch (const dao::ConflictError& conflict) {
+        raiseConflict(conflict.current());
+    }
     // As the database keeps them: a date without its milliseconds, a number given as text.
     for (int i = 0; i < written.count(); ++i) {
         written.setAt(i, row->value(written.at(i).name));

@@ -37,7 +37,6 @@ enum ErrorNumber : int {
     kErrorNewerSchema = 3800,        ///< the database was made by a newer version
     kErrorFileReplaced = 3801,       ///< another file, or none, lies where the open database was
     kErrorDiskFull = 3183,           ///< no space, or the write failed
-    kErrorNoCurrentIndex = 3019,     ///< Seek without an index
     kErrorTypeMismatch = 3421,       ///< a value that does not convert to its field's type
     kErrorFieldTooSmall = 3163,      ///< a text longer than its field
     kErrorInvalidOperation = 3219,   ///< not possible for this kind of recordset

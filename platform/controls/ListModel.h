@@ -57,7 +57,6 @@ public:
     /// Shows only the rows whose keys are kept; the others stay out of sight until `showAll`.
     void showOnly(const std::function<bool(QStringView)>& keeps);
     void showAll();
-    [[nodiscard]] bool isNarrowed() const { return m_shown.has_value(); }
     /// Calls for the key of every row, shown or not, in the order of the rows.
     void forEachKey(const std::function<void(QStringView)>& call) const;
     [[nodiscard]] int allRows() const { return static_cast<int>(m_rows.size()); }

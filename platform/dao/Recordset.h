@@ -130,10 +130,13 @@ public:
     /// on (a new row is at `LastModified`). Only columns that were set are written. A column that
     /// this update writes and that someone else changed since the row was read raises
     /// `kErrorConflict` as a `ConflictError`; nothing is written and the buffer stays. Updating
-    /// again then writes, unless the field was changed once more. The stamps of the last change,
-    /// `ChangeDate` and `ChangeUserCode`, never conflict. A row deleted meanwhile raises
+    /// again then writes, unless the field was changed once more. A row deleted meanwhile raises
     /// `kErrorNoCurrentRecord`; every other failure leaves the buffer as well.
     virtual void Update() = 0;
+    /// After `Edit`: has `Update` compare with values that were read before it, where there are
+    /// some, and not at all in the columns named as stamps, which every writer changes. Raises
+    /// `kErrorNoEdit` outside of it.
+    virtual void compareWith(const ValueList& asRead, const QStringList& stamps) = 0;
     /// Drops the edit buffer; no error when there is none.
     virtual void CancelUpdate() = 0;
     /// True between `AddNew` or `Edit` and the end of the edit.

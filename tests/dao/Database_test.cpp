@@ -13,6 +13,9 @@ namespace yrw::dao {
 
 namespace {
 
+/// What every writer changes.
+const QStringList kStamps{u"ChangeDate"_qs, u"ChangeUserCode"_qs};
+
 class DatabaseTest : public DaoTest {
 protected:
     qint64 noteCount() {
@@ -92,6 +95,7 @@ TEST_F(DatabaseTest, AnUpdateDoesNotOverwriteWhatSomebodyElseWrote) {
     mine->setValue(u"PlainNote", u"text"_qs);
     mine->setValue(u"ChangeDate", clock.now().addSecs(5));
     mine->setValue(u"ChangeUserCode", u"ANNA"_qs);
+    mine->compareWith({}, kStamps);
     try {
         mine->Update();
         FAIL() << "the conflict went unnoticed";
@@ -113,6 +117,7 @@ TEST_F(DatabaseTest, ChangesToDifferentFieldsDoNotMeet) {
     const auto done = editing(*other, id);
     for (const auto& rows : {done, text}) {
         rows->setValue(u"ChangeDate", clock.now());
+        rows->compareWith({}, kStamps);
         clock.advance(1);
     }
     done->setValue(u"Status", 2);

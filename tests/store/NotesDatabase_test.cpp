@@ -161,6 +161,12 @@ TEST_F(NotesDatabaseTest, AFreshOneIsNotMixedWithLeftOvers) {
     EXPECT_TRUE(store.application().Notes()->NewEnum().empty());
     EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral("-wal.old")));
     EXPECT_TRUE(QFile::exists(store.folder() + QStringLiteral("/Support/Notes/Menus.tb")));
+    // One that is there is somebody's: neither it nor what lies beside it is touched.
+    store.addNote(QStringLiteral("theirs"));
+    EXPECT_FALSE(createNotesDatabase(store.files(), shippedTemplateFolder(), store.folder()));
+    EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral("-wal")));
+    EXPECT_FALSE(QFile::exists(store.notesPath() + QStringLiteral("-wal.old2")));
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
 }
 
 TEST_F(NotesDatabaseTest, AMissingTemplateIsNamedAndTouchesNothing) {

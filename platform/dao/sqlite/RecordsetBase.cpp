@@ -37,19 +37,22 @@ private:
     int m_column;
 };
 
-/// Columns that say who changed a row last and when: every save writes them, so two saves of
-/// different columns would always seem to be in each other's way.
-bool isChangeStamp(const QString& column) {
-    return column.compare(u"ChangeDate", Qt::CaseInsensitive) == 0 ||
-           column.compare(u"ChangeUserCode", Qt::CaseInsensitive) == 0;
-}
-
-/// Same value, Null and an empty text being different.
-bool sameValue(const QVariant& a, const QVariant& b) {
+/// True when two readings of one column are the same value, also when one came through a query
+/// that does not know the column's kind. Null and an empty text are different.
+bool isSameValue(const QVariant& a, const QVariant& b) {
+    if (a.isNull() || b.isNull()) {
+        return a.isNull() && b.isNull();
+    }
     if (a.typeId() == QMetaType::QDateTime && b.typeId() == QMetaType::QDateTime) {
         return isSameWallTime(a.toDateTime(), b.toDateTime());
     }
-    return a.isNull() == b.isNull() && (a.isNull() || a == b);
+    if (a.typeId() == b.typeId()) {
+        return a == b;
+    }
+    if (a.typeId() == QMetaType::Bool || b.typeId() == QMetaType::Bool) {
+        return a.toBool() == b.toBool();
+    }
+    return a == b || a.toString() == b.toString();
 }
 
 } // namespace
@@ -285,6 +288,20 @@ void RecordsetBase::setValue(int column, const QVariant& value) {
     cell.set = true;
 }
 
+void RecordsetBase::compareWith(const ValueList& asRead, const QStringList& stamps) {
+    if (m_edit != EditKind::Change) {
+        throw AutomationError(kErrorNoEdit, kSource,
+                              QStringLiteral("Values are compared between Edit and Update."));
+    }
+    for (size_t i = 0; i < m_cells.size(); ++i) {
+        const QString& name = m_query.items()[i].name;
+        if (const int known = asRead.indexOf(name); known >= 0) {
+            m_cells[i].before = asRead.at(known).value;
+        }
+        m_cells[i].isStamp = stamps.contains(name, Qt::CaseInsensitive);
+    }
+}
+
 std::vector<int> RecordsetBase::setColumns() const {
     std::vector<int> columns;
     for (size_t i = 0; i < m_cells.size(); ++i) {
@@ -336,8 +353,7 @@ void RecordsetBase::requireUnchanged(qint64 key) {
         const Query::Item& target = item(columns[i]);
         Cell& cell = m_cells[size_t(columns[i])];
         const QVariant stands = present.value(int(i), target.column.type);
-        if (isChangeStamp(target.column.baseColumn) || sameValue(stands, cell.before) ||
-            sameValue(stands, cell.after)) {
+        if (cell.isStamp || isSameValue(stands, cell.before) || isSameValue(stands, cell.after)) {
             continue;
         }
         conflicts.set(target.name, stands);

@@ -49,6 +49,7 @@ public:
     void setValue(int column, const QVariant& value) override;
     using Recordset::setValue;
     void Update() override;
+    void compareWith(const ValueList& asRead, const QStringList& stamps) override;
     void CancelUpdate() override;
     [[nodiscard]] bool EditInProgress() const override;
     void Delete() override;
@@ -97,6 +98,7 @@ private:
         QVariant before; ///< as read, or the default of a new row
         QVariant after;
         bool set = false;
+        bool isStamp = false; ///< anybody may change it
     };
 
     void requireUpdatable() const;
