@@ -247,11 +247,6 @@ void AddIn::startTimer() {
         ignoreErrors([this] { mfrmTimer_CheckWindowFocus(); });
     });
     new DailyCopyMaker(m_module, form);
-    // Also while reminders are switched off.
-    QObject::connect(&form->ReminderTimer(), &QTimer::timeout, form, [this] {
-        const Ref<AddIn> keep(this);
-        ignoreErrors([this] { leaveReplacedDatabase(false); });
-    });
     frmTimer::setEnabled(form->ReminderTimer(), true);
 }
 
@@ -266,14 +261,7 @@ void AddIn::releaseAll() noexcept {
     const bool wasBehind = isBehind();
     m_released = true;
     // What is on screen saves when it is unloaded, so that goes first.
-    const QList<QPointer<Form>> windows = m_notesWindows;
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-        ignoreErrors([&] {
-            if (*window) {
-                (*window)->unload();
-            }
-        });
-    }
+    m_notesWindows.unloadAll();
     ignoreErrors([this] { m_module.reminders().unloadAllOf(this); });
     m_active = false;
     removeTools();

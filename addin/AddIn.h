@@ -4,8 +4,8 @@
 #include "addin/GridEvents.h"
 #include "addin/Module1.h"
 #include "addin/NotesSeek.h"
+#include "addin/NotesWindows.h"
 #include "addin/ReminderRound.h"
-#include "addin/ReplacedFile.h"
 #include "framework/HostUtility.h"
 #include "store/Schema.h"
 
@@ -107,6 +107,9 @@ public:
     /// Makes this add-in's host the one that is served.
     void becomeServed() noexcept;
     void databaseOpened() noexcept;
+    [[nodiscard]] NotesWindows& notesWindows() noexcept { return m_notesWindows; }
+    /// Closes the notes database and opens what lies at its place now, as activating does.
+    void goOnWithFileThere();
     void marksSwitchedOn() noexcept;
 
 private:
@@ -153,7 +156,6 @@ private:
     void takeUserNames();
     void takeProgramId(IHostApplication& host);
     void readHighlightColour();
-    void leaveReplacedDatabase(bool again);
 
     // Reminders.
     void stopReminders();
@@ -172,7 +174,7 @@ private:
 
     // Showing notes.
     [[nodiscard]] Ref<IRecord> ownerOfNote(qint64 noteRecordID);
-    [[nodiscard]] bool isNotesWindowOpen() const { return !m_notesWindows.isEmpty(); }
+    [[nodiscard]] bool isNotesWindowOpen() const { return m_notesWindows.isOpen(); }
     void showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID);
 
     [[nodiscard]] Prompt& prompt() const { return m_module.services().utility.prompt(); }
@@ -199,10 +201,9 @@ private:
     QString
         m_placedBandKey; ///< band that holds the "Show Notes" tool; empty while it is not placed
     bool m_gridToolPlaced = false;
-    QList<QPointer<Form>> m_notesWindows; ///< on screen, each nested in the one before
+    NotesWindows m_notesWindows;
     bool m_activating = false;
     bool m_checkingReminders = false;
-    ReplacedFile m_replacedFile;
     ReminderRound m_round;
     CheckWatch m_checkWatch;
     QPointer<QShortcut> m_reachKey; ///< on the host's window while popups are open

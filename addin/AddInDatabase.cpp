@@ -4,7 +4,6 @@
 #include "addin/HostQuestions.h"
 #include "framework/ErrorGuards.h"
 #include "platform/files/FileSystem.h"
-#include "platform/forms/Form.h"
 #include "store/NotesDatabase.h"
 
 namespace yrw {
@@ -109,16 +108,9 @@ void AddIn::takeUserNames() {
         [this] { refreshUserNames(*m_module.database(), userNamesOf(requiredHost()->Users())); });
 }
 
-/// Goes on with what lies at the database's place now, when that is another file and the user
-/// agrees. Waits until no window or box is open.
-void AddIn::leaveReplacedDatabase(bool again) {
-    if (isNotesWindowOpen() || Form::isModalOpen() ||
-        !m_replacedFile.isToBeLeft(notesDatabase(), prompt(), again)) {
-        return;
-    }
+void AddIn::goOnWithFileThere() {
     m_module.closeDatabase();
     OpenDatabase();
-    m_replacedFile.forget();
     repaintGrids();
 }
 

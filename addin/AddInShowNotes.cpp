@@ -13,7 +13,7 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
         return;
     }
     const Ref<AddIn> keep(this); // a host may let go while the window is open
-    ignoreErrors([this] { leaveReplacedDatabase(true); });
+    ignoreErrors([this] { m_module.replacedFile().look(true); });
     if (!isDatabaseOpen()) {
         return;
     }
@@ -25,11 +25,15 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
                      const bool byNote = !record && noteRecordID != 0;
                      showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
                  });
-    ignoreErrors([this] { leaveReplacedDatabase(false); });
+    bool isToOpenAgain = false;
+    ignoreErrors([&] { isToOpenAgain = m_module.replacedFile().windowClosed(*this); });
     ignoreErrors([this] { closeAnsweredReminders(); });
     repaintGrids();
     if (hadPopup && !m_released) {
         m_autoNotes.check(mobjUpperGridClass, true);
+    }
+    if (isToOpenAgain) {
+        ShowNotes(record, noteRecordID);
     }
 }
 
@@ -58,9 +62,9 @@ Ref<IRecord> AddIn::ownerOfNote(qint64 noteRecordID) {
 void AddIn::showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID) {
     const QPointer<frmMain> window(new frmMain(*this, m_module));
     const QPointer<Form> form(window.data());
-    m_notesWindows.append(form);
+    m_notesWindows.add(form);
     const auto end = qScopeGuard([this, form] {
-        m_notesWindows.removeAll(form);
+        m_notesWindows.remove(form);
         if (form) {
             form->deleteLater();
         }

@@ -68,6 +68,8 @@ Module1& Module1::instance() {
 void Module1::add(AddIn& addIn) {
     if (m_addIns.empty()) {
         m_world = std::make_unique<World>(Clock::instance(), Prompt::instance());
+        m_world->utility.setTeller(
+            [this](const AutomationError& error) { return m_replacedFile.tellsOf(error); });
     }
     m_addIns.push_back(&addIn);
 }
@@ -105,6 +107,7 @@ void Module1::activated(AddIn& addIn) {
     m_applicationView = m_application;
     if (std::find(m_active.begin(), m_active.end(), &addIn) == m_active.end()) {
         m_active.push_back(&addIn);
+        m_replacedFile.start();
     }
 }
 
@@ -138,6 +141,7 @@ void Module1::letGo(AddIn& addIn) noexcept {
     if (!m_active.empty()) {
         return;
     }
+    m_replacedFile.stop();
     ignoreErrors([this] {
         if (m_application) {
             m_application->Terminate();
@@ -168,6 +172,7 @@ void Module1::openDatabase(const Ref<dao::Workspace>& workspace, const QString& 
     m_database = openNotesDatabase(m_dataHelper, workspace, path);
     m_database->setLockWatch(&m_lockWait);
     m_databasePath = path;
+    m_replacedFile.forget();
     for (AddIn* addIn : std::vector<AddIn*>(m_active)) {
         addIn->databaseOpened();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "addin/LockWaitDialog.h"
+#include "addin/ReplacedFile.h"
 #include "addin/ShownReminders.h"
 #include "framework/HostDataHelper.h"
 #include "framework/INotesAddIn.h"
@@ -53,6 +54,8 @@ public:
     [[nodiscard]] bool isSharedToolbar(const AddIn& addIn, const IToolbar* toolbar) const noexcept;
     /// The first add-in that works with it beside that one; nothing when there is none.
     [[nodiscard]] AddIn* otherActive(const AddIn& addIn) const noexcept;
+    /// Those that work with it, in the order in which they began.
+    [[nodiscard]] const std::vector<AddIn*>& active() const noexcept { return m_active; }
     /// Notes that it does no longer; the last one closes the database. Twice without an error.
     void letGo(AddIn& addIn) noexcept;
 
@@ -79,6 +82,7 @@ public:
     /// Sets a switch; when row marking goes on, every add-in is told.
     void setSwitch(NotesSwitch which, bool on);
 
+    [[nodiscard]] ReplacedFile& replacedFile() noexcept { return m_replacedFile; }
     [[nodiscard]] ShownReminders& reminders() noexcept { return m_reminders; }
 
     /// Uses a template that lies elsewhere than beside the component; empty: beside it again.
@@ -122,6 +126,7 @@ private:
     QString m_templateFolder;
     std::array<bool, 5> m_switches{};
     ShownReminders m_reminders;
+    ReplacedFile m_replacedFile{*this};
 };
 
 } // namespace yrw

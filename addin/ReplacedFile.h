@@ -1,25 +1,58 @@
 #pragma once
 
-#include "platform/dao/Database.h"
+#include <QObject>
+#include <QTimer>
 
 namespace yrw {
 
-class Prompt;
+class AddIn;
+class AutomationError;
+class Module1;
 
-/// Notices that another file, or none, has come to lie where the open notes database was, and
-/// offers what is there now.
+/// Notices that another file, or none, has come to lie where the open notes database was: keeps
+/// what was typed, tells the user, and offers what is there now.
 ///
-/// Lifetime: a member of its `AddIn`. Thread: the user-interface thread.
-class ReplacedFile {
+/// Looks each minute, whether or not reminders are checked, and when a write was refused. With a
+/// notes window open, that window closes when the user agrees, its text kept as a draft, and opens
+/// again over what is there. While a dialog or box lies over it nothing can be closed: the user is
+/// told, and asked once that is gone.
+///
+/// Lifetime: a member of `Module1`; works between `start` and `stop`. Thread: the user-interface
+/// thread.
+class ReplacedFile final : public QObject {
+    Q_OBJECT
+
 public:
-    /// True when the database was replaced and the user wants what is there now. Who has said no
-    /// is asked again only with `again`.
-    [[nodiscard]] bool isToBeLeft(const Ref<dao::Database>& database, Prompt& prompt, bool again);
+    explicit ReplacedFile(Module1& module);
+
+    /// An add-in works with the database.
+    void start();
+    /// None does any more.
+    void stop();
     /// A database was opened.
-    void forget() noexcept { m_declined = false; }
+    void forget() noexcept;
+
+    /// Looks now. Who has said no is asked again only with `again`.
+    void look(bool again = false);
+    /// True when an error that is about to be reported is told by this object instead.
+    [[nodiscard]] bool tellsOf(const AutomationError& error);
+    /// An add-in's notes window was closed: goes on with what is there when the user has agreed to
+    /// that, and else looks. True when the window is to open again.
+    [[nodiscard]] bool windowClosed(AddIn& addIn);
 
 private:
-    bool m_declined = false;
+    [[nodiscard]] bool isReplaced() const;
+    [[nodiscard]] bool isWindowOpen() const;
+    [[nodiscard]] AddIn* whoCanAsk() const;
+    void wait();
+    void ask(AddIn& addIn);
+
+    Module1& m_module;
+    QTimer m_minute;
+    QTimer m_soon; ///< once what lies over the notes window may have gone
+    bool m_isTold = false;
+    bool m_hasDeclined = false;
+    bool m_hasAgreed = false; ///< and a notes window is still to close
 };
 
 } // namespace yrw

@@ -109,7 +109,8 @@ ExitStatus salvage(const CommandContext& context, FindingPrinter& printer, const
     const auto notes = std::find_if(salvaged.tables.begin(), salvaged.tables.end(),
                                     [](const auto& t) { return t.table == schema::kTblNotes; });
     context.complain(
-        QStringLiteral("%1 is damaged and stays as it is; what could be read, %2 notes, is in %3.")
+        QStringLiteral("%1 is damaged and stays as it is; what could be read, %2 notes, is in %3, "
+                       "which is to be put in its place.")
             .arg(path)
             .arg(notes == salvaged.tables.end() ? 0 : notes->rows)
             .arg(salvaged.path));

@@ -5,10 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace yrw {
 
@@ -24,11 +21,6 @@ QString finalPath(QString path) {
     const QFileInfo info(path);
     const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
     return (folder.isEmpty() ? info.absolutePath() : folder) + u'/' + info.fileName();
-}
-
-/// True when what was written is on the disk, or when such a file has none.
-bool isStored(int handle) {
-    return ::fsync(handle) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
 } // namespace
@@ -55,9 +47,10 @@ void requireOther(const QString& path, const QStringList& untouchable) {
     }
 }
 
-OutputFile::OutputFile(const QString& path, const QStringList& untouchable) : m_file(path) {
+OutputFile::OutputFile(const QString& path, const QStringList& untouchable)
+    : m_path(path), m_file(path) {
     requireOther(path, untouchable);
-    if (!m_file.open(QIODevice::WriteOnly)) {
+    if (!m_file.open()) {
         fail();
     }
 }
@@ -65,17 +58,17 @@ OutputFile::OutputFile(const QString& path, const QStringList& untouchable) : m_
 void OutputFile::fail() const {
     throw AutomationError(
         kErrorDiskFull, QStringLiteral("yrwnotes"),
-        QStringLiteral("%1 could not be written: %2").arg(m_file.fileName(), m_file.errorString()));
+        QStringLiteral("%1 could not be written: %2").arg(m_path, m_file.problem()));
 }
 
 void OutputFile::write(const QByteArray& bytes) {
-    if (m_file.write(bytes) != bytes.size()) {
+    if (!m_file.write(bytes)) {
         fail();
     }
 }
 
 void OutputFile::finish() {
-    if (!m_file.flush() || !isStored(m_file.handle()) || !m_file.commit()) {
+    if (!m_file.commit()) {
         fail();
     }
 }

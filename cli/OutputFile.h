@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QSaveFile>
+#include "platform/disk/WholeFile.h"
+
 #include <QStringList>
 
 namespace yrw {
@@ -27,7 +28,8 @@ public:
 private:
     [[noreturn]] void fail() const;
 
-    QSaveFile m_file;
+    QString m_path;
+    WholeFile m_file;
 };
 
 } // namespace yrw

@@ -9,6 +9,9 @@ HostUtility::HostUtility(Prompt& prompt) : m_prompt(prompt) {}
 void HostUtility::ReportError(const AutomationError& error, const QString& source,
                               const QString& message, const QString& title,
                               const QString& text) const {
+    if (m_teller && m_teller(error)) {
+        return;
+    }
     ErrorReport report;
     report.number = error.number();
     report.source = source;

@@ -5,6 +5,8 @@
 
 #include <QVariant>
 
+#include <functional>
+
 namespace yrw {
 
 /// Flags of the open-file dialog that change what it does; the rest only change how it looks.
@@ -18,6 +20,11 @@ public:
     explicit HostUtility(Prompt& prompt);
 
     [[nodiscard]] Prompt& prompt() const noexcept { return m_prompt; }
+
+    /// Somebody who is asked about each error before it is reported, and answers true for those
+    /// that the user is told of in another way.
+    using Teller = std::function<bool(const AutomationError&)>;
+    void setTeller(Teller teller) { m_teller = std::move(teller); }
 
     /// Reports an error in one modal box: the message first, source and reason behind a button.
     void ReportError(const AutomationError& error, const QString& source, const QString& message,
@@ -42,6 +49,7 @@ public:
 
 private:
     Prompt& m_prompt;
+    Teller m_teller;
 };
 
 } // namespace yrw

@@ -99,7 +99,7 @@ void DailyCopy::unlock() noexcept {
 void DailyCopy::removeLeftOvers() const {
     // The lock is held: whoever began one of these has ended.
     static const QRegularExpression unfinished(
-        QStringLiteral("^Notes \\d{4}-\\d\\d-\\d\\d\\.mdb\\.\\w{6}$"));
+        QStringLiteral("^Notes \\d{4}-\\d\\d-\\d\\d\\.mdb\\.unfinished-\\w+$"));
     const QDir folder(m_folder);
     const QStringList names = folder.entryList(QDir::Files | QDir::Hidden).filter(unfinished);
     for (const QString& name : names) {

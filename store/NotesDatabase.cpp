@@ -56,10 +56,11 @@ bool placeWithoutLeftOvers(const FileSystem& files, StagedCopy& copy, const QStr
     return copy.place();
 }
 
-/// The first write has the data layer put the file's place into it; a file that is accepted should
-/// have it before anybody makes a copy of it.
+/// The first write has the data layer put the file's place into it. A file that has none yet should
+/// have it before anybody makes a copy of it; one that has another's is known by that, and whoever
+/// only reads need not wait for the disk.
 void rememberPlace(const Ref<dao::Database>& database) {
-    if (database->isReadOnly()) {
+    if (database->isReadOnly() || database->hasTable(QStringLiteral("tblFilePlace"))) {
         return;
     }
     const dao::BriefWaits brief(database);

@@ -1,5 +1,6 @@
 #include "store/Salvage.h"
 
+#include "platform/disk/Unfinished.h"
 #include "store/DatabaseCheck.h"
 #include "store/NotesTextIndex.h"
 
@@ -91,8 +92,9 @@ SalvageResult salvageNotes(dao::Workspace& workspace, const QString& path) {
     }
     SalvageResult result;
     result.path = freeName(path + QStringLiteral(".salvaged"));
-    const QString unfinished = freeName(result.path + QStringLiteral(".new"));
+    const QString unfinished = unfinishedName(result.path);
     const Ref<dao::Database> target = workspace.CreateDatabase(unfinished);
+    removeUnfinished(result.path, unfinished);
     try {
         target->RunScript(shippedScript());
         copyTables(*file, *target, result);

@@ -1,32 +1,95 @@
 #include "platform/disk/WholeFile.h"
 
+#include "platform/disk/Unfinished.h"
+
 #include <QFileInfo>
 #include <QTemporaryFile>
 
 #include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace yrw {
 
 namespace {
 
+constexpr int kMostLinks = 40; ///< as the system has it
+constexpr mode_t kForUser = S_IRUSR | S_IWUSR;
+constexpr mode_t kForEverybody = 0666;
+constexpr mode_t kRights = 0777;
+
 /// True when what was written lies on the disk, or where the disk knows no such promise.
 bool reachedDisk(int handle) {
     return ::fsync(handle) == 0 || errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
 }
 
+/// Where a path leads in the end; that file need not be there.
+QString withoutLinks(QString path) {
+    for (int links = 0; links < kMostLinks && QFileInfo(path).isSymLink(); ++links) {
+        path = QFileInfo(path).symLinkTarget();
+    }
+    return path;
+}
+
+QByteArray nameOf(int descriptor) {
+    return "/proc/self/fd/" + QByteArray::number(descriptor);
+}
+
+/// A file without a name in the folder of a path; -1 where that cannot be, or could not be named.
+int openNameless(const QString& path, mode_t mode) {
+    const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
+    const int file = ::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
+    if (file >= 0 && ::access(nameOf(file).constData(), F_OK) != 0) {
+        ::close(file);
+        return -1;
+    }
+    return file;
+}
+
 } // namespace
 
-WholeFile::WholeFile(const QString& path) : m_file(path) {}
+WholeFile::WholeFile(const QString& path) : m_path(withoutLinks(path)) {}
+
+WholeFile::~WholeFile() {
+    discard();
+}
 
 bool WholeFile::open(bool isPrivate) {
-    if (!m_file.open(QIODevice::WriteOnly)) {
-        return fail();
+    const QByteArray name = QFile::encodeName(m_path);
+    struct stat there {};
+    if (::stat(name.constData(), &there) != 0) {
+        return openFor(isPrivate ? kForUser : kForEverybody);
     }
-    if (isPrivate) {
-        m_file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    if (S_ISDIR(there.st_mode)) {
+        return fail(qt_error_string(EISDIR));
     }
-    return true;
+    if (::access(name.constData(), W_OK) != 0) {
+        return fail(qt_error_string(errno));
+    }
+    m_isDirect = !S_ISREG(there.st_mode);
+    if (m_isDirect) {
+        m_file.setFileName(m_path);
+        return m_file.open(QIODevice::WriteOnly) || fail();
+    }
+    const mode_t mode = isPrivate ? kForUser : there.st_mode & kRights;
+    // Until it has the right mode nobody else may open it.
+    return openFor(kForUser) &&
+           (::fchmod(m_file.handle(), mode) == 0 || fail(qt_error_string(errno)));
+}
+
+bool WholeFile::openFor(mode_t mode) {
+    int file = openNameless(m_path, mode);
+    if (file < 0) {
+        file = makeUnfinished(m_path, m_unfinished, mode);
+    }
+    if (file < 0) {
+        m_unfinished.clear();
+        return fail(qt_error_string(errno));
+    }
+    return m_file.open(file, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle) || fail();
 }
 
 bool WholeFile::write(const QByteArray& bytes) {
@@ -37,22 +100,49 @@ bool WholeFile::commit() {
     if (!m_problem.isEmpty()) {
         return false;
     }
-    // Committing alone does not tell whether the last bytes, still held back, were written.
     if (!m_file.flush()) {
         return fail();
     }
     if (!reachedDisk(m_file.handle())) {
-        m_problem = qt_error_string(errno);
-        m_file.cancelWriting();
-        return false;
+        return fail(qt_error_string(errno));
     }
-    return m_file.commit() || fail();
+    if (!m_isDirect && !giveName()) {
+        return fail(qt_error_string(errno));
+    }
+    m_unfinished.clear();
+    m_file.close();
+    return true;
+}
+
+bool WholeFile::giveName() {
+    if (m_unfinished.isEmpty()) {
+        // A link cannot take the place of a file, only a rename can.
+        m_unfinished = unfinishedName(m_path);
+        if (::linkat(AT_FDCWD, nameOf(m_file.handle()).constData(), AT_FDCWD,
+                     QFile::encodeName(m_unfinished).constData(), AT_SYMLINK_FOLLOW) != 0) {
+            return false;
+        }
+    }
+    return ::rename(QFile::encodeName(m_unfinished).constData(),
+                    QFile::encodeName(m_path).constData()) == 0;
 }
 
 bool WholeFile::fail() {
-    m_problem = m_file.errorString();
-    m_file.cancelWriting();
+    return fail(m_file.errorString());
+}
+
+bool WholeFile::fail(const QString& problem) {
+    m_problem = problem;
+    discard();
     return false;
+}
+
+void WholeFile::discard() {
+    m_file.close();
+    if (!m_unfinished.isEmpty()) {
+        ::unlink(QFile::encodeName(m_unfinished).constData());
+        m_unfinished.clear();
+    }
 }
 
 std::optional<QString> writeWholeFile(const QString& path, const QByteArray& bytes,

@@ -1,10 +1,9 @@
 #include "platform/files/StagedCopy.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/disk/Unfinished.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QRandomGenerator>
 
 #include <cerrno>
 #include <cstdio>
@@ -16,6 +15,7 @@ namespace yrw {
 namespace {
 
 constexpr qint64 kCopyBlock = 1 << 20; // bytes read at a time
+constexpr mode_t kEverybody = 0666;
 
 [[noreturn]] void fail(const QString& file, const QString& reason) {
     throw AutomationError(kErrorCannotOpenDatabase, QStringLiteral("YRW.StagedCopy"),
@@ -26,16 +26,10 @@ QString systemReason() {
     return qt_error_string(errno);
 }
 
-int openFolder(const QString& folder) {
-    return ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-}
-
 } // namespace
 
 StagedCopy::StagedCopy(const QString& source, const QString& target)
-    : m_target(target), m_targetName(QFile::encodeName(target)),
-      m_name(m_targetName + '.' + QByteArray::number(QRandomGenerator::system()->generate64(), 36) +
-             ".new") {
+    : m_target(target), m_targetName(QFile::encodeName(target)) {
     try {
         copy(source);
     } catch (...) {
@@ -51,15 +45,16 @@ StagedCopy::~StagedCopy() {
 }
 
 /// Copies all of the source and has it on the disk, not only on its way there.
-void StagedCopy::copy(const QString& source) const {
+void StagedCopy::copy(const QString& source) {
     QFile from(source);
     if (!from.open(QIODevice::ReadOnly)) {
         throw AutomationError(
             kErrorCannotOpenDatabase, QStringLiteral("YRW.StagedCopy"),
             QStringLiteral("%1 could not be read: %2").arg(source, from.errorString()));
     }
-    const int descriptor =
-        ::open(m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    QString name;
+    const int descriptor = makeUnfinished(m_target, name, kEverybody);
+    m_name = QFile::encodeName(name);
     QFile to;
     if (descriptor < 0 || !to.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
                                    QFileDevice::AutoCloseHandle)) {
@@ -100,27 +95,19 @@ bool StagedCopy::place(unsigned ways) {
     }
     ::unlink(name);
     m_name.clear();
-    syncFolder();
+    syncFolderOf(m_target);
     return true;
 }
 
 /// Takes the name with an empty file, and replaces that. Who looks in between finds it empty.
 bool StagedCopy::claim() const {
     const int claimed =
-        ::open(m_targetName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        ::open(m_targetName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kEverybody);
     if (claimed < 0) {
         return false;
     }
     ::close(claimed);
     return ::rename(m_name.constData(), m_targetName.constData()) == 0;
-}
-
-void StagedCopy::syncFolder() const {
-    const int folder = openFolder(QFileInfo(m_target).path());
-    if (folder >= 0) {
-        ::fsync(folder);
-        ::close(folder);
-    }
 }
 
 } // namespace yrw

@@ -4,7 +4,8 @@
 
 namespace yrw {
 
-/// A complete copy of a file, on the disk under a name of its own beside the place it is meant for.
+/// A complete copy of a file, on the disk under a name of its own (`makeUnfinished`) beside the
+/// place it is meant for.
 /// Lifetime: one block of code; what was not placed is removed at its end. Thread: any.
 class StagedCopy {
 public:
@@ -23,9 +24,8 @@ public:
     [[nodiscard]] bool place(unsigned ways = Any);
 
 private:
-    void copy(const QString& source) const;
+    void copy(const QString& source);
     [[nodiscard]] bool claim() const;
-    void syncFolder() const;
 
     QString m_target;
     QByteArray m_targetName; ///< as the system takes it

@@ -65,8 +65,8 @@ public:
     /// The form that a control is in; for a control of a tool window, such as a floating toolbar
     /// band, the form that the window lies over.
     [[nodiscard]] static Form* formOf(const QWidget& control);
-    /// Has every open form keep what was typed (`Form_EndSession`). For the program, when its
-    /// session ends.
+    /// Has every open form keep what was typed (`Form_EndSession`): when the program's session
+    /// ends, or what is typed can be saved no more.
     static void keepWhatWasTyped();
     /// True while any form is shown modally or a box of the door is open.
     [[nodiscard]] static bool isModalOpen();
@@ -83,8 +83,7 @@ protected:
     virtual void Form_KeyUp(FormKey& key);
     virtual void Form_QueryUnload(bool& cancel);
     virtual void Form_Unload();
-    /// The session ends and the program with it: keep what was typed at once, and ask nothing.
-    /// Closing follows, if there is time.
+    /// Keep what was typed at once, and ask nothing. Closing follows, if there is time.
     virtual void Form_EndSession();
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -1,6 +1,8 @@
 // What other users and programs do to the notes database while a host works with it.
+#include "platform/richtext/RichTextBox.h"
 #include "tests/addin/AddInFixture.h"
 
+#include <QMessageBox>
 #include <QMetaObject>
 
 #include <unistd.h>
@@ -12,8 +14,15 @@ namespace {
 
 class Neighbours : public AddInFixture {
 protected:
-    void minuteTick() {
-        QMetaObject::invokeMethod(&addIn->UpperTimerForm()->ReminderTimer(), "timeout");
+    static void minuteTick() {
+        auto* timer = Module1::instance().replacedFile().findChild<QTimer*>(
+            QStringLiteral("tmrReplacedFile"));
+        ASSERT_TRUE(timer->isActive());
+        QMetaObject::invokeMethod(timer, "timeout");
+    }
+    /// Puts a copy without what was written since in the place of the open database.
+    void replace(const QString& copy) const {
+        ASSERT_EQ(::rename(qPrintable(copy), qPrintable(world.notesPath())), 0);
     }
     static qint64 notes() {
         return Module1::instance()
@@ -36,9 +45,10 @@ TEST_F(Neighbours, AReplacedDatabaseIsOfferedAtTheMinuteAndAgainWithTheNotes) {
     const QString copy = world.notesPath() + QStringLiteral(".copy");
     Module1::instance().database()->CopyTo(copy);
     addNote(QStringLiteral("cu"), 2);
+    addIn->setReminderTimerEnabled(false);
     minuteTick();
     EXPECT_TRUE(prompt.asked.isEmpty());
-    ASSERT_EQ(::rename(qPrintable(copy), qPrintable(world.notesPath())), 0);
+    replace(copy);
     prompt.answer(PromptAnswer::No);
     minuteTick();
     minuteTick();
@@ -54,6 +64,75 @@ TEST_F(Neighbours, AReplacedDatabaseIsOfferedAtTheMinuteAndAgainWithTheNotes) {
     EXPECT_FALSE(isMarked(*window().upper, 2));
     addNote(QStringLiteral("cu"), 3);
     EXPECT_EQ(notes(), 2);
+}
+
+/// What makes the replaced file be noticed while somebody types.
+enum class Notice { AtTheMinute, AtASave, UnderABox, AtClosing };
+
+class ReplacedUnderTheWindow : public Neighbours, public testing::WithParamInterface<Notice> {
+protected:
+    static void notice(Form& form) {
+        switch (GetParam()) {
+        case Notice::AtTheMinute:
+            return minuteTick();
+        case Notice::AtASave:
+            return QTest::keyClick(form.findChild<RichTextBox*>(QStringLiteral("rtxMain")),
+                                   Qt::Key_S, Qt::ControlModifier);
+        case Notice::AtClosing:
+            form.unload();
+            return;
+        case Notice::UnderABox:
+            break;
+        }
+        QMessageBox box(&form);
+        QTimer::singleShot(20, &box, [&box] {
+            minuteTick();
+            minuteTick();
+            box.close();
+        });
+        box.exec();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(, ReplacedUnderTheWindow,
+                         testing::Values(Notice::AtTheMinute, Notice::AtASave, Notice::UnderABox,
+                                         Notice::AtClosing));
+
+TEST_P(ReplacedUnderTheWindow, WhatWasTypedGoesOnInTheFileThatIsThere) {
+    activate();
+    const qint64 note = addNote(QStringLiteral("cu"), 1);
+    const QString copy = world.notesPath() + QStringLiteral(".copy");
+    Module1::instance().database()->CopyTo(copy);
+    addNote(QStringLiteral("cu"), 1);
+    if (GetParam() == Notice::UnderABox) {
+        prompt.expectMessage();
+    }
+    prompt.answer(PromptAnswer::Yes); // to the file that is there
+    prompt.answer(PromptAnswer::Yes); // to the text that was left
+    QString shown;
+    const auto goOn = [&](Form& form) {
+        auto* box = form.findChild<RichTextBox*>(QStringLiteral("rtxMain"));
+        EXPECT_TRUE(QTest::qWaitFor([box] { return box->Text() == u"typed"; }));
+        shown = box->Text();
+        form.unload();
+    };
+    whenShown(QStringLiteral("frmMain"), [&](Form& form) {
+        QObject::connect(&form, &Form::unloaded, qApp,
+                         [&] { whenShown(QStringLiteral("frmMain"), goOn); });
+        auto* box = form.findChild<RichTextBox*>(QStringLiteral("rtxMain"));
+        box->setFocus();
+        QTest::keyClicks(box, QStringLiteral("typed"));
+        replace(copy);
+        notice(form);
+    });
+    addIn->ShowNotes(nullptr, note);
+    if (GetParam() == Notice::AtClosing) {
+        addIn->ShowNotes(nullptr, note);
+    }
+    EXPECT_EQ(shown, QStringLiteral("typed"));
+    EXPECT_EQ(notes(), 1);
+    const Ref<IRecord> saved = Module1::instance().application()->Notes()->Item(QVariant(note));
+    EXPECT_EQ(saved->value(QStringLiteral("PlainNote")).toString(), QStringLiteral("typed"));
 }
 
 TEST_F(Neighbours, ALockedDatabaseFreezesNothingAndWhatWasMissedComesLater) {

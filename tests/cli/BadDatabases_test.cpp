@@ -1,4 +1,5 @@
 #include "tests/cli/CommandFixture.h"
+#include "tests/support/FullDisk.h"
 
 namespace yrw::test {
 namespace {
@@ -39,7 +40,7 @@ TEST_F(BadDatabasesTest, EachIsStatusThreeAndOneLineThatNamesTheFile) {
     };
     for (const auto& c : cases) {
         write(notesPath(), c.bytes);
-        for (const char* const words : {"list", "check", "add --subject b"}) {
+        for (const char* const words : {"list", "check", "check --fix", "add --subject b"}) {
             const Outcome outcome = run(words);
             EXPECT_EQ(outcome.status, kExitFailed) << c.name << ": " << words;
             EXPECT_EQ(outcome.err.count(u'\n'), 1) << c.name;
@@ -198,8 +199,14 @@ TEST_F(BadDatabasesTest, WhatCanBeReadOfADamagedFileIsSalvaged) {
 
     EXPECT_EQ(run("check").status, kExitNothing);
     EXPECT_TRUE(run("check").err.contains("is damaged"));
+    for (const rlim_t room : {0, 20'000, 100'000}) {
+        const test::FullDisk full(room);
+        EXPECT_EQ(run("check --fix").status, kExitFailed) << room;
+        EXPECT_EQ(QDir(folder.path()).entryList({"*salvaged*"}), QStringList()) << room;
+    }
     const Outcome fixed = run("check --fix");
     EXPECT_EQ(fixed.status, kExitNothing) << "the file in its place is damaged still";
+    EXPECT_TRUE(fixed.err.contains("put in its place")) << qPrintable(fixed.err);
     EXPECT_EQ(read(notesPath()), bytes);
     EXPECT_TRUE(fixed.out.contains("tblNotes: the rows 1")) << qPrintable(fixed.out + fixed.err);
 

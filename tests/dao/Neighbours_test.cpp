@@ -1,3 +1,4 @@
+#include "platform/files/FolderLock.h"
 #include "tests/dao/DaoFixture.h"
 
 #include <QCoreApplication>
@@ -41,6 +42,14 @@ TEST_F(NeighboursTest, AFilePutInPlaceOfTheOpenOneIsNeitherWrittenNorMixedWithIt
     EXPECT_TRUE(database->isReplaced());
     EXPECT_EQ(errorOf([&] { addNote(u"never"_qs); }), kErrorFileReplaced);
     EXPECT_EQ(subjects(*database).size(), 2) << "what was open can still be read";
+    {
+        const FolderLock taking(folder.path()); // another program is just settling where it lies
+        QElapsedTimer timer;
+        timer.start();
+        EXPECT_EQ(errorOf([&] { static_cast<void>(another()); }), kErrorLocked);
+        EXPECT_LT(timer.elapsed(), 2000);
+    }
+    EXPECT_TRUE(files().filter(u".old"_qs).isEmpty()) << "its journal is left alone";
     // Somebody else opens what is there, while we have not let go, and after we have.
     for (const bool isStillOpen : {true, false}) {
         if (!isStillOpen) {

@@ -4,6 +4,7 @@
 //
 //   busydesk --data DIR --popups N --text TEXT
 //   busydesk --data DIR --make       makes the host's data and ends
+//   busydesk --data DIR --look       ends once the host is open and no box is on the screen
 //
 // Prints a line for what happened: "box TEXT" for each question that it answers with its first
 // button, "typed" once the text stands in the editor, "ready" once all is open; ends with status 2
@@ -90,6 +91,15 @@ void answerBox() {
     tour::clickAt(*answer, answer->rect().center());
 }
 
+std::vector<Step> stepsToLook() {
+    return {{"customers",
+             [] {
+                 return grid() != nullptr && grid()->rowCount() > kRow &&
+                        QApplication::activeModalWidget() == nullptr;
+             },
+             [] { QApplication::exit(); }}};
+}
+
 std::vector<Step> stepsTo(int popups, const QString& text) {
     return {
         {"customers", [] { return grid() != nullptr && grid()->rowCount() > kRow; },
@@ -171,7 +181,8 @@ int main(int argc, char** argv) {
     const QCommandLineOption text(QStringLiteral("text"), QStringLiteral("What is typed."),
                                   QStringLiteral("TEXT"), QStringLiteral("busy"));
     const QCommandLineOption make(QStringLiteral("make"), QStringLiteral("Make the data only."));
-    parser.addOptions({data, popups, text, make});
+    const QCommandLineOption look(QStringLiteral("look"), QStringLiteral("Open and end."));
+    parser.addOptions({data, popups, text, make, look});
     parser.process(application);
 
     yrw::ProgramServices program;
@@ -186,7 +197,9 @@ int main(int argc, char** argv) {
         return 0;
     }
     const yrw::faults::Walk walk(
-        yrw::faults::stepsTo(parser.value(popups).toInt(), parser.value(text)));
-    desk.open();
+        parser.isSet(look)
+            ? yrw::faults::stepsToLook()
+            : yrw::faults::stepsTo(parser.value(popups).toInt(), parser.value(text)));
+    QTimer::singleShot(0, &desk, [&desk] { desk.open(); }); // it may not return before it ends
     return QApplication::exec();
 }

@@ -189,24 +189,59 @@ def killed_hosts(place, result, long):
 
 
 def flipped_header(place, result, long):
-    """No program dies over a header with a flipped bit, and none leaves copies each time."""
+    """Nothing dies over a header with a flipped bit, and none leaves copies each time."""
     place.add("Flip")
     good = place.db.read_bytes()
+    order = random.Random(3)
     places = [(byte, bit) for byte in range(100) for bit in range(8)]
+    by_host = {(byte, order.randrange(8)) for byte in range(100)}
     if not long:
-        places = random.Random(3).sample(places, 20) + [(60, 7)]  # the sign of the schema number
+        places = order.sample(places, 20) + [(60, 7)]  # the sign of the schema number
+        by_host = {(60, 7)}
     for byte, bit in places:
         bad = bytearray(good)
         bad[byte] ^= 1 << bit
         place.db.write_bytes(bad)
-        result.took(place.command("list"))
-        before = place.folder_names()
-        result.took(place.command("list"))
+        for _ in range(2):
+            before = place.folder_names()
+            result.took(place.command("list"))
         result.require(place.folder_names() == before, f"byte {byte} bit {bit} leaves files")
         result.tried += 1
+        if (byte, bit) in by_host:
+            place.db.write_bytes(bad)
+            host = place.program("busydesk", "--data", str(place.data), "--look")
+            result.took(host)
+            result.require(host.status == 0, f"byte {byte} bit {bit}: host {host.status}")
+            result.tried += 1
         for path in place.data.glob("Notes*"):
             path.unlink()
     place.db.write_bytes(good)
+
+
+def killed_writers(place, result, long):
+    """A file that a killed program was writing is the old one or the new one, and alone."""
+    for number in range(60):
+        place.add(f"Long {number}", "--text", "text " * 4000)
+    target, order = place.root / "files" / "out", random.Random(5)
+    target.parent.mkdir(exist_ok=True)
+    for turn in range(100 if long else 10):
+        target.write_bytes(b"before")
+        words = ("backup", str(target)) if turn % 2 else ("export", "--format", "json", "--output",
+                                                          str(target))
+        before = set(target.parent.iterdir())
+        process = start(place, "yrwnotes", "--data", str(place.data), *words)
+        time.sleep(order.random() * 0.06)
+        process.kill()
+        process.communicate()
+        result.require(target.read_bytes() == b"before" or target.stat().st_size > 1_000_000,
+                       f"turn {turn}: half a file")
+        for left in set(target.parent.iterdir()) - before:
+            result.require(turn % 2, f"turn {turn}: {left.name} is left")
+            os.utime(left, (1, 1))
+        result.tried += 1
+    result.require(place.command("backup", str(target)).status == 0, "no backup")
+    left = [path.name for path in target.parent.iterdir()]
+    result.require(left == [target.name], f"left at the end: {left}")
 
 
 def damaged_pages(place, result, long):
@@ -423,8 +458,8 @@ def network_locks(place, result, long):
     result.require(len(place.notes()) == 4 * turns, f"{len(place.notes())} of {4 * turns} notes")
 
 
-KINDS = [killed_commands, killed_hosts, flipped_header, damaged_pages, full_disk, reader_only,
-         replaced_file, foreign_journal, hostile_queries, hostile_text, eight_upgraders,
+KINDS = [killed_commands, killed_hosts, killed_writers, flipped_header, damaged_pages, full_disk,
+         reader_only, replaced_file, foreign_journal, hostile_queries, hostile_text, eight_upgraders,
          network_locks]
 
 

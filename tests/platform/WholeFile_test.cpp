@@ -1,6 +1,7 @@
 // Everything that writes a file, on a disk that fills at each byte of it.
 #include "platform/component/AutomationError.h"
 #include "platform/component/ClassRegistry.h"
+#include "platform/disk/Unfinished.h"
 #include "platform/disk/WholeFile.h"
 #include "platform/files/FileSystem.h"
 #include "platform/settings/SettingsStore.h"
@@ -99,6 +100,35 @@ TEST(WholeFileTest, OnADiskThatFillsTheOldFileStaysAndTheWriterSaysSo) {
     ASSERT_FALSE(writeWholeFile(folder.filePath("copy"), "old"));
     EXPECT_FALSE(writeByCopy(folder.filePath("copy"), "a small file"));
     EXPECT_EQ(contentOf(folder.filePath("copy")), "old");
+}
+
+TEST(WholeFileTest, AKilledProgramLeavesNothingThatStays) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("file");
+    const auto names = [&] {
+        return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    };
+    WholeFile file(path);
+    ASSERT_TRUE(file.open());
+    ASSERT_TRUE(file.write("half"));
+    EXPECT_TRUE(names().isEmpty()) << "it has no name before it is whole";
+    // Where it cannot be so, the next one sees to what was left.
+    QString first;
+    QString second;
+    ::close(makeUnfinished(path, first, 0600));
+    ::close(makeUnfinished(folder.filePath("file2"), second, 0600));
+    const QStringList kept{"file.unfinished-notes.mdb", QFileInfo(second).fileName()};
+    for (const QString& old : kept + QStringList(QFileInfo(first).fileName())) {
+        QFile left(folder.filePath(old));
+        ASSERT_TRUE(left.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(left.setFileTime(QDateTime::currentDateTime().addSecs(-4000),
+                                     QFileDevice::FileModificationTime));
+    }
+    QString third;
+    ::close(makeUnfinished(path, third, 0600));
+    QStringList expected = kept + QStringList(QFileInfo(third).fileName());
+    expected.sort();
+    EXPECT_EQ(names(), expected);
 }
 
 TEST(WholeFileTest, WhatFailedOnceIsNeverPutInPlace) {

@@ -1,10 +1,17 @@
+#include "platform/dao/OnlineBackup.h"
+#include "store/DailyCopy.h"
+#include "store/DatabaseCheck.h"
 #include "store/NotesTextIndex.h"
+#include "store/Salvage.h"
 #include "tests/support/NotesFixture.h"
 
 #include <QProcess>
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace yrw::test {
 namespace {
@@ -58,6 +65,85 @@ TEST_F(NotesDatabaseTest, RefusesWhatIsNone) {
     EXPECT_EQ(openingError(folder + QStringLiteral("/random.mdb")), kErrorNotADatabase);
     EXPECT_EQ(openingError(folder + QStringLiteral("/Host.mdb")), kErrorNotADatabase);
     EXPECT_EQ(openingError(store.notesPath()), 0);
+}
+
+TEST_F(NotesDatabaseTest, AFilePutInPlaceIsOpenedWithoutWaitingForTheDisk) {
+    EXPECT_EQ(openingError(store.notesPath()), 0);
+    QFile file(store.notesPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    file.close();
+    const QString copy = store.notesPath() + QStringLiteral(".copy");
+    write(copy, bytes);
+    ASSERT_EQ(::rename(qPrintable(copy), qPrintable(store.notesPath())), 0);
+    EXPECT_EQ(openingError(store.notesPath()), 0);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), bytes) << "what writes also waits until it is written";
+}
+
+/// True when another process meets a lock of this one on a file.
+bool isLockedForOthers(const QString& path) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        struct flock lock {};
+        lock.l_type = F_WRLCK;
+        const int file = ::open(qPrintable(path), O_RDWR);
+        ::_exit(::fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 1 : 0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 1;
+}
+
+// Closing any descriptor of the file gives up every lock that the process has on it.
+TEST_F(NotesDatabaseTest, NothingThatLooksAtTheFileGivesUpTheLocksOnIt) {
+    store.openNotes();
+    store.addNote(QStringLiteral("a"));
+    const Ref<dao::Database> database = store.database();
+    const QString path = store.notesPath();
+    const Ref<dao::Workspace> workspace = dao::createWorkspace(store.engine());
+    const QString folder = store.folder();
+    const struct {
+        const char* name;
+        std::function<void()> action;
+    } actions[] = {
+        {"open", [&] { workspace->OpenDatabase(path)->Close(); }},
+        {"open as a reader",
+         [&] {
+             workspace->OpenDatabase(path, {false, true})->Close();
+         }},
+        {"copy", [&] { database->CopyTo(folder + QStringLiteral("/copy")); }},
+        {"back up",
+         [&] {
+             dao::beginBackup(*database, folder + QStringLiteral("/copy"),
+                              dao::ExistingCopy::Replace, store.clock())
+                 ->finish();
+         }},
+        {"daily copy",
+         [&] {
+             DailyCopy copy(database, QDate(2026, 3, 10), store.clock());
+             while (copy.step(1000)) {
+             }
+         }},
+        {"check", [&] { static_cast<void>(findProblems(workspace, database, {})); }},
+        {"is damaged", [&] { EXPECT_TRUE(isDamagedNotesDatabase(path)); }},
+        {"salvage", [&] { static_cast<void>(salvageNotes(*workspace, path)); }},
+        {"make", [&] { createNotesDatabase(FileSystem(), shippedTemplateFolder(), folder); }},
+        {"is replaced", [&] { EXPECT_FALSE(database->isReplaced()); }},
+    };
+    for (const bool isWriting : {false, true}) {
+        const auto transaction =
+            isWriting ? std::make_unique<dao::Transaction>(*database) : nullptr;
+        ASSERT_TRUE(isLockedForOthers(path));
+        for (const auto& [name, action] : actions) {
+            if (isWriting && qstrcmp(name, "copy") == 0) {
+                QFile::remove(folder + QStringLiteral("/copy"));
+            }
+            action();
+            EXPECT_TRUE(isLockedForOthers(path)) << name;
+            EXPECT_TRUE(isLockedForOthers(path + QStringLiteral("-shm"))) << name;
+        }
+    }
 }
 
 TEST_F(NotesDatabaseTest, RefusesASchemaThatItDoesNotKnowAndLeavesNoCopy) {

@@ -2,7 +2,7 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/dao/sqlite/Connection.h"
-#include "platform/dao/sqlite/DatabaseCopy.h"
+#include "platform/disk/Unfinished.h"
 
 #include <QFile>
 #include <QScopeGuard>
@@ -73,7 +73,8 @@ bool isOtherFile(const FilePlace& recorded, const FilePlace& now) {
 
 std::optional<FilePlace> placeOf(const QString& file) {
     struct statx status {};
-    if (::statx(AT_FDCWD, QFile::encodeName(file).constData(), AT_STATX_SYNC_AS_STAT,
+    // On a network mount what was asked a while ago may tell of a file that is there no more.
+    if (::statx(AT_FDCWD, QFile::encodeName(file).constData(), AT_STATX_FORCE_SYNC,
                 STATX_INO | STATX_BTIME, &status) != 0) {
         return std::nullopt;
     }

@@ -1,14 +1,15 @@
 #include "platform/dao/OnlineBackup.h"
 
+#include "platform/dao/sqlite/LockWaits.h"
 #include "platform/dao/sqlite/ReadHandle.h"
 #include "platform/dao/sqlite/Statement.h"
+#include "platform/disk/Unfinished.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 #include <fcntl.h>
@@ -22,6 +23,7 @@ namespace {
 
 const QString kSource = QStringLiteral("YRW.Database");
 constexpr int kPagesAtOnce = 16;
+constexpr int kAllPages = -1;
 constexpr int kPagesToDisk = 1024; ///< so many are put on the disk at a time, lest the end waits
 constexpr int kMostRestarts = 5;   ///< then the rest is copied in one go
 
@@ -48,30 +50,23 @@ private:
     int m_handle;
 };
 
-bool syncFolder(const QByteArray& folder) {
-    const FileHandle handle(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return handle.get() >= 0 && ::fsync(handle.get()) == 0;
-}
-
 /// Where a copy goes: its folder as it really is, and the name in it.
 struct Target {
-    QByteArray folder;
-    QByteArray path;
+    QString path;
     QString shown;
 };
 
 Target targetFor(const QString& database, const QString& path, ExistingCopy existing) {
     const QFileInfo info(path);
     const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
-    Target target{QFile::encodeName(folder), QFile::encodeName(folder + u'/' + info.fileName()),
-                  path};
+    Target target{folder + u'/' + info.fileName(), path};
     if (folder.isEmpty() || info.fileName().isEmpty()) {
         raise(kErrorDiskFull,
               QStringLiteral("%1 could not be written: there is no such folder.").arg(path));
     }
-    const QByteArray original = QFile::encodeName(QFileInfo(database).canonicalFilePath());
-    for (const char* const suffix : {"", "-wal", "-shm", "-journal"}) {
-        if (target.path == original + suffix) {
+    const QString original = QFileInfo(database).canonicalFilePath();
+    for (const char16_t* const suffix : {u"", u"-wal", u"-shm", u"-journal"}) {
+        if (target.path == original + QString::fromUtf16(suffix)) {
             raise(
                 kErrorCannotOpenDatabase,
                 QStringLiteral("%1 belongs to the database itself; name another file.").arg(path));
@@ -79,10 +74,10 @@ Target targetFor(const QString& database, const QString& path, ExistingCopy exis
     }
     struct stat there {};
     struct stat source {};
-    if (::lstat(target.path.constData(), &there) != 0) {
+    if (::lstat(QFile::encodeName(target.path).constData(), &there) != 0) {
         return target;
     }
-    const bool isItself = ::stat(original.constData(), &source) == 0 &&
+    const bool isItself = ::stat(QFile::encodeName(original).constData(), &source) == 0 &&
                           there.st_dev == source.st_dev && there.st_ino == source.st_ino;
     const bool isTaken = existing == ExistingCopy::Keep || S_ISDIR(there.st_mode) || isItself;
     if (isTaken) {
@@ -95,8 +90,8 @@ class SqliteOnlineBackup final : public OnlineBackup {
 public:
     SqliteOnlineBackup(const QString& database, Target target, ExistingCopy existing, Clock& clock)
         : m_target(std::move(target)), m_existing(existing), m_clock(clock), m_source(database),
-          m_database(QFile::encodeName(database)), m_unfinished(m_target.path + ".XXXXXX"),
-          m_file(::mkostemp(m_unfinished.data(), O_CLOEXEC)) {
+          m_database(QFile::encodeName(database)),
+          m_file(makeUnfinished(m_target.path, m_unfinished, S_IRUSR | S_IWUSR)) {
         if (m_file.get() < 0) {
             m_unfinished.clear();
             failToWrite();
@@ -115,9 +110,10 @@ public:
     bool step(int milliseconds) override {
         const qint64 deadline = m_clock.monotonicMs() + milliseconds;
         while (m_backup != nullptr) {
-            const bool isWaiting = !copyPages();
+            const bool isWaiting =
+                !copyPages(m_restarts > kMostRestarts ? kAllPages : kPagesAtOnce);
             if (m_isComplete) {
-                finish();
+                place();
                 return false;
             }
             if (isWaiting || m_clock.monotonicMs() >= deadline) {
@@ -127,11 +123,23 @@ public:
         return false;
     }
 
+    void finish() override {
+        sqlite3_busy_timeout(m_source.get(), LockWaits::kUsualMs);
+        while (m_backup != nullptr) {
+            if (!copyPages(kAllPages)) {
+                raiseEngineError(m_source.get(), SQLITE_BUSY);
+            }
+            if (m_isComplete) {
+                place();
+            }
+        }
+    }
+
 private:
     void open() {
         sqlite3* copy = nullptr;
         const int code = sqlite3_open_v2(
-            m_unfinished.constData(), &copy,
+            QFile::encodeName(m_unfinished).constData(), &copy,
             SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX, nullptr);
         m_copy = copy;
         if (code != SQLITE_OK) {
@@ -154,9 +162,8 @@ private:
     }
 
     /// Copies some pages; false when the file is locked just now.
-    bool copyPages() {
+    bool copyPages(int count) {
         const int before = sqlite3_backup_remaining(m_backup);
-        const int count = m_restarts > kMostRestarts ? -1 : kPagesAtOnce;
         const int code = sqlite3_backup_step(m_backup, count);
         switch (code & 0xff) {
         case SQLITE_DONE:
@@ -185,7 +192,8 @@ private:
         }
     }
 
-    void finish() {
+    /// The pages are complete: makes a file of them.
+    void place() {
         const int code = sqlite3_backup_finish(m_backup);
         m_backup = nullptr;
         const int closed = sqlite3_close(m_copy);
@@ -206,7 +214,7 @@ private:
         giveName();
         m_unfinished.clear();
         m_file.close();
-        syncFolder(m_target.folder);
+        syncFolderOf(m_target.path);
     }
 
     void takeModeOfOriginal() {
@@ -224,20 +232,17 @@ private:
     }
 
     void giveName() {
-        const unsigned flags = m_existing == ExistingCopy::Keep ? RENAME_NOREPLACE : 0U;
-        if (::renameat2(AT_FDCWD, m_unfinished.constData(), AT_FDCWD, m_target.path.constData(),
-                        flags) == 0) {
-            return;
-        }
-        if (errno == EEXIST) {
+        const bool isNamed = m_existing == ExistingCopy::Keep
+                                 ? renameWithoutReplacing(m_unfinished, m_target.path)
+                                 : ::rename(QFile::encodeName(m_unfinished).constData(),
+                                            QFile::encodeName(m_target.path).constData()) == 0;
+        if (!isNamed && errno == EEXIST) {
             raise(kErrorCannotOpenDatabase,
                   QStringLiteral("%1 is there already.").arg(m_target.shown));
         }
-        const bool isUnknown = errno == EINVAL || errno == ENOSYS;
-        if (!isUnknown || ::link(m_unfinished.constData(), m_target.path.constData()) != 0) {
+        if (!isNamed) {
             failToWrite();
         }
-        ::unlink(m_unfinished.constData());
     }
 
     [[noreturn]] void failToWrite() const {
@@ -254,7 +259,7 @@ private:
         sqlite3_close(m_copy);
         m_copy = nullptr;
         if (!m_unfinished.isEmpty()) {
-            ::unlink(m_unfinished.constData());
+            ::unlink(QFile::encodeName(m_unfinished).constData());
             m_unfinished.clear();
         }
     }
@@ -264,7 +269,7 @@ private:
     Clock& m_clock;
     ReadHandle m_source;
     QByteArray m_database;
-    QByteArray m_unfinished; ///< empty once there is no such file
+    QString m_unfinished; ///< empty once there is no such file
     FileHandle m_file;
     sqlite3* m_copy = nullptr;
     sqlite3_backup* m_backup = nullptr;

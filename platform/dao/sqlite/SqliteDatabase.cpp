@@ -1,7 +1,7 @@
 #include "platform/dao/sqlite/SqliteDatabase.h"
 
 #include "platform/component/AutomationError.h"
-#include "platform/dao/sqlite/DatabaseCopy.h"
+#include "platform/dao/OnlineBackup.h"
 #include "platform/dao/sqlite/ForwardRecordset.h"
 #include "platform/dao/sqlite/KeysetRecordset.h"
 #include "platform/dao/sqlite/SnapshotRecordset.h"
@@ -255,15 +255,8 @@ qint64 SqliteDatabase::DataVersion() {
 }
 
 void SqliteDatabase::CopyTo(const QString& path) {
-    Connection& open = connection();
-    if (open.inTransaction()) {
-        // The engine copies what this connection sees, which is not committed.
-        const Connection other(m_path, Connection::Access::ReadWrite, open.clock());
-        copyDatabase(other.handle(), m_path, path);
-        return;
-    }
-    open.endRead();
-    copyDatabase(open.handle(), m_path, path);
+    connection().endRead();
+    beginBackup(*this, path, ExistingCopy::Keep, connection().clock())->finish();
 }
 
 void SqliteDatabase::EndReadTransaction() {

@@ -119,14 +119,21 @@ std::unique_ptr<Connection> SqliteWorkspace::connectWriter(const QString& file,
     const bool network = mounts.isNetwork(file);
     isLocal = !network;
     std::optional<FolderLock> lock;
-    bool isForeign = !network && isAtForeignPlace(file, m_services.clock);
-    if (isForeign) {
-        // Another program may be about to settle the same.
+    const auto hasForeignJournal = [&] {
+        return !network && hasFullJournalBeside(file) && isAtForeignPlace(file, m_services.clock);
+    };
+    if (hasForeignJournal()) {
+        // Another program may be about to settle the same, and the journal is its own then.
         lock.emplace(FileSystem::folderOf(file));
-        isForeign = isAtForeignPlace(file, m_services.clock);
-    }
-    if (isForeign && hasFullJournalBeside(file)) {
-        moveJournalAside(file);
+        if (!lock->isHeld()) {
+            raise(kErrorLocked,
+                  QStringLiteral("%1 is just being taken into use by another program. Try again "
+                                 "when that program has finished."),
+                  file);
+        }
+        if (hasForeignJournal()) {
+            moveJournalAside(file);
+        }
     }
     auto connection = connect(file, Connection::Access::ReadWrite);
     settleJournal(*connection, file, network);

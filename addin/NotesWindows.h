@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QList>
+#include <QPointer>
+
+namespace yrw {
+
+class Form;
+
+/// The notes windows of one add-in that are on screen, each nested in the one before.
+///
+/// Lifetime: a member of its `AddIn`; does not own the windows. Thread: the user-interface thread.
+class NotesWindows {
+public:
+    void add(Form* window);
+    void remove(Form* window);
+    void clear() { m_windows.clear(); }
+    [[nodiscard]] bool isOpen() const noexcept { return !m_windows.isEmpty(); }
+    /// True when one is open and no dialog, box or window of others lies over it.
+    [[nodiscard]] bool isOnTop() const;
+    /// Closes all, the last one first, each as the user would: it saves its text or keeps it. False
+    /// when one refused.
+    bool unloadAll();
+
+private:
+    QList<QPointer<Form>> m_windows;
+};
+
+} // namespace yrw
