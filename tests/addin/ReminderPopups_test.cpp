@@ -89,7 +89,16 @@ TEST_F(ReminderPopups, NoKeyReachesOneBeforeAClickOrTheOneShortcut) {
     typeAnswers(); // were meant for the first
     ASSERT_EQ(tags().size(), 1);
     clock.advance(1);
-    QTest::mouseClick(control<QPlainTextEdit>("rxtMain").viewport(), Qt::LeftButton);
+    const auto clickIntoText = [] {
+        QTest::mouseClick(control<QPlainTextEdit>("rxtMain").viewport(), Qt::LeftButton);
+    };
+    clickIntoText();
+    workInHost();
+    popup().activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([] { return popup().isActiveWindow(); }));
+    typeAnswers(); // it was left meanwhile
+    ASSERT_EQ(tags().size(), 1);
+    clickIntoText();
     QTest::keyClick(&popup(), Qt::Key_Escape);
     EXPECT_TRUE(tags().isEmpty());
     EXPECT_TRUE(reach.isNull());

@@ -203,11 +203,15 @@ TEST_F(RemindersTest, ShowNotesOpensTheRecordAndLeavesThePopup) {
 }
 
 TEST_F(RemindersTest, AnAnswerThatCannotBeSavedIsToldByTheHostsWindowOnly) {
-    remind(addNote(QStringLiteral("cu"), 2), -1);
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    remind(note, -1);
     ASSERT_TRUE(minuteTick());
     Module1::instance().database()->RunScript(QStringLiteral("DROP TABLE tblReminders;"));
+    control<QCheckBox>("chkFinish").setChecked(true);
     click("cmdForm(1)");
     EXPECT_TRUE(tags().isEmpty());
+    EXPECT_FALSE( // what was not dismissed finishes nothing
+        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))->Done());
     EXPECT_TRUE(window().status.contains(QStringLiteral("could not be saved")));
     QFile log(errorLogFile());
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
@@ -229,6 +233,56 @@ TEST_F(RemindersTest, OneThatCannotBeFilledDoesNotKeepTheOthersBack) {
     EXPECT_FALSE(addIn->CheckForReminders());
     EXPECT_EQ(tags(), QStringList{tagOf(second)});
     EXPECT_EQ(prompt.reports.size(), 1);
+}
+
+/// A clock on which each look takes so long that one turn shows one popup.
+class HurriedClock final : public Clock {
+public:
+    explicit HurriedClock(const Clock& wall) : m_wall(wall) {}
+    [[nodiscard]] QDateTime now() const override { return m_wall.now(); }
+    [[nodiscard]] qint64 monotonicMs() const override { return m_ms += 15; }
+
+private:
+    const Clock& m_wall;
+    mutable qint64 m_ms = 0;
+};
+
+class ReminderRounds : public RemindersFixture {
+protected:
+    void SetUp() override {
+        Clock::setInstance(&hurried);
+        RemindersFixture::SetUp();
+    }
+    void TearDown() override {
+        addIn.reset();
+        settle();
+    }
+    HurriedClock hurried{clock};
+};
+
+TEST_F(ReminderRounds, TheRestComesInLaterTurnsAndNeverOverABox) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    for (int minute : {-4, -3, -2}) {
+        remind(note, minute);
+    }
+    ASSERT_TRUE(minuteTick());
+    EXPECT_EQ(tags().size(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([] { return tags().size() == 3; }));
+    for (int minute : {-4, -3, -2}) {
+        remind(note, minute);
+    }
+    ASSERT_TRUE(minuteTick());
+    EXPECT_EQ(tags().size(), 4);
+    QDialog box;
+    box.setWindowModality(Qt::ApplicationModal);
+    box.show();
+    for (int turn = 0; turn < 5; ++turn) {
+        settle();
+    }
+    EXPECT_EQ(tags().size(), 4);
+    box.hide();
+    ASSERT_TRUE(minuteTick()); // finds the others again
+    EXPECT_TRUE(QTest::qWaitFor([] { return tags().size() == 6; }));
 }
 
 } // namespace

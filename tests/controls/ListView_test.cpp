@@ -108,6 +108,13 @@ TEST_F(ListViewTest, userSelectsWithEventsAndCodeWithout) {
     EXPECT_TRUE(taken().isEmpty()); // no row begins with "bg"
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(100, 190));
     EXPECT_TRUE(taken().isEmpty());
+    EXPECT_EQ(list.selectedKey(), "xn1"); // beside the rows
+    QTest::mousePress(list.viewport(), Qt::LeftButton, {}, placeOf("xn2"));
+    QTest::mouseMove(list.viewport(), placeOf("xn3"));
+    QTest::mouseMove(list.viewport(), placeOf("xn4"));
+    QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, placeOf("xn4"));
+    EXPECT_EQ(taken(), QStringList("click xn2"));
+    EXPECT_EQ(list.selectedKey(), "xn2"); // dragging over others chooses none
     list.selectKey("none");
     EXPECT_EQ(list.selectedKey(), "");
 }
