@@ -81,6 +81,7 @@ TEST_F(ConditionTest, RefusesWhatItDoesNotKnowAndRunsNothing) {
         {"random()=[RecordID]", kErrorBadCondition},
         {"[RecordID]", 0},
         {"5", kErrorBadCondition},
+        {"5 AND [RecordID]=1", kErrorBadCondition},
         {"", kErrorBadCondition},
         {"[RecordID]=", kErrorBadCondition},
         {"([RecordID]=1", kErrorBadCondition},

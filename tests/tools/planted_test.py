@@ -56,7 +56,7 @@ class PlantedTest(unittest.TestCase):
         expression = judged(TABLE)
         self.assertIn("return (yrw::planted(1) ? (a > b) : (a <\n        b));", expression)
         statement = judged(TABLE.replace("- a < b\n+ a > b", "< b) {\n- log();"))
-        self.assertIn("if (yrw::planted(1)) {  } else { log(); }", statement)
+        self.assertIn("if (yrw::planted(1)) {  } else { log();\n}", statement)
 
     def test_a_stale_table_is_named(self):
         for what, table, said in BAD:
