@@ -195,19 +195,6 @@ TEST_F(ReminderPopups, OneThatWasSettledElsewhereClosesAndWritesNothing) {
     }
 }
 
-TEST_F(ReminderPopups, OneWhoseNoteIsFinishedInTheNotesWindowClosesWithIt) {
-    const qint64 note = addNote(QStringLiteral("cu"), 2);
-    remind(note, -5);
-    ASSERT_TRUE(minuteTick());
-    whenShown(QStringLiteral("frmMain"), [&](Form& form) {
-        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))
-            ->setDone(true);
-        form.unload();
-    });
-    click("cmdForm(2)");
-    EXPECT_TRUE(tags().isEmpty());
-}
-
 TEST_F(ReminderPopups, AnAnswerStandsAgainstWhatHappensElsewhereUnderIt) {
     const QString later = "UPDATE tblReminders SET Status = 3, LastDate = '2026-03-10 08:59:00', "
                           "NextDate = '2026-03-10 11:00:00'";

@@ -22,30 +22,6 @@ QDateTime whole(const QDateTime& time) {
     return time.addSecs(-time.time().second());
 }
 
-TEST_F(RemindersTest, WhatIsDueForTheUserIsShownOnce) {
-    const qint64 note = addNote(QStringLiteral("cu"), 2);
-    const qint64 done = addNote(QStringLiteral("cu"), 2, NoteStatus::Done);
-    const qint64 late = remind(note, -60);
-    const qint64 now = remind(note, 1); // within the minute that is allowed for
-    remind(note, 2);
-    remind(note, -5, 2);
-    remind(done, -5);
-    const qint64 ownerless = remind(addNote({}, 0, NoteStatus::Active, QString()), 0);
-    EXPECT_TRUE(minuteTick());
-    EXPECT_EQ(tags(), (QStringList{tagOf(late), tagOf(ownerless), tagOf(now)}));
-    EXPECT_TRUE(minuteTick());
-    EXPECT_EQ(tags().size(), 3);
-    clock.advance(60);
-    EXPECT_TRUE(minuteTick());
-    EXPECT_EQ(tags().size(), 4);
-    EXPECT_EQ(window().status, QString());
-    EXPECT_EQ(prompt.pointer, MousePointer::Default);
-    addIn->DeActivate(); // unanswered ones come back, so they are written before closing
-    EXPECT_TRUE(tags().isEmpty());
-    ASSERT_TRUE(addIn->Activate());
-    EXPECT_EQ(stored(late, "Status").toInt(), 2);
-}
-
 TEST_F(RemindersTest, WaitWhileTheHostIsBusyOrANotesWindowIsOpen) {
     remind(addNote(QStringLiteral("cu"), 2), -1);
     window().upper->isBusy = true;
@@ -128,30 +104,6 @@ TEST_F(RemindersTest, DismissingEndsItAndMayFinishTheNote) {
                              "in your active notes list."));
     EXPECT_TRUE(
         query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))->Done());
-}
-
-TEST_F(RemindersTest, ToldLaterOrUnansweredItComesBack) {
-    const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
-    ASSERT_TRUE(minuteTick());
-    const QDateTime later = clock.now().addSecs(3600);
-    control<DatePicker>("dtpReminder").setValue(later);
-    click("cmdForm(0)");
-    EXPECT_EQ(stored(reminder, "Status").toInt(), 3);
-    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), later);
-    EXPECT_EQ(stored(reminder, "LastDate").toDateTime(), clock.now());
-    ASSERT_TRUE(minuteTick());
-    EXPECT_TRUE(tags().isEmpty());
-
-    clock.advance(3600);
-    ASSERT_TRUE(minuteTick());
-    ASSERT_EQ(tags(), QStringList{tagOf(reminder)});
-    popup().close();
-    EXPECT_TRUE(tags().isEmpty());
-    EXPECT_EQ(stored(reminder, "Status").toInt(), 2);
-    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), clock.now().addSecs(15 * 60));
-    clock.advance(15 * 60);
-    ASSERT_TRUE(minuteTick());
-    EXPECT_EQ(tags(), QStringList{tagOf(reminder)});
 }
 
 TEST_F(RemindersTest, AnUntouchedPickerFollowsTheClock) {

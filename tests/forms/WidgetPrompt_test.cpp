@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QFontDatabase>
 #include <QFontDialog>
@@ -119,7 +120,10 @@ TEST_F(WidgetPromptTest, choicesCarryTheirOwnWords) {
         press(button);
         EXPECT_EQ(prompt.choose(request), index);
     }
-    whenOpen([](QWidget* box) { QTest::keyClick(box, Qt::Key_Return); });
+    whenOpen([](QWidget* box) {
+        EXPECT_EQ(box->findChild<QDialogButtonBox*>()->orientation(), Qt::Vertical);
+        QTest::keyClick(box, Qt::Key_Return);
+    });
     EXPECT_EQ(prompt.choose(request), 2);
     whenOpen([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
     EXPECT_EQ(prompt.choose(request), 0);
@@ -378,6 +382,9 @@ TEST(DatePickerTest, showsDaysFirstAndStepsWholeMinutes) {
     picker.addMinutes(30);
     EXPECT_EQ(picker.text(), "01/01/2027 00:15");
     picker.addMinutes(-30);
+    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, {}, false);
+    QApplication::sendEvent(&picker, &wheel); // the user is not in it
+    EXPECT_EQ(picker.text(), "31/12/2026 23:45");
     picker.show();
     QTest::keyClick(&picker, Qt::Key_Home);
     QTest::keyClick(&picker, Qt::Key_Down);
