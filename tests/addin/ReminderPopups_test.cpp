@@ -92,10 +92,14 @@ TEST_F(ReminderPopups, NoKeyReachesOneBeforeAClickOrTheOneShortcut) {
     const auto clickIntoText = [] {
         QTest::mouseClick(control<QPlainTextEdit>("rxtMain").viewport(), Qt::LeftButton);
     };
+    const auto bringUp = [] {
+        popup().activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([] { return popup().isActiveWindow(); }));
+    };
+    bringUp();
     clickIntoText();
     workInHost();
-    popup().activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([] { return popup().isActiveWindow(); }));
+    bringUp();
     typeAnswers(); // it was left meanwhile
     ASSERT_EQ(tags().size(), 1);
     clickIntoText();

@@ -382,13 +382,17 @@ TEST(DatePickerTest, showsDaysFirstAndStepsWholeMinutes) {
     picker.addMinutes(30);
     EXPECT_EQ(picker.text(), "01/01/2027 00:15");
     picker.addMinutes(-30);
-    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, {}, false);
-    QApplication::sendEvent(&picker, &wheel); // the user is not in it
-    EXPECT_EQ(picker.text(), "31/12/2026 23:45");
     picker.show();
     QTest::keyClick(&picker, Qt::Key_Home);
     QTest::keyClick(&picker, Qt::Key_Down);
     EXPECT_EQ(picker.text(), "30/12/2026 23:45");
+    picker.clearFocus(); // the wheel turns only what the user is in
+    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, {}, false);
+    QApplication::sendEvent(&picker, &wheel);
+    EXPECT_EQ(picker.text(), "30/12/2026 23:45");
+    const QDateTime exact(QDate(2026, 5, 4), QTime(3, 2, 1));
+    picker.setStoredValue(exact);
+    EXPECT_EQ(picker.value(), exact);
     EXPECT_FALSE(picker.accessibleName().isEmpty());
 }
 
