@@ -67,13 +67,15 @@ ROOMS = {
     "tools": CORE_PLATFORM,
     "cmake": set(),
     "bench": ANYTHING,
+    "examples": {"framework", "platform/dao", "platform/toolbar/api", "platform/controls/api"},
+    "tour": ANYTHING,
     "tests": ANYTHING,
 }
 
 # Rooms that may use windows; all others see Qt Core alone.
 WINDOW_ROOMS = {
     "platform/forms", "platform/toolbar", "platform/controls", "platform/richtext",
-    "dialogs", "notes_window", "addin", "host/desk", "tests", "bench",
+    "dialogs", "notes_window", "addin", "host/desk", "examples", "tour", "tests", "bench",
 }
 CORE_LIBRARIES = {"QtCore"}
 WINDOW_LIBRARIES = {"QtCore", "QtGui", "QtWidgets", "QtPrintSupport"}
@@ -166,7 +168,7 @@ class Checker:
             return
         allowed = CORE_LIBRARIES
         if room in WINDOW_ROOMS:
-            allowed = TEST_LIBRARIES if room in ("tests", "bench") else WINDOW_LIBRARIES
+            allowed = TEST_LIBRARIES if room in ("tests", "tour", "bench") else WINDOW_LIBRARIES
         offering = self.qt.get(name, set()) if name.lower().startswith("q") else set()
         if offering and not offering & allowed:
             self.faults.append(f"{where}: {room} may not use {min(offering)} ({header})")

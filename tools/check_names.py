@@ -79,7 +79,7 @@ def declared_names(text, types):
 def headers(root):
     for path in sorted(root.rglob("*.h")):
         relative = path.relative_to(root)
-        if relative.parts[0] not in ("build", "tests", "bench", ".git"):
+        if relative.parts[0] not in ("build", "tests", "bench", "tour", "examples", ".git"):
             yield relative.as_posix(), plain(path.read_text(encoding="utf-8"))
 
 

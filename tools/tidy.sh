@@ -9,7 +9,7 @@ sample_size=25
 preset=release
 
 sources() {
-    git ls-files '*.cpp' | grep -v -E '^(bench|tests)/|^cmake/'
+    git ls-files '*.cpp' | grep -v -E '^(bench|examples|tests|tour)/|^cmake/'
 }
 
 # The sources that a change touches: themselves, or the one beside a changed header.

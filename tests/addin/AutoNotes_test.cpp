@@ -123,17 +123,6 @@ TEST_F(Landing, NothingShowsWhereNothingShould) {
     expectNothing("the notes cannot be read");
 }
 
-TEST_F(Landing, WithoutPopupsTheStatusBarStillTells) {
-    addTwo();
-    settings().setText(QStringLiteral("ShowAutoPopup"), QStringLiteral("False"));
-    land(0);
-    EXPECT_EQ(addIn->GetPopupFormCount(), 0);
-    EXPECT_EQ(status(), QStringLiteral("2 Note(s) Found...!!"));
-    settings().remove(QStringLiteral("ShowAutoPopup")); // read afresh each time
-    land(0);
-    EXPECT_EQ(rows().size(), 5);
-}
-
 TEST_F(Landing, TheHeadingNamesTheFirstNotesAuthor) {
     add(QStringLiteral("By Ben"), QStringLiteral("cu"), 1, NoteStatus::Active, true, 2);
     add(QStringLiteral("By Anna"), QStringLiteral("cu"), 1);

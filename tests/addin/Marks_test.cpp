@@ -87,29 +87,6 @@ TEST_F(Marks, TheColourComesFromTheDatabaseAndHasADefault) {
     }
 }
 
-TEST_F(Marks, OnlyTheFirstAndOnlySplitOfAGridWithRecordIdsIsAskedFor) {
-    makeNotesDatabase();
-    create();
-    ASSERT_TRUE(addIn->Activate());
-    RecordGrid& grid = *window().upper->grid;
-    EXPECT_FALSE(grid.fetchesRowStyle(0));
-    window().showRecords();
-    addNote(QStringLiteral("cu"), 1);
-    EXPECT_TRUE(grid.fetchesRowStyle(0));
-    EXPECT_TRUE(isMarked(*window().upper, 1));
-    grid.setSplitCount(2);
-    EXPECT_FALSE(isMarked(*window().upper, 1));
-    EXPECT_TRUE(flags(*window().upper, 1).isEmpty());
-    grid.setSplitCount(1);
-    EXPECT_TRUE(isMarked(*window().upper, 1));
-
-    // Changed while split: the next paint of the single split takes the rows up again.
-    grid.setSplitCount(2);
-    window().upper->setRecordset(grid.recordset());
-    grid.setSplitCount(1);
-    EXPECT_TRUE(isMarked(*window().upper, 1));
-}
-
 TEST_F(Marks, RowsWithoutARecordIdAreNeverMarked) {
     activate();
     addNote(QStringLiteral("cu"), 1);
@@ -125,24 +102,6 @@ TEST_F(Marks, RowsWithoutARecordIdAreNeverMarked) {
     window().upper->setRecordset(world.host->DAODatabase()->OpenRecordset(
         QStringLiteral("SELECT CustomerName FROM tblCustomers"), dao::RecordsetType::Dynaset));
     EXPECT_FALSE(isPlaceMarked());
-}
-
-TEST_F(Marks, EachSwitchActsAtTheNextPaintAlsoWhenBothWereOff) {
-    activate();
-    addNote(QStringLiteral("cu"), 1);
-    const FakeController& upper = *window().upper;
-    addIn->setSwitch(NotesSwitch::HighlightNotesRow, false);
-    EXPECT_FALSE(isMarked(upper, 1));
-    EXPECT_EQ(flags(upper, 1), QList<int>{0});
-    addIn->setSwitch(NotesSwitch::FlagNotesRow, false);
-    EXPECT_TRUE(flags(upper, 1).isEmpty());
-    // A layout and rows that come while both are off are taken up when one goes on.
-    window().showRecords();
-    addIn->setSwitch(NotesSwitch::HighlightNotesRow, true);
-    EXPECT_TRUE(isMarked(upper, 1));
-    EXPECT_TRUE(flags(upper, 1).isEmpty());
-    addIn->setSwitch(NotesSwitch::FlagNotesRow, true);
-    EXPECT_EQ(flags(upper, 1), QList<int>{0});
 }
 
 TEST_F(Marks, SwitchesOffInTheSettingsAreTakenAtCreation) {
@@ -195,39 +154,6 @@ TEST_F(Marks, TheFlagColumnDoesNotBecomeTheCurrentOne) {
     addIn->setSwitch(NotesSwitch::FlagNotesRow, false);
     grid.setCurrentColumn(2);
     EXPECT_EQ(grid.currentColumn(), 2);
-}
-
-TEST_F(Marks, MovingOnClearsTheMessageAboutNotesAway) {
-    activate();
-    const auto mark = [&] {
-        window().statusBar->setText(QStringLiteral("2 Note(s) Found...!!"));
-        window().statusBar->setToolTipText(QStringLiteral("Notes"));
-        window().statusBar->setTag(AutoNotes::kMarker);
-    };
-    const std::pair<const char*, std::function<void()>> moves[] = {
-        {"RowColChange", [&] { window().upper->grid->RowColChange.raise({}, 0); }},
-        {"Scroll", [&] { window().lower->grid->Scroll.raise(); }},
-        {"AfterAddEditCanceled", [&] { window().lower->AfterAddEditCanceled.raise(); }},
-        {"OnAddRow", [&] { window().upper->OnAddRow.raise(); }},
-        {"StayOnRow", [&] { window().upper->StayOnRow.raise(); }},
-        {"AfterRecordsetChange",
-         [&] { window().upper->AfterRecordsetChange.raise(window().upper->grid->recordset()); }},
-        {"DeActivate", [&] { addIn->DeActivate(); }},
-    };
-    for (const auto& [name, move] : moves) {
-        mark();
-        Form popup(AutoNotes::kFormName);
-        popup.load();
-        EXPECT_EQ(addIn->GetPopupFormCount(), 1);
-        move();
-        EXPECT_EQ(window().statusBar->text(), QString()) << name;
-        EXPECT_EQ(window().statusBar->toolTipText(), QString()) << name;
-        EXPECT_EQ(window().statusBar->tag(), QString()) << name;
-        EXPECT_EQ(addIn->GetPopupFormCount(), 0) << name;
-    }
-    window().statusBar->setText(QStringLiteral("The host's own text"));
-    window().upper->grid->Scroll.raise();
-    EXPECT_EQ(window().statusBar->text(), QStringLiteral("The host's own text"));
 }
 
 } // namespace

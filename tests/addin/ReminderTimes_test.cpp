@@ -5,7 +5,6 @@
 #include "platform/forms/DatePicker.h"
 #include "tests/support/ZoneClock.h"
 
-#include <functional>
 #include <random>
 
 using namespace yrw;
@@ -83,74 +82,6 @@ TEST_F(ReminderTimes, TimeAndStateDecideWhatIsShown) {
         QMultiMap<QString, qint64> shown;
         dismissAll(shown);
         Module1::instance().application()->Reminders()->Delete(id);
-    }
-}
-
-TEST_F(ReminderTimes, EachIsShownOnceWhateverTheClockDoes) {
-    struct Jump {
-        const char* what;
-        std::function<void(ZoneClock&)> happen;
-        QDateTime start; ///< by the hands; the jump comes an hour later
-    };
-    const auto by = [](qint64 seconds) {
-        return [seconds](ZoneClock& hand) { hand.set(seconds); };
-    };
-    const auto fly = [](const char* zone) {
-        return [zone](ZoneClock& hand) {
-            InZone::change(zone);
-            hand.set(0);
-        };
-    };
-    const auto at = [](int month, int day, int hour) {
-        return QDateTime(QDate(2026, month, day), QTime(hour, 0));
-    };
-    const auto nothing = [](ZoneClock&) {};
-    const QList<Jump> jumps{
-        {"a second forward", by(1), at(6, 10, 9)},
-        {"eight hours of sleep", by(8 * 3600), at(6, 10, 9)},
-        {"forty days of holiday", by(40 * 86400), at(6, 10, 9)},
-        {"an hour back", by(-3600), at(6, 10, 9)},
-        {"a day back", by(-86400), at(6, 10, 9)},
-        {"clocks forward in Berlin", nothing, at(3, 29, 1)},
-        {"clocks back in Berlin", nothing, at(10, 25, 1)},
-        {"clocks forward in St John's", nothing, at(3, 8, 1)},
-        {"clocks back in St John's", nothing, at(11, 1, 0)},
-        {"clocks forward on Lord Howe", nothing, at(10, 4, 1)},
-        {"clocks back on Lord Howe", nothing, at(4, 5, 1)},
-        {"a flight west", fly("America/New_York"), at(6, 10, 9)},
-        {"a flight east", fly("Asia/Tokyo"), at(6, 10, 9)},
-    };
-    for (const char* name : kZones) {
-        for (const Jump& jump : jumps) {
-            SCOPED_TRACE(std::string(name) + ": " + jump.what);
-            const InZone zone(name);
-            startAt(QDateTime(jump.start.date(), jump.start.time()));
-            QMap<QString, qint64> due; // by the hands
-            for (const int minutes : {1, 30, 61, 75, 90, 119, 150}) {
-                const QDateTime wanted =
-                    QDateTime(jump.start.date(), jump.start.time(), Qt::UTC).addSecs(60 * minutes);
-                const QDateTime time = existingTime(wanted.date(), wanted.time());
-                due[tagOf(remindAt(time))] = hands(time);
-            }
-            QMultiMap<QString, qint64> shown;
-            const auto run = [&](int minutes) {
-                for (int i = 0; i < minutes && shown.size() < due.size(); i += 5) {
-                    zoneClock->pass(300);
-                    ASSERT_TRUE(minuteTick());
-                    dismissAll(shown);
-                }
-            };
-            run(60);
-            jump.happen(*zoneClock);
-            run(16 * 60);
-            zoneClock->set(2 * 86400); // a clock that went back comes round again
-            run(10);
-            EXPECT_EQ(shown.size(), due.size());
-            for (auto each = due.cbegin(); each != due.cend(); ++each) {
-                ASSERT_EQ(shown.count(each.key()), 1);
-                EXPECT_GE(shown.value(each.key()), each.value() - 60);
-            }
-        }
     }
 }
 

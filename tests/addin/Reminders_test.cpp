@@ -22,30 +22,6 @@ QDateTime whole(const QDateTime& time) {
     return time.addSecs(-time.time().second());
 }
 
-TEST_F(RemindersTest, WhatIsDueForTheUserIsShownOnce) {
-    const qint64 note = addNote(QStringLiteral("cu"), 2);
-    const qint64 done = addNote(QStringLiteral("cu"), 2, NoteStatus::Done);
-    const qint64 late = remind(note, -60);
-    const qint64 now = remind(note, 1); // within the minute that is allowed for
-    remind(note, 2);
-    remind(note, -5, 2);
-    remind(done, -5);
-    const qint64 ownerless = remind(addNote({}, 0, NoteStatus::Active, QString()), 0);
-    EXPECT_TRUE(minuteTick());
-    EXPECT_EQ(tags(), (QStringList{tagOf(late), tagOf(ownerless), tagOf(now)}));
-    EXPECT_TRUE(minuteTick());
-    EXPECT_EQ(tags().size(), 3);
-    clock.advance(60);
-    EXPECT_TRUE(minuteTick());
-    EXPECT_EQ(tags().size(), 4);
-    EXPECT_EQ(window().status, QString());
-    EXPECT_EQ(prompt.pointer, MousePointer::Default);
-    addIn->DeActivate(); // unanswered ones come back, so they are written before closing
-    EXPECT_TRUE(tags().isEmpty());
-    ASSERT_TRUE(addIn->Activate());
-    EXPECT_EQ(stored(late, "Status").toInt(), 2);
-}
-
 TEST_F(RemindersTest, WaitWhileTheHostIsBusyOrANotesWindowIsOpen) {
     remind(addNote(QStringLiteral("cu"), 2), -1);
     window().upper->isBusy = true;
@@ -130,30 +106,6 @@ TEST_F(RemindersTest, DismissingEndsItAndMayFinishTheNote) {
         query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))->Done());
 }
 
-TEST_F(RemindersTest, ToldLaterOrUnansweredItComesBack) {
-    const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
-    ASSERT_TRUE(minuteTick());
-    const QDateTime later = clock.now().addSecs(3600);
-    control<DatePicker>("dtpReminder").setValue(later);
-    click("cmdForm(0)");
-    EXPECT_EQ(stored(reminder, "Status").toInt(), 3);
-    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), later);
-    EXPECT_EQ(stored(reminder, "LastDate").toDateTime(), clock.now());
-    ASSERT_TRUE(minuteTick());
-    EXPECT_TRUE(tags().isEmpty());
-
-    clock.advance(3600);
-    ASSERT_TRUE(minuteTick());
-    ASSERT_EQ(tags(), QStringList{tagOf(reminder)});
-    popup().close();
-    EXPECT_TRUE(tags().isEmpty());
-    EXPECT_EQ(stored(reminder, "Status").toInt(), 2);
-    EXPECT_EQ(stored(reminder, "NextDate").toDateTime(), clock.now().addSecs(15 * 60));
-    clock.advance(15 * 60);
-    ASSERT_TRUE(minuteTick());
-    EXPECT_EQ(tags(), QStringList{tagOf(reminder)});
-}
-
 TEST_F(RemindersTest, AnUntouchedPickerFollowsTheClock) {
     const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -1);
     ASSERT_TRUE(minuteTick());
@@ -203,11 +155,15 @@ TEST_F(RemindersTest, ShowNotesOpensTheRecordAndLeavesThePopup) {
 }
 
 TEST_F(RemindersTest, AnAnswerThatCannotBeSavedIsToldByTheHostsWindowOnly) {
-    remind(addNote(QStringLiteral("cu"), 2), -1);
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    remind(note, -1);
     ASSERT_TRUE(minuteTick());
     Module1::instance().database()->RunScript(QStringLiteral("DROP TABLE tblReminders;"));
+    control<QCheckBox>("chkFinish").setChecked(true);
     click("cmdForm(1)");
     EXPECT_TRUE(tags().isEmpty());
+    EXPECT_FALSE( // what was not dismissed finishes nothing
+        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))->Done());
     EXPECT_TRUE(window().status.contains(QStringLiteral("could not be saved")));
     QFile log(errorLogFile());
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
@@ -229,6 +185,56 @@ TEST_F(RemindersTest, OneThatCannotBeFilledDoesNotKeepTheOthersBack) {
     EXPECT_FALSE(addIn->CheckForReminders());
     EXPECT_EQ(tags(), QStringList{tagOf(second)});
     EXPECT_EQ(prompt.reports.size(), 1);
+}
+
+/// A clock on which each look takes so long that one turn shows one popup.
+class HurriedClock final : public Clock {
+public:
+    explicit HurriedClock(const Clock& wall) : m_wall(wall) {}
+    [[nodiscard]] QDateTime now() const override { return m_wall.now(); }
+    [[nodiscard]] qint64 monotonicMs() const override { return m_ms += 15; }
+
+private:
+    const Clock& m_wall;
+    mutable qint64 m_ms = 0;
+};
+
+class ReminderRounds : public RemindersFixture {
+protected:
+    void SetUp() override {
+        Clock::setInstance(&hurried);
+        RemindersFixture::SetUp();
+    }
+    void TearDown() override {
+        addIn.reset();
+        settle();
+    }
+    HurriedClock hurried{clock};
+};
+
+TEST_F(ReminderRounds, TheRestComesInLaterTurnsAndNeverOverABox) {
+    const qint64 note = addNote(QStringLiteral("cu"), 2);
+    for (int minute : {-4, -3, -2}) {
+        remind(note, minute);
+    }
+    ASSERT_TRUE(minuteTick());
+    EXPECT_EQ(tags().size(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([] { return tags().size() == 3; }));
+    for (int minute : {-4, -3, -2}) {
+        remind(note, minute);
+    }
+    ASSERT_TRUE(minuteTick());
+    EXPECT_EQ(tags().size(), 4);
+    QDialog box;
+    box.setWindowModality(Qt::ApplicationModal);
+    box.show();
+    for (int turn = 0; turn < 5; ++turn) {
+        settle();
+    }
+    EXPECT_EQ(tags().size(), 4);
+    box.hide();
+    ASSERT_TRUE(minuteTick()); // finds the others again
+    EXPECT_TRUE(QTest::qWaitFor([] { return tags().size() == 6; }));
 }
 
 } // namespace

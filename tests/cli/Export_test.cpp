@@ -31,6 +31,9 @@ TEST_F(ExportTest, JsonHoldsEveryNoteWithItsReminders) {
     const QJsonObject note = notes.last().toObject();
     EXPECT_EQ(note.value(QStringLiteral("Subject")), subject);
     EXPECT_EQ(note.value(QStringLiteral("Reminders")).toArray().size(), 2);
+    change("UPDATE tblReminders SET NextDate = '2026-03-11 10:00:00' WHERE UserID = 2");
+    const QJsonObject moved = run("export --format json").json().last().toObject();
+    EXPECT_EQ(moved["Reminders"].toArray().first()["UserID"], 2) << "in the order of their dates";
 }
 
 /// Reads an export as its usual readers do and prints what they find: of CSV the second and the
@@ -66,6 +69,7 @@ TEST_F(ExportTest, IsHarmlessToItsReaders) {
         u"\t=1"_qs,
         u"a\x1b[2J\x07"_qs,
         u"x\"><script>alert(1)</script>&amp;"_qs,
+        u"two\nlines"_qs,
         u"end\r\nEND:VEVENT\r\nATTACH:file:///etc/passwd\\n;,"_qs,
     };
     change("DELETE FROM tblNotes; DELETE FROM tblReminders");
@@ -89,6 +93,7 @@ TEST_F(ExportTest, IsHarmlessToItsReaders) {
 "'\t=1"
 'a[2J'
 'x"><script>alert(1)</script>&amp;'
+'two\nlines'
 'end\r\nEND:VEVENT\r\nATTACH:file:///etc/passwd\\n;,'
 )__");
     const QString html = read("html");
@@ -103,11 +108,21 @@ TEST_F(ExportTest, IsHarmlessToItsReaders) {
 }
 
 TEST_F(ExportTest, HtmlHasAPagePerRecord) {
+    run("add --subject third --owner cu:1");
+    run("add --subject fourth --owner cu:2");
+    run("add --subject fifth --owner or:2");
     const QString html = run("export --format html").out;
-    EXPECT_EQ(html.count(QStringLiteral("<section>")), 2);
-    EXPECT_EQ(html.count(QStringLiteral("</section>")), 2);
-    EXPECT_TRUE(html.contains(QStringLiteral("<h1>System notes</h1>")));
-    EXPECT_TRUE(html.contains(QStringLiteral("<h1>Customer ")));
+    EXPECT_EQ(html.count("</section>"), 4);
+    const QRegularExpression heading("<section>\n<h1>([^<]*)</h1>");
+    QStringList titles;
+    for (const auto& match : heading.globalMatch(html)) {
+        titles += match.captured(1);
+    }
+    EXPECT_EQ(titles.removeDuplicates(), 0) << qPrintable(titles.join(u'|'));
+    const QStringList kinds{"System", "Customer", "Customer", "Order"};
+    for (qsizetype i = 0; i < kinds.size(); ++i) {
+        EXPECT_TRUE(titles.value(i).startsWith(kinds[i])) << qPrintable(titles.join(u'|'));
+    }
 }
 
 TEST_F(ExportTest, CalendarLinesAreFoldedEscapedAndAlarmed) {
@@ -121,6 +136,12 @@ TEST_F(ExportTest, CalendarLinesAreFoldedEscapedAndAlarmed) {
     EXPECT_EQ(lines.count(QStringLiteral("BEGIN:VEVENT")), 2);
     EXPECT_EQ(lines.count(QStringLiteral("BEGIN:VALARM")), 1) << "a dismissed one rings no more";
     EXPECT_EQ(lines.count(QStringLiteral("DTSTART:20260312T100000")), 2);
+    EXPECT_EQ(lines.count("CLASS:PUBLIC"), 2);
+    run("done 1");
+    run("add --subject p --private --remind me --at 2026-03-12");
+    const QStringList then = run("export --format ics").out.split("\r\n");
+    EXPECT_EQ(then.count("BEGIN:VALARM"), 1) << "a finished one rings no more";
+    EXPECT_EQ(then.count("CLASS:PRIVATE"), 1);
     EXPECT_TRUE(lines.contains(QStringLiteral("SUMMARY:a\\;b\\, c\\\\d \"e\" <script>")));
     EXPECT_TRUE(lines.contains(QStringLiteral("DESCRIPTION:") +
                                QString(text).replace(u'\n', QStringLiteral("\\n"))));
@@ -182,6 +203,7 @@ TEST_F(ExportTest, ConvertsRichText) {
     EXPECT_EQ(convert("text", rtf).out, QStringLiteral("bold <&>\njs\n"));
     const QString html = convert("html", rtf).out;
     EXPECT_TRUE(html.contains(QStringLiteral("<b>bold</b>"))) << qPrintable(html);
+    EXPECT_TRUE(convert("html", "{\\rtf1\\super up}").out.contains("<sup>up</sup>"));
     EXPECT_TRUE(html.contains(QStringLiteral("&lt;&amp;&gt;")));
     EXPECT_FALSE(html.contains(QStringLiteral("href")));
     const QByteArray nested =

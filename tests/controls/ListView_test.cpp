@@ -108,6 +108,13 @@ TEST_F(ListViewTest, userSelectsWithEventsAndCodeWithout) {
     EXPECT_TRUE(taken().isEmpty()); // no row begins with "bg"
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(100, 190));
     EXPECT_TRUE(taken().isEmpty());
+    EXPECT_EQ(list.selectedKey(), "xn1"); // beside the rows
+    QTest::mousePress(list.viewport(), Qt::LeftButton, {}, placeOf("xn2"));
+    QTest::mouseMove(list.viewport(), placeOf("xn3"));
+    QTest::mouseMove(list.viewport(), placeOf("xn4"));
+    QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, placeOf("xn4"));
+    EXPECT_EQ(taken(), QStringList("click xn2"));
+    EXPECT_EQ(list.selectedKey(), "xn2"); // dragging over others chooses none
     list.selectKey("none");
     EXPECT_EQ(list.selectedKey(), "");
 }
@@ -118,6 +125,8 @@ TEST_F(ListViewTest, typingFindsRowsInAnyColumn) {
     QTest::keyClick(&list, Qt::Key_A);
     EXPECT_EQ(list.selectedKey(), "xn3");
     EXPECT_EQ(taken(), QStringList({"click xn2", "click xn3"}));
+    QTest::keyClick(&list, Qt::Key_L); // the word goes on where it was found
+    EXPECT_EQ(list.selectedKey(), "xn3");
 }
 
 TEST_F(ListViewTest, doubleClickEnterMenuKeyAndHeaderRaiseTheirEvents) {
@@ -175,6 +184,7 @@ TEST_F(ListViewTest, columnsComeAndGoByKey) {
     list.removeColumn("usercode");
     EXPECT_EQ(list.columns(), 3);
     EXPECT_EQ(list.sortKey(), 0);
+    EXPECT_EQ(list.text("xn1", 2), "Active");
     list.addColumn("User", "usercode", 900);
     EXPECT_EQ(list.text("xn1", 3), "");
     EXPECT_EQ(list.text("xn1", 1), "beta");
@@ -188,6 +198,10 @@ TEST_F(ListViewTest, rowsAreChangedAndRemovedByKey) {
     list.removeItem("xn1");
     EXPECT_EQ(list.rowOf("xn2"), 0);
     EXPECT_TRUE(list.isBold("xn2"));
+    list.addItem(item("parts", {"a\x1F"
+                                "b",
+                                "c"}));
+    EXPECT_EQ(list.text("parts", 1), "c");
     list.clearItems();
     EXPECT_EQ(list.itemCount(), 0);
     EXPECT_EQ(list.rowOf("xn2"), -1);

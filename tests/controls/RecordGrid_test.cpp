@@ -44,13 +44,18 @@ TEST_F(GridTest, keysMoveTheCursorAndTheRecordset) {
         {Qt::Key_Up, Qt::NoModifier, 0, 0},
         {Qt::Key_Tab, Qt::NoModifier, 0, 1},
         {Qt::Key_Backtab, Qt::ShiftModifier, 0, 0},
+        {Qt::Key_End, Qt::NoModifier, 0, 4},
+        {Qt::Key_Tab, Qt::NoModifier, 1, 0},
+        {Qt::Key_Backtab, Qt::ShiftModifier, 0, 4},
     };
     for (const auto& step : steps) {
         key(step.pressed, step.held);
         EXPECT_EQ(grid->currentRow(), step.row);
         EXPECT_EQ(grid->currentColumn(), step.column);
         EXPECT_EQ(rows->AbsolutePosition(), step.row);
-        EXPECT_FALSE(grid->cellRect(step.row, step.column).isEmpty());
+        const QRect cell = grid->cellRect(step.row, step.column);
+        EXPECT_FALSE(cell.isEmpty());
+        EXPECT_LE(cell.bottom(), grid->height());
     }
 }
 
@@ -106,6 +111,10 @@ TEST_F(GridTest, editIsWrittenWhenTheCursorLeavesTheRow) {
     key(Qt::Key_Tab);
     EXPECT_EQ(updated, QList<int>({1}));
     EXPECT_EQ(stored(2, u"Name"), "Customer 2");
+    QAccessibleInterface* const reader = QAccessible::queryAccessibleInterface(body());
+    for (int row = 0; row < 5; ++row) {
+        EXPECT_EQ(reader->child(row)->text(QAccessible::Name).contains("Name New"), row == 1);
+    }
     type("12");
     key(Qt::Key_Down);
     EXPECT_EQ(updated, QList<int>({1, 2}));
@@ -131,6 +140,7 @@ TEST_F(GridTest, escapeDropsTheEditAndF2KeepsTheText) {
     key(Qt::Key_Escape);
     EXPECT_EQ(canceled, 1);
     EXPECT_FALSE(grid->isEditing());
+    EXPECT_FALSE(rows->EditInProgress());
     key(Qt::Key_Down);
     EXPECT_EQ(stored(1, u"Name"), "Customer 1");
     EXPECT_EQ(written, 0);

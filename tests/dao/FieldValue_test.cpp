@@ -64,6 +64,8 @@ TEST_F(FieldValueTest, WhatIsSetIsConvertedOrRefused) {
         {u"X", u"ab"_qs, nullptr},
     };
     const auto rows = database->OpenRecordset(u"tblKinds"_qs, RecordsetType::Table);
+    rows->AddNew();
+    EXPECT_EQ(errorOf([&] { rows->setValue(u"T", u"123456"_qs); }), kErrorFieldTooSmall);
     for (const auto& c : cases) {
         const QString where = QString::fromUtf16(c.field) + u" = " + shown(c.given);
         rows->AddNew();

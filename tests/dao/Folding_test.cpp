@@ -23,6 +23,7 @@ TEST(Folding, WordsAreFoundWithoutCaseAndAccents) {
         {"übermorgen", "morgen", true},
         {"I \U0001F600 it", "\U0001F600", true},
         {"anything", "   ", true},
+        {"\U00010400", "\U00010428", true}, // of two units, in another case
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.text);
@@ -45,6 +46,7 @@ TEST(Folding, HitsAreGivenInTheOriginalText) {
     ASSERT_EQ(coffee.size(), 1);
     EXPECT_EQ(text.mid(coffee[0].start, coffee[0].length), QString::fromUtf8("cafe\u0301"));
     EXPECT_EQ(findWords(text, foldedWords("s"), 3).size(), 3);
+    EXPECT_EQ(findWords(QString::fromUtf8("\U00010400 x"), foldedWords("\U00010428"), 3).size(), 1);
 }
 
 } // namespace yrw::dao

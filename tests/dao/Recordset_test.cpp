@@ -145,7 +145,14 @@ TEST_P(Editable, AMoveDropsTheEditAndTheBufferKnowsItsRules) {
     rows->MoveFirst();
     EXPECT_FALSE(rows->EditInProgress());
     EXPECT_EQ(rows->value(u"Subject").toString(), u"a");
+    rows->Edit();
     rows->CancelUpdate();
+    EXPECT_FALSE(rows->EditInProgress());
+    // Null and the empty text differ, also when somebody else wrote one over the other.
+    rows->Edit();
+    rows->setValue(u"PlainNote", u"mine"_qs);
+    another()->RunScript(u"UPDATE tblNotes SET PlainNote = ''"_qs);
+    EXPECT_EQ(errorOf([&] { rows->Update(); }), kErrorConflict);
 }
 
 TEST_F(RecordsetTest, ReadOnlyAndUneditableRecordsetsRefuseChanges) {
@@ -242,7 +249,14 @@ TEST_F(RecordsetTest, ADynasetPassesOverRowsThatOthersDeleted) {
     EXPECT_EQ(rows->AbsolutePosition(), 1);
     rows->setAbsolutePosition(0);
     EXPECT_EQ(rows->value(u"Subject").toString(), u"a");
+    rows->setAbsolutePosition(1);
+    EXPECT_EQ(rows->value(u"Subject").toString(), u"c");
     EXPECT_EQ(errorOf([&] { rows->setAbsolutePosition(2); }), kErrorNoCurrentRecord);
+    const auto clone = rows->Clone();
+    add(*another(), u"tblNotes"_qs, {{u"Subject"_qs, u"d"_qs}});
+    rows->Requery();
+    EXPECT_EQ(rows->RecordCount(), 3);
+    EXPECT_EQ(clone->RecordCount(), 2) << "a clone keeps its rows";
 }
 
 TEST_F(RecordsetTest, ValuesComeBackIdentical) {

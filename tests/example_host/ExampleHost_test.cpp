@@ -1,8 +1,8 @@
 // The component in a host that has nothing but the contract's headers.
+#include "examples/host/ExampleHost.h"
+#include "examples/host/PlainToolbar.h"
 #include "platform/clock/Clock.h"
 #include "platform/files/FileSystem.h"
-#include "tests/example_host/ExampleHost.h"
-#include "tests/example_host/PlainToolbar.h"
 #include "tests/support/PromptScript.h"
 
 #include <QApplication>

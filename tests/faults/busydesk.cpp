@@ -9,7 +9,7 @@
 // Prints a line for what happened: "box TEXT" for each question that it answers with its first
 // button, "typed" once the text stands in the editor, "ready" once all is open; ends with status 2
 // when something does not come.
-#include "tests/tour/Hands.h"
+#include "tour/Hands.h"
 
 #include "host/desk/DeskWindow.h"
 #include "host/desk/ProgramServices.h"

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QFontDatabase>
 #include <QFontDialog>
@@ -119,7 +120,10 @@ TEST_F(WidgetPromptTest, choicesCarryTheirOwnWords) {
         press(button);
         EXPECT_EQ(prompt.choose(request), index);
     }
-    whenOpen([](QWidget* box) { QTest::keyClick(box, Qt::Key_Return); });
+    whenOpen([](QWidget* box) {
+        EXPECT_EQ(box->findChild<QDialogButtonBox*>()->orientation(), Qt::Vertical);
+        QTest::keyClick(box, Qt::Key_Return);
+    });
     EXPECT_EQ(prompt.choose(request), 2);
     whenOpen([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
     EXPECT_EQ(prompt.choose(request), 0);
@@ -382,6 +386,13 @@ TEST(DatePickerTest, showsDaysFirstAndStepsWholeMinutes) {
     QTest::keyClick(&picker, Qt::Key_Home);
     QTest::keyClick(&picker, Qt::Key_Down);
     EXPECT_EQ(picker.text(), "30/12/2026 23:45");
+    picker.clearFocus(); // the wheel turns only what the user is in
+    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, {}, false);
+    QApplication::sendEvent(&picker, &wheel);
+    EXPECT_EQ(picker.text(), "30/12/2026 23:45");
+    const QDateTime exact(QDate(2026, 5, 4), QTime(3, 2, 1));
+    picker.setStoredValue(exact);
+    EXPECT_EQ(picker.value(), exact);
     EXPECT_FALSE(picker.accessibleName().isEmpty());
 }
 

@@ -1,4 +1,5 @@
 #include "framework/HostDataHelper.h"
+#include "platform/component/AutomationError.h"
 
 #include <QDateTime>
 
@@ -47,6 +48,8 @@ TEST(HostDataHelperTest, WritesLiteralsByKind) {
         EXPECT_EQ(HostDataHelper::EqualCondition(QStringLiteral("F"), c.value),
                   QString::fromLatin1(c.expected));
     }
+    // What neither kind of quote can hold would go on as a condition.
+    EXPECT_THROW(HostDataHelper::EqualCondition("F", "x\" OR 'a'='a"), AutomationError);
 }
 
 TEST(HostDataHelperTest, SelectsKeys) {

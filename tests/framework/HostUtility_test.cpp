@@ -33,8 +33,9 @@ TEST(HostUtilityTest, TurnsTextIntoBooleans) {
     } cases[] = {
         {"True", true, true},    {" yes ", true, true}, {"ON", true, true},
         {"1", true, true},       {"-1", true, true},    {"2.5", true, true},
-        {"False", false, false}, {"no", false, false},  {"0", false, false},
-        {"0.0", false, false},   {"", true, false},     {"maybe", true, false},
+        {"False", false, false}, {"no", false, false},  {"Off", false, false},
+        {"0", false, false},     {"0.0", false, false}, {"", true, false},
+        {"maybe", true, false},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(HostUtility::TextToBoolean(QString::fromLatin1(c.text), true), c.whenTrue)
@@ -54,6 +55,7 @@ TEST(HostUtilityTest, ReadsNullsAndKeys) {
     EXPECT_EQ(HostUtility::RemoveKeyPrefix(QStringLiteral("xn17"), prefix), 17);
     EXPECT_EQ(HostUtility::RemoveKeyPrefix(QStringLiteral("xnx"), prefix), 0);
     EXPECT_EQ(HostUtility::RemoveKeyPrefix(QStringLiteral("17"), prefix), 0);
+    EXPECT_EQ(HostUtility::RemoveKeyPrefix(QStringLiteral("xr17"), prefix), 0);
 }
 
 TEST(HostUtilityTest, OpenFileGivesTheFirstPathAndPassesTheFlag) {
@@ -99,6 +101,8 @@ TEST(NotesSettingsTest, AnswersDefaultsAndOutsideNonsense) {
     settings.setBoolean(key, false);
     settings.remove(key);
     EXPECT_TRUE(settings.boolean(key));
+    settings.setText("DailyCopy", "False"); // one that no other program knows
+    EXPECT_EQ(store.get("Yarrowen", "YRWNotes Options", "DailyCopy", {}), "False");
 }
 
 // The page lists what the table holds, no more and no less.

@@ -36,6 +36,9 @@ protected:
 } // namespace
 
 TEST_F(DeskCore, MakesTheDatabaseOnceAndFindsItAgain) {
+    QFile brokenOff(m_folder.filePath("Desk.mdb.making"));
+    ASSERT_TRUE(brokenOff.open(QIODevice::WriteOnly) && brokenOff.write("half") == 4);
+    brokenOff.close();
     {
         const auto desk = open();
         EXPECT_EQ(desk->DAODatabase()->Name(), m_folder.filePath("Desk.mdb"));
@@ -120,12 +123,20 @@ TEST_F(DeskCore, AFileThatIsNoDeskIsRefusedByName) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(QByteArray(4096, 'x'));
     file.close();
-    try {
-        static_cast<void>(open());
-        FAIL();
-    } catch (const AutomationError& error) {
-        EXPECT_EQ(error.number(), kErrorNotADatabase);
-        EXPECT_TRUE(error.description().contains(path)) << qPrintable(error.description());
+    for (const bool isDatabase : {false, true}) {
+        if (isDatabase) {
+            file.remove();
+            const auto workspace = dao::createWorkspace({m_clock, m_files});
+            workspace->CreateDatabase(path)->RunScript("CREATE TABLE Customers (RecordID INTEGER)");
+            workspace->Close();
+        }
+        try {
+            static_cast<void>(open());
+            FAIL() << isDatabase;
+        } catch (const AutomationError& error) {
+            EXPECT_EQ(error.number(), kErrorNotADatabase);
+            EXPECT_TRUE(error.description().contains(path)) << qPrintable(error.description());
+        }
     }
 }
 

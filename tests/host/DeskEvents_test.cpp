@@ -62,6 +62,11 @@ TEST_F(DeskEvents, RestingOnARowAndACell) {
     EXPECT_TRUE(happens("upper.StayOnCell"));
     EXPECT_EQ(log->count("upper.StayOnRow"), 1);
     log->clear();
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    EXPECT_TRUE(happens("upper.StayOnRow")) << "coming back, however soon, is a new rest";
+    EXPECT_TRUE(happens("upper.StayOnCell"));
+    log->clear();
     press(Qt::Key_Right);
     EXPECT_TRUE(happens("upper.StayOnCell"));
     EXPECT_FALSE(log->contains("upper.StayOnRow"));

@@ -1,11 +1,9 @@
 // A user lands on records of the desk: what she does there, and what shows and goes.
 #include "tests/landing/LandingFixture.h"
 
-#include "framework/Settings.h"
 #include "platform/controls/Colours.h"
 
 #include <QAccessible>
-#include <QScrollBar>
 
 using namespace yrw;
 using namespace yrw::test;
@@ -13,7 +11,6 @@ using namespace yrw::test;
 namespace {
 
 const QString kCu = QStringLiteral("cu");
-const QString kOr = QStringLiteral("or");
 
 class LandingOnTheDesk : public LandingFixture {
 protected:
@@ -34,59 +31,7 @@ protected:
         QApplication::processEvents();
         return grid.paintedRowColour(row) == colourOfBgr(schema::kDefaultHighlight);
     }
-    /// The field in whose column a row's cell has a red frame on screen; nothing without one.
-    static QString framedField(RecordGrid& grid, qint64 row) {
-        const QImage picture = grid.grab().toImage();
-        for (int column = 0; column < grid.columnCount(); ++column) {
-            const QRect cell = grid.cellRect(row, column);
-            int red = 0;
-            for (int x = cell.left(); x <= cell.right(); ++x) {
-                for (int y = cell.top(); y <= cell.bottom(); ++y) {
-                    red += picture.pixel(x, y) == qRgb(255, 0, 0) ? 1 : 0;
-                }
-            }
-            if (red > cell.width()) {
-                return grid.columnField(column);
-            }
-        }
-        return {};
-    }
 };
-
-TEST_F(LandingOnTheDesk, EveryLayoutFlagsARowsNumberWhereTheSwitchIsOn) {
-    window().upper().goToRecord(3);
-    addNote(kOr,
-            window()
-                .application()
-                ->Orders(window().upper().CurrentRecord())
-                ->NewEnum()
-                .at(0)
-                ->value(QStringLiteral("RecordID"))
-                .toLongLong(),
-            QStringLiteral("Order note"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return isMarked(lowerGrid(), 0); }));
-    for (DeskGridController* controller : {&window().upper(), &window().lower()}) {
-        for (const QString& layout : controller->layoutNames()) {
-            controller->loadLayout(layout);
-            const bool isUpper = controller == &window().upper();
-            ASSERT_TRUE(controller->goToRecord(isUpper ? 3 : controller->currentRecordID()));
-            const qint64 row = isUpper ? controller->grid().currentRow() : 0;
-            const QString number = layout == u"All fields" ? QStringLiteral("RecordID")
-                                   : isUpper               ? QStringLiteral("CustomerNo")
-                                                           : QStringLiteral("OrderNo");
-            const bool inView = layout != u"All orders" || isMarked(controller->grid(), row);
-            EXPECT_EQ(framedField(controller->grid(), row), inView ? number : QString())
-                << qPrintable(layout);
-            addIn->setSwitch(NotesSwitch::FlagNotesRow, false);
-            EXPECT_EQ(framedField(controller->grid(), row), QString()) << qPrintable(layout);
-            addIn->setSwitch(NotesSwitch::FlagNotesRow, true);
-            addIn->setSwitch(NotesSwitch::HighlightNotesRow, false);
-            EXPECT_EQ(framedField(controller->grid(), row), inView ? number : QString())
-                << qPrintable(layout);
-            addIn->setSwitch(NotesSwitch::HighlightNotesRow, true);
-        }
-    }
-}
 
 TEST_F(LandingOnTheDesk, TabGoesOnPastTheFlagColumn) {
     upperGrid().setFocus();
@@ -97,30 +42,6 @@ TEST_F(LandingOnTheDesk, TabGoesOnPastTheFlagColumn) {
     EXPECT_EQ(upperGrid().currentColumn(), 1);
     press(Qt::Key_Left);
     EXPECT_EQ(upperGrid().currentColumn(), 1);
-}
-
-TEST_F(LandingOnTheDesk, WhateverTheUserDoesNextTakesThePopupAway) {
-    const std::pair<const char*, std::function<void()>> moves[] = {
-        {"move", [&] { press(Qt::Key_Down); }},
-        {"move within the row", [&] { press(Qt::Key_Right); }},
-        {"scroll", [&] { upperGrid().findChild<QScrollBar*>("gridScroll")->setValue(4); }},
-        {"add a row", [&] { window().run(DeskCommand::NewRecord); }},
-        {"sort", [&] { window().upper().sortBy(QStringLiteral("Name")); }},
-        {"filter", [&] { window().upper().setFilterText(QStringLiteral("a")); }},
-        {"split", [&] { window().upper().setSplit(true); }},
-        {"another layout", [&] { window().upper().loadLayout(QStringLiteral("All fields")); }},
-        {"deactivate", [&] { addIn->DeActivate(); }},
-    };
-    for (const auto& [name, move] : moves) {
-        window().upper().setSplit(false);
-        window().upper().setFilterText({});
-        window().upper().loadLayout(QStringLiteral("Overview"));
-        upperGrid().setFocus();
-        land();
-        move();
-        EXPECT_EQ(popup(), nullptr) << name;
-        EXPECT_EQ(statusText(), QString()) << name;
-    }
 }
 
 TEST_F(LandingOnTheDesk, AnEditHoldsThePopupBackUntilItIsWritten) {
@@ -135,32 +56,6 @@ TEST_F(LandingOnTheDesk, AnEditHoldsThePopupBackUntilItIsWritten) {
     EXPECT_EQ(upperText("Name"), QStringLiteral("New name"));
     land();
     EXPECT_TRUE(window().mainStatusBar().toolTipText().contains(u"Customer: New name [ANNA"));
-}
-
-TEST_F(LandingOnTheDesk, MarksFollowTheRowsThroughSortFilterSplitAndLayout) {
-    const auto markedRows = [&] {
-        QList<qint64> ids;
-        for (qint64 row = 0; row < upperGrid().rowCount(); ++row) {
-            upperGrid().setCurrentRow(row);
-            if (isMarked(upperGrid(), row)) {
-                ids += window().upper().currentRecordID();
-            }
-        }
-        std::sort(ids.begin(), ids.end());
-        return ids;
-    };
-    const QList<qint64> both{3, 5};
-    EXPECT_EQ(markedRows(), both);
-    window().upper().sortBy(QStringLiteral("Town"));
-    EXPECT_EQ(markedRows(), both);
-    window().upper().setFilterText(QStringLiteral("C000003"));
-    EXPECT_EQ(markedRows(), QList<qint64>{3});
-    window().upper().setFilterText({});
-    window().upper().setSplit(true);
-    EXPECT_TRUE(markedRows().isEmpty());
-    window().upper().setSplit(false);
-    window().upper().loadLayout(QStringLiteral("Address book"));
-    EXPECT_EQ(markedRows(), both);
 }
 
 TEST_F(LandingOnTheDesk, ANoteFromAnotherMachineMarksItsRowAtTheNextPaint) {

@@ -1,6 +1,5 @@
 // The notes window over a database that others replace or keep to themselves.
 #include "tests/notes_window/WindowFixture.h"
-#include "tests/support/Pictures.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -42,9 +41,6 @@ TEST_F(NotesWindowNeighbours, OneThatMayOnlyBeReadIsShownAndCannotBeChanged) {
     open(customer, idOf(note));
     EXPECT_TRUE(window->windowTitle().endsWith(QStringLiteral("[read-only]")));
     EXPECT_EQ(keys(), QStringList{keyOf(note)});
-    if (qEnvironmentVariableIsSet("YRW_PICTURES")) {
-        Pictures(QStringLiteral("pictures")).keep(QStringLiteral("read_only"), *window);
-    }
     type(QStringLiteral("x"));
     EXPECT_EQ(editor().Text(), QString());
     for (const char* writing : {"tooAdd", "tooDelete", "tooEdit", "tooDone", "tooSave"}) {

@@ -103,35 +103,6 @@ TEST_F(NoteAttachmentsTest, ToolsAndKeyAttachAFileThatSurvivesTheDatabase) {
     EXPECT_FALSE(stored(idOf(note), "RTFNote").isNull());
 }
 
-TEST_F(NoteAttachmentsTest, ObjectsKeepTheirBytesThroughTenSavesAndReopenings) {
-    const QByteArray content = QByteArray::fromHex("00ff0d0a1a7d5c") + "{\\bin}";
-    const QString unknown =
-        "{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 0aFF 00\n1}{\\result ?}}";
-    note->Field("RTFNote")->setValue(QString("{\\rtf1 " + unknown + "}"));
-    open(customer);
-    insertIn(file("list.dat", content));
-    click("tooInsertIcon");
-    QString before;
-    for (int i = 0; i < 10; ++i) {
-        type("x");
-        press(Qt::Key_S, Qt::ControlModifier);
-        QString rtf = stored(idOf(note), "RTFNote").toString();
-        const auto objects = QRegularExpression("\\{\\\\object.*\\\\objdata[^}]*\\}",
-                                                QRegularExpression::DotMatchesEverythingOption)
-                                 .match(rtf)
-                                 .captured();
-        EXPECT_TRUE(before.isEmpty() || objects == before) << i;
-        before = objects;
-        restart();
-        editor().moveCursor(QTextCursor::End);
-    }
-    EXPECT_TRUE(before.contains("{\\*\\objdata 0aFF 00\n1}")) << before.right(300).toStdString();
-    EXPECT_EQ(editor().Text().count('x'), 10);
-    ASSERT_EQ(editor().objectCount(), 2);
-    const bool first = editor().objectName(0) == "list.dat";
-    EXPECT_EQ(editor().objectFile(first ? 0 : 1)->data, content);
-}
-
 TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
     addIn->settings().setText("LargestAttachment", "11");
     const QString large = file("large.bin", QByteArray(12 * 1024 * 1024, 'x'));

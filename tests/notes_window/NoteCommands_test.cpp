@@ -146,24 +146,6 @@ TEST_F(NoteCommands, EditsTheNotesProperties) {
     EXPECT_EQ(stored(idOf(notes[1]), "Subject"), "Renamed");
 }
 
-TEST_F(NoteCommands, EditWritesOverWhatAnotherUserChangedAndKeepsTheirText) {
-    addThree();
-    open(customer);
-    const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(notes[0])));
-    other->Field("RTFNote")->setValue("{\\rtf1 theirs\\par}");
-    other->Field("Subject")->setValue("Their subject");
-    whenDialogOpens([](QWidget& dialog) {
-        dialog.findChild<QLineEdit*>("txtSubject")->setText("Mine");
-        clickIn(dialog, "cmdForm(0)");
-    });
-    press(Qt::Key_F2);
-    EXPECT_EQ(stored(idOf(notes[0]), "Subject"), "Mine");
-    type("mine");
-    script.press("Keep theirs (Anna Ash, 09:00)");
-    press(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(editor().Text(), "theirs");
-}
-
 TEST_F(NoteCommands, SaysHowManyRemindersWait) {
     addThree();
     open(customer);

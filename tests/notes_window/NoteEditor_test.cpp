@@ -243,17 +243,6 @@ TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {
     EXPECT_TRUE(script.asked.first().contains("Ben Birch saved another text of it on 10/03/2026"));
 }
 
-TEST_F(NoteEditor, NoQuestionWhenOnlyTheSubjectWasChangedElsewhere) {
-    open(customer);
-    type("mine");
-    const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
-    other->Field("Subject")->setValue("Changed");
-    other->Field("ChangeDate")->setValue(store.clock().now().addSecs(5));
-    press(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(text(note), "mine");
-    EXPECT_EQ(stored(idOf(note), "Subject"), "Changed");
-}
-
 TEST_F(NoteEditor, AfterACrashTheTypedTextIsOffered) {
     open(customer, idOf(second));
     type("half a sent");

@@ -121,6 +121,12 @@ TEST_F(FileSystemTest, ACopiedFolderIsWholeAndJoinsOneOfAnotherSpelling) {
     EXPECT_EQ(read(u"to/support/notes/own"_s), "own");
     files.copyFolder(path(u"from/support/Notes"_s), path(u"other/Support/Notes"_s));
     EXPECT_EQ(read(u"other/Support/Notes/Menus.tb"_s), "new"); // new folders as they are spelt
+    const QString inside = path(u"other/Support/inside"_s);
+    EXPECT_NE(failure([&] { files.copyFolder(path(u"other"_s), inside); }), QString());
+    EXPECT_FALSE(QFileInfo::exists(inside));
+    write(u"large"_s, QByteArray(3 << 20, 'x'));
+    files.copyFile(path(u"large"_s), path(u"copy"_s));
+    EXPECT_EQ(QFileInfo(path(u"copy"_s)).size(), 3 << 20);
 }
 
 TEST_F(FileSystemTest, AFailedCopyNamesTheFileAndLeavesTheOldOne) {

@@ -69,7 +69,8 @@ TEST_F(SettingsStoreTest, GivesBackWhatWasSaved) {
 
 TEST_F(SettingsStoreTest, SeesAndKeepsWhatAnotherProgramWrote) {
     EXPECT_TRUE(save(u"Height"_s, u"4000"_s));
-    writeFile(fileText().replace("4000", "5000") + "Font=Comic Sans MS, Arial\n[Other]\nkey=1\n");
+    writeFile(fileText().replace("4000", "5000") +
+              "; by hand\n# too\nFont=Comic Sans MS, Arial\n[Other]\nkey=1\n");
     EXPECT_EQ(get(u"Height"_s), u"5000");
     EXPECT_EQ(get(u"Font"_s), u"Comic Sans MS, Arial");
     EXPECT_TRUE(save(u"Width"_s, u"1"_s));

@@ -48,6 +48,9 @@ constexpr TextCase kTextCases[] = {
      u"\u2018a\u2019\u2014\u2022\tx"},
     {"windows 1252", "\\'80\\'e9", u"\u20AC\u00E9"},
     {"raw bytes", "\xe9", u"\u00E9"},
+    {"large hex digits", "\\'C9\\'eA", u"\u00C9\u00EA"},
+    {"a byte that means nothing", "\\f1 a\\'81b", u"a\uFFFDb"},
+    {"unicode beyond the first plane", "\\u128512?", u"\U0001F600"},
     {"central european", "\\f1 \\'b3\\'f3d\\'9f", u"\u0142\u00F3d\u017A"},
     {"cyrillic", "\\f4 \\'cf\\'f0", u"\u041F\u0440"},
     {"greek by charset and by cpg", "\\f5\\'e1\\f10\\'e1", u"\u03B1\u03B1"},
@@ -123,8 +126,8 @@ TEST(Reader, ACodePageThatCannotWriteRichTextIsNotBelieved) {
 TEST(Reader, FormatsFollowTheirGroup) {
     const Document document =
         readBytes(around("a{\\b\\i\\fs30\\cf1\\strike b}\\ul c\\ulnone\\super d\\plain "
-                         "e\\sub f\\cf7 g\\fs-5 h\\b10 i"));
-    EXPECT_EQ(document.plainText(), "abcdefghi");
+                         "e\\sub f\\cf7 g\\fs-5 h\\b10 i\\b0 j"));
+    EXPECT_EQ(document.plainText(), "abcdefghij");
     const CharFormat b = formatAt(document, 1);
     EXPECT_TRUE(b.bold && b.italic && b.strike);
     EXPECT_EQ(b.halfPoints, 30);
@@ -136,6 +139,7 @@ TEST(Reader, FormatsFollowTheirGroup) {
     EXPECT_EQ(formatAt(document, 6).colour, kAutomatic);
     EXPECT_EQ(formatAt(document, 7).halfPoints, 24);
     EXPECT_TRUE(formatAt(document, 8).bold);
+    EXPECT_FALSE(formatAt(document, 9).bold);
 }
 
 const ParFormat& parFormat(const Document& document, std::size_t paragraph) {
@@ -157,6 +161,12 @@ TEST(Reader, ListsOfBothKindsAreLists) {
     EXPECT_EQ(parFormat(document, 2).list, ListKind::UpperRoman);
     EXPECT_EQ(parFormat(document, 3).listStart, 4);
     EXPECT_EQ(parFormat(document, 4).list, ListKind::None);
+}
+
+TEST(Reader, CellsWithoutAnEdgeAreAnInchWide) {
+    const Document document = readBytes("{\\rtf1\\trowd\\cellx900\\intbl a\\cell b\\cell\\row}");
+    ASSERT_EQ(document.rows.size(), 1U);
+    EXPECT_EQ(document.rows[0].edges, (QList<int>{900, 2340}));
 }
 
 TEST(Reader, KeepsGroupsByteForByteWhereTheyStood) {

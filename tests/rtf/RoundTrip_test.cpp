@@ -104,8 +104,11 @@ TEST(Writer, KeepsTablesThatKeptGroupsRelyOn) {
 }
 
 TEST(Writer, ListItemsCarryTheirNumberForOldReaders) {
-    const QByteArray written = write(readBytes(
-        kHead + "\\pard{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart3{\\pntxta.}}a\\par b\\par\\pard c}"));
+    const QByteArray written = write(
+        readBytes(kHead + "\\pard{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart3{\\pntxta.}}a\\par b\\par"
+                          "\\pard{\\*\\pn\\pnlvlbody\\pndec{\\pntxta.}}c\\par\\pard d \\u8364?}"));
+    EXPECT_TRUE(written.contains("{\\pntext 1.\\tab}"));
+    EXPECT_TRUE(written.contains("\\'80")) << "one byte where the code page has one";
     EXPECT_TRUE(written.contains("{\\pntext III.\\tab}"));
     EXPECT_TRUE(written.contains("{\\pntext IV.\\tab}"));
 }

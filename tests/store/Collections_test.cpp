@@ -132,6 +132,13 @@ TEST_F(CollectionsTest, AddGivesTheRecordAsTheCallerAsks) {
     EXPECT_EQ(read->value(kRecordID).toLongLong(), second);
     EXPECT_EQ(rows->value(kSubject), QStringLiteral("c"));
     EXPECT_EQ(read->Recordset(), rows);
+    EXPECT_EQ(notes->Add({{"RecordUserID", 2}}, rows, second, true)->value("RecordUserID"), 2);
+    EXPECT_THROW(notes->Add({{"Nonsense", 1}}, rows, second, true), AutomationError);
+    EXPECT_FALSE(rows->EditInProgress());
+    const dao::Bookmark last = rows->Bookmark();
+    rows->MoveFirst();
+    notes->Delete({}, rows, last);
+    EXPECT_EQ(notes->NewEnum().front()->value(kSubject), "a");
 
     const AutomationError error = errorOf([&] {
         notes->Add({{QStringLiteral("Nonsense"), 1}}, nullptr, id, false);
@@ -264,6 +271,9 @@ TEST_F(CollectionsTest, KeysSortsAndFilters) {
     EXPECT_TRUE(notes->Recordset(request)->AtEof()) << "a filter with OR stays one condition";
     request.CustomOptions = kNotesActive;
     EXPECT_EQ(notes->Recordset(request)->value(kSubject), QStringLiteral("c"));
+    const Ref<dao::Recordset> ordered =
+        store.dataHelper().OpenRecordset("SELECT * FROM tblNotes ORDER BY [Status]", request);
+    EXPECT_EQ(ordered->value(kSubject), "c") << "a second order comes behind the first";
     request = {};
     request.RecordData = QVariantList{1, 3};
     EXPECT_EQ(notes->Recordset(request)->RecordCount(), 2);

@@ -238,6 +238,7 @@ TEST_F(DockingTest, StoredArrangementsAreTakenOrIgnored) {
         {"bndA:0;bndB:0;bndC:1", ""},
         {"", ""},
         {"bndC:0;bndC:1", ""},
+        {"bndC:0;bndB:0;BNDC:0", ""},
         {"bndC:0;", ""},
         {"bndC:-1", ""},
         {"bndC:0@1", ""},

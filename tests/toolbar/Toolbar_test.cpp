@@ -20,6 +20,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -99,6 +100,8 @@ TEST_F(ToolbarTest, clickRaisesTheToolAndLeavesTheFocus) {
     EXPECT_TRUE(field->hasFocus());
     EXPECT_EQ(button("tooAdd")->accessibleName(), "Add note");
     EXPECT_EQ(button("tooAdd")->toolTip(), "Add note (Ctrl+A)");
+    bar->findTool("tooAdd")->setCaption("&R && D");
+    EXPECT_EQ(button("tooAdd")->text(), "R && D");
 }
 
 TEST_F(ToolbarTest, toolsNeverToggleByThemselves) {
@@ -140,6 +143,8 @@ TEST_F(ToolbarTest, comboRaisesForTheUserAlone) {
     EXPECT_EQ(combo->currentIndex(), -1);
     EXPECT_EQ(combo->placeholderText(), "Loose");
     EXPECT_EQ(tool->listIndex(), 0);
+    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier, {}, false);
+    QApplication::sendEvent(combo, &wheel); // the user is not in it
     EXPECT_TRUE(picks.isEmpty());
     combo->setFocus();
     QTest::keyClick(combo, Qt::Key_Down);
@@ -268,6 +273,8 @@ TEST_F(ToolbarTest, keysWalkAlongTheTools) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
     EXPECT_TRUE(button("tooAdd")->hasFocus());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
+    EXPECT_TRUE(button("tooAdd")->hasFocus());
     field->setFocus();
     QTest::keyClick(field, Qt::Key_Tab);
     EXPECT_TRUE(bar->isAncestorOf(QApplication::focusWidget()));

@@ -4,7 +4,7 @@ import re
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-FOLDER = ROOT / "tests" / "example_host"
+FOLDER = ROOT / "examples" / "host"
 CONTRACT = re.compile(r"framework/|platform/component/|platform/dao/[A-Z]|platform/\w+/api/")
 
 

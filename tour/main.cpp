@@ -4,8 +4,8 @@
 //   tour --out DIR             runs both parts, each in a process of its own
 //   tour --out DIR --part N    runs one part; its last line tells the number of the next picture
 #include "tests/driving/DrivenApplication.h"
-#include "tests/tour/Hands.h"
-#include "tests/tour/Script.h"
+#include "tour/Hands.h"
+#include "tour/Script.h"
 
 #include "host/desk/DeskWindow.h"
 #include "host/desk/ProgramServices.h"
@@ -19,9 +19,11 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPalette>
 #include <QProcess>
 #include <QPushButton>
 #include <QStandardPaths>
+#include <QStyleFactory>
 #include <QTableWidget>
 #include <QTest>
 #include <QTextBlock>
@@ -354,6 +356,12 @@ int main(int argc, char** argv) {
     }
     if (!application.waitForReader()) {
         return 1;
+    }
+    if (qEnvironmentVariableIsSet("YRW_DARK")) {
+        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2a, 0x2a, 0x2a));
+        dark.setColor(QPalette::Highlight, QColor(0x30, 0x60, 0xb0));
+        QApplication::setPalette(dark);
     }
     return yrw::tour::runPart(which, parser.value(out), parser.value(from).toInt());
 }

@@ -1,4 +1,4 @@
-#include "tests/tour/Script.h"
+#include "tour/Script.h"
 
 #include <QDir>
 #include <QGuiApplication>

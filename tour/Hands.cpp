@@ -1,4 +1,4 @@
-#include "tests/tour/Hands.h"
+#include "tour/Hands.h"
 
 #include <QTest>
 
