@@ -267,7 +267,7 @@ void frmMain::showHelp() {
     bool shown = false;
     {
         const Hourglass hourglass(prompt());
-        const Ref<IHostApplication> host = m_context.hostApplication();
+        const Ref<IHostApplication> host = m_context.store().hostApplication();
         shown = host && host->ShowHelp(kHelpTopic);
     }
     if (!shown) {
@@ -314,17 +314,17 @@ void frmMain::toggleOption(const ITool& tool) {
     const bool on = !tool.isChecked();
     setToolChecked(option->id, on);
     settings().setBoolean(option->settingKey, on);
-    m_addIn.setSwitch(option->which, on);
+    m_context.addIn().setSwitch(option->which, on);
     switch (option->which) {
     case NotesSwitch::CheckForReminders:
-        m_addIn.setReminderTimerEnabled(on);
+        m_context.addIn().setReminderTimerEnabled(on);
         break;
     case NotesSwitch::CheckAutoNotes:
-        m_addIn.setAutoNoteTimerEnabled(on);
+        m_context.addIn().setAutoNoteTimerEnabled(on);
         break;
     case NotesSwitch::HighlightNotesRow:
     case NotesSwitch::FlagNotesRow:
-        m_addIn.repaintGrids();
+        m_context.addIn().repaintGrids();
         break;
     case NotesSwitch::ShowPopupWindow:
         break;
@@ -353,7 +353,7 @@ void frmMain::UpdateToolStates() {
     m_textTools->update();
     setToolEnabled(toolSave, shown && m_dirty);
     setToolEnabled(toolDone, shown && !m_note->Done());
-    if (isReadOnlyDatabase()) {
+    if (m_context.isReadOnly()) {
         for (const QString& key : {kFormattingBand, kInsertBand}) {
             if (IBand* band = m_atbMain->findBand(key)) {
                 band->setEnabled(false);

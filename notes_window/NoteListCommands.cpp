@@ -39,10 +39,10 @@ void frmMain::openProperties(const Ref<IRecord>& note) {
         });
     dialog.setWriter([&](const std::function<void()>& raiseEvents) {
         SaveNote(); // may ask something, so before anything is written
-        storeAsOne(application(), raiseEvents);
+        storeAsOne(m_context.application(), raiseEvents);
         stored = written;
     });
-    dialog.Initialise(Ref<INotesAddIn>(&m_addIn), note);
+    dialog.Initialise(Ref<INotesAddIn>(&m_context.addIn()), note);
     dialog.showModal(this);
     if (stored && note) {
         showChanged(query<Note>(stored));
@@ -53,17 +53,17 @@ void frmMain::openProperties(const Ref<IRecord>& note) {
 
 void frmMain::mfrmProperties_AddNote(Ref<IRecord>& note, const NoteChoices& choices) {
     ShowStatus(QStringLiteral("Addint new Note..."));
-    note = createNote(application(), m_context, ownerOf(m_owner, m_context), choices);
+    note = createNote(m_context.application(), m_context.store(),
+                      ownerOf(m_owner, m_context.store()), choices);
 }
 
 void frmMain::mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices) {
-    note = changeNote(application(), services().clock, *query<Note>(note), choices);
+    note = changeNote(m_context.application(), services().clock, *query<Note>(note), choices);
 }
 
 void frmMain::showAdded(const Ref<IRecord>& note) {
-    const ListItem item = listItem(note);
-    replaceItem(item);
-    ShowNote(item.key);
+    showRow(note);
+    ShowNote(m_lsvMain->selectedKey());
     m_rtxMain->setFocus();
 }
 
@@ -72,19 +72,19 @@ void frmMain::showChanged(const Ref<Note>& note) {
                       note->valueAsRead(QStringLiteral("RecordID"))) {
         takeOverProperties(*m_note, *note);
     }
-    replaceItem(listItem(note));
+    showRow(note);
 }
 
 void frmMain::mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTime& due,
                                          qint64 userID) {
-    addReminder(application(), services().clock, *query<Note>(note), due, userID);
+    addReminder(m_context.application(), services().clock, *query<Note>(note), due, userID);
 }
 
 void frmMain::lsvMain_DblClick() {
     reportErrors(services().utility, QStringLiteral("YRWNOTES.frmMain.EditNote"),
                  QStringLiteral("Could not Run the Command"), QStringLiteral("Notes Problem"),
                  [this] {
-                     if (m_note && !isReadOnlyDatabase()) {
+                     if (m_note && !m_context.isReadOnly()) {
                          openProperties(m_note);
                      }
                  });
@@ -123,7 +123,7 @@ void frmMain::deleteSelected() {
 void frmMain::deleteShown(const QString& item) {
     try {
         const bool isShown = m_note && keyOf(*m_note, QStringLiteral("RecordID")) == noteIdOf(item);
-        deleteNote(application(), noteIdOf(item), isShown ? m_note.get() : nullptr);
+        deleteNote(m_context.application(), noteIdOf(item), isShown ? m_note.get() : nullptr);
     } catch (const dao::ConflictError&) {
         if (!m_dirty) {
             ShowNote(item); // as it is now: who wants it deleted all the same has seen it
@@ -141,7 +141,7 @@ void frmMain::finishSelected() {
     {
         const Hourglass hourglass(prompt());
         ShowStatus(QStringLiteral("Changing note state..."));
-        markDone(application(), *m_note, true);
+        markDone(m_context.application(), *m_note, true);
     }
     prompt().message(QStringLiteral("This note has been flagged as done."),
                      QStringLiteral("Note Done"), PromptIcon::Information);
@@ -158,9 +158,9 @@ void frmMain::cancelSelectedReminders() {
     {
         const Hourglass hourglass(prompt());
         ShowStatus(QStringLiteral("Canceling note reminder..."));
-        count = cancelReminders(application(), *m_note);
+        count = cancelReminders(m_context.application(), *m_note);
     }
-    replaceItem(listItem(m_note));
+    showRow(m_note);
     countWaitingReminders();
     prompt().message(QString::number(count) + QStringLiteral(" reminder(s) were canceled."),
                      QStringLiteral("Cancel Reminders"), PromptIcon::Information);

@@ -5,6 +5,7 @@
 #include "framework/Services.h"
 #include "notes_window/FindBar.h"
 #include "notes_window/NoteAttachments.h"
+#include "notes_window/NotesList.h"
 #include "notes_window/SplitBar.h"
 #include "notes_window/frmInsertAttachment.h"
 #include "platform/clock/Clock.h"
@@ -44,8 +45,8 @@ int storedPixels(const QString& text, int present, int screen) {
 } // namespace
 
 frmMain::frmMain(INotesAddIn& addIn, StoreContext& context)
-    : Form(QStringLiteral("frmMain")), m_addIn(addIn), m_context(context),
-      m_application(query<Application>(addIn.NotesApplication())),
+    : Form(QStringLiteral("frmMain")), m_stbMain(new StatusBar(this)),
+      m_context(*this, *m_stbMain, addIn, context), m_names(context),
       m_drafts(NoteDrafts::userFolder(), addIn.DatabaseDirectory()) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint |
@@ -61,7 +62,7 @@ void frmMain::Form_Load() {
     m_atbMain->setArrangement(settings().text(kToolbarBands));
     setUpEditor();
     restoreSize();
-    restoreColumns(0);
+    m_list->columns().restore();
     UpdateToolStates();
     m_lsvMain->setFocus();
     m_waitingTimer.start(kReminderCountMs);
@@ -93,7 +94,7 @@ void frmMain::Form_Unload() {
     ignoreErrors([this] {
         SaveNote();
         storeSize();
-        storeColumns();
+        m_list->columns().store();
     });
     m_draftTimer.stop();
     m_waitingTimer.stop();
@@ -131,7 +132,8 @@ void frmMain::loadToolbar() {
     const QString inFolder = QStringLiteral("\\support\\notes\\Menus.tb");
     QStringList problems;
     QStringList missing;
-    for (const QString& folder : {m_addIn.DatabaseDirectory(), m_addIn.TemplateDirectory()}) {
+    for (const QString& folder :
+         {m_context.addIn().DatabaseDirectory(), m_context.addIn().TemplateDirectory()}) {
         const QString path = folder + inFolder;
         if (!services().files.fileExists(path)) {
             missing.append(QStringLiteral("%1 is not there.").arg(services().files.resolve(path)));
@@ -229,24 +231,7 @@ void frmMain::moveSplit(int top) {
 }
 
 void frmMain::ShowStatus(const QString& text) {
-    m_stbMain->setText(text);
-    m_stbMain->refresh();
-}
-
-Prompt& frmMain::prompt() const {
-    return services().utility.prompt();
-}
-
-NotesSettings frmMain::settings() const {
-    return NotesSettings(services().settings);
-}
-
-Application& frmMain::application() const {
-    if (!m_application) {
-        throw AutomationError(kErrorObjectRequired, QStringLiteral("YRWNOTES.frmMain"),
-                              QStringLiteral("The notes are not open."));
-    }
-    return *m_application;
+    m_context.showStatus(text);
 }
 
 } // namespace yrw

@@ -4,17 +4,17 @@
 #include "framework/INotesAddIn.h"
 #include "framework/Settings.h"
 #include "notes_window/NoteDrafts.h"
+#include "notes_window/UserNames.h"
+#include "notes_window/WindowContext.h"
 #include "platform/controls/ListView.h"
 #include "platform/forms/Form.h"
 #include "platform/richtext/RichTextBox.h"
 #include "store/Operations.h"
 
-#include <QHash>
 #include <QPointer>
 #include <QTextCursor>
 #include <QTimer>
 
-#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,13 +27,12 @@ namespace yrw {
 
 class FindBar;
 class NoteFinder;
-struct NoteRow;
+class NotesList;
 class frmInsertAttachment;
 class IBand;
 class NoteAttachments;
 class SpellChecker;
 class SplitBar;
-class StatusBar;
 class TextTools;
 class Toolbar;
 
@@ -131,11 +130,6 @@ private:
     void loadToolbar();
     void restoreSize();
     void storeSize();
-    [[nodiscard]] QStringList storedColumns() const;
-    void restoreColumns(int first);
-    void storeColumns();
-    void fitSubject();
-    void columnResized(int column);
     void arrange();
     [[nodiscard]] int clampedSplit(int top) const;
     [[nodiscard]] int leastTextHeight() const;
@@ -146,24 +140,15 @@ private:
     void refillList();
     void prepareRefill();
     void showListType(int listIndex);
-    void readNotes(int code);
-    [[nodiscard]] Ref<dao::Recordset> openRowsOf(const QVariantList& ids);
-    [[nodiscard]] QList<ListItem> readItems(const QStringList& keys);
-    [[nodiscard]] std::optional<QList<ListItem>> itemsFor(const QStringList& keys);
-    [[nodiscard]] ListItem itemOf(const NoteRow& row);
-    [[nodiscard]] ListItem listItem(const Ref<IRecord>& note);
-    [[nodiscard]] QString userName(const QString& code);
-    [[nodiscard]] WorkStep sortingWatch();
     void selectAfterRefill(const QString& before);
     void showNoteOf(const QString& item);
     void putIntoEditor(Note& note);
     void turnEditorOff();
     bool readIntoEditor(const QString& rtf);
     [[nodiscard]] bool isNoteCut() const;
-    [[nodiscard]] bool isReadOnlyDatabase() const;
     void emptyEditor();
     void leaveItem(const QString& item);
-    void replaceItem(const ListItem& item);
+    void showRow(const Ref<IRecord>& note);
     void showEmptyText();
     void countWaitingReminders();
     [[nodiscard]] QString ownerText();
@@ -192,7 +177,6 @@ private:
     void keepAsNewNote(const NoteDraft& draft);
     [[nodiscard]] bool isDeleted(qint64 noteID) const;
     [[nodiscard]] FontChoice defaultFont() const;
-    [[nodiscard]] QString currentUserName();
     void chooseColour();
     void changeIndent(int twips);
     void align(TextAlignment alignment);
@@ -240,19 +224,26 @@ private:
     void setToolChecked(int id, bool checked);
     [[nodiscard]] bool isToolChecked(const QString& key) const;
 
-    // Surroundings.
-    [[nodiscard]] Services& services() const { return m_addIn.services(); }
-    [[nodiscard]] Prompt& prompt() const;
-    [[nodiscard]] NotesSettings settings() const;
-    [[nodiscard]] Application& application() const;
+    [[nodiscard]] Services& services() const { return m_context.services(); }
+    [[nodiscard]] Prompt& prompt() const { return m_context.prompt(); }
+    [[nodiscard]] NotesSettings settings() const { return m_context.settings(); }
 
-    INotesAddIn& m_addIn;
-    StoreContext& m_context;
+    Toolbar* m_atbMain = nullptr;
+    FindBar* m_findBar = nullptr;
+    NoteFinder* m_finder = nullptr;
+    ListView* m_lsvMain = nullptr;
+    SplitBar* m_picHSplit = nullptr;
+    RichTextBox* m_rtxMain = nullptr;
+    TextTools* m_textTools = nullptr;
+    QLabel* m_lblReminders = nullptr;
+    StatusBar* m_stbMain;
+
+    WindowContext m_context;
+    UserNames m_names;
+    std::unique_ptr<NotesList> m_list;
     Ref<INotesAddIn> m_parent;
-    Ref<Application> m_application;
     Ref<IRecord> m_owner; ///< nothing for notes that are kept on no record
-    Ref<Notes> m_notes;
-    Ref<Note> m_note; ///< shown in the editor
+    Ref<Note> m_note;     ///< shown in the editor
     QString m_title;
     bool m_textIsStored = false; ///< the editor shows what `m_loadedText` is
     qint64 m_editedNote = 0;     ///< whose text the editor holds; 0 for none
@@ -267,13 +258,7 @@ private:
     bool m_draftFailed = false;   ///< the last one could not be written
     QTimer m_draftTimer;
     QTimer m_waitingTimer;
-    QHash<QString, QString> m_userNames;
-    int m_listIndex = 0;      ///< what the list shows, as `tooListType` counts
-    bool m_isListCut = false; ///< its reading was stopped
-    std::exception_ptr m_listFailure;
-    int m_splitTop = 0;        ///< top of the splitter in pixels; 0 until it is first placed
-    bool m_subjectFits = true; ///< the subject column takes the width that the others leave
-    bool m_fitting = false;    ///< columns are resized in code, not by the user
+    int m_splitTop = 0; ///< top of the splitter in pixels; 0 until it is first placed
     std::unique_ptr<NoteAttachments> m_attachments;
     std::shared_ptr<SpellChecker> m_spellChecker; ///< nothing without a dictionary
     QPointer<frmInsertAttachment> m_mfrmInsert;   ///< while it is open
@@ -282,16 +267,6 @@ private:
     QTextCursor m_misspelt;                       ///< the word that the menu is about
     qint64 m_overwritable = 0;                    ///< damaged note that the user let be overwritten
     std::vector<Connection> m_connections;
-
-    Toolbar* m_atbMain = nullptr;
-    FindBar* m_findBar = nullptr;
-    NoteFinder* m_finder = nullptr;
-    ListView* m_lsvMain = nullptr;
-    SplitBar* m_picHSplit = nullptr;
-    RichTextBox* m_rtxMain = nullptr;
-    TextTools* m_textTools = nullptr;
-    StatusBar* m_stbMain = nullptr;
-    QLabel* m_lblReminders = nullptr;
 };
 
 } // namespace yrw

@@ -74,7 +74,7 @@ void frmMain::openInsertAttachment(ObjectDisplay display) {
         dialog.Continue.connect([this](const QString& file, ObjectDisplay shown, bool& cancel) {
             mfrmInsert_Continue(file, shown, cancel);
         });
-    dialog.Initialise(Ref<INotesAddIn>(&m_addIn), display);
+    dialog.Initialise(Ref<INotesAddIn>(&m_context.addIn()), display);
     dialog.showModal(this);
     m_rtxMain->setFocus();
 }
@@ -212,7 +212,7 @@ void frmMain::togglePasteKeepsLook(const ITool& tool) {
 
 void frmMain::paintNote(QPrinter& printer) {
     const QString author =
-        userName(HostUtility::NullToText(m_note->value(QStringLiteral("RecordUserCode"))));
+        m_names.of(HostUtility::NullToText(m_note->value(QStringLiteral("RecordUserCode"))));
     QStringList details{m_owner ? ownerText() : QString(), author,
                         noteDateText(m_note->value(QStringLiteral("Date")).toDateTime())};
     details.removeAll(QString());

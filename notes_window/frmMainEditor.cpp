@@ -107,16 +107,7 @@ void frmMain::AppendText(const QString& text, bool bold, bool newParagraph) {
 }
 
 void frmMain::InsertStamp() {
-    AppendText(noteStampText(services().clock.now(), currentUserName()), true, true);
-}
-
-QString frmMain::currentUserName() {
-    const Ref<IUser> user = m_context.currentUser();
-    if (!user) {
-        return {};
-    }
-    return HostUtility::NullToText(user->value(QStringLiteral("FirstName"))) + u' ' +
-           HostUtility::NullToText(user->value(QStringLiteral("LastName")));
+    AppendText(noteStampText(services().clock.now(), m_names.ofCurrentUser()), true, true);
 }
 
 FontChoice frmMain::defaultFont() const {

@@ -8,6 +8,7 @@
 #include "notes_window/MultipleFieldUpdate.h"
 #include "notes_window/NoteFinder.h"
 #include "notes_window/NoteTexts.h"
+#include "notes_window/NotesList.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/RichTextBox.h"
 
@@ -135,11 +136,11 @@ std::function<void(int)> frmMain::savingWatch() {
 }
 
 void frmMain::settleConflict() {
-    const Ref<Note> theirs = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
+    const Ref<Note> theirs = m_list->note(m_note->value(QStringLiteral("RecordID")).toLongLong());
     if (theirs->value(kRtfNote) != m_loadedText) {
         switch (askWhoseText(*theirs)) {
         case TextChoice::Theirs:
-            m_note = query<Note>(m_notes->Item(m_note->value(QStringLiteral("RecordID"))));
+            m_note = m_list->note(m_note->value(QStringLiteral("RecordID")).toLongLong());
             putIntoEditor(*m_note);
             return;
         case TextChoice::Both:
@@ -156,7 +157,7 @@ void frmMain::settleConflict() {
 
 frmMain::TextChoice frmMain::askWhoseText(Note& theirs) {
     const QString code = HostUtility::NullToText(theirs.value(QStringLiteral("ChangeUserCode")));
-    const QString name = code.isEmpty() ? QStringLiteral("someone else") : userName(code);
+    const QString name = code.isEmpty() ? QStringLiteral("someone else") : m_names.of(code);
     const QString day = noteDayText(theirs.value(kChangeDate).toDateTime());
     const QString when = noteTimeText(theirs.value(kChangeDate).toDateTime());
     const QString now = noteTimeText(services().clock.now());
@@ -166,7 +167,7 @@ frmMain::TextChoice frmMain::askWhoseText(Note& theirs) {
                                   "on %2 at %3.\r\rWhich text is to be kept?")
                        .arg(name, day, when);
     request.buttons = {QStringLiteral("Keep &both, one after the other"),
-                       QStringLiteral("Keep &mine (%1, %2)").arg(currentUserName(), now),
+                       QStringLiteral("Keep &mine (%1, %2)").arg(m_names.ofCurrentUser(), now),
                        QStringLiteral("Keep &theirs (%1, %2)").arg(name, when)};
     constexpr std::array choices{TextChoice::Both, TextChoice::Mine, TextChoice::Theirs};
     return choices[size_t(prompt().choose(request))];
@@ -175,7 +176,7 @@ frmMain::TextChoice frmMain::askWhoseText(Note& theirs) {
 void frmMain::appendOther(Note& theirs) {
     const QScopedValueRollback<bool> loading(m_loading, true);
     const QString code = HostUtility::NullToText(theirs.value(QStringLiteral("ChangeUserCode")));
-    AppendText(noteStampText(theirs.value(kChangeDate).toDateTime(), userName(code)), true, true);
+    AppendText(noteStampText(theirs.value(kChangeDate).toDateTime(), m_names.of(code)), true, true);
     QTextCursor cursor(m_rtxMain->document());
     cursor.movePosition(QTextCursor::End);
     cursor.insertBlock();
@@ -212,7 +213,7 @@ void frmMain::offerDraft(qint64 noteID) {
     if (!isVisible()) {
         return; // `showEvent` sees to it
     }
-    if (isReadOnlyDatabase()) {
+    if (m_context.isReadOnly()) {
         return; // it is kept for when it can be saved
     }
     while (const std::optional<NoteDraft> draft = m_drafts.find(noteID)) {
@@ -267,7 +268,7 @@ void frmMain::showEvent(QShowEvent* event) {
 }
 
 bool frmMain::isDeleted(qint64 noteID) const {
-    const Ref<dao::Recordset> row = m_context.dataHelper().OpenRecordset(
+    const Ref<dao::Recordset> row = m_context.store().dataHelper().OpenRecordset(
         QStringLiteral("SELECT tblNotes.* FROM tblNotes WHERE [RecordID]=%1").arg(noteID));
     const bool deleted = row->AtEof();
     row->Close();
@@ -279,7 +280,7 @@ bool frmMain::isDeleted(qint64 noteID) const {
 void frmMain::offerDraftsOfDeletedNotes() {
     for (const qint64 id : m_drafts.noteIDs()) {
         const std::optional<NoteDraft> draft = m_drafts.find(id);
-        if (!draft || isReadOnlyDatabase() || !isDeleted(id)) {
+        if (!draft || m_context.isReadOnly() || !isDeleted(id)) {
             continue;
         }
         const DraftAnswer answer = askAboutOrphan(prompt(), *draft);
@@ -299,15 +300,15 @@ void frmMain::keepAsNewNote(const NoteDraft& draft) {
     NoteChoices choices;
     choices.Date = services().clock.now();
     choices.Subject = QStringLiteral("Text of a deleted note, %1").arg(noteDateText(draft.written));
-    const Ref<Note> made =
-        createNote(application(), m_context, ownerOf(m_owner, m_context), choices);
+    const Ref<Note> made = createNote(m_context.application(), m_context.store(),
+                                      ownerOf(m_owner, m_context.store()), choices);
     RichTextBox text;
     text.setTextRTF(draft.rtf);
     MultipleFieldUpdate update(*made);
     update.set(kPlainNote, textOrNull(text.Text()));
     update.set(kRtfNote, textOrNull(draft.rtf));
     update.end();
-    replaceItem(listItem(made));
+    showRow(made);
 }
 
 } // namespace yrw
