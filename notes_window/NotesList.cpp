@@ -5,29 +5,14 @@
 #include "notes_window/NoteTexts.h"
 #include "notes_window/UserNames.h"
 #include "notes_window/WindowContext.h"
+#include "store/NoteReading.h"
 
 #include <QSet>
 
-#include <algorithm>
 #include <memory>
 #include <utility>
 
 namespace yrw {
-
-namespace {
-
-constexpr qsizetype kFewRows = 64; ///< asked for by their ids
-constexpr qint64 kSparse = 8; ///< of so many ids one is wanted: the others cost more than they save
-
-/// A reading of the list front to back.
-RecordsetRequest forwardReading() {
-    RecordsetRequest request;
-    request.CursorType = dao::RecordsetType::ForwardOnly;
-    request.RecordsetOptions = dao::kReadOnlyOption;
-    return request;
-}
-
-} // namespace
 
 NotesList::NotesList(ListView& view, WindowContext& context, UserNames& names)
     : m_view(view), m_context(context), m_names(names), m_columns(view, context) {
@@ -35,17 +20,20 @@ NotesList::NotesList(ListView& view, WindowContext& context, UserNames& names)
     m_view.setWorkWatch([this] { return sortingWatch(); });
 }
 
-void NotesList::open(const Ref<IRecord>& owner) {
+void NotesList::clear() {
+    m_view.clearItems();
     m_notes = m_context.application().Notes();
-    if (owner) {
-        m_notes->setParent(owner);
+    if (m_owner) {
+        m_notes->setParent(m_owner);
     }
 }
 
 /// An unsorted list needs no more than the keys at once.
 void NotesList::read(ShowType shown, bool mineOnly) {
     m_shown = shown;
-    RecordsetRequest request = forwardReading();
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::ForwardOnly;
+    request.RecordsetOptions = dao::kReadOnlyOption;
     request.CustomOptions = int(shown) + (mineOnly ? kNotesMine : 0);
     const bool whole = m_view.isSorted();
     QStringList keys;
@@ -81,24 +69,6 @@ Ref<Note> NotesList::note(qint64 id) const {
     return query<Note>(m_notes->Item(id));
 }
 
-/// Rows are asked for one by one; many that stand close together in one go.
-Ref<dao::Recordset> NotesList::openRowsOf(const QVariantList& ids) {
-    RecordsetRequest request = forwardReading();
-    const auto [first, last] =
-        std::minmax_element(ids.begin(), ids.end(), [](const QVariant& a, const QVariant& b) {
-            return a.toLongLong() < b.toLongLong();
-        });
-    const qint64 span = last->toLongLong() - first->toLongLong();
-    if (ids.size() <= kFewRows || span > kSparse * ids.size()) {
-        request.RecordData = ids;
-    } else {
-        request.Filter = QStringLiteral("[RecordID] Between %1 And %2")
-                             .arg(first->toLongLong())
-                             .arg(last->toLongLong());
-    }
-    return m_notes->Recordset(request);
-}
-
 /// The rows of some notes as the list shows them; one that is gone says so.
 QList<ListItem> NotesList::readItems(const QStringList& keys) {
     QVariantList ids;
@@ -107,7 +77,7 @@ QList<ListItem> NotesList::readItems(const QStringList& keys) {
         ids.append(noteIdOf(key));
         wanted.insert(noteIdOf(key));
     }
-    const Ref<dao::Recordset> rows = openRowsOf(ids);
+    const Ref<dao::Recordset> rows = openNotes(*m_notes, ids);
     const NoteRowReader reader(*rows);
     QList<ListItem> items;
     for (; !rows->AtEof(); rows->MoveNext()) {
@@ -156,6 +126,7 @@ void NotesList::replace(const Ref<IRecord>& note) {
         m_view.setItemStyle(item.key, item.bold, item.foreColour, item.marked);
     }
     m_view.selectKey(item.key);
+    rowsChanged.raise();
 }
 
 QString NotesList::removeItem(const QString& item) {
@@ -164,6 +135,7 @@ QString NotesList::removeItem(const QString& item) {
     const int next = row < m_view.itemCount() ? row : m_view.itemCount() - 1;
     const QString key = m_view.keyAt(next);
     m_view.selectKey(key);
+    rowsChanged.raise();
     return key;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "notes_window/ListColumns.h"
+#include "platform/component/Event.h"
 #include "platform/controls/ListView.h"
 #include "store/Collections.h"
 
@@ -30,10 +31,12 @@ public:
     [[nodiscard]] ListView& view() const { return m_view; }
     [[nodiscard]] ListColumns& columns() { return m_columns; }
 
-    /// Chooses whose notes are read from now on; nothing for those kept on no record.
-    void open(const Ref<IRecord>& owner);
-    /// Reads the rows; `mineOnly` leaves out what others wrote. What was read before a failure, or
-    /// before the user stopped it, stays.
+    /// Whose notes are read from now on; nothing for those kept on no record.
+    void setOwner(const Ref<IRecord>& owner) { m_owner = owner; }
+    [[nodiscard]] const Ref<IRecord>& owner() const { return m_owner; }
+    void clear();
+    /// Reads the rows of an empty list; `mineOnly` leaves out what others wrote. What was read
+    /// before a failure, or before the user stopped it, stays.
     void read(ShowType shown, bool mineOnly);
     /// What was asked for last.
     [[nodiscard]] ShowType shown() const { return m_shown; }
@@ -51,8 +54,9 @@ public:
     /// Keeps what was read when the list could not read on, and raises why.
     void endReading();
 
+    Event<> rowsChanged; ///< one was added, changed or taken out
+
 private:
-    [[nodiscard]] Ref<dao::Recordset> openRowsOf(const QVariantList& ids);
     [[nodiscard]] QList<ListItem> readItems(const QStringList& keys);
     [[nodiscard]] std::optional<QList<ListItem>> itemsFor(const QStringList& keys);
     [[nodiscard]] ListItem itemOf(const NoteRow& row, bool amongAll);
@@ -62,6 +66,7 @@ private:
     WindowContext& m_context;
     UserNames& m_names;
     ListColumns m_columns;
+    Ref<IRecord> m_owner;
     Ref<Notes> m_notes;
     ShowType m_shown = ShowType::Active;
     bool m_isCut = false;

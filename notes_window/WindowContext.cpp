@@ -3,6 +3,8 @@
 #include "platform/component/AutomationError.h"
 #include "platform/controls/StatusBar.h"
 
+#include <QWidget>
+
 namespace yrw {
 
 WindowContext::WindowContext(QWidget& window, StatusBar& status, INotesAddIn& addIn,
@@ -21,6 +23,10 @@ Application& WindowContext::application() const {
 bool WindowContext::isReadOnly() const {
     const Ref<dao::Database> database = m_store.database();
     return database && database->isReadOnly();
+}
+
+void WindowContext::setCaption(const QString& text) const {
+    m_window.setWindowTitle(isReadOnly() ? text + QStringLiteral(" [read-only]") : text);
 }
 
 void WindowContext::showStatus(const QString& text) const {

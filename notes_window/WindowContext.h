@@ -39,6 +39,8 @@ public:
     /// The user may read the notes, but not write them.
     [[nodiscard]] bool isReadOnly() const;
 
+    /// Gives the window its caption, which also says when notes can only be read.
+    void setCaption(const QString& text) const;
     /// Writes into the status bar and paints it at once.
     void showStatus(const QString& text) const;
     /// Runs a procedure that the user started; a failure is reported as the window's own, with the
