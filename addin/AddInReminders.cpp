@@ -7,6 +7,7 @@
 #include "framework/ErrorGuards.h"
 #include "platform/clock/Clock.h"
 #include "platform/prompt/ErrorLog.h"
+#include "store/NoteReading.h"
 
 #include <QScopedValueRollback>
 #include <QSet>
@@ -19,8 +20,6 @@ namespace yrw {
 
 namespace {
 
-/// How early, in minutes, a reminder is shown at most.
-constexpr int kNumberOfMinutes = 1;
 /// How long, in milliseconds, one turn of the event loop shows popups before others have theirs.
 constexpr qint64 kTurnMs = 20;
 /// How many popups are looked up with one query.
@@ -159,15 +158,9 @@ void AddIn::findDueReminders() {
 
 /// The current user's due reminders that are not on screen, in the query's order.
 std::deque<qint64> AddIn::dueReminders() {
-    dao::Parameters parameters{{QStringLiteral("ProgID"), m_hostProgID},
-                               {QStringLiteral("NumberOfMinutes"), kNumberOfMinutes},
-                               {QStringLiteral("UserID"), QVariant()}};
-    if (m_component) {
-        parameters.set(QStringLiteral("UserID"), dataHelper().CurrentUserID());
-    }
+    const QVariant userID = m_component ? QVariant(dataHelper().CurrentUserID()) : QVariant();
     std::deque<qint64> due;
-    const Ref<dao::Recordset> rows =
-        dataHelper().OpenQuery(schema::kQryActiveReminders, parameters);
+    const Ref<dao::Recordset> rows = yrw::dueReminders(dataHelper(), m_hostProgID, userID);
     for (; !rows->AtEof(); rows->MoveNext()) {
         const qint64 id = rows->value(u"RecordID").toLongLong();
         if (!m_module.reminders().isShown(id)) {

@@ -4,6 +4,7 @@
 // bench_window [NOTES]
 #include "notes_window/NoteTexts.h"
 #include "notes_window/frmMain.h"
+#include "platform/controls/ListView.h"
 #include "store/NotesTextIndex.h"
 #include "tests/support/FakeAddIn.h"
 

@@ -209,15 +209,6 @@ NewNote newNoteOf(const CommandContext& context) {
     return note;
 }
 
-void writeBody(Note& note, const rtf::Document& body, const QDateTime& now) {
-    note.BeginMultipleFieldUpdate();
-    dao::ValueList& values = note.MultipleUpdateFieldValues();
-    values.set(QStringLiteral("RTFNote"), QString::fromLatin1(rtf::write(body)));
-    values.set(QStringLiteral("PlainNote"), body.plainText());
-    values.set(QStringLiteral("ChangeDate"), now);
-    note.EndMultipleFieldUpdate();
-}
-
 ExitStatus setDone(const CommandContext& context, bool done) {
     context.store->requireUser();
     const Ref<Note> note = context.note(context.line.recordID());
@@ -237,15 +228,12 @@ ExitStatus addNote(const CommandContext& context) {
     context.store->requireUser();
     const NewNote wanted = newNoteOf(context);
     CommandStore& store = *context.store;
-    dao::Transaction transaction(*store.database());
-    const Ref<Note> note = createNote(store.application(), store, wanted.owner, wanted.choices);
+    std::optional<NoteText> text;
     if (wanted.body) {
-        writeBody(*note, *wanted.body, context.clock.now());
+        text = NoteText{QString::fromLatin1(rtf::write(*wanted.body)), wanted.body->plainText()};
     }
-    for (const qint64 userID : wanted.recipients) {
-        addReminder(store.application(), context.clock, *note, wanted.choices.ReminderDate, userID);
-    }
-    transaction.commit();
+    const Ref<Note> note = createWholeNote(store.application(), store, wanted.owner, wanted.choices,
+                                           text, wanted.recipients);
     const qint64 id = note->value(QStringLiteral("RecordID")).toLongLong();
     if (context.line.isSet(QStringLiteral("json"))) {
         context.print(QStringLiteral("{\"RecordID\": %1}\n").arg(id));

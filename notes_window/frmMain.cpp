@@ -1,71 +1,233 @@
-// The window's life, its size and the arrangement of its controls.
 #include "notes_window/frmMain.h"
 
-#include "framework/ErrorGuards.h"
-#include "framework/Services.h"
+#include "notes_window/AppendedText.h"
+#include "notes_window/AttachmentInsertion.h"
+#include "notes_window/EditedNote.h"
 #include "notes_window/FindBar.h"
-#include "notes_window/NoteAttachments.h"
+#include "notes_window/KeysHelp.h"
+#include "notes_window/LeftDrafts.h"
+#include "notes_window/ListContents.h"
+#include "notes_window/ListFind.h"
+#include "notes_window/MainControls.h"
+#include "notes_window/NoteChanges.h"
+#include "notes_window/NoteCommands.h"
+#include "notes_window/NoteDrafts.h"
+#include "notes_window/NotePaper.h"
+#include "notes_window/NoteTexts.h"
+#include "notes_window/NoteTools.h"
+#include "notes_window/OwnerText.h"
 #include "notes_window/SplitBar.h"
-#include "notes_window/frmInsertAttachment.h"
+#include "notes_window/TextCommands.h"
+#include "notes_window/TextMenu.h"
+#include "notes_window/TextOptions.h"
+#include "notes_window/ToolbarFile.h"
+#include "notes_window/UserNames.h"
+#include "notes_window/WaitingReminders.h"
+#include "notes_window/WindowContext.h"
+#include "notes_window/WindowLayout.h"
 #include "platform/clock/Clock.h"
-#include "platform/controls/StatusBar.h"
-#include "platform/files/FileSystem.h"
-#include "platform/forms/ScreenMetrics.h"
-#include "platform/forms/Twips.h"
-#include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 
-#include <QFile>
-#include <QScreen>
-#include <QTextDocument>
+#include <QContextMenuEvent>
+#include <QFontDatabase>
+#include <QMouseEvent>
 
-#include <algorithm>
+#include <vector>
 
 namespace yrw {
 
 namespace {
 
-constexpr int kMinListHeight = 60;   ///< header and two rows, in pixels
-constexpr int kMinEditorHeight = 50; ///< between the splitter's top and the inner bottom
-constexpr int kSplitHeight = 7;
-constexpr int kMinWidth = 420; ///< of the window, in pixels
-constexpr int kReminderCountMs = 60000;
-
 const QString kToolbarBands = QStringLiteral("ToolbarBands");
-
-/// A stored size in pixels; the present one for a size that is absent, no number, 0, negative or
-/// larger than the screen.
-int storedPixels(const QString& text, int present, int screen) {
-    bool isNumber = false;
-    const int pixels = twipsToPixels(text.toInt(&isNumber));
-    return isNumber && pixels > 0 && pixels <= screen ? pixels : present;
-}
 
 } // namespace
 
-frmMain::frmMain(INotesAddIn& addIn, StoreContext& context)
-    : Form(QStringLiteral("frmMain")), m_addIn(addIn), m_context(context),
-      m_application(query<Application>(addIn.NotesApplication())),
-      m_drafts(NoteDrafts::userFolder(), addIn.DatabaseDirectory()) {
+/// What the window is made of; each part knows only those above it.
+struct frmMain::Parts {
+    Parts(frmMain& window, INotesAddIn& addIn, StoreContext& store)
+        : controls(window), context(window, controls.stbMain, addIn, store), names(store),
+          drafts(NoteDrafts::userFolder(), addIn.DatabaseDirectory()),
+          layout(window, controls, context), waiting(controls.lblReminders, store),
+          list(controls.lsvMain, context, names),
+          edited(controls.rtxMain, list, drafts, names, context),
+          leftDrafts(drafts, edited, list, context),
+          find(controls.picFind, list, edited, controls.rtxMain, store),
+          tools(controls.atbMain, controls.rtxMain, edited, context),
+          contents(list, edited, find, tools, names, waiting, context),
+          text(controls.rtxMain, names, context), textOptions(controls.rtxMain, tools, context),
+          menu(controls.rtxMain, controls.atbMain, textOptions, context),
+          attachments(controls.rtxMain, edited, context),
+          paper(controls.rtxMain, edited, list, names, context),
+          notes(list, edited, drafts, controls.rtxMain, waiting, context),
+          commands({notes, contents, find, edited, text, menu, textOptions, attachments, paper,
+                    tools, controls.atbMain, context}) {}
+
+    MainControls controls;
+    WindowContext context;
+    UserNames names;
+    NoteDrafts drafts;
+    WindowLayout layout;
+    WaitingReminders waiting;
+    NotesList list;
+    EditedNote edited;
+    LeftDrafts leftDrafts;
+    ListFind find;
+    NoteTools tools;
+    ListContents contents;
+    TextCommands text;
+    TextOptions textOptions;
+    TextMenu menu;
+    AttachmentInsertion attachments;
+    NotePaper paper;
+    NoteChanges notes;
+    NoteCommands commands;
+    Ref<INotesAddIn> parent; ///< kept while the window is there
+    std::vector<Connection> connections;
+};
+
+frmMain::frmMain(INotesAddIn& addIn, StoreContext& context) : Form(QStringLiteral("frmMain")) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint |
                    Qt::WindowCloseButtonHint);
-    createControls();
-    connectEvents();
+    m_parts = std::make_unique<Parts>(*this, addIn, context);
+    connectControls();
+    connectParts();
 }
 
 frmMain::~frmMain() = default;
 
+// The table of events.
+
+void frmMain::connectControls() {
+    const ListView& list = m_parts->controls.lsvMain;
+    connect(&list, &ListView::columnClick, this, &frmMain::lsvMain_ColumnClick);
+    connect(&list, &ListView::itemClick, this, &frmMain::lsvMain_ItemClick);
+    connect(&list, &ListView::sourceFailed, this, &frmMain::lsvMain_SourceFailed);
+    connect(&list, &ListView::itemDblClick, this, [this] { lsvMain_DblClick(); });
+    connect(&list, &ListView::rightClick, this, &frmMain::lsvMain_MouseUp);
+    const SplitBar& split = m_parts->controls.picHSplit;
+    connect(&split, &SplitBar::mouseDown, this, &frmMain::picHSplit_MouseDown);
+    connect(&split, &SplitBar::mouseMove, this, &frmMain::picHSplit_MouseMove);
+    connect(&split, &SplitBar::mouseUp, this, &frmMain::picHSplit_MouseUp);
+    connect(&split, &SplitBar::dblClick, this, &frmMain::picHSplit_DblClick);
+    connect(&split, &SplitBar::stepped, this,
+            [this, &split](int pixels) { m_parts->layout.moveSplit(split.y() + pixels); });
+    const RichTextBox& text = m_parts->controls.rtxMain;
+    connect(&text, &RichTextBox::contentChanged, this, &frmMain::rtxMain_Change);
+    connect(&text, &RichTextBox::selectionStateChanged, this, &frmMain::rtxMain_SelChange);
+    connect(&text, &RichTextBox::objectActivated, this, &frmMain::rtxMain_ObjectActivated);
+}
+
+void frmMain::connectParts() {
+    EditedNote& edited = m_parts->edited;
+    std::vector<Connection>& connections = m_parts->connections;
+    connections.push_back(edited.stateChanged.connect([this] { m_parts->tools.followText(); }));
+    connections.push_back(edited.noteChanged.connect([this] { noteChanged(); }));
+    connections.push_back(edited.settled.connect([this] {
+        m_parts->leftDrafts.offer();
+        m_parts->find.markHits();
+    }));
+    connections.push_back(m_parts->find.toggled.connect([this] { m_parts->layout.arrange(); }));
+}
+
+void frmMain::connectToolbar() {
+    Toolbar& toolbar = m_parts->controls.atbMain;
+    std::vector<Connection>& connections = m_parts->connections;
+    connections.push_back(toolbar.Click.connect([this](ITool& tool) { atbMain_Click(tool); }));
+    connections.push_back(
+        toolbar.ComboSelChange.connect([this](ITool& tool) { atbMain_ComboSelChange(tool); }));
+    connections.push_back(
+        toolbar.ComboDrop.connect([this](ITool& tool) { atbMain_ComboDrop(tool); }));
+    connections.push_back(toolbar.BandMove.connect([this](IBand&) { atbMain_BandMove(); }));
+    connections.push_back(
+        toolbar.BandOpen.connect([this](IBand& band) { atbMain_BandOpen(band); }));
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    // A form sees every event of the program, also while it is being made.
+    if (!m_parts) {
+        return Form::eventFilter(watched, event);
+    }
+    const RichTextBox& text = m_parts->controls.rtxMain;
+    if (watched == text.viewport() && event->type() == QEvent::MouseButtonPress &&
+        static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+        rtxMain_MouseDown(static_cast<QMouseEvent*>(event)->position().toPoint());
+        return true;
+    }
+    if ((watched == &text || watched == text.viewport()) && event->type() == QEvent::ContextMenu) {
+        // The right button has opened the menu already; what comes here comes from the keyboard.
+        if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
+            rtxMain_MouseDown(text.cursorRect().center());
+        }
+        return true;
+    }
+    return Form::eventFilter(watched, event);
+}
+
+// The window's life.
+
+void frmMain::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Owner, qint64 NoteID) {
+    const WindowContext& context = m_parts->context;
+    context.report(QStringLiteral("Initialise"),
+                   QStringLiteral("Could not Initialise for Notes Form"), [&] {
+                       m_parts->parent = Parent;
+                       m_parts->list.setOwner(Owner);
+                       load();
+                       fillWindow(NoteID);
+                   });
+    context.prompt().setMousePointer(MousePointer::Default);
+}
+
+void frmMain::fillWindow(qint64 noteID) {
+    ApplyDefaultFont();
+    m_parts->contents.build(false);
+    ListView& list = m_parts->controls.lsvMain;
+    const QString wanted = noteID == 0 ? firstItem() : noteItemKey(noteID);
+    if (list.rowOf(wanted) >= 0) {
+        list.selectKey(wanted);
+    }
+    if (!list.selectedKey().isEmpty()) {
+        ShowNote(list.selectedKey());
+    }
+    m_parts->contents.setTitle(QStringLiteral("YRW Notes"));
+    if (m_parts->list.owner()) {
+        SetOwnerCaption();
+    } else {
+        m_parts->context.setCaption(QStringLiteral("YRW System Notes"));
+    }
+}
+
+/// The first note of the list; but text that a crash left behind comes first.
+QString frmMain::firstItem() const {
+    const ListView& list = m_parts->controls.lsvMain;
+    QString first = list.keyAt(0);
+    for (const qint64 id : m_parts->drafts.noteIDs()) {
+        if (list.rowOf(noteItemKey(id)) >= 0) {
+            first = noteItemKey(id);
+        }
+    }
+    return first;
+}
+
 void frmMain::Form_Load() {
-    loadToolbar();
-    m_atbMain->setArrangement(settings().text(kToolbarBands));
-    setUpEditor();
-    restoreSize();
-    restoreColumns(0);
+    Toolbar& toolbar = m_parts->controls.atbMain;
+    loadToolbar(toolbar, m_parts->context);
+    connectToolbar();
+    toolbar.setArrangement(m_parts->context.settings().text(kToolbarBands));
+    m_parts->textOptions.apply();
+    m_parts->layout.restoreSize();
+    m_parts->list.columns().restore();
     UpdateToolStates();
-    m_lsvMain->setFocus();
-    m_waitingTimer.start(kReminderCountMs);
-    m_drafts.removeHalfWritten(services().clock.now());
+    m_parts->controls.lsvMain.setFocus();
+    m_parts->waiting.start();
+    m_parts->drafts.removeHalfWritten(m_parts->context.clock().now());
+}
+
+void frmMain::showEvent(QShowEvent* event) {
+    Form::showEvent(event);
+    // Questions about text that was left come over the window, not before it.
+    QTimer::singleShot(0, this,
+                       [this] { ignoreErrors([this] { m_parts->leftDrafts.offerAll(); }); });
 }
 
 void frmMain::Form_Resize() {
@@ -73,180 +235,228 @@ void frmMain::Form_Resize() {
         return;
     }
     ShowStatus(QStringLiteral("Resizing..."));
-    if (m_splitTop != 0) { // a smaller window takes from the list before it takes from the text
-        m_splitTop = std::max(m_lsvMain->y() + kMinListHeight,
-                              std::min(m_splitTop, height() - leastTextHeight()));
-    }
-    arrange();
+    m_parts->layout.windowResized();
     ShowStatus(QStringLiteral("Done"));
 }
 
 void frmMain::Form_QueryUnload(bool& cancel) {
-    ignoreErrors([&] { cancel = !mayLeaveText(); });
+    ignoreErrors([&] { cancel = !m_parts->edited.mayLeave(); });
 }
 
 void frmMain::Form_EndSession() {
-    writeDraft();
+    m_parts->edited.keepDraft();
 }
 
 void frmMain::Form_Unload() {
     ignoreErrors([this] {
         SaveNote();
-        storeSize();
-        storeColumns();
+        m_parts->layout.storeSize();
+        m_parts->list.columns().store();
     });
-    m_draftTimer.stop();
-    m_waitingTimer.stop();
+    m_parts->edited.stop();
+    m_parts->waiting.stop();
+}
+
+// Keys.
+
+void frmMain::Form_KeyDown(FormKey& key) {
+    if (key.is(Qt::Key_Escape)) {
+        key.consumed = true;
+        if (m_parts->find.hasKeyboard()) {
+            m_parts->find.close();
+        } else if (!m_parts->controls.atbMain.leave()) {
+            unload();
+        }
+    } else if (key.is(Qt::Key_F6)) {
+        key.consumed = true;
+        swapFocus();
+    } else if (m_parts->commands.press(key)) {
+        key.consumed = true;
+    } else if (m_parts->controls.lsvMain.hasFocus()) {
+        lsvMain_KeyDown(key);
+    }
+}
+
+/// The tabulator belongs to the text: this is the way out of it.
+void frmMain::swapFocus() {
+    ListView& list = m_parts->controls.lsvMain;
+    QWidget& other = list.hasFocus() ? static_cast<QWidget&>(m_parts->controls.rtxMain) : list;
+    other.activateWindow(); // a floating band may have the keyboard
+    other.setFocus();
+}
+
+void frmMain::Form_KeyUp(FormKey& key) {
+    if (key.is(Qt::Key_F1)) {
+        key.consumed = true;
+        ignoreErrors([this] { showHelp(m_parts->context); });
+    }
+}
+
+// The toolbar.
+
+void frmMain::atbMain_Click(ITool& tool) {
+    m_parts->commands.run(tool);
+    rtxMain_SelChange();
+}
+
+void frmMain::atbMain_ComboSelChange(ITool& tool) {
+    atbMain_Click(tool);
+}
+
+void frmMain::atbMain_ComboDrop(ITool& tool) {
+    if (tool.key() == QStringLiteral("tooFont")) {
+        tool.setList(QFontDatabase::families());
+    }
 }
 
 void frmMain::atbMain_BandMove() {
-    settings().setText(kToolbarBands, m_atbMain->arrangement());
-    arrange();
+    m_parts->context.settings().setText(kToolbarBands, m_parts->controls.atbMain.arrangement());
+    m_parts->layout.arrange();
 }
 
+void frmMain::atbMain_BandOpen(IBand& band) {
+    m_parts->menu.prepare(band);
+}
+
+// The list.
+
+void frmMain::lsvMain_ColumnClick(int column) {
+    m_parts->list.sortBy(column);
+}
+
+void frmMain::lsvMain_ItemClick(const QString& item) {
+    ShowNote(item);
+}
+
+void frmMain::lsvMain_SourceFailed() {
+    m_parts->context.report(QStringLiteral("BuildNotesList"),
+                            QStringLiteral("Could not Build the Notes List"),
+                            [this] { m_parts->list.endReading(); });
+}
+
+void frmMain::lsvMain_DblClick() {
+    m_parts->notes.EditNote();
+}
+
+void frmMain::lsvMain_KeyDown(FormKey& key) {
+    if (key.is(Qt::Key_Delete)) {
+        key.consumed = true;
+        m_parts->controls.atbMain.activate(QStringLiteral("tooDelete"));
+    } else if (key.is(Qt::Key_Return) || key.is(Qt::Key_Enter)) {
+        key.consumed = true;
+        m_parts->controls.atbMain.activate(QStringLiteral("tooEdit"));
+    }
+}
+
+void frmMain::lsvMain_MouseUp(const QPoint& globalPosition) {
+    m_parts->controls.atbMain.popupAt(QStringLiteral("bndNotePopup"), globalPosition);
+}
+
+// The splitter.
+
 void frmMain::picHSplit_MouseDown() {
-    m_picHSplit->setDragged(true);
-    m_picHSplit->raise();
+    SplitBar& split = m_parts->controls.picHSplit;
+    split.setDragged(true);
+    split.raise();
 }
 
 void frmMain::picHSplit_MouseMove(int top) {
-    prompt().setMousePointer(MousePointer::SizeNS);
-    if (clampedSplit(top) == top) {
-        m_picHSplit->move(m_picHSplit->x(), top);
+    m_parts->context.prompt().setMousePointer(MousePointer::SizeNS);
+    if (m_parts->layout.allowsSplitAt(top)) {
+        SplitBar& split = m_parts->controls.picHSplit;
+        split.move(split.x(), top);
     }
 }
 
 void frmMain::picHSplit_MouseUp() {
-    m_picHSplit->setDragged(false);
-    prompt().setMousePointer(MousePointer::Default);
-    moveSplit(m_picHSplit->y());
+    SplitBar& split = m_parts->controls.picHSplit;
+    split.setDragged(false);
+    m_parts->context.prompt().setMousePointer(MousePointer::Default);
+    m_parts->layout.moveSplit(split.y());
 }
 
 void frmMain::picHSplit_DblClick() {
-    const int top = m_lsvMain->y();
-    moveSplit(top + (m_stbMain->y() - top) / 2);
+    m_parts->layout.centreSplit();
 }
 
-void frmMain::loadToolbar() {
-    const QString inFolder = QStringLiteral("\\support\\notes\\Menus.tb");
-    QStringList problems;
-    QStringList missing;
-    for (const QString& folder : {m_addIn.DatabaseDirectory(), m_addIn.TemplateDirectory()}) {
-        const QString path = folder + inFolder;
-        if (!services().files.fileExists(path)) {
-            missing.append(QStringLiteral("%1 is not there.").arg(services().files.resolve(path)));
-            continue;
-        }
-        try {
-            m_atbMain->loadLayout(services().files, path);
-            break;
-        } catch (const AutomationError& error) {
-            problems.append(error.description());
-        }
-    }
-    if (m_atbMain->bandCount() == 0) {
-        problems = problems.isEmpty() ? missing : problems;
-        QFile builtIn(QStringLiteral(":/notes_window/Menus.tb"));
-        builtIn.open(QIODevice::ReadOnly);
-        m_atbMain->loadLayoutText(builtIn.readAll(), builtIn.fileName());
-    }
-    connectToolbar();
-    if (!problems.isEmpty()) {
-        prompt().message(
-            QStringLiteral("The toolbar layout cannot be used; another one is shown.") +
-                QStringLiteral("\r\r") + problems.join(QLatin1Char('\r')),
-            QStringLiteral("Notes Problem"), PromptIcon::Exclamation);
+// The text.
+
+void frmMain::rtxMain_Change() {
+    m_parts->edited.textChanged();
+}
+
+void frmMain::rtxMain_SelChange() {
+    if (!m_parts->edited.isLoading()) {
+        m_parts->tools.followSelection();
     }
 }
 
-void frmMain::restoreSize() {
-    const auto state =
-        static_cast<WindowStateCode>(settings().text(QStringLiteral("WindowState")).toInt());
-    const QSize screenSize = screen()->size();
-    if (state != WindowStateCode::Maximised) {
-        const int height = storedPixels(settings().text(QStringLiteral("Height")), this->height(),
-                                        screenSize.height());
-        const int width = storedPixels(settings().text(QStringLiteral("Width")), this->width(),
-                                       screenSize.width());
-        resize(width, height);
-    }
-    setWindowStateCode(state);
-}
-
-void frmMain::storeSize() {
-    const WindowStateCode state = windowStateCode();
-    NotesSettings store = settings();
-    store.setText(QStringLiteral("WindowState"), QString::number(int(state)));
-    if (state != WindowStateCode::Maximised) {
-        store.setText(QStringLiteral("Height"), QString::number(pixelsToTwips(height())));
-        store.setText(QStringLiteral("Width"), QString::number(pixelsToTwips(width())));
+void frmMain::rtxMain_MouseDown(const QPoint& at) {
+    if (m_parts->controls.rtxMain.isEnabled()) { // the form sees the button also where it is off
+        m_parts->menu.popUp(at);
     }
 }
 
-void frmMain::arrange() {
-    const int width = this->width();
-    int top = 0;
-    const auto place = [&](QWidget* control, int height) {
-        control->setGeometry(0, top, width, height);
-        top += height;
-    };
-    place(m_atbMain, m_atbMain->heightForWidth(width));
-    if (!m_findBar->isHidden()) {
-        place(m_findBar, m_findBar->sizeHint().height());
+void frmMain::rtxMain_ObjectActivated(int index) {
+    m_parts->menu.openObject(index);
+}
+
+void frmMain::noteChanged() {
+    UpdateToolStates();
+    if (m_parts->edited.note()) {
+        rtxMain_SelChange();
     }
-    // May make the window higher at once, also while it is not shown yet.
-    setMinimumSize(
-        QSize(kMinWidth, top + kMinListHeight + leastTextHeight()).boundedTo(roomFor(*this)));
-    m_lsvMain->move(0, top);
-    const int statusHeight = m_stbMain->sizeHint().height();
-    m_stbMain->setGeometry(0, height() - statusHeight, width, statusHeight);
-    if (m_splitTop == 0) {
-        m_splitTop = top + (m_stbMain->y() - top) * 2 / 5;
-    }
-    const int split = clampedSplit(m_splitTop);
-    m_lsvMain->setGeometry(0, top, width, std::max(0, split - top));
-    m_picHSplit->setGeometry(0, split, width, kSplitHeight);
-    const int editorTop = split + kSplitHeight;
-    m_rtxMain->setGeometry(0, editorTop, width, std::max(0, m_stbMain->y() - editorTop));
 }
 
-/// What stands from the splitter down when the text shows three lines, in pixels.
-int frmMain::leastTextHeight() const {
-    const int aroundText =
-        2 * (m_rtxMain->frameWidth() + int(m_rtxMain->document()->documentMargin()));
-    return kSplitHeight + aroundText + 3 * m_rtxMain->fontMetrics().lineSpacing() +
-           m_stbMain->sizeHint().height();
+// Named operations.
+
+void frmMain::BuildNotesList() {
+    m_parts->contents.build();
 }
 
-int frmMain::clampedSplit(int top) const {
-    const int lowest = m_lsvMain->y() + kMinListHeight;
-    return std::max(lowest, std::min(top, height() - kMinEditorHeight));
-}
-
-void frmMain::moveSplit(int top) {
-    m_splitTop = clampedSplit(top);
-    arrange();
+void frmMain::ShowNote(const QString& item) {
+    m_parts->edited.show(noteIdOf(item));
 }
 
 void frmMain::ShowStatus(const QString& text) {
-    m_stbMain->setText(text);
-    m_stbMain->refresh();
+    m_parts->context.showStatus(text);
 }
 
-Prompt& frmMain::prompt() const {
-    return services().utility.prompt();
+bool frmMain::SetUserColumn() {
+    return m_parts->contents.setUserColumn();
 }
 
-NotesSettings frmMain::settings() const {
-    return NotesSettings(services().settings);
+void frmMain::SetOwnerCaption() {
+    m_parts->context.setCaption(QStringLiteral("YRW Notes - (") +
+                                ownerText(*m_parts->list.owner(), m_parts->context.store()) + u')');
 }
 
-Application& frmMain::application() const {
-    if (!m_application) {
-        throw AutomationError(kErrorObjectRequired, QStringLiteral("YRWNOTES.frmMain"),
-                              QStringLiteral("The notes are not open."));
-    }
-    return *m_application;
+bool frmMain::SaveNote() {
+    return m_parts->edited.save();
+}
+
+void frmMain::AppendText(const QString& text, bool bold, bool newParagraph) {
+    appendText(m_parts->controls.rtxMain, text, bold, newParagraph);
+}
+
+void frmMain::InsertStamp() {
+    m_parts->text.insertStamp();
+}
+
+void frmMain::ApplyDefaultFont() {
+    m_parts->text.applyDefaultFont();
+}
+
+void frmMain::ChooseFont() {
+    m_parts->text.chooseFont();
+}
+
+void frmMain::SetDefaultFont() {
+    m_parts->text.setDefaultFont();
+}
+
+void frmMain::UpdateToolStates() {
+    m_parts->tools.update();
 }
 
 } // namespace yrw

@@ -1,7 +1,10 @@
 #include "store/Operations.h"
 
+#include "framework/ErrorGuards.h"
 #include "platform/clock/Clock.h"
 #include "platform/component/AutomationError.h"
+
+#include <QScopeGuard>
 
 namespace yrw {
 
@@ -95,6 +98,27 @@ Ref<Note> createNote(Application& application, StoreContext& context, const Note
     return query<Note>(application.Notes()->Add(data, nullptr, id, true));
 }
 
+NoteText noteText(const QString& rich, const QString& plain) {
+    return {rich.isEmpty() ? QVariant() : QVariant(rich),
+            plain.isEmpty() ? QVariant() : QVariant(plain)};
+}
+
+void storeText(Note& note, const NoteText& text, const QDateTime& changed) {
+    note.BeginMultipleFieldUpdate();
+    const auto end = qScopeGuard([&note] {
+        if (note.InMultipleUpdate()) {
+            ignoreErrors([&note] { note.CancelMultipleFieldUpdate(); });
+        }
+    });
+    dao::ValueList& values = note.MultipleUpdateFieldValues();
+    values.set(kPlainNote, text.plain);
+    values.set(kRtfNote, text.rich);
+    if (changed.isValid()) {
+        values.set(QStringLiteral("ChangeDate"), changed);
+    }
+    note.EndMultipleFieldUpdate();
+}
+
 qint64 addReminder(Application& application, const Clock& clock, Note& note, const QDateTime& due,
                    qint64 userID) {
     qint64 id = 0;
@@ -111,6 +135,22 @@ void storeAsOne(IApplication& application, const std::function<void()>& write) {
     dao::Transaction transaction(*database);
     write();
     transaction.commit();
+}
+
+Ref<Note> createWholeNote(Application& application, StoreContext& context, const NoteOwner& owner,
+                          const NoteChoices& choices, const std::optional<NoteText>& text,
+                          const QList<qint64>& recipients) {
+    Ref<Note> note;
+    storeAsOne(application, [&] {
+        note = createNote(application, context, owner, choices);
+        if (text) {
+            storeText(*note, *text, context.clock().now());
+        }
+        for (const qint64 userID : recipients) {
+            addReminder(application, context.clock(), *note, choices.ReminderDate, userID);
+        }
+    });
+    return note;
 }
 
 Ref<Note> changeNote(Application& application, const Clock& clock, const Note& shown,

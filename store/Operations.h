@@ -5,6 +5,7 @@
 #include <QDateTime>
 
 #include <functional>
+#include <optional>
 
 namespace yrw {
 
@@ -17,6 +18,14 @@ struct NoteChoices {
     bool AutomaticallyShow = false;
     NoteType Type = NoteType::Public;
 };
+
+/// A note's text in both forms; Null where there is none.
+struct NoteText {
+    QVariant rich; ///< RTF
+    QVariant plain;
+};
+/// A text of which what is empty is Null.
+[[nodiscard]] NoteText noteText(const QString& rich, const QString& plain);
 
 /// Who owns a note: a record of the host, or nobody (all empty).
 struct NoteOwner {
@@ -33,6 +42,9 @@ struct NoteOwner {
 /// Adds a note, by the current user, through the `Notes` collection; the new record.
 Ref<Note> createNote(Application& application, StoreContext& context, const NoteOwner& owner,
                      const NoteChoices& choices);
+/// Writes a note's text over the reading that it was made from, and the time of the change unless
+/// that is invalid. A text that somebody else has written since raises `kErrorConflict`.
+void storeText(Note& note, const NoteText& text, const QDateTime& changed);
 /// Adds a reminder of a note to one user, due at `due`.
 qint64 addReminder(Application& application, const Clock& clock, Note& note, const QDateTime& due,
                    qint64 userID);
@@ -44,6 +56,10 @@ qint64 addReminder(Application& application, const Clock& clock, Note& note, con
 /// Runs what writes a note and its reminders: all of it is stored, or, when it raises, nothing.
 /// No box may open in it.
 void storeAsOne(IApplication& application, const std::function<void()>& write);
+/// Adds a note with its text and a reminder to each recipient, due when the choices say.
+Ref<Note> createWholeNote(Application& application, StoreContext& context, const NoteOwner& owner,
+                          const NoteChoices& choices, const std::optional<NoteText>& text,
+                          const QList<qint64>& recipients);
 /// Writes what the user chose for a note and the time of the change; the note as it stands then.
 /// What the user left as it was shown (subject, date, automatic show, type) is kept as others have
 /// it by now. Part of what `storeAsOne` runs: `shown` is to take over the result afterwards.

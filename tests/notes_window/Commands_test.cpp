@@ -1,4 +1,5 @@
 // Every command: where its tool is, its keys, what it does, and when it is off.
+#include "notes_window/NoteCommands.h"
 #include "tests/notes_window/DrivenWindow.h"
 
 #include <QContextMenuEvent>
@@ -143,7 +144,7 @@ TEST_F(Commands, EachHasARowHere) {
     for (const CommandRow& row : kCommands) {
         rows.append(row.id);
     }
-    QList<int> ids = frmMain::commandIDs();
+    QList<int> ids = NoteCommands::ids();
     std::sort(ids.begin(), ids.end());
     EXPECT_EQ(rows, ids);
     start();

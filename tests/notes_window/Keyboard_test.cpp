@@ -1,5 +1,6 @@
 // Who has the keyboard after a box has closed: the window that asked, and in it the control that
 // the user goes on with. Runs offscreen and, by tools/with-display.sh, under a window manager.
+#include "dialogs/frmNoteProperties.h"
 #include "dialogs/frmReminder.h"
 #include "notes_window/frmMain.h"
 #include "platform/forms/WidgetPrompt.h"

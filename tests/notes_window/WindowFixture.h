@@ -1,7 +1,9 @@
 #pragma once
 
 #include "notes_window/frmMain.h"
+#include "platform/controls/ListView.h"
 #include "platform/controls/StatusBar.h"
+#include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
 #include "tests/support/FakeAddIn.h"
 
@@ -10,6 +12,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextDocument>
+#include <QTimer>
 #include <QToolButton>
 
 #include <memory>

@@ -1,0 +1,66 @@
+#include "notes_window/TextOptions.h"
+
+#include "notes_window/LongWork.h"
+#include "notes_window/NoteTools.h"
+#include "notes_window/WindowContext.h"
+#include "platform/richtext/RichTextBox.h"
+#include "platform/spelling/SpellChecker.h"
+
+#include <QLocale>
+
+namespace yrw {
+
+namespace {
+
+constexpr qint64 kMegabyte = 1024LL * 1024;
+constexpr qint64 kLargestMegabytes = 32; ///< where the setting is no number
+const QString kPasteKeepsLook = QStringLiteral("PasteKeepsLook");
+const QString kCheckSpelling = QStringLiteral("CheckSpelling");
+
+} // namespace
+
+TextOptions::TextOptions(RichTextBox& text, NoteTools& tools, WindowContext& context)
+    : m_text(text), m_tools(tools), m_context(context) {}
+
+void TextOptions::apply() {
+    const NotesSettings settings = m_context.settings();
+    m_text.setPrompt(&m_context.prompt());
+    m_text.setPasteWatch([this]() -> RichTextBox::LoadStep {
+        const auto work = std::make_shared<LongWork>(m_context.clock(), &m_context.window(),
+                                                     QStringLiteral("Pasting: %1 %."), 32);
+        return [work](int percent) { return work->goOn(percent); };
+    });
+    const qint64 largest = settings.text(QStringLiteral("LargestAttachment")).toLongLong();
+    m_text.setLargestFile((largest > 0 ? largest : kLargestMegabytes) * kMegabyte);
+    const bool keep = settings.boolean(kPasteKeepsLook);
+    m_text.setPasteKeepsLook(keep);
+    m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
+    applySpelling();
+}
+
+/// The words are underlined where the user's language has a dictionary and the setting is on.
+void TextOptions::applySpelling() {
+    const NotesSettings settings = m_context.settings();
+    if (!m_spellChecker) {
+        const QString named = settings.text(QStringLiteral("SpellingLanguage"));
+        m_spellChecker =
+            openDictionary(named.isEmpty() ? QLocale::system().name() : named, dictionaryFolders());
+    }
+    const bool on = m_spellChecker && settings.boolean(kCheckSpelling);
+    m_text.setSpellChecker(on ? m_spellChecker : nullptr);
+    m_tools.setEnabled(NoteTool::CheckSpelling, bool(m_spellChecker));
+    m_tools.setChecked(NoteTool::CheckSpelling, on);
+}
+
+void TextOptions::setPasteKeepsLook(bool keep) {
+    m_context.settings().setBoolean(kPasteKeepsLook, keep);
+    m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
+    m_text.setPasteKeepsLook(keep);
+}
+
+void TextOptions::setChecksSpelling(bool on) {
+    m_context.settings().setBoolean(kCheckSpelling, on);
+    applySpelling();
+}
+
+} // namespace yrw
