@@ -13,6 +13,7 @@
 #include "platform/rtf/ShallowHtml.h"
 #include "platform/rtf/Writer.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
@@ -213,9 +214,11 @@ void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
                  SelFontName().value_or(m_default.name));
     }
     richtext::flattenTables(model, tablesAround(textCursor()));
+    // As far as it is laid out, which waits for nothing.
+    const double height = document()->documentLayout()->documentSize().height();
     if (!isLarge(model)) {
         QTextCursor cursor = textCursor();
-        const Insertion done = insertAt(cursor, model, {});
+        const Insertion done = insertAt(cursor, model, height, {});
         setTextCursor(cursor);
         tellWhatIsMissing(done);
         return;
@@ -225,7 +228,7 @@ void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
         richtext::DetachedDocument detached(*this, m_renderer.get());
         m_marks.clear();
         m_readable.clear();
-        done = insertAt(detached.cursor(), model,
+        done = insertAt(detached.cursor(), model, height,
                         m_watchPaste && !m_isDropping ? m_watchPaste() : LoadStep());
     }
     if (done == Insertion::Whole) {
@@ -238,19 +241,20 @@ void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
 void RichTextBox::tellWhatIsMissing(Insertion done) {
     if (done == Insertion::TooLarge) {
         tellNotInserted(
-            QStringLiteral("What was copied has more parts than a note can show; nothing of it "
-                           "was pasted."));
+            QStringLiteral("The note would have more parts, or be higher, than can be shown; "
+                           "nothing of what was copied was pasted."));
     }
 }
 
 RichTextBox::Insertion RichTextBox::insertAt(QTextCursor& cursor, const rtf::Document& model,
-                                             const LoadStep& goesOn) {
+                                             double heightBefore, const LoadStep& goesOn) {
     QTextDocument& text = *cursor.document();
     const int steps = text.availableUndoSteps();
     cursor.beginEditBlock();
     cursor.removeSelectedText();
     richtext::DocumentLoader loader(model, m_inlines, logicalDpiX(), goesOn);
     loader.setMostMemory(memoryFor(model));
+    loader.setHeightBefore(heightBefore);
     const bool whole = loader.insert(cursor);
     cursor.endEditBlock();
     if (!whole && text.availableUndoSteps() > steps) {

@@ -39,6 +39,8 @@ public:
     /// The most bytes that the text document may take, as far as they can be told; no limit at
     /// first.
     void setMostMemory(qint64 bytes) { m_memory = bytes; }
+    /// Dots that the document is high already.
+    void setHeightBefore(double dots) { m_height = kMostHeight - dots; }
     /// True when the insertion ended because of that.
     [[nodiscard]] bool isFull() const { return m_memory < 0 || m_height < 0; }
 

@@ -7,8 +7,8 @@ namespace yrw::richtext {
 /// The most dots that a text may be high, as far as that can be told before it is laid out. The
 /// toolkit counts a document's height up to 8,388,607 dots and never ends laying out a higher one.
 inline constexpr double kMostHeight = 8'000'000;
-/// The width in dots that a text is taken to have: no less than its window mostly shows.
-inline constexpr double kShownWidth = 450;
+/// The width in dots that a text is taken to have: that of the notes window at its narrowest.
+inline constexpr double kShownWidth = 390;
 
 /// Dots that a line of this format is high.
 [[nodiscard]] double lineHeight(const rtf::CharFormat& chars, const rtf::ParFormat& paragraph,

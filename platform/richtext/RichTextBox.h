@@ -222,8 +222,9 @@ private:
     void insertModel(rtf::Document model, bool keepLook);
     void insertInline(rtf::InlineKind kind, const QByteArray& raw);
     enum class Insertion { Whole, Stopped, TooLarge };
+    /// `heightBefore`: of what is shown, in dots.
     [[nodiscard]] Insertion insertAt(QTextCursor& cursor, const rtf::Document& model,
-                                     const LoadStep& goesOn);
+                                     double heightBefore, const LoadStep& goesOn);
     void insertForeignHtml(const QString& html);
     void insertText(const QString& text);
     [[nodiscard]] bool mayInsert(qint64 bytes);

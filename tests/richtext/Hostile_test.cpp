@@ -10,6 +10,8 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
@@ -182,6 +184,24 @@ TEST(Hostile, ANoteThatIsTooHighToBeLaidOutShowsItsBeginningAndIsLaidOutToItsEnd
         const double height = box.document()->size().height();
         EXPECT_GT(height, 1e6) << name;
         EXPECT_LT(height, 8.3e6) << name;
+    }
+}
+
+TEST(Hostile, NothingIsPastedThatWouldMakeANoteTooHigh) {
+    const auto lines = [](int count) {
+        return "{\\rtf1\\fs400 " + QByteArray("x\\par ").repeated(count) + "}";
+    };
+    RichTextBox box;
+    box.resize(400, 500);
+    ASSERT_TRUE(box.setTextRTF(lines(12000)));
+    EXPECT_GT(box.document()->size().height(), 4e6); // and it is laid out
+    for (const auto& [count, kept] : {std::pair(10, 12010), std::pair(12000, 12010)}) {
+        auto* const data = new QMimeData;
+        data->setData("text/rtf", lines(count));
+        QGuiApplication::clipboard()->setMimeData(data);
+        box.paste();
+        EXPECT_EQ(box.Text().count(u'x'), kept);
+        EXPECT_FALSE(box.isReadOnly());
     }
 }
 
