@@ -175,6 +175,7 @@ TEST_F(ReminderPopups, OneThatWasSettledElsewhereClosesAndWritesNothing) {
                        "LastDate = '2026-03-10 08:59:00' WHERE RecordID = %1;"),
         QStringLiteral("UPDATE tblReminders SET Status = 2, NextDate = '2026-03-10 09:14:00' WHERE "
                        "RecordID = %1;"),
+        QStringLiteral("UPDATE tblReminders SET Status = 4 WHERE RecordID = %1;"),
         QStringLiteral("DELETE FROM tblReminders WHERE RecordID = %1;"),
         QStringLiteral("UPDATE tblNotes SET Status = 2 WHERE RecordID = %2;"),
         QStringLiteral("DELETE FROM tblReminders WHERE NoteID = %2; DELETE FROM tblNotes WHERE "
