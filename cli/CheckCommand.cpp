@@ -94,6 +94,11 @@ void printLosses(FindingPrinter& printer, const SalvageResult& salvaged) {
                      ? QStringLiteral("the row could not be read")
                      : QStringLiteral("the rows %1 to %2 could not be read").arg(from).arg(to)});
         }
+        if (table.isOpenEnded) {
+            printer.print({table.table, 0,
+                           QStringLiteral("rows after the %1 that were read may be missing")
+                               .arg(table.rows)});
+        }
         for (const auto& [key, field] : table.holes) {
             printer.print(
                 {table.table, key, QStringLiteral("the field %1 could not be read").arg(field)});

@@ -138,7 +138,9 @@ private:
 
     void checkQueries() {
         QHash<QString, dao::ValueList> here;
-        if (m_here.contains(kQueries.toLower())) {
+        const auto own = m_here.constFind(kQueries.toLower());
+        // What somebody put in the table's place is said already, and need not be readable.
+        if (own != m_here.constEnd() && own->kind == u"table") {
             here = rowsOf(*m_database);
         }
         const QHash<QString, dao::ValueList> all = rowsOf(m_shipped);

@@ -13,6 +13,7 @@ namespace {
 
 const QString kRecordID = QStringLiteral("RecordID");
 const QString kRTFNote = QStringLiteral("RTFNote");
+const QString kReminderType = QStringLiteral("ReminderType");
 
 /// A field that holds one of a few codes.
 struct CodeField {
@@ -27,7 +28,7 @@ const std::vector<CodeField>& codesOf(const QString& table) {
     static const std::vector<CodeField> notes{
         {QStringLiteral("Status"), 1, 2, false, int(NoteStatus::Active)},
         {QStringLiteral("NoteType"), 1, 2, true, int(NoteType::Public)},
-        {QStringLiteral("ReminderType"), 0, 4, true, int(ReminderKind::None)}};
+        {kReminderType, 0, 4, true, int(ReminderKind::None)}};
     // A new reminder has no status of its own; the answers write 2, 3 and 4.
     static const std::vector<CodeField> reminders{
         {QStringLiteral("Status"), 1, 4, true, int(ReminderStatus::Open)}};
@@ -109,6 +110,9 @@ private:
                                                        : value->toLongLong() >= code.lowest &&
                                                              value->toLongLong() <= code.highest);
         if (!isKnown) {
+            if (code.name == kReminderType) {
+                m_unknownKinds.insert(row.value(kRecordID).toLongLong(), m_findings.size());
+            }
             add(row, table, QStringLiteral("unknown code %1 in %2").arg(shown(stored), code.name),
                 Remedy::Write, {{code.name, code.standard}});
         } else if (stored != *value) {
@@ -135,7 +139,7 @@ private:
 
     void rememberNote(const dao::Recordset& note) {
         NoteFacts facts;
-        facts.hasReminders = note.value(QStringLiteral("ReminderType")).toInt() != 0;
+        facts.hasReminders = note.value(kReminderType).toInt() != 0;
         const QString host = note.value(QStringLiteral("OwnerComponentProgID")).toString();
         facts.isOfHost =
             host.isEmpty() || host.compare(m_rules.hostProgID, Qt::CaseInsensitive) == 0;
@@ -143,14 +147,20 @@ private:
     }
 
     void checkReminder(const dao::Recordset& reminder) {
-        const auto note = m_notes.constFind(reminder.value(QStringLiteral("NoteID")).toLongLong());
+        const qint64 noteID = reminder.value(QStringLiteral("NoteID")).toLongLong();
+        const auto note = m_notes.constFind(noteID);
+        const auto unknown = m_unknownKinds.constFind(noteID);
+        if (unknown != m_unknownKinds.constEnd()) {
+            // Whom it reminds, its reminders tell.
+            m_findings[*unknown].values.set(kReminderType, int(ReminderKind::SelectedUsers));
+        }
         const qint64 userID = reminder.value(QStringLiteral("UserID")).toLongLong();
         const bool isDismissed = reminder.value(QStringLiteral("Status")).toInt() ==
                                  static_cast<int>(ReminderStatus::Dismissed);
         QString problem;
         if (note == m_notes.constEnd()) {
             problem = QStringLiteral("reminder of a note that is not there");
-        } else if (!note->hasReminders) {
+        } else if (!note->hasReminders && unknown == m_unknownKinds.constEnd()) {
             problem = QStringLiteral("reminder of a note that reminds nobody");
         } else if (m_rules.userIDs && note->isOfHost && !isDismissed &&
                    !m_rules.userIDs->contains(userID)) {
@@ -175,6 +185,7 @@ private:
     dao::Database& m_database;
     const CheckRules& m_rules;
     QHash<qint64, NoteFacts> m_notes;
+    QHash<qint64, size_t> m_unknownKinds; ///< by note, the finding that tells of its code
     std::vector<Finding> m_findings;
 };
 

@@ -13,7 +13,7 @@ struct SalvagedTable {
     qint64 rows = 0;                               ///< that were copied
     std::vector<std::pair<qint64, qint64>> lost;   ///< keys from … to that could not be read
     std::vector<std::pair<qint64, QString>> holes; ///< fields of copied rows that are Null now
-    [[nodiscard]] bool isWhole() const { return lost.empty() && holes.empty(); }
+    bool isOpenEnded = false; ///< nothing tells which rows followed the last that were found
 };
 
 /// A damaged database file, read row by row, never written.

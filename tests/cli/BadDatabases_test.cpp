@@ -99,6 +99,10 @@ TEST_F(BadDatabasesTest, CheckFindsAndRepairs) {
          "tblNotes 2: unknown code 'abc' in Status"},
         {"INSERT INTO tblNotes (Subject, ReminderType) VALUES ('x', 9)",
          "tblNotes 2: unknown code '9' in ReminderType"},
+        {"UPDATE tblNotes SET ReminderType = 9 WHERE RecordID = 1",
+         "tblNotes 1: unknown code '9' in ReminderType"},
+        {"UPDATE tblNotes SET ReminderType = 'x' WHERE RecordID = 1",
+         "tblNotes 1: unknown code 'x' in ReminderType"},
         {"INSERT INTO tblNotes (RTFNote) VALUES ('{\\rtf1 half {\\b a')",
          "tblNotes 2: rich text is cut off"},
         {"INSERT INTO tblNotes (RTFNote) VALUES ('just words')",
@@ -136,6 +140,8 @@ TEST_F(BadDatabasesTest, CheckFindsAndRepairs) {
         {"DROP TABLE tblLinkedColumnDefs", "tblLinkedColumnDefs: the table is missing"},
         {"CREATE TRIGGER spy AFTER INSERT ON tblNotes BEGIN DELETE FROM tblReminders; END",
          "spy: a trigger on tblNotes", false},
+        {"DROP TABLE tblQueries; CREATE VIEW tblQueries AS SELECT load_extension('x') AS Name",
+         "tblQueries: is a view where a table belongs", false},
         {"DROP TRIGGER tblNotesTextChanged", "tblNotesText: the search index is incomplete"},
         {"DELETE FROM tblNotesToIndex; INSERT INTO tblNotesText (rowid, Folded) VALUES (77, 'x')",
          "tblNotesText: the index lacks 1 notes and has 1 that are gone"},
@@ -193,7 +199,9 @@ TEST_F(BadDatabasesTest, WhatCanBeReadOfADamagedFileIsSalvaged) {
     QByteArray bytes = read(notesPath());
     const qsizetype inside = bytes.indexOf("s150xxxx");
     const qsizetype overflow = bytes.lastIndexOf(QByteArray(3000, 'y'));
-    ASSERT_TRUE(inside > 0 && overflow > 0);
+    const qsizetype user = bytes.indexOf("CARA");
+    ASSERT_TRUE(inside > 0 && overflow > 0 && user > 0);
+    bytes.replace(user / 4096 * 4096, 100, QByteArray(100, '\xff'));
     bytes.replace(inside / 4096 * 4096, 100, QByteArray(100, '\xff'));
     write(notesPath(), bytes);
 
@@ -209,6 +217,8 @@ TEST_F(BadDatabasesTest, WhatCanBeReadOfADamagedFileIsSalvaged) {
     EXPECT_TRUE(fixed.err.contains("put in its place")) << qPrintable(fixed.err);
     EXPECT_EQ(read(notesPath()), bytes);
     EXPECT_TRUE(fixed.out.contains("tblNotes: the rows 1")) << qPrintable(fixed.out + fixed.err);
+
+    EXPECT_TRUE(fixed.out.contains("tblUserNames: rows after the 0 that")) << qPrintable(fixed.out);
 
     const QString salvaged = notesPath() + ".salvaged";
     ASSERT_TRUE(QFile::exists(salvaged)) << qPrintable(fixed.err);

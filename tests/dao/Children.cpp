@@ -1,8 +1,9 @@
 #include "tests/dao/Children.h"
 
-#include "platform/dao/Database.h"
+#include "platform/dao/OnlineBackup.h"
 
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -97,7 +98,12 @@ int mixOperations(const QString& file, int number, int operations) {
     return 0;
 }
 
-/// Reads as a user who may not write: the number of notes, for each line that comes in.
+int notesIn(Database& database) {
+    return database.OpenRecordset(u"SELECT Count(*) FROM tblNotes"_qs)->value(0).toInt();
+}
+
+/// Reads as a user who may not write: the number of notes, for each line that comes in; -1 when a
+/// backup has another number.
 int readWhenAsked(const QString& file) {
     constexpr uid_t kNobody = 65534;
     if (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0) {
@@ -105,8 +111,11 @@ int readWhenAsked(const QString& file) {
     }
     const auto database = open(file);
     for (char line[16]; std::fgets(line, sizeof line, stdin) != nullptr;) {
-        const auto count = database->OpenRecordset(u"SELECT Count(*) FROM tblNotes"_qs);
-        std::printf("%d\n", database->isReadOnly() ? count->value(0).toInt() : -1);
+        const QTemporaryDir own;
+        const QString copy = own.filePath(u"copy.mdb"_qs);
+        beginBackup(*database, copy, ExistingCopy::Keep, Clock::instance())->finish();
+        const int notes = notesIn(*database);
+        std::printf("%d\n", database->isReadOnly() && notesIn(*open(copy)) == notes ? notes : -1);
         std::fflush(stdout);
     }
     return 0;

@@ -194,6 +194,10 @@ private:
 
     /// The pages are complete: makes a file of them.
     void place() {
+        if (!m_source.isOfOneState()) {
+            raise(kErrorLocked, QStringLiteral("%1 was written to while it was copied. Try again.")
+                                    .arg(QFile::decodeName(m_database)));
+        }
         const int code = sqlite3_backup_finish(m_backup);
         m_backup = nullptr;
         const int closed = sqlite3_close(m_copy);

@@ -52,10 +52,9 @@ public:
     }
 
     SalvagedTable run() {
-        const std::optional<qint64> last = walk(QStringLiteral("ASC"), m_front);
-        if (last) {
-            walk(QStringLiteral("DESC"), m_back);
-            fillGap(*last);
+        if (!walk(true, m_front)) {
+            m_result.isOpenEnded = !walk(false, m_back) && !m_back && !highestGiven();
+            fillGap();
         }
         return std::move(m_result);
     }
@@ -65,52 +64,60 @@ private:
         return u"SELECT " + what + u" FROM " + m_table + u" NOT INDEXED" + rest;
     }
 
-    /// Copies rows in one direction. Nothing when the walk came to its end, else the last key that
-    /// it came to (0 for none).
-    std::optional<qint64> walk(const QString& direction, std::optional<qint64>& reached) {
+    /// Copies rows in one direction, up to `reached`; true when the walk came to its end.
+    bool walk(bool isUpward, std::optional<qint64>& reached) {
         try {
+            const QString direction = isUpward ? QStringLiteral("ASC") : QStringLiteral("DESC");
             Statement keys(m_file.get(),
                            selection(QStringLiteral("rowid"), u" ORDER BY rowid " + direction));
             while (keys.step()) {
                 const qint64 key = keys.integer(0);
-                if (direction == u"DESC" && m_front && key <= *m_front) {
-                    return std::nullopt; // met what the other walk copied
+                if (!isUpward && m_front && key <= *m_front) {
+                    return true; // met what the other walk copied
+                }
+                // Pages that lead to each other could go on for ever.
+                if (reached && (isUpward ? key <= *reached : key >= *reached)) {
+                    return false;
                 }
                 reached = key;
                 copyRow(key);
             }
-            return std::nullopt;
+            return true;
         } catch (const AutomationError& error) {
             requireDamage(error);
-            return reached.value_or(0);
+            return false;
         }
     }
 
     /// The keys that neither walk came to.
-    void fillGap(qint64 last) {
-        const qint64 first = m_front ? *m_front + 1 : 1;
-        const qint64 end = m_back ? *m_back - 1 : std::max(last, highestKey());
-        if (end - first >= kMostSingleKeys) {
-            m_result.lost.emplace_back(first, end);
+    void fillGap() {
+        const qint64 before = m_front.value_or(0);
+        const qint64 behind = m_back.value_or(highestGiven().value_or(before));
+        // Counted without a sign: a damaged file may hold any number.
+        const quint64 keys = behind > before ? quint64(behind) - quint64(before) : 0;
+        if (keys > quint64(kMostSingleKeys)) {
+            m_result.lost.emplace_back(before + 1, m_back ? behind - 1 : behind);
             return;
         }
-        for (qint64 key = first; key <= end; ++key) {
-            copyRow(key);
+        for (quint64 i = 1; i < keys; ++i) {
+            copyRow(before + qint64(i));
+        }
+        if (keys > 0 && !m_back) {
+            copyRow(behind);
         }
     }
 
-    /// The highest key that the file says it has given.
-    [[nodiscard]] qint64 highestKey() const {
-        qint64 highest = m_front.value_or(0);
+    /// The highest key that the file says it has given; nothing when it does not say.
+    [[nodiscard]] std::optional<qint64> highestGiven() const {
         try {
             Statement given(m_file.get(),
                             QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name = ?1"));
             given.bind(1, QVariant(m_result.table));
-            highest = given.step() ? std::max(highest, given.integer(0)) : highest;
+            return given.step() ? std::optional(given.integer(0)) : std::nullopt;
         } catch (const AutomationError& error) {
             requireDamage(error);
+            return std::nullopt;
         }
-        return highest;
     }
 
     void copyRow(qint64 key) {
