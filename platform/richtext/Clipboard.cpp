@@ -96,6 +96,16 @@ int tablesAround(const QTextCursor& cursor) {
     return count;
 }
 
+/// Dots that a text is high without what is selected in it, were it as narrow as it can be shown.
+/// As far as it is laid out, so that nobody waits for that.
+double heightKept(const QTextCursor& cursor, int width) {
+    const QTextDocument& text = *cursor.document();
+    const double selected = cursor.selectionEnd() - cursor.selectionStart();
+    const double kept = 1 - selected / std::max(1, text.characterCount() - 1);
+    return text.documentLayout()->documentSize().height() * kept *
+           std::max(1.0, width / richtext::kShownWidth);
+}
+
 } // namespace
 
 void RichTextBox::setPasteKeepsLook(bool keep) {
@@ -214,8 +224,7 @@ void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
                  SelFontName().value_or(m_default.name));
     }
     richtext::flattenTables(model, tablesAround(textCursor()));
-    // As far as it is laid out, which waits for nothing.
-    const double height = document()->documentLayout()->documentSize().height();
+    const double height = heightKept(textCursor(), viewport()->width());
     if (!isLarge(model)) {
         QTextCursor cursor = textCursor();
         const Insertion done = insertAt(cursor, model, height, {});

@@ -189,11 +189,11 @@ TEST(Hostile, ANoteThatIsTooHighToBeLaidOutShowsItsBeginningAndIsLaidOutToItsEnd
 
 TEST(Hostile, NothingIsPastedThatWouldMakeANoteTooHigh) {
     const auto lines = [](int count) {
-        return "{\\rtf1\\fs400 " + QByteArray("x\\par ").repeated(count) + "}";
+        return QByteArray("{\\rtf1\\fs400 " + QByteArray("x\\par ").repeated(count) + "}");
     };
     RichTextBox box;
     box.resize(400, 500);
-    ASSERT_TRUE(box.setTextRTF(lines(12000)));
+    ASSERT_TRUE(box.setTextRTF(QString::fromLatin1(lines(12000))));
     EXPECT_GT(box.document()->size().height(), 4e6); // and it is laid out
     for (const auto& [count, kept] : {std::pair(10, 12010), std::pair(12000, 12010)}) {
         auto* const data = new QMimeData;
@@ -203,6 +203,9 @@ TEST(Hostile, NothingIsPastedThatWouldMakeANoteTooHigh) {
         EXPECT_EQ(box.Text().count(u'x'), kept);
         EXPECT_FALSE(box.isReadOnly());
     }
+    box.selectAll();
+    box.paste(); // in its place there is room
+    EXPECT_EQ(box.Text().count(u'x'), 12000);
 }
 
 TEST(Hostile, LongTextsOfAnOrdinarySizeAreShownWhole) {
