@@ -7,6 +7,7 @@
 #include "platform/component/NamedCalls.h"
 #include "platform/forms/Announcement.h"
 #include "platform/forms/Twips.h"
+#include "store/NoteReading.h"
 
 #include <QCoreApplication>
 #include <QScopeGuard>
@@ -131,13 +132,13 @@ void AutoNotes::showNotes(bool closesPopup) {
 }
 
 Ref<dao::Recordset> AutoNotes::openNotes(IRecord& record) const {
-    const OwnerKeys keys{m_addIn.HostProgID(), record.Collection()->ObjectKey(),
-                         record.value(QStringLiteral("RecordID")),
-                         static_cast<int>(NoteStatus::Active)};
+    const OwnerKey owner{record.Collection()->ObjectKey(),
+                         record.value(QStringLiteral("RecordID"))};
     RecordsetRequest request;
     request.CursorType = dao::RecordsetType::Snapshot;
     request.RecordsetOptions = dao::kReadOnlyOption;
-    return m_addIn.dataHelper().OpenRecordset(ownedNotesQuery(keys), request);
+    return m_addIn.dataHelper().OpenRecordset(
+        ownedNotesQuery(m_addIn.HostProgID(), owner, NoteStatus::Active), request);
 }
 
 /// "Customer: Quill & Son [ANNA ASH NOTES]": whose notes they are, and whose hand the first is.

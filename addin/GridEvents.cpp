@@ -4,6 +4,7 @@
 #include "addin/LinkedColumns.h"
 #include "addin/Module1.h"
 #include "framework/ErrorGuards.h"
+#include "store/NoteReading.h"
 #include "store/Schema.h"
 
 #include <QScopedValueRollback>
@@ -295,8 +296,8 @@ void GridEvents::addSubjects(RowRemark& remark) {
     RecordsetRequest request;
     request.CursorType = dao::RecordsetType::ForwardOnly;
     request.RecordsetOptions = dao::kReadOnlyOption;
-    const Ref<dao::Recordset> notes =
-        m_addIn.dataHelper().OpenRecordset(ownedNotesQuery(m_keys), request);
+    const Ref<dao::Recordset> notes = m_addIn.dataHelper().OpenRecordset(
+        ownedNotesQuery(m_keys[0], {m_keys[1], m_keys[2]}, NoteStatus::Active), request);
     int shown = 0;
     for (; !notes->AtEof() && shown < kMostSubjects; notes->MoveNext(), ++shown) {
         remark.addDetail(HostUtility::NullToText(notes->value(u"Subject")));

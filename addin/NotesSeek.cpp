@@ -1,29 +1,11 @@
 #include "addin/NotesSeek.h"
 
 #include "framework/ErrorGuards.h"
-#include "framework/HostDataHelper.h"
 #include "store/Schema.h"
 
 #include <utility>
 
 namespace yrw {
-
-namespace {
-
-/// The fields of the notes view that hold the keys, in their order.
-constexpr std::array<const char16_t*, std::tuple_size_v<OwnerKeys>> kOwnerFields{
-    u"OwnerComponentProgID", u"OwnerObjectKey", u"OwnerRecordID", u"Status"};
-
-} // namespace
-
-QString ownedNotesQuery(const OwnerKeys& keys) {
-    QString sql = QStringLiteral("SELECT qryNotes.* FROM qryNotes");
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        sql = HostDataHelper::AddCondition(
-            sql, HostDataHelper::EqualCondition(QString::fromUtf16(kOwnerFields[i]), keys[i]));
-    }
-    return sql;
-}
 
 void NotesSeek::open(const Ref<dao::Database>& database) {
     if (isOpen() || !database) {

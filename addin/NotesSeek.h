@@ -9,10 +9,6 @@ namespace yrw {
 /// The keys of the owner index: program id of the host, object key, record id, status.
 using OwnerKeys = std::array<QVariant, 4>;
 
-/// The notes with these keys: the text of a query of the notes view, on which further
-/// conditions can be put.
-[[nodiscard]] QString ownedNotesQuery(const OwnerKeys& keys);
-
 /// Answers whether a host record has an active note, by one index seek in the notes table.
 ///
 /// The table is opened once, on first need, and kept until `close`; both grids share it.

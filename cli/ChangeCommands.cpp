@@ -218,7 +218,7 @@ ExitStatus setDone(const CommandContext& context, bool done) {
                              .arg(done ? QStringLiteral("done") : QStringLiteral("active")));
         return kExitNothing;
     }
-    note->setDone(done);
+    markDone(context.application(), *note, done);
     return kExitDone;
 }
 

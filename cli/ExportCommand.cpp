@@ -3,6 +3,7 @@
 #include "cli/NoteWriters.h"
 #include "cli/OutputFile.h"
 #include "framework/ErrorGuards.h"
+#include "store/NoteReading.h"
 
 #include <algorithm>
 
@@ -22,13 +23,6 @@ dao::ValueList rowValues(const dao::Recordset& rows, const QStringList& without)
         }
     }
     return values;
-}
-
-Ref<dao::Recordset> openRows(const CommandContext& context, const QString& query,
-                             const QString& order) {
-    return context.store->database()->OpenRecordset(
-        QStringLiteral("SELECT %1.* FROM %1 ORDER BY %2").arg(query, order),
-        dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
 }
 
 /// Finds the reminders of one note after the other, without holding those of all.
@@ -123,9 +117,9 @@ void writeNotes(const CommandContext& context, NoteWriter& writer, const Sink& w
     OwnerTitles titles(*context.store);
     ProgressLine progress = context.progress(QStringLiteral("notes exported"));
     write(writer.begin());
-    const Ref<dao::Recordset> notes =
-        openRows(context, schema::kQryNotes,
-                 QStringLiteral("[OwnerObjectKey], [OwnerRecordID], [RecordID]"));
+    NoteSelection all;
+    all.order = NoteOrder::ByOwner;
+    const Ref<dao::Recordset> notes = openNotes(context.store->dataHelper(), all);
     for (; !notes->AtEof(); notes->MoveNext()) {
         progress.step();
         ExportedNote note{rowValues(*notes, {kNoteID}), {}, {}};

@@ -2,7 +2,6 @@
 #include "cli/CommandContext.h"
 #include "cli/Rows.h"
 #include "cli/SafeText.h"
-#include "platform/clock/WallTime.h"
 #include "platform/collation/TextOrder.h"
 #include "platform/component/AutomationError.h"
 #include "store/NoteReading.h"
@@ -19,67 +18,38 @@ const QString kStatus = QStringLiteral("Status");
 const QString kDate = QStringLiteral("Date");
 const QString kJson = QStringLiteral("json");
 
-/// A streamed reading of a query with conditions.
-Ref<dao::Recordset> openRows(const CommandContext& context, const QString& query,
-                             const QStringList& conditions, const QString& sort) {
-    QString sql = QStringLiteral("SELECT %1.* FROM %1").arg(query);
-    for (const QString& condition : conditions) {
-        sql = HostDataHelper::AddCondition(sql, condition);
-    }
-    RecordsetRequest request;
-    request.CursorType = dao::RecordsetType::ForwardOnly;
-    request.RecordsetOptions = dao::kReadOnlyOption;
-    request.Sort = sort;
-    return context.store->dataHelper().OpenRecordset(sql, request);
-}
-
-QStringList ownerConditions(const CommandContext& context) {
+void chooseOwner(const CommandContext& context, NoteSelection& notes) {
     const std::optional<OwnerArgument> owner = context.line.owner();
-    if (owner && context.line.isSet(QStringLiteral("system"))) {
+    notes.onNoRecord = context.line.isSet(QStringLiteral("system"));
+    if (owner && notes.onNoRecord) {
         throw UsageError(QStringLiteral("--owner and --system exclude each other."));
     }
     if (owner) {
-        return {HostDataHelper::EqualCondition(QStringLiteral("OwnerObjectKey"), owner->objectKey),
-                HostDataHelper::EqualCondition(QStringLiteral("OwnerRecordID"), owner->recordID)};
+        notes.owner = OwnerKey{owner->objectKey, owner->recordID};
     }
-    if (context.line.isSet(QStringLiteral("system"))) {
-        return {QStringLiteral("[OwnerObjectKey] Is Null")};
-    }
-    return {};
 }
 
-/// A time as conditions write one. A time that the clocks leave out has nothing before or behind it
-/// but the times around, which are a minute's steps away.
-QString dateLiteral(QDate date, QTime time, int stepSeconds) {
-    while (wallTimeKind(date, time) == WallTimeKind::Missing) {
-        const QTime next = time.addSecs(stepSeconds);
-        date = date.addDays(stepSeconds < 0 && next > time ? -1 : 0);
-        time = next;
-    }
-    return u'#' + date.toString(Qt::ISODate) + u' ' + time.toString(u"HH:mm:ss") + u'#';
-}
-
-QStringList listConditions(const CommandContext& context) {
+NoteSelection selectionOf(const CommandContext& context) {
     const CommandLine& line = context.line;
-    QStringList conditions = ownerConditions(context);
+    NoteSelection notes;
+    chooseOwner(context, notes);
     if (line.isSet(QStringLiteral("mine"))) {
         context.store->requireUser();
-        conditions += HostDataHelper::EqualCondition(QStringLiteral("RecordUserID"),
-                                                     context.store->dataHelper().CurrentUserID());
+        notes.authorID = context.store->dataHelper().CurrentUserID();
     }
     const QStringList words{QStringLiteral("active"), QStringLiteral("done"),
                             QStringLiteral("all")};
     const QString status = line.word(QStringLiteral("status"), words, words.last());
     if (status != words.last()) {
-        conditions += HostDataHelper::EqualCondition(kStatus, words.indexOf(status) + 1);
+        notes.status = NoteStatus(words.indexOf(status) + 1);
     }
     if (const std::optional<WrittenDate> from = line.writtenDate(QStringLiteral("from"))) {
-        conditions += u"[Date]>=" + dateLiteral(from->date, from->time, 60);
+        notes.from = WallMoment{from->date, from->time};
     }
     if (const std::optional<WrittenDate> to = line.writtenDate(QStringLiteral("to"))) {
-        conditions += u"[Date]<=" + dateLiteral(to->date, to->last, -60);
+        notes.to = WallMoment{to->date, to->last};
     }
-    return conditions;
+    return notes;
 }
 
 bool isFound(const dao::Recordset& note, const QString& text) {
@@ -112,9 +82,8 @@ public:
                       : m_order == u"author" ? QStringLiteral("RecordUserCode")
                                              : QString();
     }
-    [[nodiscard]] QString engineOrder() const {
-        return m_order == u"date" ? QStringLiteral("[Date], [RecordID]")
-                                  : QStringLiteral("[RecordID]");
+    [[nodiscard]] NoteOrder engineOrder() const {
+        return m_order == u"date" ? NoteOrder::ByDate : NoteOrder::ByID;
     }
     void add(const dao::Recordset& note) {
         if (!m_textField.isEmpty()) {
@@ -175,11 +144,11 @@ QJsonObject noteJson(IRecord& note) {
     return object;
 }
 
-Ref<dao::Recordset> openReminders(const CommandContext& context) {
+Ref<dao::Recordset> remindersOf(const CommandContext& context) {
     CommandStore& store = *context.store;
     const QString noteOption = QStringLiteral("note");
     const bool dueOnly = context.line.isSet(QStringLiteral("due"));
-    QStringList conditions;
+    std::optional<qint64> noteID;
     if (context.line.isSet(noteOption)) {
         bool isNumber = false;
         const qint64 id = context.line.value(noteOption).toLongLong(&isNumber);
@@ -188,7 +157,7 @@ Ref<dao::Recordset> openReminders(const CommandContext& context) {
                                      : QStringLiteral("--note takes the id of a note."));
         }
         (void)context.note(id); // one that is not there is an error
-        conditions += HostDataHelper::EqualCondition(QStringLiteral("NoteID"), id);
+        noteID = id;
     }
     if (dueOnly) {
         store.requireUser();
@@ -196,8 +165,7 @@ Ref<dao::Recordset> openReminders(const CommandContext& context) {
         return dueReminders(store.dataHelper(), store.hostProgID(),
                             store.dataHelper().CurrentUserID());
     }
-    return openRows(context, schema::kQryReminders, conditions,
-                    QStringLiteral("[NextDate], [RecordID]"));
+    return openReminders(store.dataHelper(), noteID);
 }
 
 QString shownReminderStatus(const QVariant& status) {
@@ -225,12 +193,12 @@ QHash<qint64, QString> userCodes(const CommandContext& context) {
 } // namespace
 
 ExitStatus listNotes(const CommandContext& context) {
-    const QStringList conditions = listConditions(context);
+    NoteSelection selection = selectionOf(context);
     const QString find = context.line.value(QStringLiteral("find"));
     const bool asJson = context.line.isSet(kJson);
     SortedOutput output(context, asJson);
-    const Ref<dao::Recordset> notes =
-        openRows(context, schema::kQryNotes, conditions, output.engineOrder());
+    selection.order = output.engineOrder();
+    const Ref<dao::Recordset> notes = openNotes(context.store->dataHelper(), selection);
     ProgressLine progress = context.progress(QStringLiteral("notes"));
     qint64 count = 0;
     for (; !notes->AtEof(); notes->MoveNext()) {
@@ -267,7 +235,7 @@ ExitStatus showNote(const CommandContext& context) {
 }
 
 ExitStatus listReminders(const CommandContext& context) {
-    const Ref<dao::Recordset> reminders = openReminders(context);
+    const Ref<dao::Recordset> reminders = remindersOf(context);
     const QHash<qint64, QString> codes = userCodes(context);
     const bool asJson = context.line.isSet(kJson);
     ProgressLine progress = context.progress(QStringLiteral("reminders"));

@@ -1,6 +1,7 @@
 #include "store/Collections.h"
 
 #include "platform/component/AutomationError.h"
+#include "store/NoteReading.h"
 
 namespace yrw {
 
@@ -160,13 +161,11 @@ QStringList Notes::conditions(const RecordsetRequest& request) const {
                                                     sessionUserID(application));
         }
         if (owner) {
-            texts += HostDataHelper::EqualCondition(QStringLiteral("OwnerObjectKey"),
-                                                    collectionOf(owner, ClassName())->ObjectKey());
-            texts += HostDataHelper::EqualCondition(QStringLiteral("OwnerRecordID"),
-                                                    owner->value(kRecordID));
+            texts += ownerConditions(
+                {collectionOf(owner, ClassName())->ObjectKey(), owner->value(kRecordID)});
         } else {
             texts += servedHostCondition(m_context.hostProgID());
-            texts += QStringLiteral("[OwnerObjectKey] Is Null");
+            texts += noOwnerCondition();
         }
     }
     if ((request.CustomOptions & kNotesActive) != 0) {

@@ -2,8 +2,47 @@
 
 #include "store/Application.h"
 
+#include <QDateTime>
+
+#include <optional>
+
 namespace yrw {
 
+/// Where a note is kept: a kind of record of the host and the record's id.
+struct OwnerKey {
+    QVariant objectKey;
+    QVariant recordID;
+};
+/// The conditions of the notes of one record.
+[[nodiscard]] QStringList ownerConditions(const OwnerKey& owner);
+/// The condition of the notes that are kept on no record.
+[[nodiscard]] QString noOwnerCondition();
+/// The notes of one record of one host in one status: the text of a query, on which further
+/// conditions can be put.
+[[nodiscard]] QString ownedNotesQuery(const QVariant& hostProgID, const OwnerKey& owner,
+                                      NoteStatus status);
+
+/// A day and a time of it as people write them, also one that the clocks leave out.
+struct WallMoment {
+    QDate date;
+    QTime time;
+};
+enum class NoteOrder { ByID, ByDate, ByOwner };
+/// Which notes are read, and in which order; what is not given leaves none out.
+struct NoteSelection {
+    std::optional<OwnerKey> owner;
+    bool onNoRecord = false; ///< only those
+    std::optional<qint64> authorID;
+    std::optional<NoteStatus> status;
+    std::optional<WallMoment> from; ///< both ends are part of what is read
+    std::optional<WallMoment> to;
+    NoteOrder order = NoteOrder::ByID;
+};
+/// Reads notes front to back. Nobody holds them all in memory.
+[[nodiscard]] Ref<dao::Recordset> openNotes(HostDataHelper& helper, const NoteSelection& selection);
+/// Reads the reminders of a note, or all, front to back in the order in which they fall due.
+[[nodiscard]] Ref<dao::Recordset> openReminders(HostDataHelper& helper,
+                                                const std::optional<qint64>& noteID);
 /// Reads notes by their ids, front to back. Many that stand close together are read in one go, with
 /// the notes between them; ids without a note are left out. There is at least one id.
 [[nodiscard]] Ref<dao::Recordset> openNotes(Notes& notes, const QVariantList& ids);

@@ -197,4 +197,26 @@ QList<UserName> userNamesOf(const Ref<ICollection>& users) {
     return names;
 }
 
+QStringList hostsOfNotes(dao::Database& database) {
+    const QString field = QStringLiteral("OwnerComponentProgID");
+    QStringList found;
+    QString last = QStringLiteral("");
+    while (true) {
+        // The index of owners leads from each to the next.
+        const QString condition = QStringLiteral("[%1]>\"%2\"").arg(field, last);
+        const Ref<dao::Recordset> row = database.OpenRecordset(
+            QStringLiteral("SELECT tblNotes.* FROM tblNotes WHERE %1 ORDER BY [%2]")
+                .arg(condition, field),
+            dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
+        if (row->AtEof()) {
+            return found;
+        }
+        last = row->value(field).toString();
+        if (found.contains(last) || last.contains(u'"')) {
+            return found; // no text that a condition can go on from
+        }
+        found += last;
+    }
+}
+
 } // namespace yrw

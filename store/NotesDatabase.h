@@ -40,4 +40,7 @@ void refreshUserNames(dao::Database& database, const QList<UserName>& users);
 /// The users of a host as `refreshUserNames` takes them.
 [[nodiscard]] QList<UserName> userNamesOf(const Ref<ICollection>& users);
 
+/// The program ids of the hosts that notes are kept for.
+[[nodiscard]] QStringList hostsOfNotes(dao::Database& database);
+
 } // namespace yrw

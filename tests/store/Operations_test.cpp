@@ -1,3 +1,4 @@
+#include "store/NoteReading.h"
 #include "tests/support/NotesFixture.h"
 
 namespace yrw::test {
@@ -55,11 +56,7 @@ TEST_F(OperationsTest, RemindersFallDueForTheirUserAndHost) {
     const qint64 id =
         addReminder(store.application(), store.manualClock(), *note, now.addSecs(120), 2);
     const auto due = [&](qint64 user, const QString& host) {
-        return store.dataHelper()
-            .OpenQuery(schema::kQryActiveReminders, {{QStringLiteral("ProgID"), host},
-                                                     {QStringLiteral("NumberOfMinutes"), 1},
-                                                     {QStringLiteral("UserID"), user}})
-            ->RecordCount();
+        return dueReminders(store.dataHelper(), host, user)->RecordCount();
     };
     EXPECT_EQ(note->Reminder(id)->value(QStringLiteral("OriginalDate")), now);
     EXPECT_EQ(due(2, kFakeHostProgID), 0);
@@ -102,6 +99,41 @@ TEST_F(OperationsTest, AFailureInsideTakesEverythingBack) {
     EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
     shown->Refresh();
     EXPECT_EQ(shown->value(QStringLiteral("Subject")), QStringLiteral("a"));
+}
+
+TEST_F(OperationsTest, AWholeNoteIsStoredWithTextAndRemindersOrNotAtAll) {
+    const QDateTime now = store.manualClock().now();
+    NoteChoices choices;
+    choices.Kind = ReminderKind::SelectedUsers;
+    choices.ReminderDate = now;
+    const auto create = [&](const QList<qint64>& recipients) {
+        return createWholeNote(store.application(), store, {}, choices,
+                               noteText(QStringLiteral("{\\rtf1 }"), QString()), recipients);
+    };
+    const Ref<Note> note = create({1, 2});
+    EXPECT_TRUE(hasNote(store.application(), note->value(kRecordID).toLongLong()));
+    EXPECT_EQ(note->value(QStringLiteral("RTFNote")), QStringLiteral("{\\rtf1 }"));
+    EXPECT_TRUE(note->value(QStringLiteral("PlainNote")).isNull());
+    EXPECT_EQ(note->value(QStringLiteral("ChangeDate")), now);
+    EXPECT_EQ(note->NumberOfReminders(), 2);
+    store.database()->RunScript("CREATE TRIGGER full BEFORE INSERT ON tblReminders WHEN NEW.UserID "
+                                "= 2 BEGIN SELECT RAISE(ABORT, 'full'); END");
+    EXPECT_THROW(create({1, 2}), AutomationError);
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
+    EXPECT_EQ(store.application().Reminders()->NewEnum().size(), 2U);
+}
+
+TEST_F(OperationsTest, ATextIsWrittenOnlyOverTheOneItWasMadeFrom) {
+    const qint64 id = store.addNote(QStringLiteral("a"))->value(kRecordID).toLongLong();
+    const Ref<Note> mine = query<Note>(store.application().Notes()->Item(QVariant(id)));
+    const Ref<Note> theirs = query<Note>(store.application().Notes()->Item(QVariant(id)));
+    storeText(*theirs, noteText(QStringLiteral("theirs"), QStringLiteral("theirs")), {});
+    EXPECT_TRUE(theirs->value(QStringLiteral("ChangeDate")).isNull());
+    EXPECT_THROW(storeText(*mine, noteText(QStringLiteral("mine"), QStringLiteral("mine")), {}),
+                 dao::ConflictError);
+    EXPECT_FALSE(mine->InMultipleUpdate());
+    theirs->Refresh();
+    EXPECT_EQ(theirs->value(QStringLiteral("RTFNote")), QStringLiteral("theirs"));
 }
 
 TEST_F(OperationsTest, DeletingANoteTakesItsRemindersAlong) {
