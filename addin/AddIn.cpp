@@ -235,7 +235,6 @@ void AddIn::switchToolsOn() {
 
 void AddIn::startTimer() {
     mfrmTimer.reset(new frmTimer(m_module));
-    m_round = {};
     m_checkWatch.begin(services().clock);
     frmTimer* const form = mfrmTimer.get();
     QObject::connect(form, &frmTimer::CheckReminders, form, [this](bool& cancel) {
@@ -274,7 +273,7 @@ void AddIn::releaseAll() noexcept {
             }
         });
     }
-    ignoreErrors([this] { m_module.reminders().unloadAllOf(this); });
+    ignoreErrors([this] { m_popups.closeAll(); });
     m_active = false;
     removeTools();
     m_module.letGo(*this); // the last one closes database, workspace and application view

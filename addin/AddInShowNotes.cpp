@@ -26,7 +26,11 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
                      showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
                  });
     ignoreErrors([this] { leaveReplacedDatabase(false); });
-    ignoreErrors([this] { closeAnsweredReminders(); });
+    ignoreErrors([this] {
+        if (isDatabaseOpen()) {
+            m_popups.closeSettled();
+        }
+    });
     repaintGrids();
     if (hadPopup && !m_released) {
         m_autoNotes.check(mobjUpperGridClass, true);

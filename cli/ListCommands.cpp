@@ -5,6 +5,7 @@
 #include "platform/clock/WallTime.h"
 #include "platform/collation/TextOrder.h"
 #include "platform/component/AutomationError.h"
+#include "store/ReminderOperations.h"
 
 namespace yrw {
 
@@ -192,11 +193,8 @@ Ref<dao::Recordset> openReminders(const CommandContext& context) {
     if (dueOnly) {
         store.requireUser();
         store.requireOneHost();
-        return store.dataHelper().OpenQuery(
-            schema::kQryActiveReminders,
-            {{QStringLiteral("ProgID"), store.hostProgID()},
-             {QStringLiteral("NumberOfMinutes"), 1},
-             {QStringLiteral("UserID"), store.dataHelper().CurrentUserID()}});
+        return openDueReminders(store.dataHelper(), store.hostProgID(),
+                                store.dataHelper().CurrentUserID());
     }
     return openRows(context, schema::kQryReminders, conditions,
                     QStringLiteral("[NextDate], [RecordID]"));

@@ -13,6 +13,7 @@
 #include "platform/controls/StatusBar.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/toolbar/Toolbar.h"
+#include "store/ReminderOperations.h"
 
 #include <QLabel>
 #include <QScopedValueRollback>
@@ -32,7 +33,6 @@ const QString kUserColumn = QStringLiteral("usercode");
 constexpr int kUserColumnWidth = 900; ///< twips
 constexpr int kShowActive = 1;
 constexpr int kShowAll = 3;
-constexpr int kReminderWindowMinutes = 1;
 constexpr qsizetype kFewRows = 64; ///< asked for by their ids
 constexpr qint64 kSparse = 8; ///< of so many ids one is wanted: the others cost more than they save
 
@@ -479,11 +479,9 @@ void frmMain::replaceItem(const ListItem& item) {
 void frmMain::countWaitingReminders() {
     ignoreErrors([this] {
         const Ref<IUser> user = m_context.currentUser();
-        const Ref<dao::Recordset> due = m_context.dataHelper().OpenQuery(
-            schema::kQryActiveReminders,
-            {{QStringLiteral("ProgID"), m_context.hostProgID()},
-             {QStringLiteral("NumberOfMinutes"), kReminderWindowMinutes},
-             {QStringLiteral("UserID"), user->value(QStringLiteral("RecordID"))}});
+        const Ref<dao::Recordset> due =
+            openDueReminders(m_context.dataHelper(), m_context.hostProgID(),
+                             user->value(QStringLiteral("RecordID")));
         int waiting = 0;
         for (; !due->AtEof(); due->MoveNext()) {
             ++waiting;
