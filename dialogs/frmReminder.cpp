@@ -183,6 +183,9 @@ void frmReminder::Form_QueryUnload(bool& /*cancel*/) {
 void frmReminder::Form_Unload() {
     m_minutes.stop();
     stacking().changedMs = m_addIn.services().clock.monotonicMs();
+    if (stacking().front == this) {
+        stacking().front = nullptr; // the next one may come to lie at the same address
+    }
     if (tag().size() > kTagPrefix.size()) {
         Q_EMIT closed(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
     }
