@@ -235,7 +235,6 @@ void AddIn::switchToolsOn() {
 
 void AddIn::startTimer() {
     mfrmTimer.reset(new frmTimer(m_module));
-    m_round = {};
     m_checkWatch.begin(services().clock);
     frmTimer* const form = mfrmTimer.get();
     QObject::connect(form, &frmTimer::CheckReminders, form, [this](bool& cancel) {
@@ -262,7 +261,7 @@ void AddIn::releaseAll() noexcept {
     m_released = true;
     // What is on screen saves when it is unloaded, so that goes first.
     m_notesWindows.unloadAll();
-    ignoreErrors([this] { m_module.reminders().unloadAllOf(this); });
+    ignoreErrors([this] { m_popups.closeAll(); });
     m_active = false;
     removeTools();
     m_module.letGo(*this); // the last one closes database, workspace and application view

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "addin/AutoNotes.h"
+#include "addin/CheckWatch.h"
 #include "addin/GridEvents.h"
 #include "addin/Module1.h"
 #include "addin/NotesSeek.h"
 #include "addin/NotesWindows.h"
-#include "addin/ReminderRound.h"
+#include "addin/ReminderPopups.h"
 #include "framework/HostUtility.h"
 #include "store/Schema.h"
 
@@ -13,8 +14,6 @@
 
 #include <deque>
 #include <exception>
-
-class QShortcut;
 
 namespace yrw {
 
@@ -63,7 +62,6 @@ public:
     void setSwitch(NotesSwitch which, bool on) override;
     void setReminderTimerEnabled(bool enabled) override;
     void setAutoNoteTimerEnabled(bool enabled) override;
-    void forgetReminder(qint64 reminderID) override;
     void repaintGrids() override;
 
     /// Shows a popup for each due reminder of the current user that is not on screen yet, whether
@@ -160,17 +158,12 @@ private:
     // Reminders.
     void stopReminders();
     bool runCheck(bool quietly);
-    bool checkReminders();
-    void findDueReminders();
+    bool checkReminders(bool quietly);
+    [[nodiscard]] std::deque<Ref<IRecord>> findDueReminders();
     [[nodiscard]] bool isHostBusy() noexcept;
-    [[nodiscard]] std::deque<qint64> dueReminders();
-    void showWaitingReminders();
-    void goOnShowing();
-    void showReminder(qint64 reminderID);
-    void closeAnsweredReminders();
+    [[nodiscard]] std::deque<Ref<IRecord>> waitingReminders();
     void reportCheckFailure(const std::exception_ptr& failure, bool quietly);
     void showWhenChecked();
-    void placeReachKey();
 
     // Showing notes.
     [[nodiscard]] Ref<IRecord> ownerOfNote(qint64 noteRecordID);
@@ -204,9 +197,8 @@ private:
     NotesWindows m_notesWindows;
     bool m_activating = false;
     bool m_checkingReminders = false;
-    ReminderRound m_round;
+    ReminderPopups m_popups{*this, m_module};
     CheckWatch m_checkWatch;
-    QPointer<QShortcut> m_reachKey; ///< on the host's window while popups are open
     int m_highlightColour = schema::kDefaultHighlight;
     NotesSeek m_notesSeek;
     GridEvents m_upper{*this};

@@ -27,7 +27,11 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
                  });
     bool isToOpenAgain = false;
     ignoreErrors([&] { isToOpenAgain = m_module.replacedFile().windowClosed(*this); });
-    ignoreErrors([this] { closeAnsweredReminders(); });
+    ignoreErrors([this] {
+        if (isDatabaseOpen()) {
+            m_popups.closeSettled();
+        }
+    });
     repaintGrids();
     if (hadPopup && !m_released) {
         m_autoNotes.check(mobjUpperGridClass, true);

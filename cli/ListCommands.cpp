@@ -5,6 +5,7 @@
 #include "platform/collation/TextOrder.h"
 #include "platform/component/AutomationError.h"
 #include "store/NoteReading.h"
+#include "store/ReminderOperations.h"
 
 namespace yrw {
 
@@ -162,8 +163,8 @@ Ref<dao::Recordset> remindersOf(const CommandContext& context) {
     if (dueOnly) {
         store.requireUser();
         store.requireOneHost();
-        return dueReminders(store.dataHelper(), store.hostProgID(),
-                            store.dataHelper().CurrentUserID());
+        return openDueReminders(store.dataHelper(), store.hostProgID(),
+                                store.dataHelper().CurrentUserID());
     }
     return openReminders(store.dataHelper(), noteID);
 }

@@ -30,9 +30,6 @@ const QString kNotSaved =
 const QString kNotFinished = QStringLiteral("The note of a reminder could not be finished.");
 const QString kAnsweredElsewhere =
     QStringLiteral("This reminder was answered elsewhere meanwhile; that answer stands.");
-const QString kStatus = QStringLiteral("Status");
-const QString kNextDate = QStringLiteral("NextDate");
-const QString kLastDate = QStringLiteral("LastDate");
 /// Minutes from now that the date picker offers at first.
 constexpr qint64 kLaterMinutes = 30;
 /// How often the picker looks at the clock, in milliseconds.
@@ -89,15 +86,14 @@ void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRec
     rxtMain->setPlainText(HostUtility::NullToText(reminder->value(QStringLiteral("PlainNote"))));
     followClock();
     m_minutes.start(kLookMs);
-    m_note = application->Notes()->Item(reminder->value(QStringLiteral("NoteID")));
-    findOwner();
+    findOwner(*reminder);
     setWindowTitle(captionText());
-    const QDateTime due = reminder->value(kNextDate).toDateTime();
+    const QDateTime due = reminder->value(QStringLiteral("NextDate")).toDateTime();
     lblForm[5]->setText(QStringLiteral("Due: ") + due.toString(kDateFormat));
     setAccessibleName(windowTitle());
     setAccessibleDescription(lblForm[2]->text() + QStringLiteral(". ") + lblForm[5]->text());
     m_due = QDateTime(due.date(), due.time(), Qt::UTC).toSecsSinceEpoch();
-    const int kind = m_note->value(QStringLiteral("ReminderType")).toInt();
+    const int kind = reminder->value(QStringLiteral("ReminderType")).toInt();
     if (const std::optional<QString> text = kindText(kind)) {
         lblForm[4]->setText(*text);
     }
@@ -109,18 +105,6 @@ void frmReminder::abandon() {
     m_reminder.reset();
     unload();
     deleteLater(); // also when it was never shown
-}
-
-qint64 frmReminder::noteID() const {
-    return m_reminder ? m_reminder->value(QStringLiteral("NoteID")).toLongLong() : 0;
-}
-
-bool frmReminder::isUnanswered(const dao::Recordset& row) const {
-    const auto isSameDate = [&](const QString& field) {
-        return isSameWallTime(row.value(field).toDateTime(), m_reminder->value(field).toDateTime());
-    };
-    return m_reminder && row.value(kStatus) == m_reminder->value(kStatus) &&
-           isSameDate(kNextDate) && isSameDate(kLastDate);
 }
 
 // Event handlers.
@@ -192,20 +176,21 @@ void frmReminder::cmdPreset_Click(Preset index) {
 
 void frmReminder::Form_QueryUnload(bool& /*cancel*/) {
     if (m_reminder && !mbTellMeLater && !mbDismissed) {
-        save({{kNextDate, minutesLater(now(), kUnansweredMinutes)},
-              {kStatus, static_cast<int>(ReminderStatus::ClosedUnanswered)}});
+        save([this] { return closeReminderUnanswered(*m_reminder, now()); });
     }
 }
 
 void frmReminder::Form_Unload() {
     m_minutes.stop();
     stacking().changedMs = m_addIn.services().clock.monotonicMs();
+    if (stacking().front == this) {
+        stacking().front = nullptr; // the next one may come to lie at the same address
+    }
     if (tag().size() > kTagPrefix.size()) {
-        m_addIn.forgetReminder(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
+        Q_EMIT closed(HostUtility::RemoveKeyPrefix(tag(), kTagPrefix));
     }
     // The window itself ends later; what it holds of host and store is let go now.
     m_reminder.reset();
-    m_note.reset();
     m_owner.reset();
     m_definition.reset();
     m_application.reset();
@@ -292,8 +277,8 @@ QDateTime frmReminder::now() const {
 }
 
 /// The host's record that the note is kept on, when there is one.
-void frmReminder::findOwner() {
-    const QVariant key = m_note->value(QStringLiteral("OwnerObjectKey"));
+void frmReminder::findOwner(IRecord& reminder) {
+    const QVariant key = reminder.value(QStringLiteral("OwnerObjectKey"));
     IHostComponent* component = m_addIn.Component();
     if (key.isNull() || component == nullptr) {
         return;
@@ -302,7 +287,7 @@ void frmReminder::findOwner() {
         m_definition = component->Application()->ObjectDefinition(key.toString());
         if (m_definition) {
             m_owner =
-                m_definition->Collection()->Item(m_note->value(QStringLiteral("OwnerRecordID")));
+                m_definition->Collection()->Item(reminder.value(QStringLiteral("OwnerRecordID")));
         }
     });
 }
@@ -331,25 +316,20 @@ void frmReminder::followClock() {
 void frmReminder::tellLater() {
     mbTellMeLater = true;
     followClock();
-    save({{kNextDate, dtpReminder->value()},
-          {kLastDate, now()},
-          {kStatus, static_cast<int>(ReminderStatus::ToldLater)}});
+    save([this] { return tellReminderLater(*m_reminder, now(), dtpReminder->value()); });
 }
 
 void frmReminder::dismiss() {
     mbDismissed = true;
-    const Saved saved =
-        save({{kLastDate, now()}, {kStatus, static_cast<int>(ReminderStatus::Dismissed)}});
-    if (chkFinish->isChecked() && saved != Saved::No) {
+    const bool saved = save([this] { return dismissReminder(*m_reminder, now()); });
+    if (chkFinish->isChecked() && saved) {
         finishNote();
     }
 }
 
 void frmReminder::finishNote() {
     try {
-        const Ref<IRecord> note =
-            m_application->Notes()->Item(m_reminder->value(QStringLiteral("NoteID")));
-        note->Field(kStatus)->setValue(static_cast<int>(NoteStatus::Done));
+        finishNoteOf(*m_reminder, *m_application);
     } catch (...) {
         tellFailure(currentError(), kNotFinished);
         return;
@@ -360,23 +340,17 @@ void frmReminder::finishNote() {
         QStringLiteral("Finish Note"), PromptIcon::Information);
 }
 
-/// Writes an answer in one go. One that cannot be written keeps no popup open; the host's window
-/// says so instead. Where somebody else has answered first, or there is nothing left to answer,
-/// that stands.
-frmReminder::Saved frmReminder::save(const dao::ValueList& values) {
+/// Stores an answer. One that cannot be written keeps no popup open; the host's window says so
+/// instead, and also when somebody else's answer stands. False for one that could not be written.
+bool frmReminder::save(const std::function<AnswerResult()>& answer) {
     try {
-        m_reminder->BeginMultipleFieldUpdate();
-        m_reminder->MultipleUpdateFieldValues() = values;
-        m_reminder->EndMultipleFieldUpdate();
-        return Saved::Yes;
-    } catch (...) {
-        const AutomationError error = currentError();
-        if (error.number() == kErrorConflict || error.number() == kErrorRecordNotFound) {
+        if (answer() == AnswerResult::AnsweredElsewhere) {
             showStatus(kAnsweredElsewhere);
-            return Saved::AnsweredElsewhere;
         }
-        tellFailure(error, kNotSaved);
-        return Saved::No;
+        return true;
+    } catch (...) {
+        tellFailure(currentError(), kNotSaved);
+        return false;
     }
 }
 

@@ -2,12 +2,13 @@
 
 #include "framework/INotesAddIn.h"
 #include "platform/forms/Form.h"
-#include "store/Application.h"
+#include "store/ReminderOperations.h"
 
 #include <QKeySequence>
 #include <QTimer>
 
 #include <array>
+#include <functional>
 #include <limits>
 
 class QCheckBox;
@@ -22,7 +23,7 @@ class DatePicker;
 
 /// Tells the user that a reminder is due and writes the answer back: dismissed, to be told later,
 /// or, when the popup is closed without an answer, to come back in 15 minutes. Its tag is "NOTE:"
-/// and the reminder's id; unloading takes that id out of the add-in's reminders on screen.
+/// and the reminder's id, which it tells when it is unloaded.
 ///
 /// What a user does elsewhere never answers a reminder. The popup takes no keyboard focus by
 /// itself and no button is the default one; keys reach it only after a click in it or after
@@ -39,8 +40,6 @@ public:
     /// The buttons of `cmdForm` and of `cmdPreset`, by their numbers.
     enum class FormButton : int { TellMeLater = 0, Dismiss = 1, ShowNotes = 2 };
     enum class Preset : int { TenMinutes = 0, OneHour = 1, TomorrowMorning = 2 };
-    /// Minutes after which a reminder that was closed without an answer comes back.
-    static constexpr qint64 kUnansweredMinutes = 15;
     /// Milliseconds for which clicks count for nothing, see above.
     static constexpr qint64 kSettleMs = 500;
     /// Popups that lie side by side before places are used again.
@@ -53,8 +52,8 @@ public:
     explicit frmReminder(INotesAddIn& addIn);
     ~frmReminder() override;
 
-    /// Fills the popup. Raises when note or reminder cannot be read; the popup then is to be
-    /// `abandon`ed.
+    /// Fills the popup from a reminder that is due, which tells of its note, too. Raises when it
+    /// lacks a field; the popup then is to be `abandon`ed.
     void Initialise(const Ref<Application>& application, const Ref<IRecord>& reminder);
     /// Unloads the popup without writing an answer.
     void abandon();
@@ -73,11 +72,12 @@ public:
     /// When the reminder was due, in seconds by the hands of the clock, for comparison: the older
     /// the promise, the smaller. The largest number before `Initialise`.
     [[nodiscard]] qint64 due() const noexcept { return m_due; }
-    /// The note that it is about; 0 before `Initialise`.
-    [[nodiscard]] qint64 noteID() const;
-    /// True while the reminder's row, in the form of the query of reminders, still is what the
-    /// popup was filled from: nobody has answered it elsewhere.
-    [[nodiscard]] bool isUnanswered(const dao::Recordset& row) const;
+    /// The reminder that is to be answered; nothing before `Initialise` and after the answer.
+    [[nodiscard]] const Ref<IRecord>& reminder() const noexcept { return m_reminder; }
+
+Q_SIGNALS:
+    /// The popup of the reminder that its tag names is unloaded.
+    void closed(qint64 reminderID);
 
 protected:
     void Form_Load() override;
@@ -88,13 +88,11 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    enum class Saved { Yes, AnsweredElsewhere, No };
-
     void cmdForm_Click(FormButton index);
     void cmdPreset_Click(Preset index);
 
     // Named operations.
-    void findOwner();
+    void findOwner(IRecord& reminder);
     [[nodiscard]] QString captionText();
     void showSubject(const QString& subject);
     void keepOnScreen();
@@ -102,7 +100,7 @@ private:
     void tellLater();
     void dismiss();
     void finishNote();
-    Saved save(const dao::ValueList& values);
+    bool save(const std::function<AnswerResult()>& answer);
     void tellFailure(const AutomationError& error, const QString& words);
     void showStatus(const QString& text);
     void askForAttention();
@@ -119,7 +117,6 @@ private:
     INotesAddIn& m_addIn;
     Ref<Application> m_application;
     Ref<IRecord> m_reminder; ///< nothing while there is nothing to answer
-    Ref<IRecord> m_note;
     Ref<IObjectDefinition> m_definition;
     Ref<IRecord> m_owner;
     qint64 m_due = std::numeric_limits<qint64>::max();

@@ -40,8 +40,6 @@ public:
     virtual void setSwitch(NotesSwitch which, bool on) = 0;
     virtual void setReminderTimerEnabled(bool enabled) = 0;
     virtual void setAutoNoteTimerEnabled(bool enabled) = 0;
-    /// Takes a reminder out of the dictionary of those on screen.
-    virtual void forgetReminder(qint64 reminderID) = 0;
     /// Paints both grids of the host anew.
     virtual void repaintGrids() = 0;
 };

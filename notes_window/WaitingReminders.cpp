@@ -1,7 +1,7 @@
 #include "notes_window/WaitingReminders.h"
 
 #include "framework/ErrorGuards.h"
-#include "store/NoteReading.h"
+#include "store/ReminderOperations.h"
 
 #include <QLabel>
 
@@ -26,8 +26,8 @@ void WaitingReminders::count() {
     ignoreErrors([this] {
         int waiting = 0;
         const Ref<dao::Recordset> due =
-            dueReminders(m_store.dataHelper(), m_store.hostProgID(),
-                         m_store.currentUser()->value(QStringLiteral("RecordID")));
+            openDueReminders(m_store.dataHelper(), m_store.hostProgID(),
+                             m_store.currentUser()->value(QStringLiteral("RecordID")));
         for (; !due->AtEof(); due->MoveNext()) {
             ++waiting;
         }

@@ -13,7 +13,6 @@ const QString kStatus = QStringLiteral("Status");
 
 constexpr qsizetype kFewRows = 64; ///< asked for by their ids
 constexpr qint64 kSparse = 8; ///< of so many ids one is wanted: the others cost more than they save
-constexpr int kReminderWindowMinutes = 1; ///< how early a reminder is due at most
 
 /// A query of a view with conditions, which is read front to back.
 Ref<dao::Recordset> openView(HostDataHelper& helper, const QString& view,
@@ -138,14 +137,6 @@ bool hasNote(Application& application, qint64 noteID) {
     const bool found = !row->AtEof();
     row->Close();
     return found;
-}
-
-Ref<dao::Recordset> dueReminders(HostDataHelper& helper, const QString& hostProgID,
-                                 const QVariant& userID) {
-    return helper.OpenQuery(schema::kQryActiveReminders,
-                            {{QStringLiteral("ProgID"), hostProgID},
-                             {QStringLiteral("NumberOfMinutes"), kReminderWindowMinutes},
-                             {QStringLiteral("UserID"), userID}});
 }
 
 } // namespace yrw

@@ -49,9 +49,4 @@ struct NoteSelection {
 /// True when there is a note with that id.
 [[nodiscard]] bool hasNote(Application& application, qint64 noteID);
 
-/// The reminders that a user has not dismissed and whose time has come, in the order of their
-/// times: those of the active notes of one host and of the notes on no record. No user has none.
-[[nodiscard]] Ref<dao::Recordset> dueReminders(HostDataHelper& helper, const QString& hostProgID,
-                                               const QVariant& userID);
-
 } // namespace yrw

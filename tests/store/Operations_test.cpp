@@ -50,25 +50,6 @@ TEST_F(OperationsTest, ANoteOnNoRecordNamesNoHost) {
     EXPECT_TRUE(note->value(QStringLiteral("ReminderDate")).isNull());
 }
 
-TEST_F(OperationsTest, RemindersFallDueForTheirUserAndHost) {
-    const Ref<Note> note = store.addNote(QStringLiteral("system"));
-    const QDateTime now = store.manualClock().now();
-    const qint64 id =
-        addReminder(store.application(), store.manualClock(), *note, now.addSecs(120), 2);
-    const auto due = [&](qint64 user, const QString& host) {
-        return dueReminders(store.dataHelper(), host, user)->RecordCount();
-    };
-    EXPECT_EQ(note->Reminder(id)->value(QStringLiteral("OriginalDate")), now);
-    EXPECT_EQ(due(2, kFakeHostProgID), 0);
-    store.manualClock().advance(60);
-    EXPECT_EQ(due(2, kFakeHostProgID), 1);
-    EXPECT_EQ(due(1, kFakeHostProgID), 0);
-    store.manualClock().advance(86400 * 40LL);
-    EXPECT_EQ(due(2, kFakeHostProgID), 1) << "a missed one stays due";
-    note->setDone(true);
-    EXPECT_EQ(due(2, kFakeHostProgID), 0);
-}
-
 TEST_F(OperationsTest, CancellingRemindersMarksTheNoteAsHavingNone) {
     NoteChoices choices;
     choices.Kind = ReminderKind::Me;

@@ -59,7 +59,6 @@ public:
     void setSwitch(NotesSwitch which, bool on) override { switches[which] = on; }
     void setReminderTimerEnabled(bool enabled) override { note("reminder timer", enabled); }
     void setAutoNoteTimerEnabled(bool enabled) override { note("auto note timer", enabled); }
-    void forgetReminder(qint64) override { calls += QStringLiteral("forgetReminder"); }
     void repaintGrids() override { calls += QStringLiteral("repaintGrids"); }
 
     [[nodiscard]] IHostComponent* Component() const override { return &m_component; }

@@ -1,4 +1,4 @@
-#include "addin/ReminderRound.h"
+#include "addin/CheckWatch.h"
 
 #include "platform/clock/Clock.h"
 

@@ -2,21 +2,9 @@
 
 #include <QDateTime>
 
-#include <deque>
-#include <exception>
-
 namespace yrw {
 
 class Clock;
-
-/// One round of showing what a check found, which may last several turns of the event loop.
-struct ReminderRound {
-    std::deque<qint64> waiting; ///< ids of reminders that have no popup yet, in their order
-    std::exception_ptr failure; ///< the first popup that could not be shown
-    bool quietly = false;       ///< the failure is not put before the user
-    bool hasCalled = false;     ///< the user was called in this round
-    bool goesOn = false;        ///< the event loop holds the next turn
-};
 
 /// When reminders were checked last, and what the host's window should say of it.
 /// Thread: the user-interface thread.
