@@ -52,9 +52,6 @@ protected:
     qint64 note = 0;
 };
 
-}
-}
-
 TEST_F(ReminderTimes, WhatIsPutOffInTheDoubleHourDoesNotComeBackAtOnce) {
     const InZone zone("Europe/Berlin");
     startAt(QDateTime(QDate(2026, 10, 25), QTime(1, 50)).addSecs(3600)); // 02:50, the first time
