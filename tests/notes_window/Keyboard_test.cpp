@@ -5,6 +5,7 @@
 #include "notes_window/frmMain.h"
 #include "platform/forms/WidgetPrompt.h"
 #include "platform/toolbar/Toolbar.h"
+#include "store/ReminderOperations.h"
 #include "tests/support/FakeAddIn.h"
 
 #include <QAbstractItemView>
@@ -169,7 +170,9 @@ TEST_F(Keyboard, StaysInThePopupThatRefusedAnAnswer) {
     addReminder(store.application(), store.clock(), *note, store.clock().now(), 1);
     const QPointer<frmReminder> popup(new frmReminder(*addIn));
     popup->showModeless(&host, false);
-    popup->Initialise(store.applicationRef(), *note->Reminders()->NewEnum().begin());
+    popup->Initialise(
+        store.applicationRef(),
+        dueReminders(store.application(), kFakeHostProgID, 1, [](qint64) { return true; }).front());
     ASSERT_TRUE(QTest::qWaitForWindowExposed(popup));
     popup->takeKeys();
     ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == popup; }));
