@@ -35,7 +35,7 @@ class frmTimer;
 class AddIn final : public virtual INotesAddIn {
 public:
     /// Makes the application object and reads the switches. Raises `kErrorObjectRequired` when the
-    /// process has no door to the user.
+    /// process has no prompt.
     AddIn();
 
     [[nodiscard]] IHostComponent* Component() const override { return m_component.get(); }

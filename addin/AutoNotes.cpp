@@ -87,8 +87,7 @@ void AutoNotes::showNotes(bool closesPopup) {
     const Ref<dao::Recordset> all = openNotes(*record);
     all->setFilter(QStringLiteral("[AutomaticallyShow]=True"));
     const Ref<dao::Recordset> notes = all->OpenRecordset();
-    const bool wantsPopup =
-        NotesSettings(m_addIn.services().settings).boolean(QStringLiteral("ShowAutoPopup"));
+    const bool wantsPopup = NotesSettings(m_addIn.services().settings).get(setting::kShowAutoPopup);
     if (closesPopup) {
         closePopup();
     }

@@ -31,8 +31,7 @@ DailyCopyMaker::DailyCopyMaker(Module1& module, QObject* parent)
 
 void DailyCopyMaker::look() {
     const QDate today = m_module.clock().now().date();
-    const bool isWanted =
-        NotesSettings(m_module.services().settings).boolean(QStringLiteral("DailyCopy"));
+    const bool isWanted = NotesSettings(m_module.services().settings).get(setting::kDailyCopy);
     if (today == m_day || !isWanted || m_copy || !m_module.isDatabaseOpen()) {
         return;
     }

@@ -35,16 +35,16 @@ namespace {
 
 struct SwitchKey {
     NotesSwitch which;
-    const char16_t* key;
+    const setting::Flag* setting;
 };
 
 /// In the order in which they are read.
 constexpr std::array<SwitchKey, 5> kSwitchKeys{{
-    {NotesSwitch::CheckAutoNotes, u"CheckAutoNotes"},
-    {NotesSwitch::CheckForReminders, u"CheckForReminders"},
-    {NotesSwitch::FlagNotesRow, u"FlagNotesRow"},
-    {NotesSwitch::HighlightNotesRow, u"HighlightNotesRow"},
-    {NotesSwitch::ShowPopupWindow, u"ShowPopupWindow"},
+    {NotesSwitch::CheckAutoNotes, &setting::kCheckAutoNotes},
+    {NotesSwitch::CheckForReminders, &setting::kCheckForReminders},
+    {NotesSwitch::FlagNotesRow, &setting::kFlagNotesRow},
+    {NotesSwitch::HighlightNotesRow, &setting::kHighlightNotesRow},
+    {NotesSwitch::ShowPopupWindow, &setting::kShowPopupWindow},
 }};
 
 bool servesSameHost(const AddIn& one, const AddIn& other) {
@@ -188,7 +188,7 @@ void Module1::setCurrentUser(const Ref<IUser>& user) {
 void Module1::loadSwitches() {
     const NotesSettings settings(services().settings);
     for (const SwitchKey& entry : kSwitchKeys) {
-        setSwitch(entry.which, settings.boolean(QString::fromUtf16(entry.key)));
+        setSwitch(entry.which, settings.get(*entry.setting));
     }
 }
 

@@ -19,7 +19,7 @@ class AddIn;
 class SettingsWatch;
 
 /// The process-wide state, shared by every `AddIn` and by the windows, and the place where the
-/// component is put together: only here are the process's clock and door to the user asked for.
+/// component is put together: only here are the process's clock and prompt asked for.
 ///
 /// The application object is made once; the shared database is open from the first successful
 /// `Activate` until the last activated add-in lets go of it.
@@ -33,7 +33,7 @@ public:
     Module1& operator=(const Module1&) = delete;
 
     /// Counts an add-in among those alive. The first one makes the services anew, from the clock
-    /// and the door of that moment; raises `kErrorObjectRequired` when no door was set.
+    /// and the prompt of that moment; raises `kErrorObjectRequired` when no prompt was set.
     void add(AddIn& addIn);
     void remove(AddIn& addIn) noexcept;
     [[nodiscard]] int addInCount() const noexcept { return static_cast<int>(m_addIns.size()); }

@@ -37,8 +37,8 @@ frmTimer::~frmTimer() = default;
 
 void frmTimer::Form_Initialize() {
     const NotesSettings settings(m_module.services().settings);
-    setEnabled(*tmrMain, settings.boolean(QStringLiteral("CheckForReminders")));
-    setEnabled(*tmrWindowFocus, settings.boolean(QStringLiteral("CheckAutoNotes")));
+    setEnabled(*tmrMain, settings.get(setting::kCheckForReminders));
+    setEnabled(*tmrWindowFocus, settings.get(setting::kCheckAutoNotes));
 }
 
 void frmTimer::setEnabled(QTimer& timer, bool enabled) {

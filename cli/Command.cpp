@@ -103,7 +103,7 @@ void CommandContext::print(const QByteArray& bytes) const {
     const QByteArray safe = streams.outIsTerminal ? forTerminal(bytes) : bytes;
     if (streams.out.write(safe) != safe.size()) {
         throw AutomationError(
-            kErrorDiskFull, QStringLiteral("yrwnotes"),
+            kErrorFileWrite, QStringLiteral("yrwnotes"),
             QStringLiteral("The output could not be written: %1").arg(streams.out.errorString()));
     }
 }
@@ -131,7 +131,7 @@ QByteArray CommandContext::readFile(const QString& path) const {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         throw AutomationError(
-            kErrorCannotOpenDatabase, QStringLiteral("yrwnotes"),
+            kErrorFileRead, QStringLiteral("yrwnotes"),
             QStringLiteral("%1 could not be read: %2").arg(path, file.errorString()));
     }
     return file.readAll();

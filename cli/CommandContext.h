@@ -19,7 +19,7 @@ struct CommandContext {
 
     [[nodiscard]] Application& application() const { return store->application(); }
     /// Writes text as UTF-8, to a terminal without what it would take for commands. Raises
-    /// `kErrorDiskFull` when it cannot be written.
+    /// `kErrorFileWrite` when it cannot be written.
     void print(const QString& text) const;
     void print(const QByteArray& bytes) const;
     /// Counts what a long command does, for whoever looks.
@@ -30,7 +30,7 @@ struct CommandContext {
     [[nodiscard]] Ref<Note> note(qint64 id) const;
     /// One line on standard error.
     void complain(const QString& text) const;
-    /// All bytes of a file; "-" is standard input. Raises `kErrorCannotOpenDatabase` naming it.
+    /// All bytes of a file; "-" is standard input. Raises `kErrorFileRead` naming it.
     [[nodiscard]] QByteArray readFile(const QString& path) const;
 };
 

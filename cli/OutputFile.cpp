@@ -57,7 +57,7 @@ OutputFile::OutputFile(const QString& path, const QStringList& untouchable)
 
 void OutputFile::fail() const {
     throw AutomationError(
-        kErrorDiskFull, QStringLiteral("yrwnotes"),
+        kErrorFileWrite, QStringLiteral("yrwnotes"),
         QStringLiteral("%1 could not be written: %2").arg(m_path, m_file.problem()));
 }
 

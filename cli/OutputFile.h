@@ -19,7 +19,7 @@ void requireOther(const QString& path, const QStringList& untouchable);
 /// Lifetime: one command; without `finish` the file that was there stays.
 class OutputFile {
 public:
-    /// Raises as `requireOther`, and `kErrorDiskFull` naming the path when it cannot be written.
+    /// Raises as `requireOther`, and `kErrorFileWrite` naming the path when it cannot be written.
     OutputFile(const QString& path, const QStringList& untouchable);
 
     void write(const QByteArray& bytes);

@@ -22,8 +22,6 @@ namespace yrw {
 
 namespace {
 
-const QString kHeightKey = QStringLiteral("PopupWindow-H");
-const QString kWidthKey = QStringLiteral("PopupWindow-W");
 /// The rows' backgrounds, the same in every theme; what is written on them is dark.
 constexpr QRgb kHeadingColour = qRgb(0xFF, 0xC0, 0x80);
 constexpr QRgb kSubjectColour = qRgb(0xFF, 0xFF, 0x80);
@@ -164,8 +162,10 @@ void frmAutoNotes::SetPosition(int ParentWindowX, int ParentWindowY, int ParentW
     m_parentHeight = ParentWindowH;
     m_parentWidth = ParentWindowW;
     const QSize now = frameSizeNow();
-    const double height = storedSize(kHeightKey, ParentWindowH, pixelsToTwips(now.height()));
-    const double width = storedSize(kWidthKey, ParentWindowW, pixelsToTwips(now.width()));
+    const double height =
+        storedSize(setting::kPopupHeight, ParentWindowH, pixelsToTwips(now.height()));
+    const double width =
+        storedSize(setting::kPopupWidth, ParentWindowW, pixelsToTwips(now.width()));
 
     const QRect parent(twipsToPixels(ParentWindowX), twipsToPixels(ParentWindowY),
                        twipsToPixels(ParentWindowW), twipsToPixels(ParentWindowH));
@@ -359,15 +359,13 @@ int frmAutoNotes::wrappedLines(const QString& text, const QFont& font) const {
 }
 
 /// Twips of a stored fraction of the parent's size; the size of now where there is no good one.
-double frmAutoNotes::storedSize(const QString& key, int parentSize, int current) {
-    const QString stored = m_settings.text(key);
-    if (stored.isEmpty() || parentSize <= 0) {
+double frmAutoNotes::storedSize(const setting::MaybeReal& which, int parentSize, int current) {
+    if (parentSize <= 0) {
         return current;
     }
-    bool isNumber = false;
-    const double size = QLocale::c().toDouble(stored, &isNumber) * parentSize;
-    if (!isNumber || !std::isfinite(size) || size <= 0) {
-        m_settings.remove(key);
+    const double size = m_settings.get(which).value_or(0) * parentSize;
+    if (!std::isfinite(size) || size <= 0) {
+        m_settings.remove(which);
         return current;
     }
     return size;
@@ -385,14 +383,14 @@ void frmAutoNotes::moveTo(const QRect& place) {
 
 void frmAutoNotes::saveSize() {
     const QSize now = frameSizeNow();
-    const auto save = [this](const QString& key, int size, int parentSize) {
+    const auto save = [this](const setting::MaybeReal& which, int size, int parentSize) {
         if (parentSize > 0) {
             const double fraction = static_cast<double>(pixelsToTwips(size)) / parentSize;
-            m_settings.setText(key, QString::number(fraction, 'g', 10));
+            m_settings.set(which, fraction);
         }
     };
-    save(kHeightKey, now.height(), m_parentHeight);
-    save(kWidthKey, now.width(), m_parentWidth);
+    save(setting::kPopupHeight, now.height(), m_parentHeight);
+    save(setting::kPopupWidth, now.width(), m_parentWidth);
 }
 
 // Controls.

@@ -81,7 +81,7 @@ private:
     void layOutAgain();
     void refitRows();
     [[nodiscard]] int wrappedLines(const QString& text, const QFont& font) const;
-    [[nodiscard]] double storedSize(const QString& key, int parentSize, int current);
+    [[nodiscard]] double storedSize(const setting::MaybeReal& which, int parentSize, int current);
     [[nodiscard]] QSize frameSizeNow() const;
     void moveTo(const QRect& place);
     void saveSize();

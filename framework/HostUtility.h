@@ -13,7 +13,7 @@ namespace yrw {
 inline constexpr int kOpenFileAllowSeveral = 0x200;
 
 /// Small services that host and add-ins share: error reports and conversions.
-/// Lifetime: one per composition root; given the door to the user at creation, which outlives it.
+/// Lifetime: one per composition root; given the prompt at creation, which outlives it.
 /// Thread: the user-interface thread.
 class HostUtility {
 public:

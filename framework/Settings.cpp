@@ -2,104 +2,121 @@
 
 #include "framework/HostUtility.h"
 
-#include <algorithm>
-
 namespace yrw {
 
 namespace {
 
 const QString kApplication = QStringLiteral("Yarrowen");
-const QString kSection = QStringLiteral("YRWNotes Settings");
-const QString kOwnSection = QStringLiteral("YRWNotes Options");
 
-constexpr SettingKey kKeys[] = {
-    {u"CheckAutoNotes", u"True", "Watch the window's focus for the automatic notes"},
-    {u"CheckForReminders", u"True", "Check for due reminders every minute"},
-    {u"FlagNotesRow", u"True", "Mark the grid cells of rows that have notes"},
-    {u"HighlightNotesRow", u"True", "Colour the grid rows that have notes"},
-    {u"ShowPopupWindow", u"True", "Show automatic notes when the cursor rests on a row or cell"},
-    {u"ShowAutoPopup", u"True",
-     "Let automatic notes pop up at all; read at every check, written by nothing"},
-    {u"ShowUserNotes", u"False", "List only the user's own notes"},
-    {u"WindowState", u"0", "Notes window: 0 normal, 1 minimised, 2 maximised"},
-    {u"Height", u"", "Height of the notes window in twips; empty: as designed"},
-    {u"Width", u"", "Width of the notes window in twips; empty: as designed"},
-    {u"DefaultFontName", u"Comic Sans MS", "Font of new notes"},
-    {u"DefaultFontSize", u"10", "Size of that font in points, a whole number"},
-    {u"DefaultFontBold", u"False", "Whether that font is bold"},
-    {u"DefaultFontItalic", u"False", "Whether that font is italic"},
-    {u"DefaultFontUnderline", u"False", "Whether that font is underlined"},
-    {u"DefaultFontStrikethru", u"False", "Whether that font is struck through"},
-    {u"DefaultFontColour", u"0", "Colour of new notes' text as &H00BBGGRR; 0 is black"},
-    {u"PopupWindow-H", u"",
-     "Height of the automatic notes as a fraction of the host window; empty: as designed"},
-    {u"PopupWindow-W", u"",
-     "Width of the automatic notes as a fraction of the host window; empty: as designed"},
-    {u"LargestAttachment", u"32", "Largest file that can be attached to a note, in megabytes",
-     SettingSection::Own},
-    {u"PasteKeepsLook", u"False", "Whether pasted text keeps its own fonts, sizes and colours",
-     SettingSection::Own},
-    {u"CheckSpelling", u"True", "Underline unknown words where a dictionary is installed",
-     SettingSection::Own},
-    {u"SpellingLanguage", u"", "Language of the dictionary, as de_AT; empty: the user's",
-     SettingSection::Own},
-    {u"DailyCopy", u"True", "Copy the notes database once a day into Backups/Notes beside it",
-     SettingSection::Own},
-    {u"LastFolder", u"", "Folder that the last attached file was chosen in", SettingSection::Own},
-    {u"ColumnWidths", u"", "Widths of the list's columns; empty: as designed", SettingSection::Own},
-    {u"ToolbarBands", u"",
-     "Rows of the notes window's toolbar bands and where floating ones are; empty: as the layout "
-     "file says",
-     SettingSection::Own},
+constexpr int kDigits = 10; ///< of a stored number
+
+constexpr const SettingKey* kTable[] = {
+    &setting::kCheckAutoNotes,
+    &setting::kCheckForReminders,
+    &setting::kFlagNotesRow,
+    &setting::kHighlightNotesRow,
+    &setting::kShowPopupWindow,
+    &setting::kShowAutoPopup,
+    &setting::kShowUserNotes,
+    &setting::kWindowState,
+    &setting::kHeight,
+    &setting::kWidth,
+    &setting::kDefaultFontName,
+    &setting::kDefaultFontSize,
+    &setting::kDefaultFontBold,
+    &setting::kDefaultFontItalic,
+    &setting::kDefaultFontUnderline,
+    &setting::kDefaultFontStrikethru,
+    &setting::kDefaultFontColour,
+    &setting::kPopupHeight,
+    &setting::kPopupWidth,
+    &setting::kLargestAttachment,
+    &setting::kPasteKeepsLook,
+    &setting::kCheckSpelling,
+    &setting::kSpellingLanguage,
+    &setting::kDailyCopy,
+    &setting::kLastFolder,
+    &setting::kColumnWidths,
+    &setting::kToolbarBands,
 };
 
-const SettingKey* find(const QString& key) {
-    const auto* found = std::find_if(std::begin(kKeys), std::end(kKeys), [&](const SettingKey& k) {
-        return key.compare(QStringView(k.key), Qt::CaseInsensitive) == 0;
-    });
-    return found == std::end(kKeys) ? nullptr : found;
+QString sectionOf(const SettingKey& which) {
+    return which.section == SettingSection::Own ? QStringLiteral("YRWNotes Options")
+                                                : QStringLiteral("YRWNotes Settings");
 }
 
-/// The table's default of a key; empty for a key that the table does not have.
-QString defaultOf(const QString& key) {
-    const SettingKey* found = find(key);
-    return found == nullptr ? QString() : QString::fromUtf16(found->defaultText);
+QString keyOf(const SettingKey& which) {
+    return QString::fromUtf16(which.key);
 }
 
-QString sectionOf(const QString& key) {
-    const SettingKey* found = find(key);
-    return found != nullptr && found->section == SettingSection::Own ? kOwnSection : kSection;
+std::optional<double> numberIn(const QString& text) {
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber ? std::optional(number) : std::nullopt;
 }
 
 } // namespace
 
-std::span<const SettingKey> NotesSettings::table() {
-    return kKeys;
+std::span<const SettingKey* const> NotesSettings::table() {
+    return kTable;
 }
 
-QString NotesSettings::text(const QString& key) const {
-    return text(key, defaultOf(key));
+bool NotesSettings::get(const setting::Flag& which) const {
+    const QString byDefault = QString::fromUtf16(which.defaultText);
+    return HostUtility::TextToBoolean(stored(which), HostUtility::TextToBoolean(byDefault, false));
 }
 
-QString NotesSettings::text(const QString& key, const QString& defaultText) const {
-    return m_store.get(kApplication, sectionOf(key), key, defaultText);
+qint64 NotesSettings::get(const setting::Number& which) const {
+    bool isNumber = false;
+    const qint64 number = stored(which).toLongLong(&isNumber);
+    return isNumber ? number : QString::fromUtf16(which.defaultText).toLongLong();
 }
 
-bool NotesSettings::boolean(const QString& key) const {
-    const bool defaultValue = HostUtility::TextToBoolean(defaultOf(key), false);
-    return HostUtility::TextToBoolean(text(key), defaultValue);
+double NotesSettings::get(const setting::Real& which) const {
+    return numberIn(stored(which)).value_or(QString::fromUtf16(which.defaultText).toDouble());
 }
 
-void NotesSettings::setText(const QString& key, const QString& text) {
-    m_store.save(kApplication, sectionOf(key), key, text);
+std::optional<double> NotesSettings::get(const setting::MaybeReal& which) const {
+    return numberIn(stored(which));
 }
 
-void NotesSettings::setBoolean(const QString& key, bool value) {
-    setText(key, HostUtility::BooleanToText(value));
+QString NotesSettings::get(const setting::Text& which) const {
+    return stored(which);
 }
 
-void NotesSettings::remove(const QString& key) {
-    m_store.remove(kApplication, sectionOf(key), key);
+void NotesSettings::set(const setting::Flag& which, bool value) {
+    store(which, HostUtility::BooleanToText(value));
+}
+
+void NotesSettings::set(const setting::Number& which, qint64 value) {
+    store(which, QString::number(value));
+}
+
+void NotesSettings::set(const setting::Real& which, double value) {
+    store(which, QString::number(value, 'g', kDigits));
+}
+
+void NotesSettings::set(const setting::MaybeReal& which, double value) {
+    store(which, QString::number(value, 'g', kDigits));
+}
+
+void NotesSettings::set(const setting::Text& which, const QString& value) {
+    store(which, value);
+}
+
+void NotesSettings::remove(const SettingKey& which) {
+    if (!m_store.get(kApplication, sectionOf(which), keyOf(which), {}).isNull()) {
+        m_store.remove(kApplication, sectionOf(which), keyOf(which));
+    }
+}
+
+QString NotesSettings::stored(const SettingKey& which) const {
+    return m_store.get(kApplication, sectionOf(which), keyOf(which),
+                       QString::fromUtf16(which.defaultText));
+}
+
+void NotesSettings::store(const SettingKey& which, const QString& text) {
+    m_store.save(kApplication, sectionOf(which), keyOf(which), text);
 }
 
 } // namespace yrw

@@ -11,7 +11,7 @@ class SettingsStore;
 /// Tells what went wrong with a settings store: a line in the log at once, and one message as soon
 /// as the event loop has its turn, so that no window is interrupted while it closes. What another
 /// watch of the process has told of the same file is not told again.
-/// Lifetime: ends before the store, the clock and the door that it was given.
+/// Lifetime: ends before the store, the clock and the prompt that it was given.
 /// Thread: the user-interface thread.
 class SettingsWatch final : public QObject {
 public:

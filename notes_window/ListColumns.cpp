@@ -20,7 +20,6 @@ constexpr int kUserPlace = 4;         ///< of the user column, when it is there
 constexpr int kUserWidth = 900;       ///< twips
 constexpr int kMinSubjectWidth = 120; ///< pixels
 const QString kUserColumn = QStringLiteral("usercode");
-const QString kColumnWidths = QStringLiteral("ColumnWidths");
 
 } // namespace
 
@@ -56,7 +55,7 @@ bool ListColumns::hasUsers() const {
 
 QStringList ListColumns::storedWidths() const {
     return m_context.settings()
-        .text(kColumnWidths, QString())
+        .get(setting::kColumnWidths)
         .split(QLatin1Char(';'), Qt::SkipEmptyParts);
 }
 
@@ -82,7 +81,7 @@ void ListColumns::store() {
     if (m_list.columns() == kUserPlace) {
         widths.append(storedWidths().mid(kUserPlace, 1));
     }
-    m_context.settings().setText(kColumnWidths, widths.join(QLatin1Char(';')));
+    m_context.settings().set(setting::kColumnWidths, widths.join(QLatin1Char(';')));
 }
 
 bool ListColumns::eventFilter(QObject* watched, QEvent* event) {

@@ -90,7 +90,7 @@ void ListContents::showMineOnly(bool mine) {
         return;
     }
     m_tools.setChecked(NoteTool::ShowMyNotes, mine);
-    m_context.settings().setBoolean(QStringLiteral("ShowUserNotes"), mine);
+    m_context.settings().set(setting::kShowUserNotes, mine);
     build();
 }
 

@@ -109,7 +109,7 @@ void NoteAttachments::open(int index) {
     }
     const QString copy = m_box.objectCopy(index);
     if (copy.isEmpty()) {
-        throw AutomationError(kErrorDiskFull, kSource,
+        throw AutomationError(kErrorFileWrite, kSource,
                               QStringLiteral("The temporary folder cannot be written."));
     }
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(copy))) {
@@ -182,7 +182,7 @@ void NoteAttachments::write(const rtf::PackagedFile& file) {
         return;
     }
     if (const auto problem = writeWholeFile(path, file.data)) {
-        throw AutomationError(kErrorDiskFull, kSource,
+        throw AutomationError(kErrorFileWrite, kSource,
                               QStringLiteral("\"%1\" cannot be written: %2").arg(path, *problem));
     }
 }

@@ -21,7 +21,7 @@ class RichTextBox;
 /// What a user does with the files inside a note: open a copy, save one.
 ///
 /// Indexes are those of the box's objects. A failure raises an `AutomationError`.
-/// Lifetime: box, door and file system outlive it. Thread: the user-interface thread.
+/// Lifetime: box, prompt and file system outlive it. Thread: the user-interface thread.
 class NoteAttachments {
 public:
     NoteAttachments(RichTextBox& box, Prompt& prompt, const FileSystem& files);

@@ -149,8 +149,8 @@ std::vector<Command> listCommands() {
         {NoteTool::FlagNotesRow, u"FlagNotesRow", toggleOption},
         {NoteTool::ForgetPopupSize, u"ForgetPopupSize",
          [](const On& on, ITool&) {
-             on.context.settings().remove(QStringLiteral("PopupWindow-H"));
-             on.context.settings().remove(QStringLiteral("PopupWindow-W"));
+             on.context.settings().remove(setting::kPopupHeight);
+             on.context.settings().remove(setting::kPopupWidth);
          }},
         {NoteTool::View, u"View",
          [](const On& on, ITool&) { on.toolbar.popup(QStringLiteral("bndNotesShowType")); }},

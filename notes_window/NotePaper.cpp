@@ -74,7 +74,7 @@ void NotePaper::writePdf(const QString& path) {
     printer.setPageMargins(kPageMargins, QPageLayout::Millimeter);
     paint(printer);
     if (printer.printerState() == QPrinter::Error || QFileInfo(path).size() == 0) {
-        throw AutomationError(kErrorDiskFull, QStringLiteral("YRWNotes.frmMain.ExportPdf"),
+        throw AutomationError(kErrorFileWrite, QStringLiteral("YRWNotes.frmMain.ExportPdf"),
                               QStringLiteral("\"%1\" cannot be written.").arg(path));
     }
 }

@@ -40,9 +40,9 @@ void NoteTools::update() {
         turnWritingOff();
     }
     const NotesSettings settings = m_context.settings();
-    setChecked(NoteTool::ShowMyNotes, settings.boolean(QStringLiteral("ShowUserNotes")));
+    setChecked(NoteTool::ShowMyNotes, settings.get(setting::kShowUserNotes));
     for (const OptionTool& option : optionTools()) {
-        setChecked(option.tool, settings.boolean(option.settingKey));
+        setChecked(option.tool, settings.get(*option.setting));
     }
 }
 

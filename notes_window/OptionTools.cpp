@@ -9,16 +9,15 @@ namespace yrw {
 
 std::span<const OptionTool> optionTools() {
     static const std::array table{
-        OptionTool{NoteTool::CheckReminders, QStringLiteral("CheckForReminders"),
+        OptionTool{NoteTool::CheckReminders, &setting::kCheckForReminders,
                    NotesSwitch::CheckForReminders},
-        OptionTool{NoteTool::CheckAutoNotes, QStringLiteral("CheckAutoNotes"),
+        OptionTool{NoteTool::CheckAutoNotes, &setting::kCheckAutoNotes,
                    NotesSwitch::CheckAutoNotes},
-        OptionTool{NoteTool::ShowAutoPopup, QStringLiteral("ShowPopupWindow"),
+        OptionTool{NoteTool::ShowAutoPopup, &setting::kShowPopupWindow,
                    NotesSwitch::ShowPopupWindow},
-        OptionTool{NoteTool::HighlightNotesRow, QStringLiteral("HighlightNotesRow"),
+        OptionTool{NoteTool::HighlightNotesRow, &setting::kHighlightNotesRow,
                    NotesSwitch::HighlightNotesRow},
-        OptionTool{NoteTool::FlagNotesRow, QStringLiteral("FlagNotesRow"),
-                   NotesSwitch::FlagNotesRow},
+        OptionTool{NoteTool::FlagNotesRow, &setting::kFlagNotesRow, NotesSwitch::FlagNotesRow},
     };
     return table;
 }
@@ -28,7 +27,7 @@ void switchOption(NoteTool tool, bool on, WindowContext& context) {
     const auto option = std::find_if(options.begin(), options.end(),
                                      [&](const OptionTool& each) { return each.tool == tool; });
     INotesAddIn& addIn = context.addIn();
-    context.settings().setBoolean(option->settingKey, on);
+    context.settings().set(*option->setting, on);
     addIn.setSwitch(option->which, on);
     switch (option->which) {
     case NotesSwitch::CheckForReminders:

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "framework/INotesAddIn.h"
+#include "framework/Settings.h"
 #include "notes_window/NoteTool.h"
-
-#include <QString>
 
 #include <span>
 
@@ -14,7 +13,7 @@ class WindowContext;
 /// An option that a check tool shows, the settings store keeps and the process follows.
 struct OptionTool {
     NoteTool tool;
-    QString settingKey;
+    const setting::Flag* setting;
     NotesSwitch which;
 };
 

@@ -13,9 +13,7 @@ namespace yrw {
 namespace {
 
 constexpr qint64 kMegabyte = 1024LL * 1024;
-constexpr qint64 kLargestMegabytes = 32; ///< where the setting is no number
-const QString kPasteKeepsLook = QStringLiteral("PasteKeepsLook");
-const QString kCheckSpelling = QStringLiteral("CheckSpelling");
+constexpr qint64 kLargestMegabytes = 32; ///< where the setting is not above 0
 
 } // namespace
 
@@ -30,9 +28,9 @@ void TextOptions::apply() {
                                                      QStringLiteral("Pasting: %1 %."), 32);
         return [work](int percent) { return work->goOn(percent); };
     });
-    const qint64 largest = settings.text(QStringLiteral("LargestAttachment")).toLongLong();
+    const qint64 largest = settings.get(setting::kLargestAttachment);
     m_text.setLargestFile((largest > 0 ? largest : kLargestMegabytes) * kMegabyte);
-    const bool keep = settings.boolean(kPasteKeepsLook);
+    const bool keep = settings.get(setting::kPasteKeepsLook);
     m_text.setPasteKeepsLook(keep);
     m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
     applySpelling();
@@ -42,24 +40,24 @@ void TextOptions::apply() {
 void TextOptions::applySpelling() {
     const NotesSettings settings = m_context.settings();
     if (!m_spellChecker) {
-        const QString named = settings.text(QStringLiteral("SpellingLanguage"));
+        const QString named = settings.get(setting::kSpellingLanguage);
         m_spellChecker =
             openDictionary(named.isEmpty() ? QLocale::system().name() : named, dictionaryFolders());
     }
-    const bool on = m_spellChecker && settings.boolean(kCheckSpelling);
+    const bool on = m_spellChecker && settings.get(setting::kCheckSpelling);
     m_text.setSpellChecker(on ? m_spellChecker : nullptr);
     m_tools.setEnabled(NoteTool::CheckSpelling, bool(m_spellChecker));
     m_tools.setChecked(NoteTool::CheckSpelling, on);
 }
 
 void TextOptions::setPasteKeepsLook(bool keep) {
-    m_context.settings().setBoolean(kPasteKeepsLook, keep);
+    m_context.settings().set(setting::kPasteKeepsLook, keep);
     m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
     m_text.setPasteKeepsLook(keep);
 }
 
 void TextOptions::setChecksSpelling(bool on) {
-    m_context.settings().setBoolean(kCheckSpelling, on);
+    m_context.settings().set(setting::kCheckSpelling, on);
     applySpelling();
 }
 

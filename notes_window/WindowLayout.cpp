@@ -29,10 +29,12 @@ constexpr int kMinWidth = 420; ///< of the window, in pixels
 
 /// A stored size in pixels; the present one for a size that is absent, no number, 0, negative or
 /// larger than the screen.
-int storedPixels(const QString& text, int present, int screen) {
-    bool isNumber = false;
-    const int pixels = twipsToPixels(text.toInt(&isNumber));
-    return isNumber && pixels > 0 && pixels <= screen ? pixels : present;
+int storedPixels(std::optional<double> twips, int present, int screen) {
+    if (!twips || !(*twips > 0) || *twips > pixelsToTwips(screen)) {
+        return present;
+    }
+    const int pixels = twipsToPixels(static_cast<int>(*twips));
+    return pixels > 0 ? pixels : present;
 }
 
 } // namespace
@@ -104,14 +106,13 @@ void WindowLayout::centreSplit() {
 
 void WindowLayout::restoreSize() {
     const NotesSettings settings = m_context.settings();
-    const auto state =
-        static_cast<WindowStateCode>(settings.text(QStringLiteral("WindowState")).toInt());
+    const auto state = static_cast<WindowStateCode>(settings.get(setting::kWindowState));
     const QSize screenSize = m_window.screen()->size();
     if (state != WindowStateCode::Maximised) {
-        const int height = storedPixels(settings.text(QStringLiteral("Height")), m_window.height(),
-                                        screenSize.height());
-        const int width = storedPixels(settings.text(QStringLiteral("Width")), m_window.width(),
-                                       screenSize.width());
+        const int height =
+            storedPixels(settings.get(setting::kHeight), m_window.height(), screenSize.height());
+        const int width =
+            storedPixels(settings.get(setting::kWidth), m_window.width(), screenSize.width());
         m_window.resize(width, height);
     }
     m_window.setWindowStateCode(state);
@@ -120,11 +121,10 @@ void WindowLayout::restoreSize() {
 void WindowLayout::storeSize() {
     const WindowStateCode state = m_window.windowStateCode();
     NotesSettings settings = m_context.settings();
-    settings.setText(QStringLiteral("WindowState"), QString::number(int(state)));
+    settings.set(setting::kWindowState, qint64(state));
     if (state != WindowStateCode::Maximised) {
-        settings.setText(QStringLiteral("Height"),
-                         QString::number(pixelsToTwips(m_window.height())));
-        settings.setText(QStringLiteral("Width"), QString::number(pixelsToTwips(m_window.width())));
+        settings.set(setting::kHeight, pixelsToTwips(m_window.height()));
+        settings.set(setting::kWidth, pixelsToTwips(m_window.width()));
     }
 }
 

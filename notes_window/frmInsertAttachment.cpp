@@ -23,7 +23,6 @@ namespace {
 /// Explorer style, path and file must exist, several may be chosen, no read-only box.
 constexpr int kOpenFlags = 530948;
 constexpr int kFieldWidth = 340;
-const QString kLastFolder = QStringLiteral("LastFolder");
 
 /// Offered where the system settings name no other filter.
 const QString kDefaultFilter =
@@ -74,13 +73,13 @@ void frmInsertAttachment::txtFile_Change() {
 
 void frmInsertAttachment::cmdBrowse_Click() {
     NotesSettings settings(m_addIn->services().settings);
-    const QString last = settings.text(kLastFolder);
+    const QString last = settings.get(setting::kLastFolder);
     const QString chosen = m_addIn->services().utility.OpenFile(
         QStringLiteral("Please select the file to insert"), QStringLiteral("Insert File"),
         fileFilter(), kOpenFlags, QFileInfo(last).isDir() ? last : QString());
     if (!chosen.isEmpty()) {
         m_txtFile->setText(chosen);
-        settings.setText(kLastFolder, HostUtility::FolderOfPath(chosen));
+        settings.set(setting::kLastFolder, HostUtility::FolderOfPath(chosen));
     }
 }
 

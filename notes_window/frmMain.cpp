@@ -36,11 +36,7 @@
 
 namespace yrw {
 
-namespace {
-
-const QString kToolbarBands = QStringLiteral("ToolbarBands");
-
-} // namespace
+namespace {} // namespace
 
 /// What the window is made of; each part knows only those above it.
 struct frmMain::Parts {
@@ -213,7 +209,7 @@ void frmMain::Form_Load() {
     Toolbar& toolbar = m_parts->controls.atbMain;
     loadToolbar(toolbar, m_parts->context);
     connectToolbar();
-    toolbar.setArrangement(m_parts->context.settings().text(kToolbarBands));
+    toolbar.setArrangement(m_parts->context.settings().get(setting::kToolbarBands));
     m_parts->textOptions.apply();
     m_parts->layout.restoreSize();
     m_parts->list.columns().restore();
@@ -310,7 +306,8 @@ void frmMain::atbMain_ComboDrop(ITool& tool) {
 }
 
 void frmMain::atbMain_BandMove() {
-    m_parts->context.settings().setText(kToolbarBands, m_parts->controls.atbMain.arrangement());
+    m_parts->context.settings().set(setting::kToolbarBands,
+                                    m_parts->controls.atbMain.arrangement());
     m_parts->layout.arrange();
 }
 

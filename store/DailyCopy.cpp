@@ -37,7 +37,7 @@ void makeFolder(const QString& parent, const QString& path) {
     struct stat made {};
     if (::lstat(name.constData(), &made) != 0 || !S_ISDIR(made.st_mode)) {
         throw AutomationError(
-            kErrorDiskFull, QStringLiteral("YRWNOTES.DailyCopy"),
+            kErrorFileWrite, QStringLiteral("YRWNOTES.DailyCopy"),
             QStringLiteral("%1 is no folder, and the day's copy of the notes lies in none.")
                 .arg(path));
     }

@@ -20,7 +20,7 @@ public:
     ~DailyCopy();
 
     /// Goes on for about so long; true while there is more to do. Raises what copying raises, and
-    /// `kErrorDiskFull` when the folder cannot be made or is a link.
+    /// `kErrorFileWrite` when the folder cannot be made or is a link.
     bool step(int milliseconds);
     /// The copy, once this object has made it; else empty.
     [[nodiscard]] QString path() const { return m_isMade ? m_path : QString(); }

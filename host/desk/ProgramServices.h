@@ -11,10 +11,10 @@
 namespace yrw {
 
 /// What a program with windows runs on: the machine's clock, files and settings, and real boxes as
-/// the door to its user.
+/// the prompt.
 ///
 /// Lifetime: on the stack of main(), after the application object and before the first window; at
-/// its end nobody is behind the door any more.
+/// its end nobody answers the prompt any more.
 /// Thread: the user-interface thread.
 class ProgramServices {
 public:

@@ -36,10 +36,16 @@ enum ErrorNumber : int {
     kErrorNotADatabase = 3343,       ///< the file is not a database, or is damaged
     kErrorNewerSchema = 3800,        ///< the database was made by a newer version
     kErrorFileReplaced = 3801,       ///< another file, or none, lies where the open database was
-    kErrorDiskFull = 3183,           ///< no space, or the write failed
+    kErrorDiskFull = 3183,           ///< no space in the database's folder, or its write failed
     kErrorTypeMismatch = 3421,       ///< a value that does not convert to its field's type
     kErrorFieldTooSmall = 3163,      ///< a text longer than its field
     kErrorInvalidOperation = 3219,   ///< not possible for this kind of recordset
+
+    // Files other than the database.
+    kErrorLayout = 3802,    ///< a toolbar layout is missing or cannot be understood
+    kErrorFileCopy = 3803,  ///< a file could not be copied
+    kErrorFileRead = 3804,  ///< a file could not be read
+    kErrorFileWrite = 3805, ///< a file could not be written
 };
 
 /// The one error type: a number, the place that raised it and a text for the user.

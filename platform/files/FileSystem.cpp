@@ -17,7 +17,7 @@ namespace {
 constexpr qint64 kCopyBlock = 1 << 20; // bytes read at a time
 
 [[noreturn]] void fail(const QString& description) {
-    throw AutomationError(kErrorCannotOpenDatabase, QStringLiteral("YRW.FileSystem"), description);
+    throw AutomationError(kErrorFileCopy, QStringLiteral("YRW.FileSystem"), description);
 }
 
 QString withSlashes(QString path) {

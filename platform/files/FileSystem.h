@@ -19,7 +19,7 @@ public:
     /// True when the path, resolved, names a file (not a folder).
     [[nodiscard]] virtual bool fileExists(const QString& path) const;
     /// Copies a file, overwriting. The copy is complete or not there at all, and writable by its
-    /// owner even when the source is not. Raises `kErrorCannotOpenDatabase` naming the file.
+    /// owner even when the source is not. Raises `kErrorFileCopy` naming the file.
     virtual void copyFile(const QString& source, const QString& target) const;
     /// Copies a folder with all below it, overwriting; makes the target folder with the spelling
     /// given when it is not there. Raises like `copyFile`.

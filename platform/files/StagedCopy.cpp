@@ -18,7 +18,7 @@ constexpr qint64 kCopyBlock = 1 << 20; // bytes read at a time
 constexpr mode_t kEverybody = 0666;
 
 [[noreturn]] void fail(const QString& file, const QString& reason) {
-    throw AutomationError(kErrorCannotOpenDatabase, QStringLiteral("YRW.StagedCopy"),
+    throw AutomationError(kErrorFileCopy, QStringLiteral("YRW.StagedCopy"),
                           file + QStringLiteral(" could not be written: ") + reason);
 }
 
@@ -49,7 +49,7 @@ void StagedCopy::copy(const QString& source) {
     QFile from(source);
     if (!from.open(QIODevice::ReadOnly)) {
         throw AutomationError(
-            kErrorCannotOpenDatabase, QStringLiteral("YRW.StagedCopy"),
+            kErrorFileCopy, QStringLiteral("YRW.StagedCopy"),
             QStringLiteral("%1 could not be read: %2").arg(source, from.errorString()));
     }
     QString name;

@@ -13,7 +13,7 @@ public:
     enum Way : unsigned { Link = 1, Rename = 2, Claim = 4, Any = 7 };
 
     /// Copies `source` to the folder of `target`; both as the disk spells them. Raises
-    /// `kErrorCannotOpenDatabase` naming the file.
+    /// `kErrorFileCopy` naming the file.
     StagedCopy(const QString& source, const QString& target);
     StagedCopy(const StagedCopy&) = delete;
     StagedCopy& operator=(const StagedCopy&) = delete;

@@ -68,7 +68,7 @@ public:
     /// Has every open form keep what was typed (`Form_EndSession`): when the program's session
     /// ends, or what is typed can be saved no more.
     static void keepWhatWasTyped();
-    /// True while any form is shown modally or a box of the door is open.
+    /// True while any form is shown modally or a box of the prompt is open.
     [[nodiscard]] static bool isModalOpen();
 
 Q_SIGNALS:

@@ -155,7 +155,7 @@ QString detailsOf(const ErrorReport& report) {
 
 } // namespace
 
-/// One dialog of the door while it is open: shows it over its owner, with the usual pointer.
+/// One dialog of the prompt while it is open: shows it over its owner, with the usual pointer.
 class WidgetPrompt::OpenBox {
 public:
     explicit OpenBox(WidgetPrompt& prompt) : m_prompt(prompt), m_pointer(prompt.m_pointer) {

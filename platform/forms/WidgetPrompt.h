@@ -9,7 +9,7 @@ namespace yrw {
 
 class Clock;
 
-/// The door to the user made of message boxes and common dialogs.
+/// The prompt made of message boxes and common dialogs.
 ///
 /// A box belongs to the modal window on top, else to the form that the user works in, else to the
 /// parent window that was set, else to the active window; that window has the keyboard afterwards.

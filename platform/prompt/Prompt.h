@@ -42,7 +42,7 @@ enum class FontPart : unsigned {
 Q_DECLARE_FLAGS(FontParts, FontPart)
 Q_DECLARE_OPERATORS_FOR_FLAGS(FontParts)
 
-/// A font as plain data: the door speaks no window toolkit.
+/// A font as plain data: the prompt speaks no window toolkit.
 struct FontChoice {
     QString name;
     double points = 10;
@@ -77,7 +77,7 @@ struct ErrorReport {
 /// Mouse pointers by the numbers that the system's callers use.
 enum class MousePointer : int { Default = 0, SizeNS = 7, Hourglass = 11 };
 
-/// The one door to the user: every message box, common dialog, printer and the mouse pointer.
+/// The one prompt to the user: every message box, common dialog, printer and the mouse pointer.
 ///
 /// One instance serves the process; it is set by `main` or by a test before anything else runs.
 /// Only composition roots ask `Prompt::instance()`. A CR in a text shows as a line break.
@@ -90,7 +90,7 @@ public:
     virtual void message(const QString& text, const QString& title, PromptIcon icon) = 0;
     virtual PromptAnswer question(const QString& text, const QString& title, PromptButtons buttons,
                                   PromptIcon icon, PromptAnswer defaultAnswer) = 0;
-    /// The index of the button pressed. A door that shows no boxes answers as closing one does.
+    /// The index of the button pressed. A prompt that shows no boxes answers as closing one does.
     virtual int choose(const ChoiceRequest& request);
     /// Shows one report; a report that comes while another is on screen is logged, not stacked.
     virtual void errorReport(const ErrorReport& report) = 0;
@@ -105,7 +105,7 @@ public:
     /// Asks for a printer and calls `paint` with it; false when cancelled.
     virtual bool print(const QString& title, const std::function<void(QPrinter&)>& paint) = 0;
     /// Shows on the screen what `paint` paints, as often as the preview needs it; the user may
-    /// print from there. A door without a screen shows nothing.
+    /// print from there. A prompt without a screen shows nothing.
     virtual void preview(const QString& title, const std::function<void(QPrinter&)>& paint);
     /// Sets the application's pointer. A value, not a stack: any `Default` restores it.
     virtual void setMousePointer(MousePointer pointer) = 0;
@@ -113,11 +113,11 @@ public:
     /// The window that boxes belong to; nothing for none. Not owned.
     virtual void setParentWindow(QWidget* window) = 0;
 
-    /// The process-wide door. Raises `kErrorObjectRequired` when none was set.
+    /// The process-wide prompt. Raises `kErrorObjectRequired` when none was set.
     static Prompt& instance();
-    /// True when a door was set.
+    /// True when a prompt was set.
     static bool hasInstance();
-    /// Sets the process-wide door; nothing removes it. Not owned.
+    /// Sets the process-wide prompt; nothing removes it. Not owned.
     static void setInstance(Prompt* prompt);
 };
 

@@ -28,7 +28,7 @@ void Toolbar::loadLayout(const FileSystem& files, const QString& path) {
     QFile file(files.resolve(path));
     if (!file.open(QIODevice::ReadOnly)) {
         throw AutomationError(
-            kErrorCannotOpenDatabase, QStringLiteral("YRW.Toolbar"),
+            kErrorLayout, QStringLiteral("YRW.Toolbar"),
             QStringLiteral("%1 could not be read: %2").arg(file.fileName(), file.errorString()));
     }
     loadLayoutText(file.readAll(), file.fileName());

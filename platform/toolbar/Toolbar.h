@@ -24,7 +24,7 @@ public:
     ~Toolbar() override;
 
     /// Loads bands and tools from a layout file, replacing what is there. The file is validated
-    /// first: a broken one raises `kErrorCannotOpenDatabase` naming the file and the place, and
+    /// first: a broken one raises `kErrorLayout` naming the file and the place, and
     /// nothing changes.
     void loadLayout(const FileSystem& files, const QString& path);
     /// The same from the text of a layout.

@@ -24,7 +24,7 @@ public:
 
     [[noreturn]] void fail(const QString& name, const QString& fault) const {
         const QString place = m_place.isEmpty() ? name : QString(m_place + u'.' + name);
-        throw AutomationError(kErrorCannotOpenDatabase, QStringLiteral("YRW.Toolbar"),
+        throw AutomationError(kErrorLayout, QStringLiteral("YRW.Toolbar"),
                               QStringLiteral("%1: %2 %3.").arg(m_file, place, fault));
     }
 
@@ -183,7 +183,7 @@ QJsonObject readDocument(const QByteArray& json, const QString& file) {
     if (error.error != QJsonParseError::NoError) {
         const auto line = json.left(error.offset).count('\n') + 1;
         throw AutomationError(
-            kErrorCannotOpenDatabase, QStringLiteral("YRW.Toolbar"),
+            kErrorLayout, QStringLiteral("YRW.Toolbar"),
             QStringLiteral("%1: line %2: %3.").arg(file).arg(line).arg(error.errorString()));
     }
     return document.object();

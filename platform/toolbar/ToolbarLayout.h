@@ -18,7 +18,7 @@ struct BandLayout {
 };
 
 /// Reads the text of a toolbar layout; docs/toolbar-layout.md describes the format.
-/// Raises `kErrorCannotOpenDatabase` naming the file and the place of the first fault.
+/// Raises `kErrorLayout` naming the file and the place of the first fault.
 [[nodiscard]] QList<BandLayout> parseToolbarLayout(const QByteArray& json,
                                                    const QString& nameForErrors);
 

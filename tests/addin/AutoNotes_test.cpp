@@ -241,7 +241,7 @@ TEST_F(Landing, ThePopupStandsBesideTheHostAndGoesWithIt) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return window().isActiveWindow(); }));
     window().close();
     EXPECT_EQ(addIn->GetPopupFormCount(), 0);
-    EXPECT_NE(settings().text(QStringLiteral("PopupWindow-H")), QString());
+    EXPECT_NE(settings().get(setting::kPopupHeight), std::nullopt);
 }
 
 TEST_F(Landing, AMarkedRowTellsItsSubjectsWhenItIsAsked) {

@@ -65,7 +65,7 @@ void PrintTo(const Row& row, std::ostream* out) {
     *out << row.name;
 }
 
-/// A door behind which somebody reads along.
+/// A prompt whose reports somebody reads.
 class ReadingPrompt final : public SilentPrompt {
 public:
     ReadingPrompt() : m_before(&instance()) { setInstance(this); }

@@ -173,7 +173,7 @@ TEST_F(Lifecycle, AnEventRaisedWhileItEndsDoesNotEndItTwice) {
     EXPECT_EQ(Module1::instance().addInCount(), 0);
 }
 
-/// A door behind which somebody always agrees.
+/// A prompt to which somebody always says yes.
 class CalmPrompt final : public SilentPrompt {
 public:
     CalmPrompt() : m_before(&instance()) { setInstance(this); }

@@ -1,7 +1,7 @@
 // Which rows and cells of the host's grids are marked.
 #include "tests/addin/AddInFixture.h"
 
-#include "framework/Settings.h"
+#include "tests/support/StoredSettings.h"
 
 using namespace yrw;
 using namespace yrw::test;
@@ -106,8 +106,8 @@ TEST_F(Marks, RowsWithoutARecordIdAreNeverMarked) {
 
 TEST_F(Marks, SwitchesOffInTheSettingsAreTakenAtCreation) {
     SettingsStore store;
-    NotesSettings(store).setBoolean(QStringLiteral("HighlightNotesRow"), false);
-    NotesSettings(store).setText(QStringLiteral("FlagNotesRow"), QStringLiteral("rather not"));
+    NotesSettings(store).set(setting::kHighlightNotesRow, false);
+    storeText(store, QStringLiteral("FlagNotesRow"), QStringLiteral("rather not"));
     activate();
     addNote(QStringLiteral("cu"), 1);
     EXPECT_FALSE(window().upper->grid->fetchesRowStyle(0));

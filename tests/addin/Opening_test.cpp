@@ -155,7 +155,7 @@ TEST_F(Opening, SettingsThatCannotBeWrittenAreToldOfOnce) {
     prompt.expectMessage();
     whenShown(QStringLiteral("frmMain"), [&](Form& form) { form.unload(); }); // keeps its size
     addIn->ShowNotes(nullptr, 0);
-    NotesSettings(addIn->services().settings).setBoolean(QStringLiteral("ShowUserNotes"), true);
+    NotesSettings(addIn->services().settings).set(setting::kShowUserNotes, true);
     settle();
     ASSERT_EQ(prompt.asked.size(), 1);
     EXPECT_TRUE(prompt.asked[0].contains(inTheWay.fileName())) << prompt.asked[0].toStdString();

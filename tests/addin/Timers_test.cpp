@@ -30,8 +30,8 @@ TEST_F(Timers, StartAsTheSettingsSayAndTheMinuteAlways) {
     SettingsStore store;
     NotesSettings settings(store);
     for (const bool focus : {true, false}) {
-        settings.setBoolean(QStringLiteral("CheckAutoNotes"), focus);
-        settings.setBoolean(QStringLiteral("CheckForReminders"), false);
+        settings.set(setting::kCheckAutoNotes, focus);
+        settings.set(setting::kCheckForReminders, false);
         create();
         ASSERT_TRUE(addIn->Activate());
         EXPECT_EQ(form().AutoNoteTimer().isActive(), focus);
@@ -107,9 +107,9 @@ TEST_F(Timers, TheDaysCopyIsMadeWhileNobodyTypes) {
     const auto pathOf = [&] { return day.arg(clock.now().date().toString(Qt::ISODate)); };
     SettingsStore store;
     NotesSettings settings(store);
-    settings.setBoolean(QStringLiteral("DailyCopy"), false);
+    settings.set(setting::kDailyCopy, false);
     maker->look();
-    settings.setBoolean(QStringLiteral("DailyCopy"), true);
+    settings.set(setting::kDailyCopy, true);
     clock.advance(3);
     QTest::qWait(250);
     EXPECT_FALSE(QFile::exists(pathOf())) << "switched off";

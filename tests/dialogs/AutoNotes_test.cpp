@@ -68,10 +68,10 @@ protected:
         QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, middleOf(row));
     }
     void store(const char* key, const QString& text) {
-        addIn->settings().setText(QLatin1String(key), text);
+        storeText(addIn->settings(), QLatin1String(key), text);
     }
     [[nodiscard]] QString stored(const char* key) {
-        return addIn->settings().text(QLatin1String(key));
+        return storedText(addIn->settings(), QLatin1String(key));
     }
 
     TestStore world;

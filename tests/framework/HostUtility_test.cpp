@@ -1,6 +1,7 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
 #include "tests/support/SilentPrompt.h"
+#include "tests/support/StoredSettings.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -12,7 +13,10 @@
 namespace yrw {
 namespace {
 
-/// A door that remembers the last report and answers file dialogs.
+using test::storedText;
+using test::storeText;
+
+/// A prompt that remembers the last report and answers file dialogs.
 class RecordingPrompt final : public SilentPrompt {
 public:
     void errorReport(const ErrorReport& report) override { lastReport = report; }
@@ -85,24 +89,33 @@ TEST(NotesSettingsTest, AnswersDefaultsAndOutsideNonsense) {
     const QTemporaryDir folder;
     SettingsStore store(folder.path());
     NotesSettings settings(store);
-    const QString key = QStringLiteral("CheckForReminders");
-    EXPECT_TRUE(settings.boolean(key));
-    EXPECT_FALSE(settings.boolean(QStringLiteral("ShowUserNotes")));
-    EXPECT_EQ(settings.text(QStringLiteral("DefaultFontName")), QStringLiteral("Comic Sans MS"));
-    EXPECT_EQ(settings.text(QStringLiteral("Height"), QStringLiteral("6000")),
-              QStringLiteral("6000"));
+    EXPECT_TRUE(settings.get(setting::kCheckForReminders));
+    EXPECT_EQ(settings.get(setting::kDefaultFontName), QStringLiteral("Comic Sans MS"));
+    EXPECT_EQ(settings.get(setting::kLargestAttachment), 32);
+    EXPECT_EQ(settings.get(setting::kHeight), std::nullopt);
+    settings.remove(setting::kHeight);
+    EXPECT_FALSE(QFile::exists(store.fileOf("Yarrowen"))) << "nothing to remove";
 
-    settings.setBoolean(key, false);
-    EXPECT_FALSE(settings.boolean(key));
-    EXPECT_EQ(store.get(QStringLiteral("Yarrowen"), QStringLiteral("YRWNotes Settings"), key, {}),
-              QStringLiteral("False"));
-    settings.setText(key, QStringLiteral("perhaps"));
-    EXPECT_TRUE(settings.boolean(key));
-    settings.setBoolean(key, false);
-    settings.remove(key);
-    EXPECT_TRUE(settings.boolean(key));
-    settings.setText("DailyCopy", "False"); // one that no other program knows
-    EXPECT_EQ(store.get("Yarrowen", "YRWNotes Options", "DailyCopy", {}), "False");
+    settings.set(setting::kCheckForReminders, false);
+    settings.set(setting::kDefaultFontSize, 10.5);
+    settings.set(setting::kHeight, 6000);
+    settings.set(setting::kDailyCopy, false); // one that no other program knows
+    EXPECT_FALSE(settings.get(setting::kCheckForReminders));
+    EXPECT_EQ(storedText(store, "CheckForReminders"), "False");
+    EXPECT_EQ(storedText(store, "DefaultFontSize"), "10.5");
+    EXPECT_EQ(storedText(store, "Height"), "6000");
+    EXPECT_EQ(storedText(store, "DailyCopy"), "False");
+
+    for (const QString key :
+         {"CheckForReminders", "DefaultFontSize", "Height", "DefaultFontColour"}) {
+        storeText(store, key, "perhaps");
+    }
+    EXPECT_TRUE(settings.get(setting::kCheckForReminders));
+    EXPECT_EQ(settings.get(setting::kDefaultFontSize), 10);
+    EXPECT_EQ(settings.get(setting::kDefaultFontColour), 0);
+    EXPECT_EQ(settings.get(setting::kHeight), std::nullopt);
+    settings.remove(setting::kHeight);
+    EXPECT_EQ(storedText(store, "Height", "none"), "none");
 }
 
 // The page lists what the table holds, no more and no less.
@@ -112,12 +125,12 @@ TEST(NotesSettingsTest, ThePageOfSettingsIsTheTable) {
     QStringList stands = QString::fromUtf8(page.readAll()).split(u'\n');
     stands.removeIf([](const QString& line) { return !line.startsWith(QStringLiteral("| `")); });
     QStringList wanted;
-    for (const SettingKey& one : NotesSettings::table()) {
-        const QString text = QString::fromUtf16(one.defaultText);
-        wanted +=
-            QStringLiteral("| `%1` | %2 | %3 |")
-                .arg(QString::fromUtf16(one.key), text.isEmpty() ? QStringLiteral("(empty)") : text,
-                     QString::fromUtf8(one.meaning));
+    for (const SettingKey* one : NotesSettings::table()) {
+        const QString text = QString::fromUtf16(one->defaultText);
+        wanted += QStringLiteral("| `%1` | %2 | %3 |")
+                      .arg(QString::fromUtf16(one->key),
+                           text.isEmpty() ? QStringLiteral("(empty)") : text,
+                           QString::fromUtf8(one->meaning));
     }
     EXPECT_EQ(stands, wanted);
 }

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             }
         }
     } catch (const AutomationError& error) {
-        if (error.number() != kErrorCannotOpenDatabase || !error.description().startsWith(name)) {
+        if (error.number() != kErrorLayout || !error.description().startsWith(name)) {
             std::abort();
         }
     }

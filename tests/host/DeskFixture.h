@@ -1,6 +1,6 @@
 #pragma once
 
-// A desk window over a fresh database, with a door that answers by script and an add-in that
+// A desk window over a fresh database, with a prompt that answers by script and an add-in that
 // writes down every event of the contract.
 
 #include "host/desk/DeskWindow.h"

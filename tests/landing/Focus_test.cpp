@@ -152,8 +152,8 @@ TEST_F(FocusUnderAWindowManager, AFloatingBandLiesOverItsOwnWindowAndUnderAnyOth
     ASSERT_TRUE(QTest::qWaitFor([&] { return placesInPile({hostBand})[0] > 0; }));
     EXPECT_GT(placesInPile({hostBand})[0], placesInPile({&window()})[0]);
     NotesSettings(addIn->services().settings)
-        .setText(QStringLiteral("ToolbarBands"),
-                 QStringLiteral("bndRecords:0;bndStandard:0;bndFormatting:1;bndInsert:1@500,420"));
+        .set(setting::kToolbarBands,
+             QStringLiteral("bndRecords:0;bndStandard:0;bndFormatting:1;bndInsert:1@500,420"));
     int looks = 0;
     QTimer looking;
     QObject::connect(&looking, &QTimer::timeout, &looking, [&] {

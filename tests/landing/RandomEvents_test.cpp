@@ -205,8 +205,7 @@ protected:
     }
     void switchPopup() {
         model.wantsPopup = !model.wantsPopup;
-        NotesSettings(addIn->services().settings)
-            .setBoolean(QStringLiteral("ShowAutoPopup"), model.wantsPopup);
+        NotesSettings(addIn->services().settings).set(setting::kShowAutoPopup, model.wantsPopup);
     }
     void happen() {
         Side& side = anySide();

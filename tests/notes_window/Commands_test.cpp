@@ -82,7 +82,7 @@ const CommandRow kCommands[] = {
     {20307, "tooHighlightNotesRow", "", true,
      "repaintGrids; HighlightNotesRow=False; switch 3 off; tooHighlightNotesRow off"},
     {20308, "tooForgetPopupSize", "", true, "PopupWindow-W=none",
-     [](Commands& c) { c.addIn->settings().setText("PopupWindow-W", "900"); }},
+     [](Commands& c) { storeText(c.addIn->settings(), "PopupWindow-W", "900"); }},
     {20309, "tooFlagNotesRow", "", true,
      "repaintGrids; FlagNotesRow=False; switch 2 off; tooFlagNotesRow off"},
     {21002, "tooColour", "", false, "colour: ; colour 255",

@@ -34,9 +34,9 @@ protected:
         close();
         store.database()->RunScript("DELETE FROM tblReminders; DELETE FROM tblNotes");
         for (const char* key : kSettings) {
-            addIn->settings().remove(QLatin1String(key));
+            NotesSettings(addIn->settings()).remove(settingNamed(QString(QLatin1String(key))));
         }
-        addIn->settings().setText("SpellingLanguage", "xx_YY");
+        storeText(addIn->settings(), "SpellingLanguage", "xx_YY");
         addIn->switches.clear();
         for (int i = 1; withNotes && i <= 3; ++i) {
             store.addNote(QStringLiteral("Note %1").arg(i), customer);
@@ -172,7 +172,8 @@ private:
                        (rows->value(u"Status").toInt() == 1 ? "'" : "' done");
         }
         for (const char* key : kSettings) {
-            all << QLatin1String(key) + '=' + addIn->settings().text(QLatin1String(key), "none");
+            all << QLatin1String(key) + '=' +
+                       storedText(addIn->settings(), QLatin1String(key), "none");
         }
         for (const auto& [which, on] : addIn->switches) {
             all << QStringLiteral("switch %1 ").arg(int(which)) + (on ? "on" : "off");

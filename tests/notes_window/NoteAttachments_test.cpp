@@ -104,7 +104,7 @@ TEST_F(NoteAttachmentsTest, ToolsAndKeyAttachAFileThatSurvivesTheDatabase) {
 }
 
 TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
-    addIn->settings().setText("LargestAttachment", "11");
+    storeText(addIn->settings(), "LargestAttachment", "11");
     const QString large = file("large.bin", QByteArray(12 * 1024 * 1024, 'x'));
     open(customer);
     type("text");
@@ -343,7 +343,7 @@ TEST_F(NoteAttachmentsTest, UnknownWordsAreOfferedOthersWhereADictionaryIsInstal
     qputenv("DICPATH", folder.path().toUtf8());
     open(customer);
     EXPECT_FALSE(tool("tooCheckSpelling").isChecked()); // no dictionary of the user's language
-    addIn->settings().setText("SpellingLanguage", "xx_ZZ");
+    storeText(addIn->settings(), "SpellingLanguage", "xx_ZZ");
     open(customer);
     EXPECT_TRUE(tool("tooCheckSpelling").isChecked());
     EXPECT_FALSE(tool("tooSave").isEnabled());
@@ -360,7 +360,7 @@ TEST_F(NoteAttachmentsTest, UnknownWordsAreOfferedOthersWhereADictionaryIsInstal
     menuAt(placeOf(1), [](QMenu& menu) { choose(menu, "Accept This Word"); });
     menuAt(placeOf(1), [](QMenu& menu) { EXPECT_EQ(menu.actions().size(), 3); });
     toolbar().activate("tooCheckSpelling");
-    EXPECT_EQ(addIn->settings().text("CheckSpelling"), "False");
+    EXPECT_EQ(storedText(addIn->settings(), "CheckSpelling"), "False");
     editor().setText("xqwz");
     menuAt(placeOf(1), [](QMenu& menu) { EXPECT_EQ(menu.actions().size(), 3); });
     qunsetenv("DICPATH");

@@ -179,8 +179,8 @@ TEST_F(NoteEditor, DefaultFont) {
     script.chooseFont(
         std::optional(FontChoice{"DejaVu Serif", 14, true, false, false, false, 0xff0000, {}}));
     click("tooDefaultFont");
-    EXPECT_EQ(addIn->settings().text("DefaultFontName"), "DejaVu Serif");
-    EXPECT_EQ(addIn->settings().text("DefaultFontBold"), "True");
+    EXPECT_EQ(storedText(addIn->settings(), "DefaultFontName"), "DejaVu Serif");
+    EXPECT_EQ(storedText(addIn->settings(), "DefaultFontBold"), "True");
     open(customer);
     type("x");
     EXPECT_EQ(editor().SelFontName(), "DejaVu Serif");

@@ -127,7 +127,7 @@ TEST_F(NotesList, OnlyMyNotesHidesOthersAndTheUserColumn) {
     click("tooShowMyNotes");
     EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
     EXPECT_EQ(list().columns(), 4);
-    EXPECT_EQ(addIn->settings().text("ShowUserNotes"), "True");
+    EXPECT_EQ(storedText(addIn->settings(), "ShowUserNotes"), "True");
     open(customer); // holds for the first list of the next window
     EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
     EXPECT_TRUE(tool("tooShowMyNotes").isChecked());

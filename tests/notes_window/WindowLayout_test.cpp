@@ -11,10 +11,10 @@ namespace yrw::test {
 class WindowLayout : public WindowFixture {
 protected:
     void setStored(const char* key, const QString& text) {
-        addIn->settings().setText(QLatin1String(key), text);
+        storeText(addIn->settings(), QLatin1String(key), text);
     }
     [[nodiscard]] QString storedText(const char* key) {
-        return addIn->settings().text(QLatin1String(key), QString());
+        return test::storedText(addIn->settings(), QLatin1String(key));
     }
     [[nodiscard]] QWidget& split() const {
         return *window->findChild<QWidget*>(QStringLiteral("picHSplit"));

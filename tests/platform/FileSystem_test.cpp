@@ -35,7 +35,7 @@ protected:
             action();
             return {};
         } catch (const AutomationError& error) {
-            EXPECT_EQ(error.number(), kErrorCannotOpenDatabase);
+            EXPECT_EQ(error.number(), kErrorFileCopy);
             return error.description();
         }
     }

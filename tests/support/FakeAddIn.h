@@ -5,9 +5,9 @@
 #include "framework/HostUtility.h"
 #include "framework/INotesAddIn.h"
 #include "framework/Services.h"
-#include "framework/Settings.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/PromptScript.h"
+#include "tests/support/StoredSettings.h"
 
 #include <QObject>
 
@@ -43,7 +43,7 @@ public:
     std::map<NotesSwitch, bool> switches;
     QString templateDirectory; ///< where it is not the shipped one
 
-    [[nodiscard]] NotesSettings settings() { return NotesSettings(m_settings); }
+    [[nodiscard]] SettingsStore& settings() { return m_settings; }
 
     void ShowNotes(const Ref<IRecord>&, qint64) override { calls += QStringLiteral("ShowNotes"); }
     [[nodiscard]] QString HostProgID() const override { return m_store.hostProgID(); }

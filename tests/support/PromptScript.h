@@ -9,10 +9,10 @@
 
 namespace yrw {
 
-/// The door to the user for tests: answers from a script and writes down what was asked.
+/// The prompt for tests: answers from a script and writes down what was asked.
 ///
 /// A question, dialog or message that the script does not expect fails the test, as does an answer
-/// that nobody asked for. `PromptScript script;` serves until its end, then the door that was
+/// that nobody asked for. `PromptScript script;` serves until its end, then the prompt that was
 /// there before serves again.
 class PromptScript final : public Prompt {
 public:

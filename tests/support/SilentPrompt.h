@@ -4,8 +4,8 @@
 
 namespace yrw {
 
-/// A door to the user behind which nobody is: shows nothing, gives every question its default
-/// answer and leaves every dialog without a choice. Base of the doors that tests watch.
+/// A prompt that nobody sees: shows nothing, gives every question its default
+/// answer and leaves every dialog without a choice. Base of the prompts that tests watch.
 class SilentPrompt : public Prompt {
 public:
     void message(const QString&, const QString&, PromptIcon) override {}

@@ -23,7 +23,7 @@ QString faultOf(const QByteArray& json) {
     try {
         bar.loadLayoutText(json, "Menus.tb");
     } catch (const AutomationError& error) {
-        EXPECT_EQ(error.number(), kErrorCannotOpenDatabase);
+        EXPECT_EQ(error.number(), kErrorLayout);
         return error.description();
     }
     return {};
