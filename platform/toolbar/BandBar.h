@@ -42,6 +42,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// A visible tool and its control.
     struct Item {
         BandTool* tool;
         QWidget* control;

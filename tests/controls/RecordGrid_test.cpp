@@ -226,7 +226,7 @@ TEST_F(GridTest, newRecordRowAddsARecord) {
 TEST_F(GridTest, stylesAreFetchedOncePerPaintedRowOfFetchingSplits) {
     show(1000);
     grid->setSplitCount(2);
-    QTest::qWait(1);
+    QApplication::processEvents();
     QList<int> splits;
     QSet<qint64> places;
     const Connection styling =
@@ -367,7 +367,7 @@ TEST_F(GridTest, deletedRowAndClosedRecordsetDoNoHarm) {
     database->RunScript("DELETE FROM tblCustomers WHERE RecordID = 3");
     repaint();
     rows->Requery();
-    grid->reload();
+    grid->setRecordset(rows);
     EXPECT_EQ(grid->rowCount(), 4);
     rows->Close();
     repaint();
