@@ -72,42 +72,41 @@ protected:
     WidgetPrompt prompt{clock};
 };
 
-TEST_F(WidgetPromptTest, answersAreTheButtonsPressed) {
+TEST_F(WidgetPromptTest, answersAreTheButtonsPressedAndClosingChangesNothing) {
     struct {
         PromptButtons buttons;
-        QString button;
+        PromptAnswer offered;
+        QStringList ways; ///< a button, a key, or closing the box
         PromptAnswer answer;
     } const cases[] = {
-        {PromptButtons::YesNo, "Yes", PromptAnswer::Yes},
-        {PromptButtons::YesNo, "No", PromptAnswer::No},
-        {PromptButtons::YesNoCancel, "Cancel", PromptAnswer::Cancel},
-        {PromptButtons::OkCancel, "OK", PromptAnswer::Ok},
+        {PromptButtons::Ok, PromptAnswer::Ok, {"OK", "Return", "Esc", "close"}, PromptAnswer::Ok},
+        {PromptButtons::YesNo, PromptAnswer::No, {"Yes"}, PromptAnswer::Yes},
+        {PromptButtons::YesNo, PromptAnswer::Yes, {"No", "Esc", "close"}, PromptAnswer::No},
+        {PromptButtons::YesNo, PromptAnswer::No, {"Return"}, PromptAnswer::No},
+        {PromptButtons::YesNoCancel, PromptAnswer::No, {"Yes"}, PromptAnswer::Yes},
+        {PromptButtons::YesNoCancel, PromptAnswer::Cancel, {"No"}, PromptAnswer::No},
+        {PromptButtons::YesNoCancel,
+         PromptAnswer::Yes,
+         {"Cancel", "Esc", "close"},
+         PromptAnswer::Cancel},
+        {PromptButtons::OkCancel, PromptAnswer::Ok, {"OK", "Return"}, PromptAnswer::Ok},
+        {PromptButtons::OkCancel, PromptAnswer::Ok, {"Esc", "close"}, PromptAnswer::Cancel},
+        {PromptButtons::OkCancel, PromptAnswer::Cancel, {"Return"}, PromptAnswer::Cancel},
     };
-    for (const auto& [buttons, button, answer] : cases) {
-        press(button);
-        EXPECT_EQ(
-            prompt.question("Sure?", "Title", buttons, PromptIcon::Question, PromptAnswer::No),
-            answer);
-    }
-}
-
-TEST_F(WidgetPromptTest, closingAnswersTheButtonThatChangesNothing) {
-    const std::pair<PromptButtons, PromptAnswer> cases[] = {
-        {PromptButtons::YesNo, PromptAnswer::No},
-        {PromptButtons::YesNoCancel, PromptAnswer::Cancel},
-        {PromptButtons::OkCancel, PromptAnswer::Cancel},
-    };
-    for (const auto& [buttons, answer] : cases) {
-        for (const bool byKey : {false, true}) {
-            whenOpen([byKey](QWidget* box) {
-                if (byKey) {
-                    QTest::keyClick(box, Qt::Key_Escape);
-                } else {
+    for (const auto& [buttons, offered, ways, answer] : cases) {
+        for (const QString& way : ways) {
+            whenOpen([way = way](QWidget* box) {
+                if (way == "close") {
                     box->close();
+                } else if (way == "Esc" || way == "Return") {
+                    QTest::keyClick(box, way == "Esc" ? Qt::Key_Escape : Qt::Key_Return);
+                } else {
+                    click(box, way);
                 }
             });
-            EXPECT_EQ(prompt.question("?", "T", buttons, PromptIcon::None, PromptAnswer::Yes),
-                      answer);
+            EXPECT_EQ(prompt.question("Sure?", "Title", buttons, PromptIcon::Question, offered),
+                      answer)
+                << int(buttons) << ' ' << way.toStdString();
         }
     }
 }
