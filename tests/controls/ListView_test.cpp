@@ -233,6 +233,28 @@ TEST_F(ListViewTest, rowsOutOfSightKeepTheirPlaces) {
     EXPECT_EQ(list.items().allRows(), 4);
 }
 
+TEST_F(ListViewTest, rowsKnownByTheirKeysAskTheSourceOnce) {
+    list.items().clear();
+    QStringList asked;
+    bool fails = false;
+    list.items().setSource([&](const QStringList& keys) -> std::optional<QList<ListItem>> {
+        asked += keys;
+        return fails ? std::nullopt : std::optional(QList<ListItem>{item("a", {"first"})});
+    });
+    list.addKeys({"a", "gone"});
+    EXPECT_EQ(list.items().missing(), 2);
+    EXPECT_EQ(list.items().text("a", 0), "first");
+    EXPECT_EQ(list.items().text("gone", 0), "");
+    EXPECT_EQ(asked, QStringList({"a", "gone"}));
+    fails = true;
+    list.addKeys({"b"});
+    EXPECT_EQ(list.items().text("b", 0), "");
+    EXPECT_EQ(list.items().text("b", 0), "");
+    EXPECT_EQ(asked, QStringList({"a", "gone", "b"}));
+    list.items().removeMissing();
+    EXPECT_EQ(keys(), QStringList({"a", "gone"}));
+}
+
 TEST_F(ListViewTest, coloursCanBeReadOnDark) {
     list.items().setStyle("xn2", true, QColor(0, 128, 0));
     const QModelIndex index = list.model()->index(1, 0);

@@ -12,7 +12,9 @@
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QFontDatabase>
 #include <QFontDialog>
 #include <QListView>
@@ -320,7 +322,7 @@ TEST_F(WidgetPromptTest, theFontDialogChoosesOnlyWhatTheUserActedOn) {
     }
 }
 
-TEST_F(WidgetPromptTest, anythingElseShowsFilesWithoutADot) {
+TEST_F(WidgetPromptTest, filesShowByTheirFilterAndTheNextDialogBeginsWhereTheLastEnded) {
     const QTemporaryDir folder;
     for (const char* name : {"README", "a.txt", "a.doc"}) {
         QFile file(folder.filePath(name));
@@ -342,6 +344,24 @@ TEST_F(WidgetPromptTest, anythingElseShowsFilesWithoutADot) {
         request.filter = filter;
         prompt.openFiles(request);
     }
+    const auto choose = [&](const char* name) {
+        whenOpen([&folder, name](QWidget* box) {
+            auto* const dialog = qobject_cast<QFileDialog*>(box);
+            EXPECT_EQ(dialog->directory(), QDir(folder.path()));
+            dialog->selectFile(QString::fromLatin1(name));
+            static_cast<QDialog*>(dialog)->accept();
+        });
+    };
+    FileRequest request;
+    request.folder = folder.path();
+    choose("a.txt");
+    EXPECT_EQ(prompt.openFiles(request), QStringList(folder.filePath("a.txt")));
+    request.folder.clear();
+    request.filter = "Text|*.txt|";
+    choose("new");
+    EXPECT_EQ(prompt.saveFile(request), folder.filePath("new.txt"));
+    choose("a.doc");
+    EXPECT_EQ(prompt.openFiles({}), QStringList(folder.filePath("a.doc")));
 }
 
 TEST_F(WidgetPromptTest, dialogsCancelledGiveNothing) {
