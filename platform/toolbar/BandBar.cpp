@@ -17,11 +17,6 @@ constexpr int kGripWidth = 10;
 constexpr int kMargin = 2;
 constexpr int kSeparatorWidth = 9;
 
-/// Size of a control; a combo tool's width is a fixed one.
-QSize sizeOf(const QWidget& control) {
-    return control.sizeHint().expandedTo(control.minimumSize()).boundedTo(control.maximumSize());
-}
-
 } // namespace
 
 BandBar::BandBar(ToolBand& band, BandEvents& events, QWidget* parent)
@@ -95,7 +90,7 @@ void BandBar::syncItem(const Item& item) {
 }
 
 int BandBar::widthOf(const Item& item, bool first) {
-    return sizeOf(*item.control).width() + (item.separated && !first ? kSeparatorWidth : 0);
+    return item.control->sizeHint().width() + (item.separated && !first ? kSeparatorWidth : 0);
 }
 
 int BandBar::preferredWidth() const {
@@ -130,7 +125,7 @@ int BandBar::leastWidth() const {
 QSize BandBar::sizeHint() const {
     int height = m_overflow->sizeHint().height();
     for (const Item& item : m_items) {
-        height = qMax(height, sizeOf(*item.control).height());
+        height = qMax(height, item.control->sizeHint().height());
     }
     return {preferredWidth(), height + 2 * kMargin};
 }
@@ -177,7 +172,7 @@ void BandBar::arrange() {
             m_lines.push_back(x + kSeparatorWidth / 2);
             x += kSeparatorWidth;
         }
-        const QSize size = sizeOf(*item.control);
+        const QSize size = item.control->sizeHint();
         item.control->setGeometry(x, (height() - size.height()) / 2, size.width(), size.height());
         x += size.width();
     }

@@ -345,9 +345,14 @@ TEST_F(WidgetPromptTest, filesShowByTheirFilterAndTheNextDialogBeginsWhereTheLas
         prompt.openFiles(request);
     }
     const auto choose = [&](const char* name) {
+        const QFileDialog another(nullptr, QString(), QDir::rootPath()); // the host's own
         whenOpen([&folder, name](QWidget* box) {
             auto* const dialog = qobject_cast<QFileDialog*>(box);
-            EXPECT_EQ(dialog->directory(), QDir(folder.path()));
+            if (dialog->directory() != QDir(folder.path())) {
+                ADD_FAILURE() << "it began in " << dialog->directory().path().toStdString();
+                box->close();
+                return;
+            }
             dialog->selectFile(QString::fromLatin1(name));
             static_cast<QDialog*>(dialog)->accept();
         });
