@@ -196,13 +196,14 @@ void ListView::setEmptyText(const QString& text) {
 
 void ListView::keyboardSearch(const QString& search) {
     const bool sameWord = m_typing.isActive();
-    m_typing.start(QApplication::keyboardInputInterval());
     // The same letter again goes on to the next row instead of looking for a doubled letter.
     const bool again = sameWord && m_typed == search;
     if (!again) {
         m_typed = sameWord ? QString(m_typed + search) : search;
     }
-    if (m_items.rowCount() == 0 || !fetchAll({})) {
+    const bool isWhole = m_items.rowCount() > 0 && fetchAll({});
+    m_typing.start(QApplication::keyboardInputInterval()); // reading is none of the user's time
+    if (!isWhole) {
         return;
     }
     const int current = currentIndex().row();

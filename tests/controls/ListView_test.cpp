@@ -255,6 +255,19 @@ TEST_F(ListViewTest, rowsKnownByTheirKeysAskTheSourceOnce) {
     EXPECT_EQ(keys(), QStringList({"a", "gone"}));
 }
 
+TEST_F(ListViewTest, lettersBelongTogetherWhileTheRowsAreReadSlowly) {
+    list.items().clear();
+    list.items().setSource([](const QStringList&) {
+        QTest::qSleep(QApplication::keyboardInputInterval() * 5 / 4);
+        return std::optional(QList<ListItem>{item("a", {"no"}), item("b", {"other"})});
+    });
+    list.addKeys({"a", "b"});
+    QTest::keyClick(&list, Qt::Key_N);
+    QApplication::processEvents();
+    QTest::keyClick(&list, Qt::Key_O);
+    EXPECT_EQ(list.selectedKey(), "a");
+}
+
 TEST_F(ListViewTest, coloursCanBeReadOnDark) {
     list.items().setStyle("xn2", true, QColor(0, 128, 0));
     const QModelIndex index = list.model()->index(1, 0);
