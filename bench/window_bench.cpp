@@ -81,7 +81,7 @@ Cost measure(Open open) {
         window->grab();
         least.ms = std::min(least.ms, busyMs() - start);
         if (auto* const list = window->findChild<ListView*>()) {
-            while (list->missingItems() > 0) {
+            while (list->items().missing() > 0) {
                 QApplication::processEvents();
             }
         }
@@ -175,7 +175,7 @@ double sortedMs(QWidget& viewport, Sort sort) {
 void benchSorting(frmMain& form, QTreeWidget& items) {
     auto* const list = form.findChild<ListView*>(QStringLiteral("lsvMain"));
     Q_EMIT list->columnClick(1); // another order than that of any column but this
-    for (int column = 0; column < list->columns(); ++column) {
+    for (int column = 0; column < list->items().columnCount(); ++column) {
         const double ours = sortedMs(*list->viewport(), [&](Qt::SortOrder) {
             Q_EMIT list->columnClick(column); // what a click on the header raises
         });

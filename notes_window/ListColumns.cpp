@@ -29,8 +29,8 @@ ListColumns::ListColumns(ListView& list, WindowContext& context)
     m_list.addColumn(QStringLiteral("Subject"), QStringLiteral("subject"), 6600);
     m_list.addColumn(QStringLiteral("Status"), QStringLiteral("status"), 975);
     m_list.addColumn(QStringLiteral("Popup?"), QStringLiteral("popup"), 900);
-    m_list.setMark(kSubjectColumn, toolIcon(QStringLiteral("alarm")),
-                   QStringLiteral("has reminders"));
+    m_list.items().setMark(
+        {kSubjectColumn, toolIcon(QStringLiteral("alarm")), QStringLiteral("has reminders")});
     m_list.viewport()->installEventFilter(this);
     connect(m_list.header(), &QHeaderView::sectionResized, this,
             [this](int column) { resized(column); });
@@ -43,14 +43,14 @@ void ListColumns::showUsers(bool shown) {
             m_list.removeColumn(kUserColumn);
         } else if (!hasUsers()) {
             m_list.addColumn(QStringLiteral("User"), kUserColumn, kUserWidth);
-            restoreFrom(m_list.columnOf(kUserColumn));
+            restoreFrom(m_list.items().columnOf(kUserColumn));
         }
     });
     fitSubject();
 }
 
 bool ListColumns::hasUsers() const {
-    return m_list.columnOf(kUserColumn) >= 0;
+    return m_list.items().columnOf(kUserColumn) >= 0;
 }
 
 QStringList ListColumns::storedWidths() const {
@@ -62,7 +62,7 @@ QStringList ListColumns::storedWidths() const {
 void ListColumns::restoreFrom(int first) {
     const QStringList widths = storedWidths();
     const QScopedValueRollback<bool> fitting(m_fitting, true);
-    for (int i = first; i < widths.size() && i < m_list.columns(); ++i) {
+    for (int i = first; i < widths.size() && i < m_list.items().columnCount(); ++i) {
         if (const int pixels = twipsToPixels(widths[i].toInt()); pixels > 0) {
             m_list.setColumnWidth(i, pixels);
             m_subjectFits = m_subjectFits && i != kSubjectColumn;
@@ -73,12 +73,12 @@ void ListColumns::restoreFrom(int first) {
 void ListColumns::store() {
     // A subject column that takes what is left has no width of its own.
     QStringList widths;
-    for (int i = 0; i < m_list.columns(); ++i) {
+    for (int i = 0; i < m_list.items().columnCount(); ++i) {
         const bool fits = i == kSubjectColumn && m_subjectFits;
         widths.append(QString::number(fits ? 0 : pixelsToTwips(m_list.columnWidth(i))));
     }
     // The last column is not there while only the user's own notes are shown.
-    if (m_list.columns() == kUserPlace) {
+    if (m_list.items().columnCount() == kUserPlace) {
         widths.append(storedWidths().mid(kUserPlace, 1));
     }
     m_context.settings().set(setting::kColumnWidths, widths.join(QLatin1Char(';')));

@@ -49,7 +49,7 @@ void ListContents::refill(bool showsNote) {
     m_waiting.count();
     if (m_list.isCut()) {
         m_context.showStatus(QStringLiteral("Stopped: the list shows %1 notes, not all.")
-                                 .arg(m_list.view().allItems()));
+                                 .arg(m_list.view().items().allRows()));
     }
 }
 
@@ -72,7 +72,7 @@ bool ListContents::setUserColumn() {
 
 void ListContents::select(const QString& before, bool showsNote) {
     ListView& view = m_list.view();
-    const QString key = view.rowOf(before) >= 0 ? before : view.keyAt(0);
+    const QString key = view.items().rowOf(before) >= 0 ? before : view.items().keyAt(0);
     view.selectKey(key);
     if (showsNote) {
         m_edited.show(noteIdOf(key));

@@ -62,13 +62,13 @@ void ListFind::findAgain() {
 void ListFind::find() {
     if (words().isEmpty()) {
         m_finder.stop();
-        m_list.view().showAll();
+        m_list.view().items().showAll();
         selectFound();
         return;
     }
     std::vector<qint64> ids;
-    ids.reserve(size_t(m_list.view().allItems()));
-    m_list.view().forEachKey([&ids](QStringView key) { ids.push_back(noteIdOf(key)); });
+    ids.reserve(size_t(m_list.view().items().allRows()));
+    m_list.view().items().forEachKey([&ids](QStringView key) { ids.push_back(noteIdOf(key)); });
     m_finder.start(m_bar.text(), std::move(ids));
     showState();
 }
@@ -79,9 +79,9 @@ void ListFind::narrow() {
     // Most keys narrow what is shown already; where nothing drops out, nothing is rebuilt.
     ListView& view = m_list.view();
     const bool same = m_finder.isNarrowing() && !m_finder.isSearching() &&
-                      m_finder.hits() == view.itemCount() && !view.selectedKey().isEmpty();
+                      m_finder.hits() == view.items().rowCount() && !view.selectedKey().isEmpty();
     if (!same) {
-        view.showOnly([this](QStringView key) { return m_finder.has(noteIdOf(key)); });
+        view.items().showOnly([this](QStringView key) { return m_finder.has(noteIdOf(key)); });
         selectFound();
     }
     showState();
@@ -92,11 +92,11 @@ void ListFind::narrow() {
 void ListFind::selectFound() {
     ListView& view = m_list.view();
     const QString before = m_edited.id() != 0 ? noteItemKey(m_edited.id()) : QString();
-    if (view.rowOf(before) >= 0) {
+    if (view.items().rowOf(before) >= 0) {
         view.selectKey(before);
     } else if (!m_finder.isSearching()) {
-        view.selectKey(view.keyAt(0));
-        m_edited.show(noteIdOf(view.keyAt(0)));
+        view.selectKey(view.items().keyAt(0));
+        m_edited.show(noteIdOf(view.items().keyAt(0)));
     }
     showState();
     markHits();
@@ -111,7 +111,7 @@ void ListFind::showState() {
     if (words().isEmpty()) {
         m_bar.showCount(0, 0, FindState::Done);
     } else {
-        m_bar.showCount(m_finder.hits(), m_list.view().allItems(),
+        m_bar.showCount(m_finder.hits(), m_list.view().items().allRows(),
                         m_finder.isSearching() ? FindState::Searching
                         : m_finder.hasFailed() ? FindState::Failed
                                                : FindState::Done);

@@ -16,12 +16,12 @@ namespace yrw {
 
 NotesList::NotesList(ListView& view, WindowContext& context, UserNames& names)
     : m_view(view), m_context(context), m_names(names), m_columns(view, context) {
-    m_view.setSource([this](const QStringList& keys) { return itemsFor(keys); });
+    m_view.items().setSource([this](const QStringList& keys) { return itemsFor(keys); });
     m_view.setWorkWatch([this] { return sortingWatch(); });
 }
 
 void NotesList::clear() {
-    m_view.clearItems();
+    m_view.items().clear();
     m_notes = m_context.application().Notes();
     if (m_owner) {
         m_notes->setParent(m_owner);
@@ -104,7 +104,7 @@ std::optional<QList<ListItem>> NotesList::itemsFor(const QStringList& keys) {
 }
 
 void NotesList::endReading() {
-    m_view.removeMissing();
+    m_view.items().removeMissing();
     std::rethrow_exception(m_failure);
 }
 
@@ -116,24 +116,24 @@ ListItem NotesList::itemOf(const NoteRow& row, bool amongAll) {
 
 void NotesList::replace(const Ref<IRecord>& note) {
     const ListItem item = itemOf(noteRowOf(*note), false);
-    if (m_view.isSorted() || m_view.rowOf(item.key) < 0) {
+    if (m_view.isSorted() || m_view.items().rowOf(item.key) < 0) {
         m_view.removeItem(item.key);
         m_view.addItem(item);
     } else {
         for (int column = 0; column < item.texts.size(); ++column) {
-            m_view.setItemText(item.key, column, item.texts[column]);
+            m_view.items().setText(item.key, column, item.texts[column]);
         }
-        m_view.setItemStyle(item.key, item.bold, item.foreColour, item.marked);
+        m_view.items().setStyle(item.key, item.bold, item.foreColour, item.marked);
     }
     m_view.selectKey(item.key);
     rowsChanged.raise();
 }
 
 QString NotesList::removeItem(const QString& item) {
-    const int row = m_view.rowOf(item);
+    const int row = m_view.items().rowOf(item);
     m_view.removeItem(item);
-    const int next = row < m_view.itemCount() ? row : m_view.itemCount() - 1;
-    const QString key = m_view.keyAt(next);
+    const int next = row < m_view.items().rowCount() ? row : m_view.items().rowCount() - 1;
+    const QString key = m_view.items().keyAt(next);
     m_view.selectKey(key);
     rowsChanged.raise();
     return key;

@@ -179,7 +179,7 @@ void frmMain::fillWindow(qint64 noteID) {
     m_parts->contents.build(false);
     ListView& list = m_parts->controls.lsvMain;
     const QString wanted = noteID == 0 ? firstItem() : noteItemKey(noteID);
-    if (list.rowOf(wanted) >= 0) {
+    if (list.items().rowOf(wanted) >= 0) {
         list.selectKey(wanted);
     }
     if (!list.selectedKey().isEmpty()) {
@@ -196,9 +196,9 @@ void frmMain::fillWindow(qint64 noteID) {
 /// The first note of the list; but text that a crash left behind comes first.
 QString frmMain::firstItem() const {
     const ListView& list = m_parts->controls.lsvMain;
-    QString first = list.keyAt(0);
+    QString first = list.items().keyAt(0);
     for (const qint64 id : m_parts->drafts.noteIDs()) {
-        if (list.rowOf(noteItemKey(id)) >= 0) {
+        if (list.items().rowOf(noteItemKey(id)) >= 0) {
             first = noteItemKey(id);
         }
     }

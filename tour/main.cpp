@@ -150,7 +150,7 @@ void addWritingNote(Script& script) {
     script.step(
         QStringLiteral("The notes window of the customer, still empty"),
         [] {
-            return unless(notesList() != nullptr && notesList()->itemCount() == 0,
+            return unless(notesList() != nullptr && notesList()->items().rowCount() == 0,
                           QStringLiteral("the notes window is not there, or not empty"));
         },
         [] { click(QStringLiteral("tooAdd")); });
@@ -182,7 +182,7 @@ void addWritingNote(Script& script) {
     script.step(
         QStringLiteral("The note is in the list and its text waits"),
         [] {
-            const bool added = notesList() != nullptr && notesList()->itemCount() == 1;
+            const bool added = notesList() != nullptr && notesList()->items().rowCount() == 1;
             return unless(added && noteText()->hasFocus(),
                           QStringLiteral("the note is not listed, or its text has no focus"));
         },
@@ -261,8 +261,8 @@ void addFindingNote(Script& script) {
         QStringLiteral("The note is there again, bold word included"),
         [] {
             const ListView* list = notesList();
-            if (list == nullptr || list->itemCount() != 1 ||
-                list->text(list->keyAt(0), 1) != kSubject) {
+            if (list == nullptr || list->items().rowCount() != 1 ||
+                list->items().text(list->items().keyAt(0), 1) != kSubject) {
                 return QStringLiteral("the note is not in the list");
             }
             return wordIsBold(QStringLiteral("blue"));

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/controls/GridColumn.h"
 #include "platform/controls/GridRows.h"
-#include "platform/controls/RecordGrid.h"
+#include "platform/controls/api/IRecordGrid.h"
 
 #include <QHash>
 #include <QHeaderView>
@@ -20,7 +21,10 @@ class GridSource {
 public:
     virtual ~GridSource();
     [[nodiscard]] virtual GridRows& rows() = 0;
-    [[nodiscard]] virtual RecordGrid& grid() = 0;
+    /// Whose style events are raised.
+    [[nodiscard]] virtual IRecordGrid& grid() = 0;
+    /// What screen readers call the grid.
+    [[nodiscard]] virtual QString gridName() const = 0;
     [[nodiscard]] virtual const QList<GridColumn>& gridColumns() const = 0;
     /// Field position of a column, -1 when the recordset does not have its field.
     [[nodiscard]] virtual int fieldOf(int column) const = 0;
@@ -64,7 +68,7 @@ public:
     /// Rows that fit whole.
     [[nodiscard]] int fullRows() const;
     // What screen readers ask.
-    [[nodiscard]] QString gridName() const { return m_source.grid().accessibleName(); }
+    [[nodiscard]] QString gridName() const { return m_source.gridName(); }
     [[nodiscard]] qint64 firstRow() const { return m_source.topRow(); }
     [[nodiscard]] int rowsInView() const;
     [[nodiscard]] qint64 cursorRow() const { return m_source.cursorRow(); }

@@ -15,7 +15,7 @@ constexpr int kLeastColumnWidth = 12;
 
 } // namespace
 
-GridPanes::GridPanes(RecordGrid& grid, GridSource& source)
+GridPanes::GridPanes(QWidget& grid, GridSource& source)
     : m_grid(grid), m_source(source), m_splitter(new QSplitter(Qt::Horizontal, &grid)),
       m_scroll(new QScrollBar(Qt::Vertical, &grid)) {
     auto* const layout = new QHBoxLayout(&grid);

@@ -25,7 +25,7 @@ class GridPanes final : public QObject {
 
 public:
     /// Begins with one pane. `source` answers what the panes ask, and lives as long.
-    GridPanes(RecordGrid& grid, GridSource& source);
+    GridPanes(QWidget& grid, GridSource& source);
 
     [[nodiscard]] int count() const { return static_cast<int>(m_panes.size()); }
     /// One pane or two; the first is the current one when the second goes.
@@ -69,7 +69,7 @@ private:
     void sectionResized(const QHeaderView* header, int column, int width);
     void wasScrolled();
 
-    RecordGrid& m_grid;
+    QWidget& m_grid;
     GridSource& m_source;
     QList<GridColumn> m_columns;
     QStandardItemModel m_headers;

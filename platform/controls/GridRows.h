@@ -38,8 +38,6 @@ public:
     [[nodiscard]] dao::Bookmark bookmark() const;
     /// Value in the row selected, or the one typed for it. Raises as the recordset does.
     [[nodiscard]] QVariant value(int column) const;
-    /// Row of a place; -1 when it is not among the rows.
-    [[nodiscard]] qint64 rowOf(dao::Bookmark bookmark);
     /// Moves the recordset's own cursor; nothing for a row that cannot be reached.
     void moveRecordset(qint64 row);
 
@@ -53,6 +51,8 @@ public:
     void cancel();
 
 private:
+    /// Row of a place; -1 when it is not among the rows.
+    [[nodiscard]] qint64 rowOf(dao::Bookmark bookmark);
     void openBuffer();
 
     Ref<dao::Recordset> m_recordset;

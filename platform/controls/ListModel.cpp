@@ -112,22 +112,31 @@ void ListModel::rowsChanged() {
     ++m_changes;
 }
 
-void ListModel::appendKeys(const QStringList& keys) {
-    if (keys.isEmpty()) {
+void ListModel::appendRows(qsizetype count, const std::function<Row(qsizetype)>& make) {
+    if (count == 0) {
         return;
     }
     const int first = rowCount();
-    beginInsertRows({}, first, first + static_cast<int>(keys.size()) - 1);
-    m_rows.reserve(m_rows.size() + size_t(keys.size()));
-    for (const QString& key : keys) {
+    beginInsertRows({}, first, first + static_cast<int>(count) - 1);
+    m_rows.reserve(m_rows.size() + size_t(count));
+    for (qsizetype i = 0; i < count; ++i) {
         if (m_shown) {
             m_shown->push_back(allRows());
         }
-        m_rows.push_back({key, 0, false, false, false, false});
+        m_rows.push_back(make(i));
+        m_missing += m_rows.back().isWhole ? 0 : 1;
     }
-    m_missing += static_cast<int>(keys.size());
     rowsChanged();
     endInsertRows();
+}
+
+void ListModel::append(const QList<ListItem>& items) {
+    appendRows(items.size(), [&items](qsizetype i) { return packed(items.at(i)); });
+}
+
+void ListModel::appendKeys(const QStringList& keys) {
+    appendRows(keys.size(),
+               [&keys](qsizetype i) { return Row{keys.at(i), 0, false, false, false, false}; });
 }
 
 const ListModel::Row& ListModel::whole(int row) const {
@@ -188,23 +197,6 @@ void ListModel::removeMissing() {
     m_missing = 0;
     rowsChanged();
     endResetModel();
-}
-
-void ListModel::append(const QList<ListItem>& items) {
-    if (items.isEmpty()) {
-        return;
-    }
-    const int first = rowCount();
-    beginInsertRows({}, first, first + static_cast<int>(items.size()) - 1);
-    m_rows.reserve(m_rows.size() + size_t(items.size()));
-    for (const ListItem& item : items) {
-        if (m_shown) {
-            m_shown->push_back(allRows());
-        }
-        m_rows.push_back(packed(item));
-    }
-    rowsChanged();
-    endInsertRows();
 }
 
 int ListModel::insertSorted(const ListItem& item, int column, Qt::SortOrder order) {
@@ -282,7 +274,11 @@ int ListModel::rowOfPlace(int place) const {
                    : place;
 }
 
-void ListModel::setText(int row, int column, const QString& text) {
+void ListModel::setText(const QString& key, int column, const QString& text) {
+    const int row = rowOf(key);
+    if (row < 0 || column < 0 || column >= columnCount()) {
+        return;
+    }
     QStringList parts = whole(row).parts.split(kSeparator);
     while (parts.size() <= column + 1) {
         parts.append(QString());
@@ -292,7 +288,12 @@ void ListModel::setText(int row, int column, const QString& text) {
     Q_EMIT dataChanged(index(row, column), index(row, column));
 }
 
-void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreColour, bool marked) {
+void ListModel::setStyle(const QString& key, bool bold, const std::optional<QColor>& foreColour,
+                         bool marked) {
+    const int row = rowOf(key);
+    if (row < 0) {
+        return;
+    }
     (void)whole(row);
     Row& own = m_rows[place(row)];
     own.bold = bold;
@@ -302,9 +303,25 @@ void ListModel::setStyle(int row, bool bold, const std::optional<QColor>& foreCo
     Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 
-std::optional<QColor> ListModel::foreColour(int row) const {
-    const Row& own = whole(row);
-    return own.hasColour ? std::optional<QColor>(QColor::fromRgb(own.colour)) : std::nullopt;
+QString ListModel::keyAt(int row) const {
+    return row >= 0 && row < rowCount() ? part(at(row), 0).toString() : QString();
+}
+
+QString ListModel::text(const QString& key, int column) const {
+    const int row = rowOf(key);
+    return row < 0 ? QString() : textAt(row, column).toString();
+}
+
+bool ListModel::isBold(const QString& key) const {
+    const int row = rowOf(key);
+    return row >= 0 && whole(row).bold;
+}
+
+std::optional<QColor> ListModel::foreColour(const QString& key) const {
+    const int row = rowOf(key);
+    return row >= 0 && whole(row).hasColour
+               ? std::optional<QColor>(QColor::fromRgb(whole(row).colour))
+               : std::nullopt;
 }
 
 void ListModel::indexKeys() const {

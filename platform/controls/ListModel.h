@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/collation/TextOrder.h"
-#include "platform/controls/ListView.h"
 
 #include <QAbstractTableModel>
+#include <QColor>
 #include <QIcon>
 
 #include <functional>
@@ -13,7 +13,23 @@
 
 namespace yrw {
 
+/// One row of a list view.
+struct ListItem {
+    QString key;       ///< unique in the list, e.g. "xn17"
+    QStringList texts; ///< one per column, in the order the columns were added
+    bool bold = false;
+    std::optional<QColor> foreColour;
+    bool marked = false; ///< shows the list's mark
+};
+
+/// Gives rows by their keys; one that is left out stays without texts. Nothing means that they
+/// could not be read. It is called while the list paints: it opens no window and raises nothing.
+using ListSource = std::function<std::optional<QList<ListItem>>(const QStringList& keys)>;
+
 /// Rows and columns of a `ListView`, kept in the order shown.
+///
+/// Rows are numbered from 0 in that order and known by keys, columns by numbers and keys. An absent
+/// key is no error: it has no text or style, and there is nothing to change or remove.
 ///
 /// A row is one text that holds the key and the texts, since most of the memory of a long list
 /// would otherwise be what surrounds many short texts. A row may be known by its key alone; whoever
@@ -28,12 +44,14 @@ public:
     void addColumn(const QString& header, const QString& key);
     /// 0-based; the texts of the column go with it.
     void removeColumn(int column);
+    /// Position of a column by key, -1 when absent.
     [[nodiscard]] int columnOf(const QString& key) const;
 
     void clear();
     void append(const QList<ListItem>& items);
     /// Appends rows whose texts come from the source when they are asked for.
     void appendKeys(const QStringList& keys);
+    /// What is asked for the texts; once it has failed not again for the rows that are missing.
     void setSource(ListSource source) { m_source = std::move(source); }
     /// Fetches up to so many of the rows that are known by key alone; false when the source failed.
     bool fetchSome(int rows);
@@ -44,9 +62,11 @@ public:
     int insertSorted(const ListItem& item, int column, Qt::SortOrder order);
     /// Removes a row by key, shown or not; no error when it is absent.
     void remove(const QString& key);
-    void setText(int row, int column, const QString& text);
-    void setStyle(int row, bool bold, const std::optional<QColor>& foreColour, bool marked);
-    /// What marked rows show in one column.
+    void setText(const QString& key, int column, const QString& text);
+    void setStyle(const QString& key, bool bold, const std::optional<QColor>& foreColour,
+                  bool marked = false);
+    /// What marked rows show before the text of a column, and what screen readers and the tool-tip
+    /// say of them.
     struct Mark {
         int column = -1;
         QIcon icon;
@@ -54,16 +74,21 @@ public:
     };
     void setMark(const Mark& mark) { m_mark = mark; }
 
-    /// Shows only the rows whose keys are kept; the others stay out of sight until `showAll`.
+    /// Shows only the rows whose keys are kept, in their order; nothing is selected then. The
+    /// others stay out of sight until `showAll`: rows and counts speak of those shown. Rows added
+    /// are shown.
     void showOnly(const std::function<bool(QStringView)>& keeps);
     void showAll();
     /// Calls for the key of every row, shown or not, in the order of the rows.
     void forEachKey(const std::function<void(QStringView)>& call) const;
+    /// Rows with those out of sight.
     [[nodiscard]] int allRows() const { return static_cast<int>(m_rows.size()); }
 
-    [[nodiscard]] QString keyAt(int row) const { return part(at(row), 0).toString(); }
-    [[nodiscard]] bool isBold(int row) const { return whole(row).bold; }
-    [[nodiscard]] std::optional<QColor> foreColour(int row) const;
+    /// Empty for a row that is not there.
+    [[nodiscard]] QString keyAt(int row) const;
+    [[nodiscard]] QString text(const QString& key, int column) const;
+    [[nodiscard]] bool isBold(const QString& key) const;
+    [[nodiscard]] std::optional<QColor> foreColour(const QString& key) const;
     /// Row of a key, -1 when it is absent or not shown.
     [[nodiscard]] int rowOf(const QString& key) const;
     /// Valid until the row is changed.
@@ -84,11 +109,13 @@ public:
                                       int role) const override;
 
 private:
+    /// A column as its header shows it and its list knows it.
     struct Column {
         QString header;
         QString key;
     };
 
+    /// A row as it is kept.
     struct Row {
         QString parts; ///< key and texts, each but the last followed by a separator
         QRgb colour = 0;
@@ -106,6 +133,7 @@ private:
     /// A row with its texts, which are fetched when they are missing.
     [[nodiscard]] const Row& whole(int row) const;
     bool fetch(const std::vector<size_t>& places) const;
+    void appendRows(qsizetype count, const std::function<Row(qsizetype)>& make);
     /// Row at which a place is shown, or would be.
     [[nodiscard]] int rowOfPlace(int place) const;
     /// Place of a key among all rows, -1 when absent.

@@ -1,34 +1,18 @@
 #pragma once
 
-#include "platform/collation/TextOrder.h"
+#include "platform/controls/ListModel.h"
 
-#include <QColor>
+#include <QTimer>
 #include <QTreeView>
 
 #include <functional>
-#include <memory>
-#include <optional>
 
 namespace yrw {
 
-/// One row of a list view.
-struct ListItem {
-    QString key;       ///< unique in the list, e.g. "xn17"
-    QStringList texts; ///< one per column, in the order the columns were added
-    bool bold = false;
-    std::optional<QColor> foreColour;
-    bool marked = false; ///< shows the list's mark
-};
-
-/// Gives rows by their keys; one that is left out stays without texts. Nothing means that they
-/// could not be read. It is called while the list paints: it opens no window and raises nothing.
-using ListSource = std::function<std::optional<QList<ListItem>>(const QStringList& keys)>;
-
 /// The list view in report style: a header and rows with keys, over a model.
 ///
-/// Rows are numbered from 0 in the order shown. Columns have keys; texts of a removed column go
-/// with it. Sorting compares displayed texts in the order of the user's language and is stable; off
-/// until `setSorting`. Typing letters selects the next row that begins with them, in the sorted
+/// Sorting compares displayed texts in the order of the user's language and is stable; off
+/// until `sortBy`. Typing letters selects the next row that begins with them, in the sorted
 /// column before the others.
 /// Selecting in code raises no `itemClick`; the user's click, arrow keys and typing do. The menu
 /// key and Shift+F10 raise `rightClick` at the selected row, Enter raises `itemDblClick`.
@@ -40,64 +24,36 @@ public:
     explicit ListView(QWidget* parent = nullptr);
     ~ListView() override;
 
-    void addColumn(const QString& header, const QString& key, int widthTwips);
-    /// Removes a column by key; no error when it is absent.
-    void removeColumn(const QString& key);
-    /// Position of a column by key, -1 when absent.
-    [[nodiscard]] int columnOf(const QString& key) const;
-    [[nodiscard]] int columns() const;
+    /// The rows and columns. Columns, and rows where they are sorted, come and go by the list's own
+    /// members.
+    [[nodiscard]] ListModel& items() { return m_items; }
+    [[nodiscard]] const ListModel& items() const { return m_items; }
 
-    void clearItems();
+    void addColumn(const QString& header, const QString& key, int widthTwips);
+    /// Removes a column by key with its texts; no error when it is absent.
+    void removeColumn(const QString& key);
+
     /// Adds many rows in one go.
     void addItems(const QList<ListItem>& items);
     /// Adds rows by their keys alone. The list asks the source for the rest of a row when it is
     /// painted or asked for, for all of them before it sorts, and for a few whenever the program
     /// has nothing else to do, until it has them all.
     void addKeys(const QStringList& keys);
-    void setSource(ListSource source);
-    /// Rows that are known by their keys alone so far.
-    [[nodiscard]] int missingItems() const;
-    /// Removes the rows that are known by their keys alone.
-    void removeMissing();
-    /// Called at the beginning of each sorting: gives what the sorting reports to, and what may
-    /// stop it. A stopped one leaves the list as it was.
-    void setWorkWatch(std::function<WorkStep()> begin);
     /// Adds one row at its sorted place (at the end while sorting is off); its row.
     int addItem(const ListItem& item);
-    void removeItem(const QString& key);
-    /// Shows only the rows whose keys are kept, in their order; nothing is selected then. The
-    /// others stay in the list, out of sight: rows and counts speak of those shown. Rows added are
-    /// shown.
-    void showOnly(const std::function<bool(QStringView key)>& keeps);
-    void showAll();
-    /// Calls for the key of every row, also of those out of sight.
-    void forEachKey(const std::function<void(QStringView key)>& call) const;
-    [[nodiscard]] int allItems() const; ///< rows with those out of sight
-    [[nodiscard]] int itemCount() const;
-    /// Row of a key, -1 when it is absent or out of sight.
-    [[nodiscard]] int rowOf(const QString& key) const;
-    [[nodiscard]] QString keyAt(int row) const;
-    [[nodiscard]] QString text(const QString& key, int column) const;
-    void setItemText(const QString& key, int column, const QString& text);
-    void setItemStyle(const QString& key, bool bold, const std::optional<QColor>& foreColour,
-                      bool marked = false);
-    /// What marked rows show before the text of a column, and what screen readers and the tool-tip
-    /// say of them.
-    void setMark(int column, const QIcon& icon, const QString& words);
-    [[nodiscard]] bool isBold(const QString& key) const;
-    [[nodiscard]] std::optional<QColor> foreColour(const QString& key) const;
+    void removeItem(const QString& key) { m_items.remove(key); }
+    /// Called at the beginning of each sorting: gives what the sorting reports to, and what may
+    /// stop it. A stopped one leaves the list as it was.
+    void setWorkWatch(std::function<WorkStep()> begin) { m_beginWork = std::move(begin); }
 
     /// Key of the selected row; empty when none is.
     [[nodiscard]] QString selectedKey() const;
     /// Selects a row without raising `itemClick`; an absent or empty key selects none.
     void selectKey(const QString& key);
 
-    [[nodiscard]] int sortKey() const; ///< column
-    void setSortKey(int column);
-    [[nodiscard]] Qt::SortOrder sortOrder() const;
-    void setSortOrder(Qt::SortOrder order);
-    [[nodiscard]] bool isSorted() const;
-    void setSorted(bool sorted);
+    [[nodiscard]] int sortKey() const { return m_sorting.column; }
+    [[nodiscard]] Qt::SortOrder sortOrder() const { return m_sorting.order; }
+    [[nodiscard]] bool isSorted() const { return m_sorting.on; }
     /// Sets key and order and turns sorting on, all at once or, when that is stopped, not at all.
     void sortBy(int column, Qt::SortOrder order);
     /// What an empty list shows in its middle.
@@ -124,10 +80,32 @@ protected:
     bool viewportEvent(QEvent* event) override;
 
 private:
-    void sortAdded();
+    /// An order that the rows may be in.
+    struct Sorting {
+        int column = 0;
+        Qt::SortOrder order = Qt::AscendingOrder;
+        bool on = false;
+    };
 
-    class Private;
-    std::unique_ptr<Private> m_private;
+    void fetchInPassing();
+    /// Fetches what is missing; false when it was stopped or failed.
+    bool fetchAll(const WorkStep& goesOn);
+    /// Sorts as it is wanted now; false when it was stopped.
+    bool sortAll();
+    /// Sorts after rows were added; when that is stopped they stay as they came.
+    void sortAdded();
+    /// Goes over to another order; one that is stopped leaves everything as it was.
+    void change(const Sorting& to);
+    void showIndicator() const;
+    [[nodiscard]] int findTyped(int from) const;
+
+    ListModel m_items;
+    QTimer m_typing; ///< runs while letters typed belong to one word
+    QString m_typed;
+    QString m_emptyText;
+    QTimer m_fetching; ///< runs while rows are missing
+    std::function<WorkStep()> m_beginWork;
+    Sorting m_sorting;
 };
 
 } // namespace yrw

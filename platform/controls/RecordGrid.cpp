@@ -59,10 +59,6 @@ void RecordGrid::setCurrentRow(qint64 row) {
     }
 }
 
-void RecordGrid::reload() {
-    m_private->reload();
-}
-
 bool RecordGrid::isEditing() const {
     return m_private->isEditing();
 }

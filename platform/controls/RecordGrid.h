@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/controls/GridColumn.h"
 #include "platform/controls/api/IRecordGrid.h"
 #include "platform/dao/Recordset.h"
 
@@ -8,16 +9,6 @@
 #include <memory>
 
 namespace yrw {
-
-/// A column of the record grid.
-struct GridColumn {
-    QString field;
-    QString header;
-    int widthTwips = 1500;
-    bool visible = true;
-    bool editable = true;
-    int decimals = -1; ///< places behind the point of a fractional number; -1: as many as it has
-};
 
 /// The record grid: shows a dynaset row by row, reading a row when it comes into view, so that a
 /// million rows cost no more than a page.
@@ -58,8 +49,6 @@ public:
     /// 0-based row of the cursor; -1 when there is none.
     [[nodiscard]] qint64 currentRow() const;
     void setCurrentRow(qint64 row);
-    /// Reads the rows of the recordset afresh (after a requery), keeping the row if it can.
-    void reload();
     /// True while a cell is being edited or a new record is pending.
     [[nodiscard]] bool isEditing() const;
     /// Writes a pending edit; false when it failed (the edit stays, `editFailed` told why).

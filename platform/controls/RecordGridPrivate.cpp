@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace yrw {
 
 RecordGrid::Private::Private(RecordGrid& owner) : m_grid(owner), m_panes(owner, *this) {
@@ -52,16 +54,6 @@ void RecordGrid::Private::setRecordset(const Ref<dao::Recordset>& recordset) {
     bindFields();
     m_column = m_grid.isColumnVisible(m_column) ? m_column : m_panes.firstColumn();
     startAt(m_rows.count() > 0 || canAddNew() ? 0 : -1);
-}
-
-void RecordGrid::Private::reload() {
-    const dao::Bookmark place = m_bookmark;
-    const qint64 row = m_row;
-    delete m_editor;
-    m_rows.setRecordset(Ref<dao::Recordset>(m_rows.recordset()));
-    bindFields();
-    const qint64 found = m_rows.rowOf(place);
-    startAt(found >= 0 ? found : qMin(row, shownRows() - 1));
 }
 
 void RecordGrid::Private::startAt(qint64 row) {
@@ -353,6 +345,13 @@ bool RecordGrid::Private::startEdit() {
     return true;
 }
 
+void RecordGrid::Private::dropEditor() {
+    GridEditor* const editor = std::exchange(m_editor, nullptr);
+    editor->disconnect(this);
+    editor->hide();
+    editor->deleteLater();
+}
+
 bool RecordGrid::Private::closeEditor() {
     if (!m_editor) {
         return true;
@@ -367,11 +366,7 @@ bool RecordGrid::Private::closeEditor() {
         return true; // a handler has closed it
     }
     const bool hadFocus = m_editor->hasFocus();
-    GridEditor* const editor = m_editor;
-    m_editor = nullptr;
-    editor->disconnect(this);
-    editor->hide();
-    editor->deleteLater();
+    dropEditor();
     if (hadFocus) {
         m_panes.current().setFocus(Qt::OtherFocusReason);
     }
@@ -406,11 +401,7 @@ bool RecordGrid::Private::commitEdit() {
 void RecordGrid::Private::cancelEdit() {
     const bool wasEditing = isEditing();
     if (m_editor) {
-        GridEditor* const editor = m_editor;
-        m_editor = nullptr;
-        editor->disconnect(this);
-        editor->hide();
-        editor->deleteLater();
+        dropEditor();
         m_panes.current().setFocus(Qt::OtherFocusReason);
     }
     m_rows.cancel();

@@ -2,6 +2,7 @@
 
 #include "platform/controls/GridEditor.h"
 #include "platform/controls/GridPanes.h"
+#include "platform/controls/RecordGrid.h"
 
 #include <QPointer>
 
@@ -16,7 +17,6 @@ public:
 
     // Rows and columns.
     void setRecordset(const Ref<dao::Recordset>& recordset);
-    void reload();
     void setColumns(const QList<GridColumn>& wanted);
     void setAllowAddNew(bool allow);
     void setSplitCount(int count);
@@ -37,7 +37,8 @@ public:
 
     // What the panes ask.
     [[nodiscard]] GridRows& rows() override { return m_rows; }
-    [[nodiscard]] RecordGrid& grid() override { return m_grid; }
+    [[nodiscard]] IRecordGrid& grid() override { return m_grid; }
+    [[nodiscard]] QString gridName() const override { return m_grid.accessibleName(); }
     [[nodiscard]] const QList<GridColumn>& gridColumns() const override {
         return m_panes.columns();
     }
@@ -70,6 +71,7 @@ private:
     bool commitRow();
     void connectEditor();
     void placeEditor();
+    void dropEditor();
     void failEdit(const QString& reason);
 
     RecordGrid& m_grid;

@@ -5,6 +5,14 @@
 
 namespace yrw {
 
+/// Colour of a number &H00BBGGRR, and back.
+[[nodiscard]] inline QColor colourOfBgr(int colour) {
+    return {colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF};
+}
+[[nodiscard]] inline int bgrOfColour(const QColor& colour) {
+    return colour.red() | (colour.green() << 8) | (colour.blue() << 16);
+}
+
 /// What a frame or a sign should have to be seen, and what text should have to be read with ease.
 constexpr double kVisibleContrast = 3;
 constexpr double kReadableContrast = 4.5;

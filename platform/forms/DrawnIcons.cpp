@@ -168,6 +168,7 @@ private:
     QStringList::const_iterator m_word;
 };
 
+/// Paints a drawing at the size that is asked for.
 class DrawnEngine final : public QIconEngine {
 public:
     explicit DrawnEngine(const Drawing& drawing) : m_drawing(drawing) {}

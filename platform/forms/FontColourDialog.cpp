@@ -1,5 +1,7 @@
 #include "platform/forms/FontColourDialog.h"
 
+#include "platform/forms/Contrast.h"
+
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QFontDatabase>
@@ -44,10 +46,6 @@ QFont fontOf(const FontChoice& choice) {
     // Families name their upright style in many ways, and the dialog knows few of them.
     font.setStyleName(styleOf(family, choice.bold, choice.italic));
     return font;
-}
-
-QColor colourOf(int bgr) {
-    return {bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF};
 }
 
 template <class Part>
@@ -145,7 +143,7 @@ void FontColourDialog::showColour() {
     const bool several =
         m_start.mixed.testFlag(FontPart::Colour) && !m_chosen.testFlag(FontPart::Colour);
     const bool automatic = m_colour == 0;
-    const QColor colour = automatic ? palette().color(QPalette::Text) : colourOf(m_colour);
+    const QColor colour = automatic ? palette().color(QPalette::Text) : colourOfBgr(m_colour);
     m_cmdColour->setAccessibleDescription(several     ? tr("several")
                                           : automatic ? tr("automatic")
                                                       : colour.name());

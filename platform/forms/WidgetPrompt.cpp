@@ -2,6 +2,7 @@
 
 #include "platform/clock/Clock.h"
 #include "platform/forms/BoxText.h"
+#include "platform/forms/Contrast.h"
 #include "platform/forms/DrawnIcons.h"
 #include "platform/forms/FileFilter.h"
 #include "platform/forms/FontColourDialog.h"
@@ -17,7 +18,6 @@
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QHash>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPrintDialog>
@@ -27,6 +27,8 @@
 #include <QScopeGuard>
 #include <QStyle>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 
 namespace yrw {
@@ -40,88 +42,46 @@ QString withLineBreaks(QString text) {
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 
-/// Puts the program's own drawing in the place of the style's icon.
-void drawIcon(const QMessageBox& box, PromptIcon icon) {
-    static const QHash<PromptIcon, QString> names{
-        {PromptIcon::Information, QStringLiteral("dialog-information")},
-        {PromptIcon::Question, QStringLiteral("dialog-question")},
-        {PromptIcon::Exclamation, QStringLiteral("dialog-warning")},
-        {PromptIcon::Critical, QStringLiteral("dialog-error")}};
-    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"));
-    if (label != nullptr && icon != PromptIcon::None) {
-        const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
-        label->setPixmap(
-            drawnIcon(names.value(icon)).pixmap(QSize(size, size), box.devicePixelRatioF()));
-    }
-}
+/// An icon for the toolkit, and the program's own drawing of it.
+struct BoxIcon {
+    QMessageBox::Icon icon;
+    const char* drawing;
+};
 
-QMessageBox::Icon iconOf(PromptIcon icon) {
-    switch (icon) {
-    case PromptIcon::Information:
-        return QMessageBox::Information;
-    case PromptIcon::Question:
-        return QMessageBox::Question;
-    case PromptIcon::Exclamation:
-        return QMessageBox::Warning;
-    case PromptIcon::Critical:
-        return QMessageBox::Critical;
-    case PromptIcon::None:
-        break;
-    }
-    return QMessageBox::NoIcon;
-}
+constexpr BoxIcon kIcons[] = {
+    // by PromptIcon
+    {QMessageBox::NoIcon, ""},
+    {QMessageBox::Information, "dialog-information"},
+    {QMessageBox::Question, "dialog-question"},
+    {QMessageBox::Warning, "dialog-warning"},
+    {QMessageBox::Critical, "dialog-error"},
+};
 
-QMessageBox::StandardButtons buttonsOf(PromptButtons buttons) {
-    switch (buttons) {
-    case PromptButtons::YesNo:
-        return QMessageBox::Yes | QMessageBox::No;
-    case PromptButtons::YesNoCancel:
-        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-    case PromptButtons::OkCancel:
-        return QMessageBox::Ok | QMessageBox::Cancel;
-    case PromptButtons::Ok:
-        break;
-    }
-    return QMessageBox::Ok;
-}
+constexpr QMessageBox::StandardButton kAnswers[] = {
+    // by PromptAnswer
+    QMessageBox::Ok,
+    QMessageBox::Yes,
+    QMessageBox::No,
+    QMessageBox::Cancel,
+};
 
-QMessageBox::StandardButton buttonOf(PromptAnswer answer) {
-    switch (answer) {
-    case PromptAnswer::Yes:
-        return QMessageBox::Yes;
-    case PromptAnswer::No:
-        return QMessageBox::No;
-    case PromptAnswer::Cancel:
-        return QMessageBox::Cancel;
-    case PromptAnswer::Ok:
-        break;
-    }
-    return QMessageBox::Ok;
-}
+/// The buttons of a question, and the one that changes nothing.
+struct BoxButtons {
+    QMessageBox::StandardButtons shown;
+    QMessageBox::StandardButton escape;
+};
 
-PromptAnswer answerOf(int button) {
-    switch (button) {
-    case QMessageBox::Yes:
-        return PromptAnswer::Yes;
-    case QMessageBox::No:
-        return PromptAnswer::No;
-    case QMessageBox::Cancel:
-        return PromptAnswer::Cancel;
-    default:
-        return PromptAnswer::Ok;
-    }
-}
+const BoxButtons kButtons[] = {
+    // by PromptButtons
+    {QMessageBox::Ok, QMessageBox::Ok},
+    {QMessageBox::Yes | QMessageBox::No, QMessageBox::No},
+    {QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel},
+    {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel},
+};
 
-/// The button that changes nothing.
-QMessageBox::StandardButton escapeOf(PromptButtons buttons) {
-    switch (buttons) {
-    case PromptButtons::YesNo:
-        return QMessageBox::No;
-    case PromptButtons::Ok:
-        return QMessageBox::Ok;
-    default:
-        return QMessageBox::Cancel;
-    }
+template <class Value, size_t N, class Key>
+const Value& at(const Value (&table)[N], Key key) {
+    return table[static_cast<size_t>(key)];
 }
 
 void nameButtons(const QMessageBox& box) {
@@ -135,8 +95,14 @@ std::unique_ptr<QMessageBox> makeBox(const QString& text, const QString& title, 
     box->setTextFormat(Qt::PlainText);
     box->setText(withLineBreaks(text));
     box->setWindowTitle(title);
-    box->setIcon(iconOf(icon));
-    drawIcon(*box, icon);
+    box->setIcon(at(kIcons, icon).icon);
+    auto* const label = box->findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"));
+    if (label != nullptr && icon != PromptIcon::None) {
+        const int size =
+            box->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, box.get());
+        label->setPixmap(drawnIcon(QLatin1String(at(kIcons, icon).drawing))
+                             .pixmap(QSize(size, size), box->devicePixelRatioF()));
+    }
     return box;
 }
 
@@ -213,13 +179,15 @@ PromptAnswer WidgetPrompt::question(const QString& text, const QString& title,
                                     PromptButtons buttons, PromptIcon icon,
                                     PromptAnswer defaultAnswer) {
     const auto box = makeBox(text, title, icon);
-    box->setStandardButtons(buttonsOf(buttons));
-    box->setDefaultButton(buttonOf(defaultAnswer));
-    box->setEscapeButton(escapeOf(buttons));
+    box->setStandardButtons(at(kButtons, buttons).shown);
+    box->setDefaultButton(at(kAnswers, defaultAnswer));
+    box->setEscapeButton(at(kButtons, buttons).escape);
     nameButtons(*box);
     fitToScreen(*box, owner());
     const int pressed = OpenBox(*this).exec(*box);
-    return answerOf(pressed == 0 ? int(escapeOf(buttons)) : pressed);
+    const int button = pressed == 0 ? int(at(kButtons, buttons).escape) : pressed;
+    const auto* const found = std::find(std::begin(kAnswers), std::end(kAnswers), button);
+    return PromptAnswer(found - std::begin(kAnswers));
 }
 
 int WidgetPrompt::choose(const ChoiceRequest& request) {
@@ -259,11 +227,9 @@ void WidgetPrompt::errorReport(const ErrorReport& report) {
     OpenBox(*this).exec(*box);
 }
 
-QStringList WidgetPrompt::openFiles(const FileRequest& request) {
-    QFileDialog dialog(nullptr, request.title,
-                       request.folder.isEmpty() ? m_folder : request.folder);
+QStringList WidgetPrompt::askForFiles(QFileDialog& dialog, const FileRequest& request) {
     dialog.setNameFilters(nameFilters(request.filter));
-    dialog.setFileMode(request.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    dialog.selectFile(request.name);
     if (!request.prompt.isEmpty()) {
         dialog.setLabelText(QFileDialog::FileName, request.prompt);
     }
@@ -274,21 +240,19 @@ QStringList WidgetPrompt::openFiles(const FileRequest& request) {
     return dialog.selectedFiles();
 }
 
+QStringList WidgetPrompt::openFiles(const FileRequest& request) {
+    QFileDialog dialog(nullptr, request.title,
+                       request.folder.isEmpty() ? m_folder : request.folder);
+    dialog.setFileMode(request.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    return askForFiles(dialog, request);
+}
+
 QString WidgetPrompt::saveFile(const FileRequest& request) {
     QFileDialog dialog(nullptr, request.title,
                        request.folder.isEmpty() ? m_folder : request.folder);
-    dialog.setNameFilters(nameFilters(request.filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(firstSuffix(request.filter));
-    dialog.selectFile(request.name);
-    if (!request.prompt.isEmpty()) {
-        dialog.setLabelText(QFileDialog::FileName, request.prompt);
-    }
-    if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
-        return {};
-    }
-    m_folder = dialog.directory().path();
-    return dialog.selectedFiles().value(0);
+    return askForFiles(dialog, request).value(0);
 }
 
 std::optional<FontChoice> WidgetPrompt::chooseFont(const FontChoice& start) {
@@ -300,12 +264,11 @@ std::optional<FontChoice> WidgetPrompt::chooseFont(const FontChoice& start) {
 }
 
 std::optional<int> WidgetPrompt::chooseColour(int start) {
-    QColorDialog dialog(QColor(start & 0xFF, (start >> 8) & 0xFF, (start >> 16) & 0xFF));
+    QColorDialog dialog(colourOfBgr(start));
     if (OpenBox(*this).exec(dialog) != QDialog::Accepted) {
         return std::nullopt;
     }
-    const QColor chosen = dialog.selectedColor();
-    return chosen.red() | (chosen.green() << 8) | (chosen.blue() << 16);
+    return bgrOfColour(dialog.selectedColor());
 }
 
 bool WidgetPrompt::print(const QString& title, const std::function<void(QPrinter&)>& paint) {

@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <QWidget>
 
+class QFileDialog;
+
 namespace yrw {
 
 class Clock;
@@ -39,6 +41,8 @@ private:
     class OpenBox;
 
     [[nodiscard]] QWidget* owner() const;
+    /// Asks with a dialog that is made for it; the chosen paths, none when cancelled.
+    QStringList askForFiles(QFileDialog& dialog, const FileRequest& request);
 
     const Clock& m_clock;
     QPointer<QWidget> m_parent;

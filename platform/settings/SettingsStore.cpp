@@ -92,8 +92,6 @@ SettingsStore::SettingsStore() : SettingsStore(userfolders::config()) {}
 
 SettingsStore::SettingsStore(QString folder) : m_folder(std::move(folder)) {}
 
-SettingsStore::~SettingsStore() = default;
-
 QString SettingsStore::fileOf(const QString& application) const {
     return m_folder + u'/' + application + u".ini";
 }

@@ -22,16 +22,15 @@ public:
     SettingsStore();
     /// Uses the given folder, which need not be there yet.
     explicit SettingsStore(QString folder);
-    virtual ~SettingsStore();
 
     /// The stored text, or the given default when the key is absent or the file unreadable.
-    [[nodiscard]] virtual QString get(const QString& application, const QString& section,
-                                      const QString& key, const QString& defaultText) const;
+    [[nodiscard]] QString get(const QString& application, const QString& section,
+                              const QString& key, const QString& defaultText) const;
     /// Stores a text. Returns false when it could not be written.
-    virtual bool save(const QString& application, const QString& section, const QString& key,
-                      const QString& text);
+    bool save(const QString& application, const QString& section, const QString& key,
+              const QString& text);
     /// Removes a key; no error when it is absent. Returns false when the file cannot be written.
-    virtual bool remove(const QString& application, const QString& section, const QString& key);
+    bool remove(const QString& application, const QString& section, const QString& key);
 
     /// One sentence that names the file when it could not be read or written, once; then empty.
     [[nodiscard]] QString takeProblem();

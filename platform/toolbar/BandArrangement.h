@@ -15,6 +15,8 @@ struct BandDocking {
     /// Top left corner on the screen, in pixels; nothing while the band is docked. A floating band
     /// keeps its row and place for when it is docked again.
     std::optional<QPoint> floating;
+
+    friend bool operator==(const BandDocking&, const BandDocking&) = default;
 };
 
 /// A band, by its key, and where it is.

@@ -3,8 +3,8 @@
 #include "platform/forms/Twips.h"
 #include "platform/toolbar/BandGrip.h"
 #include "platform/toolbar/BandMenu.h"
-#include "platform/toolbar/ToolControls.h"
-#include "platform/toolbar/ToolIcons.h"
+#include "platform/toolbar/ToolButton.h"
+#include "platform/toolbar/ToolCombo.h"
 
 #include <QPainter>
 #include <QPointer>
@@ -17,14 +17,7 @@ constexpr int kGripWidth = 10;
 constexpr int kMargin = 2;
 constexpr int kSeparatorWidth = 9;
 
-/// Size of a control; a combo tool's width is a fixed one.
-QSize sizeOf(const QWidget& control) {
-    return control.sizeHint().expandedTo(control.minimumSize()).boundedTo(control.maximumSize());
-}
-
 } // namespace
-
-BandEvents::~BandEvents() = default;
 
 BandBar::BandBar(ToolBand& band, BandEvents& events, QWidget* parent)
     : QWidget(parent), m_band(band), m_events(events), m_overflow(new QToolButton(this)),
@@ -53,7 +46,7 @@ BandBar::BandBar(ToolBand& band, BandEvents& events, QWidget* parent)
 QWidget* BandBar::makeButton(BandTool& tool) {
     auto* const button = new ToolButton(m_events, this);
     connect(button, &QToolButton::clicked, this,
-            [this, key = tool.key()] { m_events.toolClicked(m_band, key); });
+            [this, key = tool.key()] { m_events.toolUsed(m_band, key, 0); });
     return button;
 }
 
@@ -67,7 +60,7 @@ QWidget* BandBar::makeCombo(BandTool& tool) {
             return;
         }
         BandEvents& events = m_events;
-        events.entryPicked(m_band, key, index + 1);
+        events.toolUsed(m_band, key, index + 1);
         if (source == ToolCombo::Source::List && !self.isNull()) {
             events.comboDone();
         }
@@ -97,7 +90,7 @@ void BandBar::syncItem(const Item& item) {
 }
 
 int BandBar::widthOf(const Item& item, bool first) {
-    return sizeOf(*item.control).width() + (item.separated && !first ? kSeparatorWidth : 0);
+    return item.control->sizeHint().width() + (item.separated && !first ? kSeparatorWidth : 0);
 }
 
 int BandBar::preferredWidth() const {
@@ -132,7 +125,7 @@ int BandBar::leastWidth() const {
 QSize BandBar::sizeHint() const {
     int height = m_overflow->sizeHint().height();
     for (const Item& item : m_items) {
-        height = qMax(height, sizeOf(*item.control).height());
+        height = qMax(height, item.control->sizeHint().height());
     }
     return {preferredWidth(), height + 2 * kMargin};
 }
@@ -179,7 +172,7 @@ void BandBar::arrange() {
             m_lines.push_back(x + kSeparatorWidth / 2);
             x += kSeparatorWidth;
         }
-        const QSize size = sizeOf(*item.control);
+        const QSize size = item.control->sizeHint();
         item.control->setGeometry(x, (height() - size.height()) / 2, size.width(), size.height());
         x += size.width();
     }
@@ -190,13 +183,13 @@ void BandBar::arrange() {
 
 void BandBar::openOverflow() {
     const QPointer<BandBar> self(this);
-    std::vector<BandTool*> hidden;
+    std::vector<const BandTool*> hidden;
     for (const Item& item : m_items) {
         if (item.control->isHidden()) {
             hidden.push_back(item.tool);
         }
     }
-    for (const BandTool* tool : hidden) {
+    for (const BandTool* const tool : hidden) {
         if (tool->kind() == ToolKind::Combo) {
             m_events.comboDropped(m_band, tool->key()); // its entries are shown, as when it drops
         }
@@ -204,22 +197,14 @@ void BandBar::openOverflow() {
             return; // a handler changed the band
         }
     }
-    QMenu menu; // without an owner: the bar may be made anew while it is open
-    menu.setObjectName(m_overflow->objectName());
-    menu.setAccessibleName(m_overflow->accessibleName());
-    menu.setAccessibleDescription(tr("Tools that the toolbar has no room for"));
-    fillMenu(menu, hidden);
     ToolBand& band = m_band;
     BandEvents& events = m_events;
-    const MenuChoice choice =
-        execMenu(menu, m_overflow->mapToGlobal(QPoint(0, m_overflow->height())));
-    if (self.isNull() || choice.toolKey.isEmpty()) {
-        return;
-    }
-    if (choice.entry > 0) {
-        events.entryPicked(band, choice.toolKey, choice.entry);
-    } else {
-        events.toolClicked(band, choice.toolKey);
+    const MenuChoice choice = chooseTool(hidden,
+                                         {m_overflow->objectName(), m_overflow->accessibleName(),
+                                          tr("Tools that the toolbar has no room for")},
+                                         m_overflow->mapToGlobal(QPoint(0, m_overflow->height())));
+    if (!self.isNull() && !choice.toolKey.isEmpty()) {
+        events.toolUsed(band, choice.toolKey, choice.entry);
     }
 }
 

@@ -1,6 +1,10 @@
 #pragma once
 
-#include "platform/toolbar/BandBar.h"
+#include "platform/toolbar/BandEvents.h"
+
+#include <QWidget>
+
+#include <optional>
 
 namespace yrw {
 

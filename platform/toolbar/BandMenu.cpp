@@ -4,6 +4,7 @@
 #include "platform/toolbar/ToolIcons.h"
 
 #include <QActionGroup>
+#include <QMenu>
 
 namespace yrw {
 
@@ -51,9 +52,7 @@ void addTool(QMenu& menu, const BandTool& tool) {
     }
 }
 
-} // namespace
-
-void fillMenu(QMenu& menu, const std::vector<BandTool*>& tools) {
+void fillMenu(QMenu& menu, const std::vector<const BandTool*>& tools) {
     for (const BandTool* tool : tools) {
         if (!tool->isVisible()) {
             continue;
@@ -66,8 +65,16 @@ void fillMenu(QMenu& menu, const std::vector<BandTool*>& tools) {
     showBoxes(menu);
 }
 
-MenuChoice execMenu(QMenu& menu, const QPoint& globalPosition) {
-    const QAction* const chosen = menu.exec(globalPosition);
+} // namespace
+
+MenuChoice chooseTool(const std::vector<const BandTool*>& tools, const MenuNames& names,
+                      const QPoint& globalPosition) {
+    QMenu menu; // without an owner: the tools' controls may be made anew while it is open
+    menu.setObjectName(names.object);
+    menu.setAccessibleName(names.accessible);
+    menu.setAccessibleDescription(names.description);
+    fillMenu(menu, tools);
+    const QAction* const chosen = menu.isEmpty() ? nullptr : menu.exec(globalPosition);
     if (chosen == nullptr || chosen->menu() != nullptr) {
         return {};
     }

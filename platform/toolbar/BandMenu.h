@@ -1,8 +1,10 @@
 #pragma once
 
-#include "platform/toolbar/ToolbarParts.h"
+#include "platform/toolbar/BandTool.h"
 
-#include <QMenu>
+#include <QPoint>
+
+#include <vector>
 
 namespace yrw {
 
@@ -12,10 +14,16 @@ struct MenuChoice {
     int entry = 0;   ///< of a combo tool, from 1; 0 for other tools
 };
 
-/// Fills a menu with the visible ones of the tools. An action's object name is its tool's key.
-void fillMenu(QMenu& menu, const std::vector<BandTool*>& tools);
+/// What a menu is called.
+struct MenuNames {
+    QString object;
+    QString accessible;
+    QString description;
+};
 
-/// Opens a filled menu and returns the choice when it has closed.
-[[nodiscard]] MenuChoice execMenu(QMenu& menu, const QPoint& globalPosition);
+/// Opens a menu of the visible ones of the tools and returns the choice when it has closed; nothing
+/// to show opens none. An action's object name is its tool's key.
+[[nodiscard]] MenuChoice chooseTool(const std::vector<const BandTool*>& tools,
+                                    const MenuNames& names, const QPoint& globalPosition);
 
 } // namespace yrw

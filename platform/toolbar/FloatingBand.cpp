@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QToolButton>
 #include <QWindow>
 
 #include <algorithm>

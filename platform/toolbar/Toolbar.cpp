@@ -2,8 +2,9 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "platform/toolbar/BandDock.h"
 #include "platform/toolbar/BandGrip.h"
-#include "platform/toolbar/ToolbarPrivate.h"
+#include "platform/toolbar/BandMenu.h"
 
 #include <QContextMenuEvent>
 #include <QCursor>
@@ -13,16 +14,32 @@
 
 namespace yrw {
 
-Toolbar::Toolbar(QWidget* parent) : QWidget(parent), m_private(std::make_unique<Private>(*this)) {
+Toolbar::Toolbar(QWidget* parent)
+    : QWidget(parent), m_bands(std::make_unique<BandList>(
+                           [this](const ToolBand& band, const BandTool* tool, ToolChange change) {
+                               changed(band, tool, change);
+                           })),
+      m_dock(std::make_unique<BandDock>(*this, *this, *m_bands)) {
     setAccessibleName(tr("Toolbar"));
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     auto* const jump = new QShortcut(QKeySequence(Qt::Key_F10), this);
-    connect(jump, &QShortcut::activated, this, [this] { m_private->focusFirst(); });
+    connect(jump, &QShortcut::activated, this, [this] { m_dock->focusFirst(); });
 }
 
 Toolbar::~Toolbar() = default;
+
+void Toolbar::changed(const ToolBand& band, const BandTool* tool, ToolChange change) {
+    if (m_loading) {
+        return;
+    }
+    if (change == ToolChange::Layout && !band.isPopup()) {
+        m_dock->rebuild();
+    } else {
+        m_dock->sync(band, tool);
+    }
+}
 
 void Toolbar::loadLayout(const FileSystem& files, const QString& path) {
     QFile file(files.resolve(path));
@@ -35,7 +52,12 @@ void Toolbar::loadLayout(const FileSystem& files, const QString& path) {
 }
 
 void Toolbar::loadLayoutText(const QByteArray& json, const QString& nameForErrors) {
-    m_private->load(parseToolbarLayout(json, nameForErrors));
+    const QList<BandLayout> layout = parseToolbarLayout(json, nameForErrors);
+    m_loading = true;
+    m_dock->end();
+    m_bands->load(layout);
+    m_loading = false;
+    m_dock->rebuild();
 }
 
 QObject* Toolbar::asQObject() {
@@ -43,51 +65,44 @@ QObject* Toolbar::asQObject() {
 }
 
 int Toolbar::bandCount() const {
-    return static_cast<int>(m_private->bands().size());
+    return static_cast<int>(m_bands->all().size());
 }
 
 IBand* Toolbar::bandAt(int index) const {
-    return index >= 0 && index < bandCount() ? m_private->bands()[size_t(index)].get() : nullptr;
+    return index >= 0 && index < bandCount() ? m_bands->all()[size_t(index)].get() : nullptr;
 }
 
 IBand* Toolbar::findBand(const QString& key) const {
-    return m_private->find(key);
+    return m_bands->find(key);
 }
 
 IBand& Toolbar::addBand(const QString& key, bool popup) {
-    if (m_private->find(key) != nullptr) {
+    if (m_bands->find(key) != nullptr) {
         throw AutomationError(kErrorInvalidOperation, QStringLiteral("YRW.Toolbar"),
                               QStringLiteral("There is a band '%1' already.").arg(key));
     }
-    return m_private->add(key, popup);
+    return m_bands->add(key, popup);
 }
 
 void Toolbar::removeBand(const QString& key) {
-    m_private->remove(key);
+    if (const ToolBand* const band = m_bands->find(key)) {
+        m_dock->end();
+        m_bands->remove(*band);
+        m_dock->rebuild();
+    }
 }
 
 ITool* Toolbar::findToolById(int id) const {
-    for (const auto& band : m_private->bands()) {
-        for (const auto& tool : band->tools()) {
-            if (tool->id() == id) {
-                return tool.get();
-            }
-        }
-    }
-    return nullptr;
+    return m_bands->findTool([id](const ITool& tool) { return tool.id() == id; });
 }
 
 ITool* Toolbar::findTool(const QString& key) const {
-    for (const auto& band : m_private->bands()) {
-        if (ITool* const tool = band->findTool(key)) {
-            return tool;
-        }
-    }
-    return nullptr;
+    return m_bands->findTool(
+        [&key](const ITool& tool) { return tool.key().compare(key, Qt::CaseInsensitive) == 0; });
 }
 
 void Toolbar::recalcLayout() {
-    m_private->rebuild();
+    m_dock->rebuild();
 }
 
 void Toolbar::refresh() {
@@ -95,12 +110,31 @@ void Toolbar::refresh() {
 }
 
 void Toolbar::popup(const QString& bandKey) {
-    popupAt(bandKey, m_private->clickedPlace().value_or(QCursor::pos()));
+    popupAt(bandKey, m_dock->clickedPlace().value_or(QCursor::pos()));
 }
 
 void Toolbar::popupAt(const QString& bandKey, const QPoint& globalPosition) {
-    if (m_private->find(bandKey) != nullptr) {
-        m_private->popup(bandKey, globalPosition);
+    ToolBand* const opening = m_bands->find(bandKey);
+    if (opening == nullptr) {
+        return;
+    }
+    const QPointer<Toolbar> alive(this);
+    BandOpen.raise(*opening);
+    // A handler may have taken the band, or the toolbar, away.
+    const ToolBand* const band = alive.isNull() ? nullptr : m_bands->find(bandKey);
+    if (band == nullptr) {
+        return;
+    }
+    std::vector<const BandTool*> tools;
+    for (const auto& tool : band->tools()) {
+        tools.push_back(tool.get());
+    }
+    const MenuChoice choice = chooseTool(
+        tools, {band->key(), band->caption(), tr("Commands of the menu %1").arg(band->caption())},
+        globalPosition);
+    ToolBand* const after = alive.isNull() ? nullptr : m_bands->find(bandKey);
+    if (after != nullptr && !choice.toolKey.isEmpty()) {
+        m_dock->toolUsed(*after, choice.toolKey, choice.entry);
     }
 }
 
@@ -111,44 +145,45 @@ void Toolbar::activate(const QString& toolKey) {
 }
 
 bool Toolbar::leave() {
-    return m_private->leave();
+    return m_dock->leave();
 }
 
 QString Toolbar::arrangement() const {
-    return m_private->arrangement();
+    return m_bands->arrangement();
 }
 
 void Toolbar::setArrangement(const QString& text) {
-    m_private->setArrangement(text);
+    m_bands->setArrangement(text);
+    m_dock->settle();
 }
 
 int Toolbar::heightForWidth(int) const {
-    return m_private->height();
+    return m_dock->height();
 }
 
 QSize Toolbar::sizeHint() const {
-    return {m_private->preferredWidth(), m_private->height()};
+    return {m_dock->preferredWidth(), m_dock->height()};
 }
 
 QSize Toolbar::minimumSizeHint() const {
-    return {0, m_private->height()};
+    return {0, m_dock->height()};
 }
 
 void Toolbar::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    m_private->arrange();
+    m_dock->arrange();
 }
 
 void Toolbar::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     // Later, when their owner is on the screen too.
     QMetaObject::invokeMethod(
-        this, [this] { m_private->showFloats(); }, Qt::QueuedConnection);
+        this, [this] { m_dock->showFloats(); }, Qt::QueuedConnection);
 }
 
 void Toolbar::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    m_private->showFloats();
+    m_dock->showFloats();
 }
 
 void Toolbar::contextMenuEvent(QContextMenuEvent* event) {
@@ -156,7 +191,7 @@ void Toolbar::contextMenuEvent(QContextMenuEvent* event) {
     if (at == nullptr || qobject_cast<const BandBar*>(at) != nullptr ||
         qobject_cast<const BandGrip*>(at) != nullptr ||
         event->reason() == QContextMenuEvent::Keyboard) {
-        m_private->menuWanted(event->globalPos());
+        m_dock->menuWanted(event->globalPos());
     }
 }
 

@@ -8,7 +8,12 @@
 
 namespace yrw {
 
+class BandDock;
+class BandList;
+class BandTool;
 class FileSystem;
+class ToolBand;
+enum class ToolChange;
 
 /// The toolbar control; see `IToolbar`.
 ///
@@ -69,8 +74,12 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> m_private;
+    /// A band or, when it is given, a tool of it has changed.
+    void changed(const ToolBand& band, const BandTool* tool, ToolChange change);
+
+    std::unique_ptr<BandList> m_bands;
+    std::unique_ptr<BandDock> m_dock;
+    bool m_loading = false;
 };
 
 } // namespace yrw

@@ -37,11 +37,7 @@ public:
     }
 
     [[nodiscard]] QString text(const QString& name, const QString& otherwise = {}) const {
-        const QJsonValue value = m_object.value(name);
-        if (!value.isUndefined() && !value.isString()) {
-            fail(name, QStringLiteral("must be a text"));
-        }
-        return value.toString(otherwise);
+        return value(name, &QJsonValue::isString, "must be a text").toString(otherwise);
     }
 
     [[nodiscard]] QString requiredText(const QString& name) const {
@@ -65,11 +61,7 @@ public:
     }
 
     [[nodiscard]] bool flag(const QString& name, bool otherwise) const {
-        const QJsonValue value = m_object.value(name);
-        if (!value.isUndefined() && !value.isBool()) {
-            fail(name, QStringLiteral("must be true or false"));
-        }
-        return value.toBool(otherwise);
+        return value(name, &QJsonValue::isBool, "must be true or false").toBool(otherwise);
     }
 
     /// Position of the text among the choices; the first one when the name is absent.
@@ -108,12 +100,17 @@ public:
     }
 
 private:
-    [[nodiscard]] QJsonArray array(const QString& name) const {
-        const QJsonValue value = m_object.value(name);
-        if (!value.isUndefined() && !value.isArray()) {
-            fail(name, QStringLiteral("must be a list"));
+    /// A value of that type; undefined where the name is absent.
+    [[nodiscard]] QJsonValue value(const QString& name, bool (QJsonValue::*isType)() const,
+                                   const char* must) const {
+        const QJsonValue found = m_object.value(name);
+        if (!found.isUndefined() && !(found.*isType)()) {
+            fail(name, QLatin1String(must));
         }
-        return value.toArray();
+        return found;
+    }
+    [[nodiscard]] QJsonArray array(const QString& name) const {
+        return value(name, &QJsonValue::isArray, "must be a list").toArray();
     }
 
     QJsonObject m_object;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/toolbar/ToolbarParts.h"
+#include "platform/toolbar/BandTool.h"
 
 #include <QByteArray>
 #include <QList>

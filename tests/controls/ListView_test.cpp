@@ -44,13 +44,13 @@ protected:
     }
     [[nodiscard]] QStringList keys() const {
         QStringList all;
-        for (int row = 0; row < list.itemCount(); ++row) {
-            all.append(list.keyAt(row));
+        for (int row = 0; row < list.items().rowCount(); ++row) {
+            all.append(list.items().keyAt(row));
         }
         return all;
     }
     [[nodiscard]] QPoint placeOf(const QString& key) const {
-        return list.visualRect(list.model()->index(list.rowOf(key), 1)).center();
+        return list.visualRect(list.model()->index(list.items().rowOf(key), 1)).center();
     }
     QStringList taken() { return std::exchange(events, {}); }
 
@@ -71,24 +71,21 @@ TEST_F(ListViewTest, sortsStablyByTheTextsShown) {
         {2, Qt::DescendingOrder, {"xn3", "xn2", "xn1", "xn4"}},
     };
     EXPECT_EQ(keys(), QStringList({"xn1", "xn2", "xn3", "xn4"}));
-    list.setSorted(true);
     for (const auto& [column, order, wanted] : cases) {
-        list.setSortOrder(order);
-        list.setSortKey(column);
+        list.sortBy(column, order);
         EXPECT_EQ(keys(), wanted) << column << int(order);
     }
 }
 
 TEST_F(ListViewTest, newItemGoesToItsSortedPlaceAndSelectionStays) {
-    list.setSortKey(1);
-    list.setSorted(true);
+    list.sortBy(1, Qt::AscendingOrder);
     list.selectKey("xn1");
     EXPECT_EQ(list.addItem(item("xn5", {"", "alpine", ""})), 2);
-    list.setSortOrder(Qt::DescendingOrder);
+    list.sortBy(1, Qt::DescendingOrder);
     EXPECT_EQ(list.addItem(item("xn6", {"", "beta", ""})), 2);
     EXPECT_EQ(keys(), QStringList({"xn4", "xn1", "xn6", "xn5", "xn2", "xn3"}));
     EXPECT_EQ(list.selectedKey(), "xn1");
-    EXPECT_EQ(list.rowOf("xn6"), 2);
+    EXPECT_EQ(list.items().rowOf("xn6"), 2);
     EXPECT_TRUE(taken().isEmpty());
 }
 
@@ -149,25 +146,26 @@ TEST_F(ListViewTest, doubleClickEnterMenuKeyAndHeaderRaiseTheirEvents) {
 }
 
 TEST_F(ListViewTest, aMarkShowsAndIsSaidBesideTheTextOfItsRowsAlone) {
-    list.setMark(1, drawnIcon("alarm"), "has reminders");
-    list.setItemStyle("xn3", true, QColor(0, 128, 0), true);
+    list.items().setMark({1, drawnIcon("alarm"), "has reminders"});
+    list.items().setStyle("xn3", true, QColor(0, 128, 0), true);
     list.addItem({"xn5", {"", "Delta", ""}, false, std::nullopt, true});
     QApplication::processEvents();
     for (const QString& key : keys()) {
         const bool marked = key == "xn3" || key == "xn5";
-        for (int column = 0; column < list.columns(); ++column) {
-            const QModelIndex cell = list.model()->index(list.rowOf(key), column);
+        for (int column = 0; column < list.items().columnCount(); ++column) {
+            const QModelIndex cell = list.model()->index(list.items().rowOf(key), column);
             const bool shows = marked && column == 1;
             EXPECT_EQ(cell.data(Qt::DecorationRole).isValid(), shows) << key.toStdString();
             QAccessibleInterface* const reader = QAccessible::queryAccessibleInterface(&list);
             const QString said =
                 reader->tableInterface()->cellAt(cell.row(), column)->text(QAccessible::Name);
-            EXPECT_EQ(said, QString(list.text(key, column) + (shows ? ", has reminders" : "")));
+            EXPECT_EQ(said,
+                      QString(list.items().text(key, column) + (shows ? ", has reminders" : "")));
         }
     }
-    EXPECT_EQ(list.text("xn3", 1), "alpha"); // which is what sorts
+    EXPECT_EQ(list.items().text("xn3", 1), "alpha"); // which is what sorts
     const auto ink = [this](const QString& key) {
-        const QModelIndex cell = list.model()->index(list.rowOf(key), 1);
+        const QModelIndex cell = list.model()->index(list.items().rowOf(key), 1);
         return list.grab(list.visualRect(cell).translated(list.viewport()->pos())).toImage();
     };
     EXPECT_NE(ink("xn3"), ink("xn2"));
@@ -175,69 +173,103 @@ TEST_F(ListViewTest, aMarkShowsAndIsSaidBesideTheTextOfItsRowsAlone) {
 
 TEST_F(ListViewTest, columnsComeAndGoByKey) {
     list.addColumn("User", "usercode", 900);
-    EXPECT_EQ(list.columnOf("usercode"), 3);
+    EXPECT_EQ(list.items().columnOf("usercode"), 3);
     EXPECT_EQ(list.columnWidth(3), 60);
-    list.setItemText("xn1", 3, "ANNA");
-    list.setSortKey(3);
-    list.setSorted(true);
+    list.items().setText("xn1", 3, "ANNA");
+    list.sortBy(3, Qt::AscendingOrder);
     list.removeColumn("usercode");
     list.removeColumn("usercode");
-    EXPECT_EQ(list.columns(), 3);
+    EXPECT_EQ(list.items().columnCount(), 3);
     EXPECT_EQ(list.sortKey(), 0);
-    EXPECT_EQ(list.text("xn1", 2), "Active");
+    EXPECT_EQ(list.items().text("xn1", 2), "Active");
     list.addColumn("User", "usercode", 900);
-    EXPECT_EQ(list.text("xn1", 3), "");
-    EXPECT_EQ(list.text("xn1", 1), "beta");
+    EXPECT_EQ(list.items().text("xn1", 3), "");
+    EXPECT_EQ(list.items().text("xn1", 1), "beta");
 }
 
 TEST_F(ListViewTest, rowsAreChangedAndRemovedByKey) {
-    list.setItemStyle("xn2", true, QColor(0, 128, 0));
-    EXPECT_TRUE(list.isBold("xn2"));
-    EXPECT_EQ(list.foreColour("xn2"), QColor(0, 128, 0));
+    list.items().setStyle("xn2", true, QColor(0, 128, 0));
+    EXPECT_TRUE(list.items().isBold("xn2"));
+    EXPECT_EQ(list.items().foreColour("xn2"), QColor(0, 128, 0));
     list.removeItem("xn1");
     list.removeItem("xn1");
-    EXPECT_EQ(list.rowOf("xn2"), 0);
-    EXPECT_TRUE(list.isBold("xn2"));
+    EXPECT_EQ(list.items().rowOf("xn2"), 0);
+    EXPECT_TRUE(list.items().isBold("xn2"));
     list.addItem(item("parts", {"a\x1F"
                                 "b",
                                 "c"}));
-    EXPECT_EQ(list.text("parts", 1), "c");
-    list.clearItems();
-    EXPECT_EQ(list.itemCount(), 0);
-    EXPECT_EQ(list.rowOf("xn2"), -1);
-    EXPECT_FALSE(list.isBold("xn2"));
+    EXPECT_EQ(list.items().text("parts", 1), "c");
+    list.items().clear();
+    EXPECT_EQ(list.items().rowCount(), 0);
+    EXPECT_EQ(list.items().rowOf("xn2"), -1);
+    EXPECT_FALSE(list.items().isBold("xn2"));
 }
 
 TEST_F(ListViewTest, rowsOutOfSightKeepTheirPlaces) {
     const auto shown = [this] { return keys().join(QString()); };
-    list.clearItems();
-    list.setSortKey(0);
-    list.setSorted(true);
+    list.items().clear();
+    list.sortBy(0, Qt::AscendingOrder);
     list.addItems(
         {item("d", {"4"}), item("a", {"1"}), item("c", {"3"}), item("b", {"2"}), item("f", {"6"})});
-    list.showOnly([](QStringView key) { return key == u"b" || key == u"d" || key == u"f"; });
+    list.items().showOnly(
+        [](QStringView key) { return key == u"b" || key == u"d" || key == u"f"; });
     EXPECT_EQ(shown(), "bdf");
     list.selectKey("d");
     EXPECT_EQ(list.addItem(item("e", {"5"})), 2);
-    EXPECT_EQ(list.rowOf("c"), -1);
+    EXPECT_EQ(list.items().rowOf("c"), -1);
     EXPECT_EQ(shown(), "bdef");
-    list.setSortOrder(Qt::DescendingOrder);
+    list.sortBy(0, Qt::DescendingOrder);
     EXPECT_EQ(shown(), "fedb");
     EXPECT_EQ(list.selectedKey(), "d");
     list.removeItem("c"); // out of sight
     list.removeItem("e");
     EXPECT_EQ(shown(), "fdb");
-    EXPECT_EQ(list.text("b", 0), "2");
-    list.setItemText("b", 0, "two");
+    EXPECT_EQ(list.items().text("b", 0), "2");
+    list.items().setText("b", 0, "two");
     EXPECT_EQ(list.selectedKey(), "d");
-    list.showAll();
+    list.items().showAll();
     EXPECT_EQ(shown(), "fdba");
-    EXPECT_EQ(list.text("b", 0), "two");
-    EXPECT_EQ(list.allItems(), 4);
+    EXPECT_EQ(list.items().text("b", 0), "two");
+    EXPECT_EQ(list.items().allRows(), 4);
+}
+
+TEST_F(ListViewTest, rowsKnownByTheirKeysAskTheSourceOnce) {
+    list.items().clear();
+    QStringList asked;
+    bool fails = false;
+    list.items().setSource([&](const QStringList& keys) -> std::optional<QList<ListItem>> {
+        asked += keys;
+        return fails ? std::nullopt : std::optional(QList<ListItem>{item("a", {"first"})});
+    });
+    list.addKeys({"a", "gone"});
+    EXPECT_EQ(list.items().missing(), 2);
+    EXPECT_EQ(list.items().text("a", 0), "first");
+    EXPECT_EQ(list.items().text("gone", 0), "");
+    EXPECT_EQ(asked, QStringList({"a", "gone"}));
+    fails = true;
+    list.addKeys({"b"});
+    EXPECT_EQ(list.items().text("b", 0), "");
+    EXPECT_EQ(list.items().text("b", 0), "");
+    EXPECT_EQ(asked, QStringList({"a", "gone", "b"}));
+    list.items().removeMissing();
+    EXPECT_EQ(keys(), QStringList({"a", "gone"}));
+}
+
+TEST_F(ListViewTest, lettersBelongTogetherWhileTheRowsAreReadSlowly) {
+    list.items().clear();
+    list.items().setSource([](const QStringList&) {
+        QTest::qSleep(QApplication::keyboardInputInterval() * 5 / 4);
+        return std::optional(QList<ListItem>{item("a", {"no"}), item("b", {"other"})});
+    });
+    list.addKeys({"a", "b"});
+    QTest::keyClick(&list, Qt::Key_N);
+    QApplication::processEvents();
+    QTest::keyClick(&list, Qt::Key_O);
+    EXPECT_EQ(list.selectedKey(), "a");
 }
 
 TEST_F(ListViewTest, coloursCanBeReadOnDark) {
-    list.setItemStyle("xn2", true, QColor(0, 128, 0));
+    list.items().setStyle("xn2", true, QColor(0, 128, 0));
     const QModelIndex index = list.model()->index(1, 0);
     EXPECT_EQ(index.data(Qt::ForegroundRole).value<QColor>(), QColor(0, 128, 0));
     QPalette dark;
@@ -246,7 +278,7 @@ TEST_F(ListViewTest, coloursCanBeReadOnDark) {
     const auto shown = index.data(Qt::ForegroundRole).value<QColor>();
     EXPECT_GT(contrast(shown, QColor(0x1E, 0x1E, 0x1E)), 3.8);
     EXPECT_GT(shown.green(), shown.red());
-    EXPECT_EQ(list.foreColour("xn2"), QColor(0, 128, 0));
+    EXPECT_EQ(list.items().foreColour("xn2"), QColor(0, 128, 0));
 }
 
 TEST(StatusBarTest, textStaysAndDoubleClickIsRaised) {

@@ -22,6 +22,7 @@ TEST_F(GridTest, keysMoveTheCursorAndTheRecordset) {
     EXPECT_EQ(grid->currentRow(), 0);
     EXPECT_TRUE(moves.isEmpty());
     const int page = grid->findChild<QScrollBar*>("gridScroll")->pageStep();
+    const int height = grid->cellRect(0, 0).height();
     struct {
         Qt::Key pressed;
         Qt::KeyboardModifiers held;
@@ -53,9 +54,7 @@ TEST_F(GridTest, keysMoveTheCursorAndTheRecordset) {
         EXPECT_EQ(grid->currentRow(), step.row);
         EXPECT_EQ(grid->currentColumn(), step.column);
         EXPECT_EQ(rows->AbsolutePosition(), step.row);
-        const QRect cell = grid->cellRect(step.row, step.column);
-        EXPECT_FALSE(cell.isEmpty());
-        EXPECT_LE(cell.bottom(), grid->height());
+        EXPECT_EQ(grid->cellRect(step.row, step.column).height(), height); // it is seen whole
     }
 }
 
@@ -226,7 +225,7 @@ TEST_F(GridTest, newRecordRowAddsARecord) {
 TEST_F(GridTest, stylesAreFetchedOncePerPaintedRowOfFetchingSplits) {
     show(1000);
     grid->setSplitCount(2);
-    QTest::qWait(1);
+    QApplication::processEvents();
     QList<int> splits;
     QSet<qint64> places;
     const Connection styling =
@@ -367,7 +366,7 @@ TEST_F(GridTest, deletedRowAndClosedRecordsetDoNoHarm) {
     database->RunScript("DELETE FROM tblCustomers WHERE RecordID = 3");
     repaint();
     rows->Requery();
-    grid->reload();
+    grid->setRecordset(rows);
     EXPECT_EQ(grid->rowCount(), 4);
     rows->Close();
     repaint();

@@ -114,7 +114,8 @@ std::vector<Step> stepsTo(int popups, const QString& text) {
          [looks = 0]() mutable {
              const auto* list = shown<ListView>(QStringLiteral("lsvMain"));
              const auto* box = shown<RichTextBox>(QStringLiteral("rtxMain"));
-             const bool isOpen = list != nullptr && list->itemCount() > 0 && box->isEnabled() &&
+             const bool isOpen = list != nullptr && list->items().rowCount() > 0 &&
+                                 box->isEnabled() &&
                                  shown<QMessageBox>(QStringLiteral("promptBox")) == nullptr;
              // A question about text that was left comes a moment after the window.
              looks = isOpen ? looks + 1 : 0;

@@ -102,6 +102,24 @@ TEST(FormTest, lifeCycleRunsOnceInOrder) {
     EXPECT_TRUE(waitFor([&] { return form.isNull(); }));
 }
 
+TEST(FormTest, comingBackFromABoxIsNoReturnToTheForm) {
+    DiaryForm* const form = shownForm();
+    const auto goTo = [](QWidget& window) {
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    };
+    QDialog box(form);
+    QMainWindow other;
+    goTo(box);
+    goTo(*form);
+    EXPECT_EQ(form->diary.count("activate"), 1);
+    goTo(other);
+    goTo(*form);
+    EXPECT_EQ(form->diary.count("activate"), 2);
+    form->unload();
+}
+
 TEST(FormTest, refusedUnloadKeepsTheForm) {
     QPointer<DiaryForm> form = shownForm();
     form->refuse = true;
@@ -181,6 +199,11 @@ TEST(FormTest, repeatedKeyIsSeenForEachRepetition) {
     }
     EXPECT_EQ(form->diary.count("down 65"), 3);
     EXPECT_EQ(form->field->text(), "aaa");
+    QKeyEvent between(QEvent::KeyRelease, Qt::Key_A, Qt::NoModifier, "a", true);
+    QApplication::sendEvent(form->field, &between); // the key is still down
+    EXPECT_FALSE(form->diary.contains("up 65"));
+    QTest::keyRelease(form->field, Qt::Key_A);
+    EXPECT_EQ(form->diary.count("up 65"), 1);
     form->unload();
 }
 

@@ -12,7 +12,9 @@
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QFontDatabase>
 #include <QFontDialog>
 #include <QListView>
@@ -72,42 +74,41 @@ protected:
     WidgetPrompt prompt{clock};
 };
 
-TEST_F(WidgetPromptTest, answersAreTheButtonsPressed) {
+TEST_F(WidgetPromptTest, answersAreTheButtonsPressedAndClosingChangesNothing) {
     struct {
         PromptButtons buttons;
-        QString button;
+        PromptAnswer offered;
+        QStringList ways; ///< a button, a key, or closing the box
         PromptAnswer answer;
     } const cases[] = {
-        {PromptButtons::YesNo, "Yes", PromptAnswer::Yes},
-        {PromptButtons::YesNo, "No", PromptAnswer::No},
-        {PromptButtons::YesNoCancel, "Cancel", PromptAnswer::Cancel},
-        {PromptButtons::OkCancel, "OK", PromptAnswer::Ok},
+        {PromptButtons::Ok, PromptAnswer::Ok, {"OK", "Return", "Esc", "close"}, PromptAnswer::Ok},
+        {PromptButtons::YesNo, PromptAnswer::No, {"Yes"}, PromptAnswer::Yes},
+        {PromptButtons::YesNo, PromptAnswer::Yes, {"No", "Esc", "close"}, PromptAnswer::No},
+        {PromptButtons::YesNo, PromptAnswer::No, {"Return"}, PromptAnswer::No},
+        {PromptButtons::YesNoCancel, PromptAnswer::No, {"Yes"}, PromptAnswer::Yes},
+        {PromptButtons::YesNoCancel, PromptAnswer::Cancel, {"No"}, PromptAnswer::No},
+        {PromptButtons::YesNoCancel,
+         PromptAnswer::Yes,
+         {"Cancel", "Esc", "close"},
+         PromptAnswer::Cancel},
+        {PromptButtons::OkCancel, PromptAnswer::Ok, {"OK", "Return"}, PromptAnswer::Ok},
+        {PromptButtons::OkCancel, PromptAnswer::Ok, {"Esc", "close"}, PromptAnswer::Cancel},
+        {PromptButtons::OkCancel, PromptAnswer::Cancel, {"Return"}, PromptAnswer::Cancel},
     };
-    for (const auto& [buttons, button, answer] : cases) {
-        press(button);
-        EXPECT_EQ(
-            prompt.question("Sure?", "Title", buttons, PromptIcon::Question, PromptAnswer::No),
-            answer);
-    }
-}
-
-TEST_F(WidgetPromptTest, closingAnswersTheButtonThatChangesNothing) {
-    const std::pair<PromptButtons, PromptAnswer> cases[] = {
-        {PromptButtons::YesNo, PromptAnswer::No},
-        {PromptButtons::YesNoCancel, PromptAnswer::Cancel},
-        {PromptButtons::OkCancel, PromptAnswer::Cancel},
-    };
-    for (const auto& [buttons, answer] : cases) {
-        for (const bool byKey : {false, true}) {
-            whenOpen([byKey](QWidget* box) {
-                if (byKey) {
-                    QTest::keyClick(box, Qt::Key_Escape);
-                } else {
+    for (const auto& [buttons, offered, ways, answer] : cases) {
+        for (const QString& way : ways) {
+            whenOpen([way = way](QWidget* box) {
+                if (way == "close") {
                     box->close();
+                } else if (way == "Esc" || way == "Return") {
+                    QTest::keyClick(box, way == "Esc" ? Qt::Key_Escape : Qt::Key_Return);
+                } else {
+                    click(box, way);
                 }
             });
-            EXPECT_EQ(prompt.question("?", "T", buttons, PromptIcon::None, PromptAnswer::Yes),
-                      answer);
+            EXPECT_EQ(prompt.question("Sure?", "Title", buttons, PromptIcon::Question, offered),
+                      answer)
+                << int(buttons) << ' ' << way.toStdString();
         }
     }
 }
@@ -321,7 +322,7 @@ TEST_F(WidgetPromptTest, theFontDialogChoosesOnlyWhatTheUserActedOn) {
     }
 }
 
-TEST_F(WidgetPromptTest, anythingElseShowsFilesWithoutADot) {
+TEST_F(WidgetPromptTest, filesShowByTheirFilterAndTheNextDialogBeginsWhereTheLastEnded) {
     const QTemporaryDir folder;
     for (const char* name : {"README", "a.txt", "a.doc"}) {
         QFile file(folder.filePath(name));
@@ -343,6 +344,29 @@ TEST_F(WidgetPromptTest, anythingElseShowsFilesWithoutADot) {
         request.filter = filter;
         prompt.openFiles(request);
     }
+    const auto choose = [&](const char* name) {
+        const QFileDialog another(nullptr, QString(), QDir::rootPath()); // the host's own
+        whenOpen([&folder, name](QWidget* box) {
+            auto* const dialog = qobject_cast<QFileDialog*>(box);
+            if (dialog->directory() != QDir(folder.path())) {
+                ADD_FAILURE() << "it began in " << dialog->directory().path().toStdString();
+                box->close();
+                return;
+            }
+            dialog->selectFile(QString::fromLatin1(name));
+            static_cast<QDialog*>(dialog)->accept();
+        });
+    };
+    FileRequest request;
+    request.folder = folder.path();
+    choose("a.txt");
+    EXPECT_EQ(prompt.openFiles(request), QStringList(folder.filePath("a.txt")));
+    request.folder.clear();
+    request.filter = "Text|*.txt|";
+    choose("new");
+    EXPECT_EQ(prompt.saveFile(request), folder.filePath("new.txt"));
+    choose("a.doc");
+    EXPECT_EQ(prompt.openFiles({}), QStringList(folder.filePath("a.doc")));
 }
 
 TEST_F(WidgetPromptTest, dialogsCancelledGiveNothing) {

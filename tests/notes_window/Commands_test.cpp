@@ -292,7 +292,7 @@ TEST_F(Commands, KeysWithoutATool) {
 // Undo, redo, copy, paste and clear, in this order, wherever they stand: lit while they can act.
 TEST_F(Commands, ToolsOfTheTextAreLitWhileTheyCanAct) {
     start();
-    clickRow(list().keyAt(1));
+    clickRow(list().items().keyAt(1));
     QGuiApplication::clipboard()->clear();
     struct Case {
         const char* what;
@@ -316,7 +316,7 @@ TEST_F(Commands, ToolsOfTheTextAreLitWhileTheyCanAct) {
              editor().selectAll();
          },
          "--C--"},
-        {"another note", [this] { clickRow(list().keyAt(2)); }, "---P-"},
+        {"another note", [this] { clickRow(list().items().keyAt(2)); }, "---P-"},
         {"no note", [this] { click("tooShowDone"); }, "-----"},
     };
     for (const Case& each : cases) {

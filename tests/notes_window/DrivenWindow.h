@@ -125,10 +125,10 @@ private:
         }
         QStringList rows;
         for (const QString& key : keys()) {
-            rows.append(list().text(key, 1).section(' ', 1));
+            rows.append(list().items().text(key, 1).section(' ', 1));
         }
         all << "rows " + rows.join(' ')
-            << "note " + list().text(list().selectedKey(), 1).section(' ', 1)
+            << "note " + list().items().text(list().selectedKey(), 1).section(' ', 1)
             << "caption" + window->windowTitle().section("YRW Notes", 1)
             << "text '" + editor().Text() + '\''
             << "misspelt " + editor().misspellingAt(placeOfText()).selectedText();

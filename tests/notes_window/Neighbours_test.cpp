@@ -53,7 +53,7 @@ TEST_F(NotesWindowNeighbours, OneThatMayOnlyBeReadIsShownAndCannotBeChanged) {
     press(Qt::Key_Delete);
     list().setFocus();
     press(Qt::Key_Return);
-    EXPECT_EQ(list().itemCount(), 1);
+    EXPECT_EQ(list().items().rowCount(), 1);
 }
 
 } // namespace

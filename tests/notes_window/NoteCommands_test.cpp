@@ -27,7 +27,7 @@ TEST_F(NoteCommands, DeleteAsksAndShowsTheNextNote) {
     EXPECT_EQ(script.asked.last(),
               "Confirmation: Are you sure that you want to delete the selected note?");
     EXPECT_EQ(script.lastDefault, PromptAnswer::No);
-    EXPECT_EQ(list().itemCount(), 3);
+    EXPECT_EQ(list().items().rowCount(), 3);
 
     type("never saved");
     script.answer(PromptAnswer::Yes);
@@ -56,7 +56,7 @@ TEST_F(NoteCommands, AFailedDeletionKeepsTheNoteAndItsReminders) {
     script.expectReport();
     click("tooDelete");
     EXPECT_EQ(reminders(notes[0]), 1);
-    EXPECT_EQ(list().itemCount(), 3);
+    EXPECT_EQ(list().items().rowCount(), 3);
     EXPECT_EQ(list().selectedKey(), keyOf(notes[0]));
     EXPECT_EQ(script.pointer, MousePointer::Default);
 }
@@ -85,16 +85,16 @@ TEST_F(NoteCommands, CancelRemindersCountsThem) {
         addReminder(store.application(), store.clock(), *notes[0], store.clock().now(), user);
     }
     open(customer);
-    EXPECT_TRUE(list().isBold(keyOf(notes[0])));
+    EXPECT_TRUE(list().items().isBold(keyOf(notes[0])));
     script.expectMessage(2);
     click("tooCancelReminders");
     EXPECT_EQ(script.asked.last(), "Cancel Reminders: 3 reminder(s) were canceled.");
-    EXPECT_FALSE(list().isBold(keyOf(notes[0])));
+    EXPECT_FALSE(list().items().isBold(keyOf(notes[0])));
     EXPECT_EQ(reminders(notes[0]), 0);
     click("tooCancelReminders");
     EXPECT_EQ(script.asked.last(), "Cancel Reminders: 0 reminder(s) were canceled.");
     click("tooShowAll"); // the row stays without the reminder colour after a rebuild
-    EXPECT_FALSE(list().foreColour(keyOf(notes[0])).has_value());
+    EXPECT_FALSE(list().items().foreColour(keyOf(notes[0])).has_value());
 }
 
 TEST_F(NoteCommands, AddsANoteWithAReminder) {
@@ -109,11 +109,11 @@ TEST_F(NoteCommands, AddsANoteWithAReminder) {
     });
     press(Qt::Key_Insert); // in the text
     EXPECT_EQ(dialogs, 1);
-    ASSERT_EQ(list().itemCount(), 4);
+    ASSERT_EQ(list().items().rowCount(), 4);
     const QString key = keys().last();
     EXPECT_EQ(texts(key), QStringList({"10/03/2026 09:00", "Fresh", "Active", "Y", "Anna Ash"}));
-    EXPECT_TRUE(list().isBold(key));
-    EXPECT_EQ(list().foreColour(key), QColor(0, 0x80, 0));
+    EXPECT_TRUE(list().items().isBold(key));
+    EXPECT_EQ(list().items().foreColour(key), QColor(0, 0x80, 0));
     EXPECT_EQ(list().selectedKey(), key);
     EXPECT_EQ(window->focusWidget(), &editor());
     EXPECT_EQ(editor().Text(), QString());

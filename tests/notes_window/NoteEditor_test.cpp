@@ -335,14 +335,14 @@ TEST_F(NoteEditor, TextOfANoteThatWasDeletedElsewhereIsOffered) {
     EXPECT_EQ(keys(), QStringList{keyOf(second)});
     script.press("Keep as a new note");
     open(customer);
-    ASSERT_EQ(list().itemCount(), 2);
-    clickRow(list().keyAt(1));
+    ASSERT_EQ(list().items().rowCount(), 2);
+    clickRow(list().items().keyAt(1));
     EXPECT_EQ(editor().Text(), "nowhere to go");
     typeIntoADeletedNote(second);
     script.press("Throw away");
     open(customer);
     open(customer); // nothing is left to be asked
-    EXPECT_EQ(list().itemCount(), 1);
+    EXPECT_EQ(list().items().rowCount(), 1);
 }
 
 TEST_F(NoteEditor, AFailedSaveIsReportedAndKeepsTheText) {

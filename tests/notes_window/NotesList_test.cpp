@@ -69,7 +69,7 @@ TEST_F(NotesList, DatesAreTheSameInEveryLocale) {
     QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
     store.addNote("First", customer);
     open(customer);
-    EXPECT_EQ(texts(list().keyAt(0)).first(), "10/03/2026 09:00");
+    EXPECT_EQ(texts(list().items().keyAt(0)).first(), "10/03/2026 09:00");
     press(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(editor().Text(), "10/03/2026 ");
     QLocale::setDefault(before);
@@ -108,32 +108,32 @@ TEST_F(NotesList, ShowTypes) {
 TEST_F(NotesList, StylesOfRows) {
     addFour();
     open(customer);
-    EXPECT_FALSE(list().isBold(keyOf(first)));
+    EXPECT_FALSE(list().items().isBold(keyOf(first)));
     click("tooShowAll");
-    EXPECT_TRUE(list().isBold(keyOf(first)));
-    EXPECT_FALSE(list().foreColour(keyOf(first)).has_value());
-    EXPECT_TRUE(list().isBold(keyOf(reminded)));
-    EXPECT_EQ(list().foreColour(keyOf(reminded)), QColor(0, 0x80, 0));
+    EXPECT_TRUE(list().items().isBold(keyOf(first)));
+    EXPECT_FALSE(list().items().foreColour(keyOf(first)).has_value());
+    EXPECT_TRUE(list().items().isBold(keyOf(reminded)));
+    EXPECT_EQ(list().items().foreColour(keyOf(reminded)), QColor(0, 0x80, 0));
     click("tooShowDone");
     EXPECT_EQ(texts(keyOf(done))[2], "Done");
-    EXPECT_FALSE(list().foreColour(keyOf(done)).has_value()); // grey only among all
+    EXPECT_FALSE(list().items().foreColour(keyOf(done)).has_value()); // grey only among all
 }
 
 TEST_F(NotesList, OnlyMyNotesHidesOthersAndTheUserColumn) {
     addFour();
     open(customer);
-    EXPECT_EQ(list().columns(), 5);
+    EXPECT_EQ(list().items().columnCount(), 5);
     EXPECT_EQ(list().columnWidth(4), 60); // 900 twips
     click("tooShowMyNotes");
     EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
-    EXPECT_EQ(list().columns(), 4);
+    EXPECT_EQ(list().items().columnCount(), 4);
     EXPECT_EQ(storedText(addIn->settings(), "ShowUserNotes"), "True");
     open(customer); // holds for the first list of the next window
     EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
     EXPECT_TRUE(tool("tooShowMyNotes").isChecked());
     click("tooShowMyNotes");
-    EXPECT_EQ(list().columns(), 5);
-    EXPECT_EQ(list().itemCount(), 3);
+    EXPECT_EQ(list().items().columnCount(), 5);
+    EXPECT_EQ(list().items().rowCount(), 3);
 }
 
 TEST_F(NotesList, SortsByTheTextsShownAndKeepsTheOrder) {
@@ -231,7 +231,7 @@ TEST_F(NotesList, FindNarrowsByWordsInSubjectAndText) {
     press(Qt::Key_Escape);
     EXPECT_FALSE(field->isVisible());
     EXPECT_FALSE(window->isUnloaded());
-    EXPECT_EQ(list().itemCount(), 3);
+    EXPECT_EQ(list().items().rowCount(), 3);
 }
 
 namespace {
@@ -310,10 +310,11 @@ protected:
         return rtf;
     }
     [[nodiscard]] Ref<IRecord> noteOf(int row) {
-        return store.notesOf(customer)->Item(QVariant(list->keyAt(row).mid(2).toLongLong()));
+        return store.notesOf(customer)->Item(
+            QVariant(list->items().keyAt(row).mid(2).toLongLong()));
     }
     void waitForTexts() const {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return list->missingItems() == 0; }, 60000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return list->items().missing() == 0; }, 60000));
     }
 
     PromptScript script;
@@ -330,15 +331,16 @@ TEST_F(NotesListLong, ARebuildShowsProgressAndStops) {
     auto& toolbar = *window->findChild<Toolbar*>("atbMain");
     stopped([&] { toolbar.activate("tooShowAll"); });
     EXPECT_TRUE(said.contains("so far")) << said.toStdString();
-    const int read = list->itemCount();
+    const int read = list->items().rowCount();
     EXPECT_GT(read, 0);
     EXPECT_LT(read, kNotes);
     EXPECT_TRUE(window->findChild<StatusBar*>("stbMain")->text().startsWith("Stopped"));
     EXPECT_EQ(list->selectedKey(), "xn1"); // and the window works on what there is
     waitForTexts();
-    EXPECT_EQ(list->text(list->keyAt(read - 1), 1), QStringLiteral("Note %1").arg(read - 1));
+    EXPECT_EQ(list->items().text(list->items().keyAt(read - 1), 1),
+              QStringLiteral("Note %1").arg(read - 1));
     toolbar.activate("tooShowActive");
-    EXPECT_EQ(list->itemCount(), kNotes);
+    EXPECT_EQ(list->items().rowCount(), kNotes);
 }
 
 TEST_F(NotesListLong, ALongNoteStopsWhereItIsAndIsNotSavedOver) {
@@ -403,7 +405,7 @@ TEST_F(NotesListLong, ALongNoteGivesWayToTheOneThatIsWantedNext) {
     clickRow(2);
     QTest::keyClicks(&editor(), "second");
     clock.isSlow = true;
-    QTimer::singleShot(0, window.get(), [&] { window->ShowNote(list->keyAt(2)); });
+    QTimer::singleShot(0, window.get(), [&] { window->ShowNote(list->items().keyAt(2)); });
     clickRow(1);
     clock.isSlow = false;
     EXPECT_EQ(editor().Text(), "second");
@@ -450,41 +452,41 @@ TEST_F(NotesListLong, ASortShowsProgressAndStopsWithTheOrderBefore) {
     EXPECT_TRUE(said.startsWith("Sorting")) << said.toStdString();
     EXPECT_FALSE(list->isSorted());
     EXPECT_FALSE(list->header()->isSortIndicatorShown());
-    EXPECT_EQ(list->keyAt(2), "xn3");
+    EXPECT_EQ(list->items().keyAt(2), "xn3");
     EXPECT_EQ(list->selectedKey(), "xn1");
     clickHeader(1);
-    EXPECT_EQ(list->text(list->keyAt(2), 1), "Note 10");
+    EXPECT_EQ(list->items().text(list->items().keyAt(2), 1), "Note 10");
     stopped([&] { clickHeader(1); });
     EXPECT_EQ(list->sortOrder(), Qt::AscendingOrder);
-    EXPECT_EQ(list->text(list->keyAt(2), 1), "Note 10");
+    EXPECT_EQ(list->items().text(list->items().keyAt(2), 1), "Note 10");
 }
 
 // The texts follow the keys: what happens to the list before they are there.
 TEST_F(NotesListLong, WorksBeforeEveryTextIsRead) {
-    ASSERT_GT(list->missingItems(), 0);
-    EXPECT_EQ(list->text("xn12345", 1), "Note 12344"); // far from what is shown
+    ASSERT_GT(list->items().missing(), 0);
+    EXPECT_EQ(list->items().text("xn12345", 1), "Note 12344"); // far from what is shown
     store.database()->DeleteRows("tblNotes", "RecordID", 15'000);
-    EXPECT_EQ(list->text("xn15000", 1), "(deleted meanwhile)");
+    EXPECT_EQ(list->items().text("xn15000", 1), "(deleted meanwhile)");
     QTest::keyClicks(list, "note 1999");
     EXPECT_EQ(list->selectedKey(), "xn2000");
-    EXPECT_EQ(list->missingItems(), 0);
+    EXPECT_EQ(list->items().missing(), 0);
     window->findChild<Toolbar*>("atbMain")->activate("tooShowAll");
-    ASSERT_GT(list->missingItems(), 0);
+    ASSERT_GT(list->items().missing(), 0);
     clickHeader(1);
-    EXPECT_EQ(list->text(list->keyAt(2), 1), "Note 10");
-    EXPECT_TRUE(list->isBold(list->keyAt(2)));
+    EXPECT_EQ(list->items().text(list->items().keyAt(2), 1), "Note 10");
+    EXPECT_TRUE(list->items().isBold(list->items().keyAt(2)));
     EXPECT_EQ(list->selectedKey(), "xn2000");
 }
 
 TEST_F(NotesListLong, ATextThatCannotBeReadIsReportedOnce) {
-    ASSERT_GT(list->missingItems(), 0);
-    const int missing = list->missingItems();
+    ASSERT_GT(list->items().missing(), 0);
+    const int missing = list->items().missing();
     store.closeDatabase();
     script.expectReport(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return list->missingItems() == 0; }, 60000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list->items().missing() == 0; }, 60000));
     ASSERT_EQ(script.reports.size(), 1);
     EXPECT_EQ(script.reports[0].message, "Could not Build the Notes List");
-    EXPECT_EQ(list->itemCount(), kNotes - missing); // what was read stays
+    EXPECT_EQ(list->items().rowCount(), kNotes - missing); // what was read stays
     store.openNotes();
 }
 
@@ -508,17 +510,17 @@ TEST(NotesListFind, GoesOnWhileTheWindowLivesAndStopsWithTheBar) {
     QTest::keyClick(&list, Qt::Key_F, Qt::ControlModifier);
     type("o");
     EXPECT_TRUE(found.text().contains("so far")) << found.text().toStdString();
-    EXPECT_GT(list.itemCount(), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return list.itemCount() == notes; }, 60000));
+    EXPECT_GT(list.items().rowCount(), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list.items().rowCount() == notes; }, 60000));
     EXPECT_TRUE(QTest::qWaitFor([&] { return found.text() == "20000 of 20000"; }, 60000));
     type("note 1999");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return list.itemCount() == 12; }, 60000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list.items().rowCount() == 12; }, 60000));
     EXPECT_EQ(list.selectedKey(), "xn2000"); // the first of those found
     type("e");
     QTest::keyClick(&field, Qt::Key_Escape);
-    EXPECT_EQ(list.itemCount(), notes);
+    EXPECT_EQ(list.items().rowCount(), notes);
     QTest::qWait(100); // no slice of the stopped search narrows the list again
-    EXPECT_EQ(list.itemCount(), notes);
+    EXPECT_EQ(list.items().rowCount(), notes);
     EXPECT_EQ(list.selectedKey(), "xn2000");
     window.unload();
 }

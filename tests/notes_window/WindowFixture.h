@@ -61,15 +61,15 @@ protected:
     [[nodiscard]] ITool& tool(const QString& key) const { return *toolbar().findTool(key); }
     [[nodiscard]] QStringList keys() const {
         QStringList all;
-        for (int row = 0; row < list().itemCount(); ++row) {
-            all.append(list().keyAt(row));
+        for (int row = 0; row < list().items().rowCount(); ++row) {
+            all.append(list().items().keyAt(row));
         }
         return all;
     }
     [[nodiscard]] QStringList texts(const QString& key) const {
         QStringList all;
-        for (int column = 0; column < list().columns(); ++column) {
-            all.append(list().text(key, column));
+        for (int column = 0; column < list().items().columnCount(); ++column) {
+            all.append(list().items().text(key, column));
         }
         return all;
     }
@@ -92,7 +92,7 @@ protected:
         }
     }
     void clickRow(const QString& key) const {
-        const QModelIndex index = list().model()->index(list().rowOf(key), 0);
+        const QModelIndex index = list().model()->index(list().items().rowOf(key), 0);
         QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::NoModifier,
                           list().visualRect(index).center());
     }

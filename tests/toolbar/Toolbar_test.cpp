@@ -258,12 +258,18 @@ TEST_F(ToolbarTest, narrowBarOffersTheRestInAMenu) {
     bar->setFixedWidth(2000);
     EXPECT_FALSE(more->isVisible());
     EXPECT_TRUE(bar->findChild<QComboBox*>("tooListType")->isVisible());
+    bar->findBand("bndFormatting")->addTool(7, "tooLast").setCaption("Gives way first");
+    bar->setFixedWidth(bar->sizeHint().width() - 20);
+    EXPECT_TRUE(bar->findChild<QToolButton*>("bndFormattingOverflow")->isVisible());
+    EXPECT_FALSE(bar->findChild<QToolButton*>("bndRecordsOverflow")->isVisible());
 }
 
 TEST_F(ToolbarTest, keysWalkAlongTheTools) {
     QTest::keyClick(&window, Qt::Key_F10);
     EXPECT_TRUE(button("tooAdd")->hasFocus());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    EXPECT_TRUE(button("tooDelete")->hasFocus());
+    bar->findTool("tooAdd")->setCaption("&New note"); // the controls are made anew
     EXPECT_TRUE(button("tooDelete")->hasFocus());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);

@@ -1,78 +1,60 @@
-#include "platform/toolbar/ToolControls.h"
-
-#include "platform/toolbar/ComboAccessible.h"
-#include "platform/toolbar/ToolIcons.h"
+#include "platform/toolbar/ToolCombo.h"
 
 #include <QAbstractItemView>
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QSignalBlocker>
+
+#include <mutex>
 
 namespace yrw {
 
 namespace {
 
-constexpr int kIconSize = 16;
+/// What screen readers get of a combo tool's field.
+class ComboItem final : public QAccessibleWidget {
+public:
+    explicit ComboItem(ToolCombo& combo)
+        : QAccessibleWidget(&combo, QAccessible::ComboBox), m_combo(combo) {}
 
-/// Steps of the keys that walk along the toolbar; 0 for any other key.
-int stepOf(const QKeyEvent& event) {
-    switch (event.key()) {
-    case Qt::Key_Right:
-        return 1;
-    case Qt::Key_Left:
-        return -1;
-    case Qt::Key_Home:
-        return -2;
-    case Qt::Key_End:
-        return 2;
-    default:
-        return 0;
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? m_combo.shownText() : QAccessibleWidget::text(kind);
     }
-}
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.expandable = true;
+        state.hasPopup = true;
+        state.expanded = m_combo.view()->isVisible();
+        state.collapsed = !state.expanded;
+        return state;
+    }
+    [[nodiscard]] QStringList actionNames() const override {
+        return QStringList{showMenuAction()} + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& action) override {
+        if (action == showMenuAction()) {
+            m_combo.view()->isVisible() ? m_combo.hidePopup() : m_combo.showPopup();
+        } else {
+            QAccessibleWidget::doAction(action);
+        }
+    }
 
-Qt::ToolButtonStyle styleOf(const BandTool& tool, bool hasIcon) {
-    if (!hasIcon || tool.data().style == ToolStyle::CaptionOnly) {
-        return Qt::ToolButtonTextOnly;
-    }
-    return tool.data().style == ToolStyle::IconOnly ? Qt::ToolButtonIconOnly
-                                                    : Qt::ToolButtonTextBesideIcon;
+private:
+    ToolCombo& m_combo;
+};
+
+QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+    auto* const combo = qobject_cast<ToolCombo*>(object);
+    return combo == nullptr ? nullptr : new ComboItem(*combo);
 }
 
 } // namespace
 
-ToolButton::ToolButton(BandEvents& events, QWidget* parent)
-    : QToolButton(parent), m_events(events) {
-    setAutoRaise(true);
-    // A click leaves the focus where it is: in the text that the tool acts on.
-    setFocusPolicy(Qt::NoFocus);
-    setIconSize(QSize(kIconSize, kIconSize));
-}
-
-void ToolButton::show(const BandTool& tool) {
-    const QIcon icon = toolIcon(tool.data().iconName);
-    setIcon(icon);
-    // The access key belongs to menus: in the bar it would act behind the form's back.
-    setText(tool.plainCaption().replace(QLatin1String("&"), QLatin1String("&&")));
-    setToolButtonStyle(styleOf(tool, !icon.isNull()));
-    setCheckable(tool.kind() != ToolKind::Button);
-    setChecked(tool.isChecked());
-}
-
-void ToolButton::keyPressEvent(QKeyEvent* event) {
-    if (const int step = stepOf(*event); step != 0) {
-        m_events.focusMoved(*this, step);
-        return;
-    }
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
-        return;
-    }
-    QToolButton::keyPressEvent(event);
-}
-
 ToolCombo::ToolCombo(BandEvents& events, ToolBand& band, QString toolKey, QWidget* parent)
     : QComboBox(parent), m_events(events), m_band(band), m_toolKey(std::move(toolKey)) {
-    installComboAccessibility();
+    static std::once_flag once;
+    std::call_once(once, [] { QAccessible::installFactory(makeInterface); });
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     colourPlaceholder();
@@ -121,7 +103,7 @@ void ToolCombo::showPopup() {
 void ToolCombo::keyPressEvent(QKeyEvent* event) {
     m_source = Source::Field;
     if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
-        m_events.focusMoved(*this, stepOf(*event));
+        m_events.focusMoved(*this, event->key() == Qt::Key_Left ? -1 : 1);
         return;
     }
     QComboBox::keyPressEvent(event);

@@ -2,9 +2,8 @@
 
 #include "platform/toolbar/BandBar.h"
 #include "platform/toolbar/BandDrag.h"
+#include "platform/toolbar/BandList.h"
 #include "platform/toolbar/KeyboardReturn.h"
-#include "platform/toolbar/Toolbar.h"
-#include "platform/toolbar/ToolbarLayout.h"
 
 #include <QPoint>
 
@@ -14,30 +13,28 @@ namespace yrw {
 
 class FloatingBand;
 
-/// The bands of a toolbar and the controls that show the docked and the floating ones.
-class Toolbar::Private final : public BandEvents {
+/// The bands of a toolbar on the screen: docked in rows, floating in windows, on the way between
+/// them, and walked along by keys.
+///
+/// Lifetime: no longer than toolbar and bands. Thread: the user-interface thread.
+class BandDock final : public BandEvents {
 public:
-    explicit Private(Toolbar& toolbar)
-        : m_toolbar(toolbar), m_return(new KeyboardReturn(toolbar)) {}
-    ~Private() override;
-
-    [[nodiscard]] const std::vector<std::unique_ptr<ToolBand>>& bands() const { return m_bands; }
-    [[nodiscard]] ToolBand* find(const QString& key) const;
-    ToolBand& add(const QString& key, bool popup);
-    void remove(const QString& key);
-    void load(const QList<BandLayout>& layout);
-    void popup(const QString& key, const QPoint& globalPosition);
+    /// Rows lie in the area; the toolbar is whose events are raised.
+    BandDock(QWidget& area, IToolbar& toolbar, BandList& bands);
+    ~BandDock() override;
 
     /// Makes the controls anew.
     void rebuild();
+    /// Ends the controls and windows, before the bands that they show.
+    void end();
+    /// Makes the controls of a band show the state of a tool, or of all.
+    void sync(const ToolBand& band, const BandTool* tool) const;
+    /// Brings the bars to where their bands are docked or float.
+    void settle();
     /// Places the docked bands in their rows.
     void arrange();
     /// Shows the floating bands while the toolbar is shown, else hides them.
     void showFloats();
-    [[nodiscard]] QString arrangement() const;
-    void setArrangement(const QString& text);
-    /// Puts every band where the layout says.
-    void reset();
     [[nodiscard]] int height() const;
     [[nodiscard]] int preferredWidth() const;
     void focusFirst();
@@ -47,10 +44,9 @@ public:
     /// shown in a band.
     [[nodiscard]] std::optional<QPoint> clickedPlace() const { return m_clickedPlace; }
 
-    void toolClicked(ToolBand& band, const QString& toolKey) override;
-    void entryPicked(ToolBand& band, const QString& toolKey, int entry) override;
+    void toolUsed(ToolBand& band, const QString& toolKey, int entry) override;
     void comboDropped(ToolBand& band, const QString& toolKey) override;
-    void comboDone() override { m_return->giveBack(); }
+    void comboDone() override { m_return.giveBack(); }
     void dragStarted() override;
     void bandDragged(ToolBand& band, const QPoint& pointer, const QPoint& taken) override;
     void bandDropped(ToolBand& band) override;
@@ -59,40 +55,32 @@ public:
     void focusMoved(QWidget& from, int step) override;
 
 private:
-    using Rows = std::vector<std::vector<BandBar*>>;
+    using Row = std::vector<BandBar*>;
 
-    /// Ends the controls, before the bands they show.
     void drop();
-    void changed(ToolBand& band, BandTool* tool, ToolChange change);
     [[nodiscard]] BandBar* barOf(const ToolBand& band) const;
     /// The docked bars of each row that has any.
-    [[nodiscard]] Rows rows() const;
-    [[nodiscard]] QList<BandPlace> places() const;
-    [[nodiscard]] QList<BandPlace> homes() const;
-    void numberBands();
-    /// Brings the bars to where their bands are docked or float.
-    void settle();
+    [[nodiscard]] std::vector<Row> rows() const;
     [[nodiscard]] FloatingBand& windowOf(BandBar& bar);
     /// Ends the windows of bands that no longer float.
     void endFloats();
     [[nodiscard]] DropTarget dockTarget(const BandBar& bar, const QPoint& place) const;
-    [[nodiscard]] DropTarget floatTarget(const BandBar& bar, const QPoint& topLeft) const;
     void moveBand(ToolBand& band, const BandDocking& to);
-    void arrangeRow(const std::vector<BandBar*>& row, int y, int height) const;
+    void reset();
+    void arrangeRow(const Row& row, int y, int height) const;
     [[nodiscard]] int rowHeight() const;
     void setTabStop(QWidget* control);
     /// Gives a control the focus, and its window the keyboard.
     static void focus(QWidget& control, Qt::FocusReason reason);
     [[nodiscard]] QList<QWidget*> focusable() const;
-    [[nodiscard]] bool contains(const ToolBand* band) const;
 
-    Toolbar& m_toolbar;
-    std::vector<std::unique_ptr<ToolBand>> m_bands;
+    QWidget& m_area;
+    IToolbar& m_toolbar;
+    BandList& m_bands;
     std::vector<BandBar*> m_bars; ///< by row and place; each is docked or in a floating window
     std::vector<FloatingBand*> m_floats;
     std::unique_ptr<BandDrag> m_drag; ///< the drag under way
-    KeyboardReturn* m_return;         ///< belongs to the toolbar
-    bool m_loading = false;
+    KeyboardReturn m_return;
     std::optional<QPoint> m_clickedPlace;
 };
 

@@ -1,28 +1,15 @@
 #pragma once
 
-#include "platform/toolbar/BandBar.h"
+#include "platform/toolbar/BandEvents.h"
+
+#include <QComboBox>
 
 #include <utility>
 
 namespace yrw {
 
-/// The button of a tool. It never toggles by itself.
-class ToolButton final : public QToolButton {
-    Q_OBJECT
-
-public:
-    ToolButton(BandEvents& events, QWidget* parent);
-    void show(const BandTool& tool);
-
-protected:
-    void nextCheckState() override {}
-    void keyPressEvent(QKeyEvent* event) override;
-
-private:
-    BandEvents& m_events;
-};
-
-/// The field of a combo tool.
+/// The field of a combo tool. Screen readers get the tool's name beside the text shown, which the
+/// toolkit gives as the name.
 class ToolCombo final : public QComboBox {
     Q_OBJECT
 
