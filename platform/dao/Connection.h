@@ -100,11 +100,8 @@ public:
     /// A number that changes whenever another connection has written; seen from one turn of the
     /// event loop to the next.
     [[nodiscard]] virtual qint64 dataVersion() = 0;
-    [[nodiscard]] virtual int schemaVersion() const = 0;
-    virtual void setSchemaVersion(int version) = 0;
     /// Runs statements that are separated by ';', within a transaction.
     void runScript(const QString& script);
-    [[nodiscard]] virtual QStringList checkIntegrity() const = 0;
 
     // Locks; see `Database`.
     virtual void setLockWatch(LockWatch* watch) = 0;

@@ -150,17 +150,17 @@ bool Database::hasField(const QString& table, const QString& field) const {
 }
 
 int Database::SchemaVersion() const {
-    return connection().schemaVersion();
+    return connection().schema().version();
 }
 
 void Database::setSchemaVersion(int version) {
     Transaction transaction(*this);
-    connection().setSchemaVersion(version);
+    connection().schema().setVersion(version);
     transaction.commit();
 }
 
 QStringList Database::CheckIntegrity() {
-    return connection().checkIntegrity();
+    return connection().schema().damage();
 }
 
 void Database::CopyTo(const QString& path) {

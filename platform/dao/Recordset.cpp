@@ -273,9 +273,9 @@ void Recordset::AddNew() {
 void Recordset::Edit() {
     requireUpdatable(*this);
     leaveRow();
-    std::vector<QVariant> values;
-    for (int column = 0; column < FieldCount(); ++column) {
-        values.push_back(m_rows->value(column));
+    std::vector<QVariant> values(m_rows->query().items().size());
+    for (size_t column = 0; column < values.size(); ++column) {
+        values[column] = m_rows->value(int(column));
     }
     m_edit->beginChange(values);
 }

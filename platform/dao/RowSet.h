@@ -16,7 +16,9 @@ public:
     explicit RowSet(std::vector<qint64> keys);
     explicit RowSet(std::vector<Row> copies);
 
-    [[nodiscard]] qint64 size() const noexcept { return qint64(m_keys.size() + m_copies.size()); }
+    [[nodiscard]] qint64 size() const noexcept {
+        return qint64(m_keys.size()) + qint64(m_copies.size());
+    }
     [[nodiscard]] qint64 count() const noexcept { return size() - qint64(m_gone.size()); }
     [[nodiscard]] qint64 key(qint64 place) const { return m_keys[size_t(place)]; }
     [[nodiscard]] const Row& copy(qint64 place) const { return m_copies[size_t(place)]; }

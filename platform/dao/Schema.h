@@ -61,6 +61,12 @@ public:
     [[nodiscard]] virtual QStringList indexColumns(const QString& table,
                                                    const QString& index) const = 0;
     [[nodiscard]] virtual std::vector<FileObject> objects() const = 0;
+
+    /// Number of the schema; 0 when none was set. It is set within a transaction.
+    [[nodiscard]] virtual int version() const = 0;
+    virtual void setVersion(int version) const = 0;
+    /// What the engine's own check finds wrong, one a line.
+    [[nodiscard]] virtual QStringList damage() const = 0;
 };
 
 /// A name in quotes.

@@ -154,14 +154,6 @@ void SqliteConnection::settlePlace() {
     m_placeLock.reset();
 }
 
-int SqliteConnection::schemaVersion() const {
-    return scalar(QStringLiteral("PRAGMA user_version")).toInt();
-}
-
-void SqliteConnection::setSchemaVersion(int version) {
-    execute(QStringLiteral("PRAGMA user_version = %1").arg(version));
-}
-
 void SqliteConnection::execScript(const QString& script) {
     sqlite3* handle = m_file->handle();
     const QByteArray text = script.toUtf8();
@@ -170,26 +162,6 @@ void SqliteConnection::execScript(const QString& script) {
     if (sqlite3_exec(handle, text.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         raiseEngineError(handle, sqlite3_extended_errcode(handle));
     }
-}
-
-QStringList SqliteConnection::checkIntegrity() const {
-    QStringList problems;
-    try {
-        Statement statement(m_file->handle(), QStringLiteral("PRAGMA integrity_check"));
-        statement.takeAnyTime();
-        while (statement.step()) {
-            const QString line = statement.text(0);
-            if (line != u"ok") {
-                problems += line;
-            }
-        }
-    } catch (const AutomationError& error) {
-        if (error.number() != kErrorNotADatabase) {
-            throw;
-        }
-        problems += error.description(); // too damaged to be checked to the end
-    }
-    return problems;
 }
 
 std::unique_ptr<TextIndex> SqliteConnection::textIndex(const Ref<Counted>& keeper,

@@ -35,9 +35,6 @@ public:
 
     [[nodiscard]] const Schema& schema() const override { return m_schema; }
     [[nodiscard]] qint64 dataVersion() override;
-    [[nodiscard]] int schemaVersion() const override;
-    void setSchemaVersion(int version) override;
-    [[nodiscard]] QStringList checkIntegrity() const override;
 
     void setLockWatch(LockWatch* watch) override;
     int setLockPatience(int milliseconds) override {

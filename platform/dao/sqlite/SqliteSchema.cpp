@@ -205,4 +205,32 @@ QStringList SqliteSchema::indexColumns(const QString& table, const QString& inde
     return names;
 }
 
+int SqliteSchema::version() const {
+    return m_file.scalar(QStringLiteral("PRAGMA user_version")).toInt();
+}
+
+void SqliteSchema::setVersion(int version) const {
+    m_file.execute(QStringLiteral("PRAGMA user_version = %1").arg(version));
+}
+
+QStringList SqliteSchema::damage() const {
+    QStringList problems;
+    try {
+        Statement statement(m_file.handle(), QStringLiteral("PRAGMA integrity_check"));
+        statement.takeAnyTime();
+        while (statement.step()) {
+            const QString line = statement.text(0);
+            if (line != u"ok") {
+                problems += line;
+            }
+        }
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorNotADatabase) {
+            throw;
+        }
+        problems += error.description(); // too damaged to be checked to the end
+    }
+    return problems;
+}
+
 } // namespace yrw::dao

@@ -19,6 +19,9 @@ public:
     [[nodiscard]] QStringList indexColumns(const QString& table,
                                            const QString& index) const override;
     [[nodiscard]] std::vector<FileObject> objects() const override;
+    [[nodiscard]] int version() const override;
+    void setVersion(int version) const override;
+    [[nodiscard]] QStringList damage() const override;
 
 private:
     [[nodiscard]] std::shared_ptr<const Source> tableSource(const QString& table) const;
