@@ -5,6 +5,7 @@
 // with names those alone.
 
 #include "platform/clock/Clock.h"
+#include "platform/dao/Connection.h"
 #include "platform/dao/Database.h"
 #include "platform/files/FileSystem.h"
 
@@ -166,7 +167,7 @@ void seekOurs(Database& database, Recordset& seek, const std::vector<qint64>& st
             seek.Seek(u"=", {component, key, start + row, 1});
             found += seek.NoMatch() ? 0 : 1;
         }
-        database.EndReadTransaction();
+        database.connection().endRead();
     }
     if (found == 0) {
         qFatal("no seek found a note");

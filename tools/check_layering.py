@@ -37,10 +37,8 @@ ROOMS = {
     "platform/files": set(),
     "platform/collation": set(),
     "platform/prompt": set(),
-    "platform/dao": {"platform/clock", "platform/files"},
-    "platform/dao/sqlite": {
-        "platform/dao", "platform/clock", "platform/files", "platform/collation",
-    },
+    "platform/dao": {"platform/clock", "platform/files", "platform/collation"},
+    "platform/dao/sqlite": {"platform/dao", "platform/clock", "platform/files"},
     "platform/rtf": set(),
     "platform/forms": {"platform/clock", "platform/settings", "platform/prompt"},
     "platform/toolbar/api": set(),

@@ -1,14 +1,15 @@
+#include "platform/dao/Connection.h"
 #include "platform/dao/Database.h"
+#include "platform/dao/FileObjects.h"
+#include "platform/dao/OnlineBackup.h"
+#include "platform/dao/Salvage.h"
+#include "platform/dao/TextIndex.h"
 
 #include <utility>
 
 namespace yrw::dao {
 
 Field::~Field() = default;
-Recordset::~Recordset() = default;
-Database::~Database() = default;
-Workspace::~Workspace() = default;
-LockWatch::~LockWatch() = default;
 ConflictError::~ConflictError() = default;
 
 ConflictError::ConflictError(const QString& source, const QString& description, ValueList current)
@@ -37,58 +38,59 @@ QVariant ValueList::value(QStringView name) const {
     return index < 0 ? QVariant() : at(index).value;
 }
 
-namespace {
+Transaction::Transaction(Database& database)
+    : m_database(&database), m_writing(std::make_unique<Writing>(database.connection())) {}
 
-int requireColumn(const Recordset& recordset, QStringView name) {
-    const int column = recordset.FieldIndex(name);
-    if (column < 0) {
-        throw AutomationError(kErrorNotInCollection, QStringLiteral("YRW.Recordset"),
-                              QStringLiteral("There is no field '%1'.").arg(name));
-    }
-    return column;
-}
-
-} // namespace
-
-QVariant Recordset::value(QStringView name) const {
-    return value(requireColumn(*this, name));
-}
-
-void Recordset::setValue(QStringView name, const QVariant& newValue) {
-    setValue(requireColumn(*this, name), newValue);
-}
-
-Transaction::~Transaction() {
-    if (m_done) {
-        return;
-    }
-    try {
-        m_database->Rollback();
-    } catch (...) { // NOLINT(bugprone-empty-catch): a lost connection has rolled back by itself
-    }
-}
+Transaction::~Transaction() = default;
 
 void Transaction::commit() {
-    m_database->CommitTrans();
-    m_done = true;
+    m_writing->commit();
 }
 
 BriefWaits::BriefWaits(Ref<Database> database) : m_database(std::move(database)) {
     constexpr int kBriefMs = 50;
     if (m_database && m_database->isOpen()) {
-        m_before = m_database->setLockPatience(kBriefMs);
-        m_locksMet = m_database->LocksMet();
+        m_before = m_database->connection().setLockPatience(kBriefMs);
+        m_locksMet = m_database->connection().locksMet();
     }
 }
 
 bool BriefWaits::wereInVain() const {
-    return m_database && m_database->isOpen() && m_database->LocksMet() != m_locksMet;
+    return m_database && m_database->isOpen() && m_database->connection().locksMet() != m_locksMet;
 }
 
 BriefWaits::~BriefWaits() {
     if (m_database && m_database->isOpen()) {
-        m_database->setLockPatience(m_before);
+        m_database->connection().setLockPatience(m_before);
     }
+}
+
+OnlineBackup::~OnlineBackup() = default;
+
+std::unique_ptr<OnlineBackup> beginBackup(const Database& database, const QString& path,
+                                          ExistingCopy existing, Clock& clock) {
+    return database.connection().backup(path, existing, clock);
+}
+
+DamagedFile::~DamagedFile() = default;
+TextSearch::~TextSearch() = default;
+TextIndex::~TextIndex() = default;
+
+std::unique_ptr<TextIndex> openTextIndex(const Ref<Database>& database,
+                                         const TextIndexNames& names) {
+    return database->connection().textIndex(database, names);
+}
+
+QString textIndexProblem(Database& database, const TextIndexNames& names) {
+    return openTextIndex(Ref<Database>(&database), names)->problem();
+}
+
+std::vector<FileObject> fileObjects(Database& database) {
+    return database.connection().schema().objects();
+}
+
+void rebuildIndexes(Database& database) {
+    database.RunScript(QStringLiteral("REINDEX"));
 }
 
 } // namespace yrw::dao

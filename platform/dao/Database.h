@@ -3,6 +3,8 @@
 #include "platform/clock/Clock.h"
 #include "platform/component/AutomationError.h"
 #include "platform/component/Counted.h"
+#include "platform/dao/ConflictError.h"
+#include "platform/dao/LockWatch.h"
 #include "platform/dao/MountTest.h"
 #include "platform/dao/Recordset.h"
 #include "platform/dao/Types.h"
@@ -10,33 +12,13 @@
 
 #include <QStringList>
 
+#include <memory>
+#include <vector>
+
 namespace yrw::dao {
 
-/// Raised by `Recordset::Update` when fields were changed by someone else since they were read.
-class ConflictError final : public AutomationError {
-public:
-    ConflictError(const QString& source, const QString& description, ValueList current);
-    ~ConflictError() override;
-    /// The conflicting fields with the values that stand in the database now.
-    [[nodiscard]] const ValueList& current() const noexcept { return m_current; }
-
-private:
-    ValueList m_current;
-};
-
-/// Somebody who watches a write that waits because another program has the file locked.
-///
-/// Lifetime: outlives the databases that it is set for, or is taken from them before it ends.
-/// Thread: the user-interface thread.
-class LockWatch {
-public:
-    virtual ~LockWatch();
-    /// Called again and again, with the milliseconds since the first try. Waits a little, and may
-    /// handle events meanwhile: the database can be read, written and even closed. False gives up.
-    virtual bool goOn(qint64 waitedMs) = 0;
-    /// The wait is over.
-    virtual void ended() noexcept = 0;
-};
+class Engine;
+class Writing;
 
 /// An open database.
 ///
@@ -67,102 +49,89 @@ public:
 /// its recordsets, which keep it. It keeps its workspace. Closing closes its recordsets. Calls
 /// other than `Close`, `Name` and `isOpen` raise `kErrorObjectClosed` afterwards. Thread: the
 /// user-interface thread.
-class Database : public virtual Counted {
+class Database final : public virtual Counted {
 public:
+    Database(Ref<Counted> keeper, std::shared_ptr<Connection> connection);
     ~Database() override;
 
     /// Full path of the database file.
-    [[nodiscard]] virtual QString Name() const = 0;
-    [[nodiscard]] virtual bool isOpen() const = 0;
-    [[nodiscard]] virtual bool isReadOnly() const = 0;
+    [[nodiscard]] QString Name() const;
+    [[nodiscard]] bool isOpen() const;
+    [[nodiscard]] bool isReadOnly() const;
     /// True once another file, or none, lies at the path: what this one shows is not what others
     /// see. Asks the file system.
-    [[nodiscard]] virtual bool isReplaced() const = 0;
-    virtual void Close() = 0;
+    [[nodiscard]] bool isReplaced() const;
+    void Close();
 
     /// Opens rows from a table name, the name of a stored query, or SQL text.
     /// Values between double quotes in SQL text are text literals; see Condition.h.
     /// Raises `kErrorNotInCollection` for an unknown table or query, `kErrorBadCondition` for text
     /// outside the accepted grammar, `kErrorReadOnly` never: a recordset of a read-only database
     /// simply is not updatable.
-    [[nodiscard]] virtual Ref<Recordset> OpenRecordset(const QString& source,
-                                                       RecordsetType type = RecordsetType::Default,
-                                                       int options = kNoOptions) = 0;
+    [[nodiscard]] Ref<Recordset> OpenRecordset(const QString& source,
+                                               RecordsetType type = RecordsetType::Default,
+                                               int options = kNoOptions);
     /// Opens a stored query with parameters, which are matched by name in any case. A parameter
     /// that the query has and the table lacks is Null; one that the query lacks is an error
     /// (`kErrorNotInCollection`).
-    [[nodiscard]] virtual Ref<Recordset> OpenQuery(const QString& name,
-                                                   const Parameters& parameters,
-                                                   RecordsetType type = RecordsetType::Default,
-                                                   int options = kNoOptions) = 0;
+    [[nodiscard]] Ref<Recordset> OpenQuery(const QString& name, const Parameters& parameters,
+                                           RecordsetType type = RecordsetType::Default,
+                                           int options = kNoOptions);
     /// Runs a stored action query in one immediate transaction; returns the number of rows.
     /// Raises `kErrorNotInCollection` for an unknown name or parameter and for a query that is no
     /// action.
-    virtual qint64 ExecuteQuery(const QString& name, const Parameters& parameters) = 0;
+    qint64 ExecuteQuery(const QString& name, const Parameters& parameters);
     /// Deletes the rows of a table whose field equals a value; returns the number of rows.
     /// Raises `kErrorNotInCollection` for an unknown table or field.
-    virtual qint64 DeleteRows(const QString& table, const QString& field,
-                              const QVariant& value) = 0;
+    qint64 DeleteRows(const QString& table, const QString& field, const QVariant& value);
     /// Runs a creation or upgrade script: statements of the engine's own language, separated by
     /// ';', in one transaction: it is done whole or not at all. For the tools that make databases.
-    virtual void RunScript(const QString& script) = 0;
+    void RunScript(const QString& script);
 
-    [[nodiscard]] virtual QStringList TableNames() const = 0;
-    [[nodiscard]] virtual QStringList QueryNames() const = 0;
-    [[nodiscard]] virtual bool hasTable(const QString& name) const = 0;
-    [[nodiscard]] virtual bool hasField(const QString& table, const QString& field) const = 0;
+    [[nodiscard]] bool hasTable(const QString& name) const;
+    [[nodiscard]] bool hasField(const QString& table, const QString& field) const;
     /// Number of the schema that the file carries; 0 when none was set.
-    [[nodiscard]] virtual int SchemaVersion() const = 0;
-    virtual void setSchemaVersion(int version) = 0;
+    [[nodiscard]] int SchemaVersion() const;
+    void setSchemaVersion(int version);
     /// Runs the engine's integrity check; the problems found, one a line, none when all is well.
-    [[nodiscard]] virtual QStringList CheckIntegrity() = 0;
-    /// A number that changes whenever another connection has written; seen from one turn of the
-    /// event loop to the next.
-    [[nodiscard]] virtual qint64 DataVersion() = 0;
+    [[nodiscard]] QStringList CheckIntegrity();
     /// Copies the whole database, as it stands committed, into a new file with mode and group of
     /// the database's own. The file appears when it is complete and on the disk; nothing is
     /// replaced, and no link followed. Within a transaction the copy is of what was there before
     /// it. Raises `kErrorCannotOpenDatabase` when the name is taken, `kErrorDiskFull`.
-    virtual void CopyTo(const QString& path) = 0;
-
-    /// Ends the read transaction that painting opened, if any. The data layer calls it by itself
-    /// when control returns to the event loop.
-    virtual void EndReadTransaction() = 0;
+    void CopyTo(const QString& path);
 
     /// Sets who is asked while a write waits; nothing for none. With one, reads wait up to a second
     /// only. Not owned.
-    virtual void setLockWatch(LockWatch* watch) = 0;
-    /// Sets how many milliseconds are waited for a lock; returns what was set before. Use
-    /// `BriefWaits` instead of calling this.
-    virtual int setLockPatience(int milliseconds) = 0;
-    /// How often a lock outlasted what was waited.
-    [[nodiscard]] virtual qint64 LocksMet() const = 0;
+    void setLockWatch(LockWatch* watch);
 
-    // Transactions. Writes outside one are each their own immediate transaction. Nested ones may
-    // be rolled back by themselves; what they did is stored when the outermost commits. A commit
-    // that fails leaves the transaction open for `Rollback`. `CommitTrans` and `Rollback` without a
-    // transaction raise `kErrorInvalidOperation`. Use `Transaction` instead of calling these.
-    virtual void BeginTrans() = 0;
-    virtual void CommitTrans() = 0;
-    virtual void Rollback() = 0;
+    /// The connection, for the data layer; raises `kErrorObjectClosed` after closing.
+    [[nodiscard]] Connection& connection() const;
+
+private:
+    Ref<Counted> m_keeper; ///< the workspace
+    std::shared_ptr<Connection> m_connection;
 };
 
-/// One immediate write transaction on a database; rolls back at its end unless committed.
+/// One immediate write transaction on a database; rolls back at its end unless committed. A write
+/// outside of one is its own. One within another may be rolled back by itself; what it did is
+/// stored when the outermost is committed.
 ///
 /// Never keep one across a turn of the event loop.
 class Transaction {
 public:
-    explicit Transaction(Database& database) : m_database(&database) { database.BeginTrans(); }
+    explicit Transaction(Database& database);
     explicit Transaction(Ref<Database>&&) = delete;
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     /// Rolls back when not committed; never throws.
     ~Transaction();
+    /// A commit that fails leaves the transaction to be rolled back.
     void commit();
 
 private:
     Ref<Database> m_database;
-    bool m_done = false;
+    std::unique_ptr<Writing> m_writing;
 };
 
 /// While it lives, a call that finds the database locked waits for 50 ms only, and one that follows
@@ -185,19 +154,19 @@ private:
 
 /// How a database is opened.
 struct OpenOptions {
-    bool exclusive = false; ///< nobody else can open it; raises `kErrorLocked` when somebody has
-    bool readOnly = false;  ///< a file or folder that cannot be written opens read-only by itself
+    bool readOnly = false; ///< a file or folder that cannot be written opens read-only by itself
 };
 
 /// Opens databases and closes all that was opened through it.
 ///
 /// Lifetime: counted. `Close` closes every database opened through it, twice without an error.
 /// Thread: the user-interface thread.
-class Workspace : public virtual Counted {
+class Workspace final : public virtual Counted {
 public:
+    Workspace(std::unique_ptr<Engine> engine, QString name);
     ~Workspace() override;
-    [[nodiscard]] virtual QString Name() const = 0;
-    [[nodiscard]] virtual bool isOpen() const = 0;
+    [[nodiscard]] QString Name() const;
+    [[nodiscard]] bool isOpen() const;
     /// Opens a database file. Raises `kErrorCannotOpenDatabase` when it is missing or cannot be
     /// opened, `kErrorNotADatabase` when it is none or damaged, `kErrorLocked` when it stayed
     /// locked; the description names the file. A file on a local disk is turned to the write-ahead
@@ -206,11 +175,19 @@ public:
     /// A file on a local disk carries its own place in the table `tblFilePlace`; when it was put
     /// where it is by renaming, the journal of the file before it is moved aside ("-wal.old").
     /// Who may only read sees what is committed and makes, changes and locks out nothing.
-    [[nodiscard]] virtual Ref<Database> OpenDatabase(const QString& path,
-                                                     const OpenOptions& options = {}) = 0;
+    [[nodiscard]] Ref<Database> OpenDatabase(const QString& path, const OpenOptions& options = {});
     /// Makes an empty database file; raises `kErrorCannotOpenDatabase` when the file is there.
-    [[nodiscard]] virtual Ref<Database> CreateDatabase(const QString& path) = 0;
-    virtual void Close() = 0;
+    [[nodiscard]] Ref<Database> CreateDatabase(const QString& path);
+    void Close();
+
+private:
+    [[nodiscard]] Ref<Database> keep(std::shared_ptr<Connection> connection);
+    void requireOpen() const;
+
+    std::unique_ptr<Engine> m_engine;
+    QString m_name;
+    bool m_isOpen = true;
+    std::vector<std::weak_ptr<Connection>> m_connections;
 };
 
 /// What a workspace needs of the world. All outlive it.

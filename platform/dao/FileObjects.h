@@ -7,14 +7,6 @@
 
 namespace yrw::dao {
 
-/// An object of a database file and the statement that made it.
-struct FileObject {
-    QString kind; ///< "table", "view", "trigger" or "index"
-    QString name;
-    QString table; ///< that an index or a trigger belongs to
-    QString sql;
-};
-
 /// The objects of an open database, without those that the engine keeps for itself.
 [[nodiscard]] std::vector<FileObject> fileObjects(Database& database);
 

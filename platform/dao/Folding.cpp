@@ -62,16 +62,6 @@ QString foldText(QStringView text) {
     return folded;
 }
 
-FoldedText foldTextWithPositions(QStringView text) {
-    FoldedText folded;
-    forEachPoint(text, [&](QStringView point, int position) {
-        foldOne(point, folded.text);
-        folded.positions.resize(folded.text.size(), position);
-    });
-    folded.positions.append(static_cast<int>(text.size()));
-    return folded;
-}
-
 QStringList foldedWords(const QString& typed) {
     return foldText(typed).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
@@ -83,14 +73,20 @@ bool containsWords(QByteArrayView foldedText, const QList<QByteArray>& words) {
 
 QList<TextRange> findWords(QStringView text, const QStringList& words, int limit) {
     QList<TextRange> ranges;
-    const FoldedText folded = foldTextWithPositions(text);
+    QString folded;
+    QList<int> positions; // of each folded letter in the original, and of the end
+    forEachPoint(text, [&](QStringView point, int position) {
+        foldOne(point, folded);
+        positions.resize(folded.size(), position);
+    });
+    positions.append(static_cast<int>(text.size()));
     for (const QString& word : words) {
-        qsizetype at = folded.text.indexOf(word);
+        qsizetype at = folded.indexOf(word);
         while (at >= 0 && ranges.size() < limit) {
-            const int start = folded.positions[at];
-            const int end = folded.positions[at + word.size()];
+            const int start = positions[at];
+            const int end = positions[at + word.size()];
             ranges.append({start, std::max(1, end - start)});
-            at = folded.text.indexOf(word, at + word.size());
+            at = folded.indexOf(word, at + word.size());
         }
     }
     return ranges;

@@ -8,15 +8,7 @@
 namespace yrw::dao {
 
 /// A text as a search compares it: without case and accents.
-/// `positions` holds, for each character of `text`, its place in the original, and one more entry
-/// for the end; it is empty where no places were asked for.
-struct FoldedText {
-    QString text;
-    QList<int> positions;
-};
-
 [[nodiscard]] QString foldText(QStringView text);
-[[nodiscard]] FoldedText foldTextWithPositions(QStringView text);
 
 /// What the user typed into the find field, as folded words.
 [[nodiscard]] QStringList foldedWords(const QString& typed);

@@ -4,9 +4,15 @@
 #include "platform/dao/Types.h"
 
 #include <initializer_list>
+#include <memory>
 #include <span>
 
 namespace yrw::dao {
+
+class Connection;
+class EditBuffer;
+class Query;
+class Rows;
 
 /// One column of a recordset, or of a record's own row values.
 ///
@@ -48,83 +54,84 @@ public:
 /// | sees rows changed by others | yes | when the row is next reached | no | as it streams |
 ///
 /// A call that the type cannot do raises `kErrorInvalidOperation`.
-class Recordset : public virtual Counted {
+class Recordset final : public virtual Counted {
 public:
+    Recordset(Ref<Counted> keeper, std::unique_ptr<Rows> rows, QString name, RecordsetType type,
+              int options);
     ~Recordset() override;
 
-    [[nodiscard]] virtual bool isOpen() const = 0;
+    [[nodiscard]] bool isOpen() const;
     /// Closes the recordset; once closed, closing again does nothing.
-    virtual void Close() = 0;
+    void Close();
     /// The table, query or SQL text that the recordset was opened from.
-    [[nodiscard]] virtual QString Name() const = 0;
-    [[nodiscard]] virtual RecordsetType Type() const = 0;
+    [[nodiscard]] QString Name() const;
     /// True when rows can be added, changed and deleted through this recordset.
-    [[nodiscard]] virtual bool Updatable() const = 0;
+    [[nodiscard]] bool Updatable() const;
 
     // Position.
-    [[nodiscard]] virtual bool AtBof() const = 0;
-    [[nodiscard]] virtual bool AtEof() const = 0;
+    [[nodiscard]] bool AtBof() const;
+    [[nodiscard]] bool AtEof() const;
     /// To the first row; in an empty recordset it stays, `AtBof` and `AtEof` both true.
-    virtual void MoveFirst() = 0;
-    virtual void MoveLast() = 0;
+    void MoveFirst();
+    void MoveLast();
     /// One row on, passing over rows that were deleted; from the last row `AtEof` becomes true. At
     /// `AtEof` already: raises `kErrorNoCurrentRecord`. A pending edit is dropped, as by every
     /// move.
-    virtual void MoveNext() = 0;
+    void MoveNext();
     /// One row back; from the first row `AtBof` becomes true. At `AtBof` already: raises
     /// `kErrorNoCurrentRecord`.
-    virtual void MovePrevious() = 0;
+    void MovePrevious();
     /// Rows from the current one, negative for back; past an end stands at that end.
-    virtual void Move(qint64 rows) = 0;
+    void Move(qint64 rows);
     /// Number of rows. Table and dynaset: exact, without reading the rows. Forward-only: the rows
     /// read so far.
-    [[nodiscard]] virtual qint64 RecordCount() const = 0;
+    [[nodiscard]] qint64 RecordCount() const;
     /// 0-based position of the current row among the rows, -1 when there is none; dynaset and
     /// snapshot only.
-    [[nodiscard]] virtual qint64 AbsolutePosition() const = 0;
+    [[nodiscard]] qint64 AbsolutePosition() const;
     /// Goes to a 0-based position; dynaset and snapshot only.
-    virtual void setAbsolutePosition(qint64 position) = 0;
+    void setAbsolutePosition(qint64 position);
 
     // Bookmarks.
-    [[nodiscard]] virtual bool Bookmarkable() const = 0;
+    [[nodiscard]] bool Bookmarkable() const;
     /// The current row's place, valid in this recordset and its clones as long as any is open.
     /// Raises `kErrorNoCurrentRecord` at either end.
-    [[nodiscard]] virtual yrw::dao::Bookmark Bookmark() const = 0;
+    [[nodiscard]] yrw::dao::Bookmark Bookmark() const;
     /// Goes to a place. Raises `kErrorNotBookmarkable` for a null or foreign one; a row deleted
     /// meanwhile raises `kErrorNoCurrentRecord` when it is read. In a table type the place is the
     /// row's key.
-    virtual void setBookmark(yrw::dao::Bookmark bookmark) = 0;
+    void setBookmark(yrw::dao::Bookmark bookmark);
     /// The place of the row that `Update` wrote last, for going to a row just added.
-    [[nodiscard]] virtual yrw::dao::Bookmark LastModified() const = 0;
+    [[nodiscard]] yrw::dao::Bookmark LastModified() const;
     /// A second cursor over the same rows, standing nowhere in particular until it is moved.
     /// Closing one does not close the other.
-    [[nodiscard]] virtual Ref<Recordset> Clone() = 0;
+    [[nodiscard]] Ref<Recordset> Clone();
 
     // Fields.
-    [[nodiscard]] virtual int FieldCount() const = 0;
+    [[nodiscard]] int FieldCount() const;
     /// Name of a column, 0-based.
-    [[nodiscard]] virtual QString FieldName(int column) const = 0;
+    [[nodiscard]] QString FieldName(int column) const;
     /// Position of a column by its name in any case; -1 when there is none.
-    [[nodiscard]] virtual int FieldIndex(QStringView name) const = 0;
+    [[nodiscard]] int FieldIndex(QStringView name) const;
     /// The column as an object; raises `kErrorNotInCollection` for an unknown name.
-    [[nodiscard]] virtual Ref<yrw::dao::Field> Field(QStringView name) = 0;
-    [[nodiscard]] virtual Ref<yrw::dao::Field> Field(int column) = 0;
-    [[nodiscard]] virtual FieldType TypeOf(int column) const = 0;
+    [[nodiscard]] Ref<yrw::dao::Field> Field(QStringView name);
+    [[nodiscard]] Ref<yrw::dao::Field> Field(int column);
+    [[nodiscard]] FieldType TypeOf(int column) const;
     /// Longest text that a text column takes, in characters; 0 where there is no limit.
-    [[nodiscard]] virtual int textSizeOf(int column) const = 0;
+    [[nodiscard]] int textSizeOf(int column) const;
     /// Value of a column in the current row, without a field object. A column that nobody asks
     /// for is not fetched.
-    [[nodiscard]] virtual QVariant value(int column) const = 0;
+    [[nodiscard]] QVariant value(int column) const;
     [[nodiscard]] QVariant value(QStringView name) const;
 
     // Editing.
     /// Begins a new row in the edit buffer; every column holds its default or Null.
-    virtual void AddNew() = 0;
+    void AddNew();
     /// Copies the current row into the edit buffer.
-    virtual void Edit() = 0;
+    void Edit();
     /// Sets a column of the edit buffer, converted by the column's type (see `convertToField`);
     /// raises as `Field::setValue`.
-    virtual void setValue(int column, const QVariant& value) = 0;
+    void setValue(int column, const QVariant& value);
     void setValue(QStringView name, const QVariant& value);
     /// Writes the edit buffer in one immediate transaction and leaves the cursor on the row it was
     /// on (a new row is at `LastModified`). Only columns that were set are written. A column that
@@ -132,43 +139,59 @@ public:
     /// `kErrorConflict` as a `ConflictError`; nothing is written and the buffer stays. Updating
     /// again then writes, unless the field was changed once more. A row deleted meanwhile raises
     /// `kErrorNoCurrentRecord`; every other failure leaves the buffer as well.
-    virtual void Update() = 0;
+    void Update();
     /// After `Edit`: has `Update` compare with values that were read before it, where there are
     /// some, and not at all in the columns named as stamps, which every writer changes. Raises
     /// `kErrorNoEdit` outside of it.
-    virtual void compareWith(const ValueList& asRead, const QStringList& stamps) = 0;
+    void compareWith(const ValueList& asRead, const QStringList& stamps);
     /// Drops the edit buffer; no error when there is none.
-    virtual void CancelUpdate() = 0;
+    void CancelUpdate();
     /// True between `AddNew` or `Edit` and the end of the edit.
-    [[nodiscard]] virtual bool EditInProgress() const = 0;
+    [[nodiscard]] bool EditInProgress() const;
     /// Deletes the current row. Until the next move there is no current record.
-    virtual void Delete() = 0;
+    void Delete();
 
     // Index and seek: table type.
-    [[nodiscard]] virtual QString Index() const = 0;
     /// Selects an index by name, empty for key order. Raises `kErrorNotInCollection`.
-    virtual void setIndex(const QString& name) = 0;
+    void setIndex(const QString& name);
     /// Goes to the first row in index order that compares as asked: "=", ">", ">=", "<", "<=".
     /// Fewer keys than the index has fields compare the leading ones. Sets `NoMatch`; without a
     /// match there is no current record.
-    virtual void Seek(QStringView comparison, std::span<const QVariant> keys) = 0;
+    void Seek(QStringView comparison, std::span<const QVariant> keys);
     void Seek(QStringView comparison, std::initializer_list<QVariant> keys) {
         Seek(comparison, std::span<const QVariant>(keys.begin(), keys.size()));
     }
-    [[nodiscard]] virtual bool NoMatch() const = 0;
+    [[nodiscard]] bool NoMatch() const;
 
     // A second recordset from this one: dynaset and snapshot.
     /// Condition applied by `OpenRecordset`; see Condition.h for what is accepted.
-    [[nodiscard]] virtual QString Filter() const = 0;
-    virtual void setFilter(const QString& condition) = 0;
+    void setFilter(const QString& condition);
     /// Order applied by `OpenRecordset`: "[Field] DESC, [Other]".
-    [[nodiscard]] virtual QString Sort() const = 0;
-    virtual void setSort(const QString& order) = 0;
+    void setSort(const QString& order);
     /// Opens a second recordset over this one's rows, with `Filter` and `Sort` applied.
-    [[nodiscard]] virtual Ref<Recordset> OpenRecordset(RecordsetType type = RecordsetType::Default,
-                                                       int options = kNoOptions) = 0;
+    [[nodiscard]] Ref<Recordset> OpenRecordset(RecordsetType type = RecordsetType::Default,
+                                               int options = kNoOptions);
     /// Reads the set of rows afresh, standing on the first one.
-    virtual void Requery() = 0;
+    void Requery();
+
+private:
+    [[nodiscard]] Rows& rows() const;
+    void leaveRow();
+
+    Ref<Counted> m_keeper; ///< what the rows come from
+    std::unique_ptr<Rows> m_rows;
+    std::unique_ptr<EditBuffer> m_edit;
+    std::shared_ptr<Recordset*> m_self; ///< for its fields; holds nothing once it is gone
+    QString m_name;
+    RecordsetType m_type;
+    int m_options;
+    QString m_filter;
+    QString m_sort;
 };
+
+/// Opens the recordset that a query and a type call for. What it comes from is kept by it.
+[[nodiscard]] Ref<Recordset> openRecordset(const Ref<Counted>& keeper, Connection& connection,
+                                           const Query& query, const QString& name,
+                                           RecordsetType type, int options);
 
 } // namespace yrw::dao

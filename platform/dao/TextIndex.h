@@ -57,6 +57,8 @@ public:
     /// Keys given first are found first where the search goes through the rows one by one.
     [[nodiscard]] virtual std::unique_ptr<TextSearch> search(const QStringList& words,
                                                              std::vector<qint64> keys) = 0;
+    /// See `textIndexProblem`.
+    [[nodiscard]] virtual QString problem() = 0;
 };
 
 /// The index of that name in an open database. It need not be there yet: see `repair`.

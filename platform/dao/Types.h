@@ -74,6 +74,14 @@ private:
     qint64 m_place = -1;
 };
 
+/// An object of a database and the statement that made it.
+struct FileObject {
+    QString kind; ///< "table", "view", "trigger" or "index"
+    QString name;
+    QString table; ///< that an index or a trigger belongs to
+    QString sql;
+};
+
 /// Kind of a field, as the schema declares it.
 enum class FieldType : int { Boolean, Integer, Long, Double, Text, Memo, Date, Binary };
 

@@ -151,9 +151,9 @@ TEST_F(Neighbours, ALockedDatabaseFreezesNothingAndWhatWasMissedComesLater) {
     ASSERT_TRUE(addIn->NotesApplication()->DB()->UpdateRecord(
         *note, {{QStringLiteral("AutomaticallyShow"), true}}));
     FakeController& upper = *window().upper;
-    dao::OpenOptions alone;
-    alone.exclusive = true;
-    const Ref<dao::Database> holder = others->OpenDatabase(world.notesPath(), alone);
+    const Ref<dao::Database> holder = others->OpenDatabase(world.notesPath());
+    holder->RunScript("PRAGMA locking_mode = EXCLUSIVE");
+    holder->RunScript(""); // the next transaction takes the file
     QElapsedTimer timer;
     timer.start();
     for (int row = 0; row < 40; ++row) {

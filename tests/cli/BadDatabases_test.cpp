@@ -232,7 +232,7 @@ TEST_F(BadDatabasesTest, WhatCanBeReadOfADamagedFileIsSalvaged) {
     const Ref<dao::Workspace> workspace = dao::createWorkspace({clock, files});
     const Ref<dao::Database> database = workspace->OpenDatabase(notesPath());
     EXPECT_EQ(database->OpenRecordset("tblSystem")->value(u"Own"), "kept");
-    EXPECT_TRUE(database->QueryNames().contains("mine"));
+    EXPECT_NO_THROW(static_cast<void>(database->OpenRecordset("mine")));
 }
 
 } // namespace

@@ -21,7 +21,8 @@ QString errorOfHost(const dao::EngineServices& engine, const QString& path) {
     HostDataHelper helper;
     try {
         const Ref<dao::Workspace> workspace = dao::createWorkspace(engine);
-        openNotesDatabase(helper, workspace, path)->OpenRecordset(schema::kQryNotes);
+        static_cast<void>(
+            openNotesDatabase(helper, workspace, path)->OpenRecordset(schema::kQryNotes));
         return {};
     } catch (const AutomationError& error) {
         return error.description();

@@ -171,16 +171,16 @@ TEST_F(TextIndexTest, ManySlicesFindEachRowOnce) {
 TEST_F(TextIndexTest, WaitsForNobody) {
     note("one");
     const Ref<Database> other = another();
-    other->BeginTrans();
-    EXPECT_FALSE(index->catchUp(1000));
-    EXPECT_EQ(index->waiting(), 1);
-    other->Rollback();
+    {
+        const Transaction blocking(*other);
+        EXPECT_FALSE(index->catchUp(1000));
+        EXPECT_EQ(index->waiting(), 1);
+    }
     catchUp();
     EXPECT_EQ(index->waiting(), 0);
 
     note("two");
-    const Ref<Database> readOnly =
-        createWorkspace({clock, files})->OpenDatabase(path(), {false, true});
+    const Ref<Database> readOnly = createWorkspace({clock, files})->OpenDatabase(path(), {true});
     index = open(readOnly);
     index->repair();
     EXPECT_FALSE(index->catchUp(1000));

@@ -1,3 +1,4 @@
+#include "platform/dao/Connection.h"
 #include "platform/dao/OnlineBackup.h"
 #include "store/DailyCopy.h"
 #include "store/DatabaseCheck.h"
@@ -108,10 +109,7 @@ TEST_F(NotesDatabaseTest, NothingThatLooksAtTheFileGivesUpTheLocksOnIt) {
         std::function<void()> action;
     } actions[] = {
         {"open", [&] { workspace->OpenDatabase(path)->Close(); }},
-        {"open as a reader",
-         [&] {
-             workspace->OpenDatabase(path, {false, true})->Close();
-         }},
+        {"open as a reader", [&] { workspace->OpenDatabase(path, {true})->Close(); }},
         {"copy", [&] { database->CopyTo(folder + QStringLiteral("/copy")); }},
         {"back up",
          [&] {
@@ -270,9 +268,9 @@ TEST_F(NotesDatabaseTest, AMissingTemplateIsNamedAndTouchesNothing) {
 TEST_F(NotesDatabaseTest, UserNamesFollowTheHostAndOutliveTheUser) {
     store.openNotes();
     store.addNote(QStringLiteral("a"));
-    const qint64 before = store.database()->DataVersion();
+    const qint64 before = store.database()->connection().dataVersion();
     refreshUserNames(*store.database(), userNamesOf(store.host().Users()));
-    EXPECT_EQ(store.database()->DataVersion(), before);
+    EXPECT_EQ(store.database()->connection().dataVersion(), before);
     const auto nameNow = [&] {
         return store.application().Notes()->Item(QVariant(1))->value(QStringLiteral("UseName"));
     };

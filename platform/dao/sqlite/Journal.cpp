@@ -1,7 +1,7 @@
 #include "platform/dao/sqlite/Journal.h"
 
 #include "platform/component/AutomationError.h"
-#include "platform/dao/sqlite/Connection.h"
+#include "platform/dao/sqlite/SqliteFile.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -20,19 +20,18 @@ namespace {
 constexpr qint64 kSharedOverNetwork = 0x5952574e;
 constexpr int kAttempts = 3;
 
-bool isMarked(Connection& connection) {
-    return connection.scalar(QStringLiteral("PRAGMA application_id")).toLongLong() ==
-           kSharedOverNetwork;
+bool isMarked(const SqliteFile& file) {
+    return file.scalar(QStringLiteral("PRAGMA application_id")).toLongLong() == kSharedOverNetwork;
 }
 
-QString mode(Connection& connection) {
-    return connection.scalar(QStringLiteral("PRAGMA journal_mode")).toString();
+QString mode(const SqliteFile& file) {
+    return file.scalar(QStringLiteral("PRAGMA journal_mode")).toString();
 }
 
 /// Asks for another journal; false when others who have the file open prevent it.
-bool turn(Connection& connection, const QString& wanted) {
+bool turn(const SqliteFile& file, const QString& wanted) {
     try {
-        return connection.scalar(u"PRAGMA journal_mode = " + wanted).toString() == wanted;
+        return file.scalar(u"PRAGMA journal_mode = " + wanted).toString() == wanted;
     } catch (const AutomationError& error) {
         if (error.number() != kErrorLocked) {
             throw;
@@ -41,17 +40,16 @@ bool turn(Connection& connection, const QString& wanted) {
     }
 }
 
-void shareOverNetwork(Connection& connection, const QString& file) {
+void shareOverNetwork(const SqliteFile& file) {
     // A host on the file's own machine may turn it back until it sees the mark.
     for (int i = 0; i < kAttempts; ++i) {
-        if (mode(connection) == u"wal" && !turn(connection, QStringLiteral("delete"))) {
+        if (mode(file) == u"wal" && !turn(file, QStringLiteral("delete"))) {
             break;
         }
-        if (!isMarked(connection)) {
-            connection.execute(
-                QStringLiteral("PRAGMA application_id = %1").arg(kSharedOverNetwork));
+        if (!isMarked(file)) {
+            file.execute(QStringLiteral("PRAGMA application_id = %1").arg(kSharedOverNetwork));
         }
-        if (mode(connection) != u"wal") {
+        if (mode(file) != u"wal") {
             return;
         }
     }
@@ -59,35 +57,35 @@ void shareOverNetwork(Connection& connection, const QString& file) {
                           QStringLiteral("%1 is open in a way that cannot be shared over a "
                                          "network. Close it in every other program and open it "
                                          "again.")
-                              .arg(file));
+                              .arg(file.path()));
 }
 
 } // namespace
 
-void settleJournal(Connection& connection, const QString& file, bool onNetwork) {
-    if (onNetwork || isMarked(connection)) {
-        shareOverNetwork(connection, file);
+void settleJournal(const SqliteFile& file, bool onNetwork) {
+    if (onNetwork || isMarked(file)) {
+        shareOverNetwork(file);
         return;
     }
-    if (mode(connection) == u"wal") {
+    if (mode(file) == u"wal") {
         return;
     }
     // Somebody who is writing just now keeps the rollback journal for us all; that works too.
-    const bool turned = turn(connection, QStringLiteral("wal"));
-    if (turned && isMarked(connection)) {
-        shareOverNetwork(connection, file);
+    const bool turned = turn(file, QStringLiteral("wal"));
+    if (turned && isMarked(file)) {
+        shareOverNetwork(file);
     }
 }
 
-bool hasWriteAheadJournal(const Connection& connection) {
+bool hasWriteAheadJournal(const SqliteFile& file) {
     constexpr sqlite3_int64 kReadVersion = 19;
-    sqlite3_file* file = nullptr;
+    sqlite3_file* opened = nullptr;
     unsigned char version = 0;
     // Opening the file past the engine would give up the locks that this process has on it.
-    return sqlite3_file_control(connection.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file) ==
+    return sqlite3_file_control(file.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &opened) ==
                SQLITE_OK &&
-           file->pMethods != nullptr &&
-           file->pMethods->xRead(file, &version, 1, kReadVersion) == SQLITE_OK && version == 2;
+           opened->pMethods != nullptr &&
+           opened->pMethods->xRead(opened, &version, 1, kReadVersion) == SQLITE_OK && version == 2;
 }
 
 bool mayRead(const QString& path) {

@@ -4,7 +4,7 @@
 
 namespace yrw::dao {
 
-class Connection;
+class SqliteFile;
 
 /// Brings a file that may be written to the journal that its place calls for.
 ///
@@ -12,10 +12,10 @@ class Connection;
 /// host cannot decide for itself: the first that sees the file on a network mount leaves a mark in
 /// it ("shared over a network") and turns it to the rollback journal; every host honours the mark.
 /// Raises `kErrorLocked` when the file must be turned while another program has it open.
-void settleJournal(Connection& connection, const QString& file, bool onNetwork);
+void settleJournal(const SqliteFile& file, bool onNetwork);
 
 /// True when the file keeps a write-ahead journal. Reads nothing but the file's head.
-[[nodiscard]] bool hasWriteAheadJournal(const Connection& connection);
+[[nodiscard]] bool hasWriteAheadJournal(const SqliteFile& file);
 
 /// True when the process's effective user may read, or write to, a file or folder.
 [[nodiscard]] bool mayRead(const QString& path);

@@ -60,6 +60,10 @@ int ReadHandle::open(Way way) {
     return (code & 0xff) == SQLITE_CORRUPT ? SQLITE_OK : code;
 }
 
+void ReadHandle::readDamagedSchema() noexcept {
+    sqlite3_exec(m_handle.get(), "PRAGMA writable_schema = ON", nullptr, nullptr, nullptr);
+}
+
 bool ReadHandle::isOfOneState() const {
     const timespec now = changeOf(m_path);
     return !m_isAlone || (!hasFullJournalBeside(m_path) && now.tv_sec == m_changed.tv_sec &&

@@ -25,6 +25,9 @@ public:
     /// need not be of one state.
     [[nodiscard]] bool isOfOneState() const;
 
+    /// Has a file whose description of itself is damaged in part tell the rest.
+    void readDamagedSchema() noexcept;
+
 private:
     struct Closer {
         void operator()(sqlite3* handle) const noexcept;

@@ -36,8 +36,8 @@ struct Budget {
     long long startedMs = 0;
 };
 
-thread_local SqlOrigin t_origin = SqlOrigin::Own;
-thread_local Budget t_budget;
+thread_local SqlOrigin currentOrigin = SqlOrigin::Own;
+thread_local Budget currentBudget;
 
 long long processorMs() noexcept {
     timespec used{};
@@ -90,8 +90,8 @@ void SqlLimits::apply(sqlite3* connection) {
 int SqlLimits::authorize(void* /*self*/, int action, const char* first, const char* second,
                          const char* /*database*/, const char* trigger) noexcept {
     // The name is also given for a view and for a subquery.
-    const bool isScript = t_origin == SqlOrigin::Script;
-    const bool isOurs = trigger == nullptr && (t_origin == SqlOrigin::Own || isScript);
+    const bool isScript = currentOrigin == SqlOrigin::Script;
+    const bool isOurs = trigger == nullptr && (currentOrigin == SqlOrigin::Own || isScript);
     bool allowed = false;
     switch (action) {
     case SQLITE_ATTACH:
@@ -105,15 +105,15 @@ int SqlLimits::authorize(void* /*self*/, int action, const char* first, const ch
         break;
     default:
         allowed =
-            isOurs ||
-            mayStoredText(action, first, trigger != nullptr || t_origin == SqlOrigin::StoredAction);
+            isOurs || mayStoredText(action, first,
+                                    trigger != nullptr || currentOrigin == SqlOrigin::StoredAction);
     }
     return allowed ? SQLITE_OK : SQLITE_DENY;
 }
 
 int SqlLimits::watch(void* self) noexcept {
     auto* limits = static_cast<SqlLimits*>(self);
-    Budget& budget = t_budget;
+    Budget& budget = currentBudget;
     if (budget.limitMs == 0) {
         return 0;
     }
@@ -132,12 +132,12 @@ int SqlLimits::watch(void* self) noexcept {
     return 1;
 }
 
-PreparingSql::PreparingSql(SqlOrigin origin) noexcept : m_before(t_origin) {
-    t_origin = origin;
+PreparingSql::PreparingSql(SqlOrigin origin) noexcept : m_before(currentOrigin) {
+    currentOrigin = origin;
 }
 
 PreparingSql::~PreparingSql() {
-    t_origin = m_before;
+    currentOrigin = m_before;
 }
 
 int stepLimitOf(SqlOrigin origin) noexcept {
@@ -154,8 +154,8 @@ int stepLimitOf(SqlOrigin origin) noexcept {
 }
 
 void beginStep(int limitMs) noexcept {
-    t_budget.limitMs = limitMs;
-    t_budget.started = false;
+    currentBudget.limitMs = limitMs;
+    currentBudget.started = false;
 }
 
 } // namespace yrw::dao

@@ -1,16 +1,10 @@
 #pragma once
 
+#include "platform/dao/Cursor.h"
+
 struct sqlite3;
 
 namespace yrw::dao {
-
-/// Who wrote a statement's text, which decides what it may do.
-enum class SqlOrigin {
-    Own,          ///< the data layer
-    Stored,       ///< the file: it may select
-    StoredAction, ///< the file: it may also write rows
-    Script,       ///< a tool that makes or upgrades databases
-};
 
 /// Keeps the SQL of a shared file to the data of that file.
 ///

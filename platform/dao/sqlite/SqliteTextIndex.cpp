@@ -1,5 +1,9 @@
+#include "platform/dao/sqlite/SqliteTextIndex.h"
+
+#include "platform/clock/Clock.h"
 #include "platform/component/AutomationError.h"
-#include "platform/dao/sqlite/SqliteDatabase.h"
+#include "platform/dao/Connection.h"
+#include "platform/dao/sqlite/LockWaits.h"
 #include "platform/dao/sqlite/TextIndexRows.h"
 
 #include <QScopeGuard>
@@ -10,34 +14,17 @@ namespace {
 
 constexpr int kBatch = 32; ///< rows between two looks at the clock
 
-/// The index of the embedded engine: its full-text table over groups of three letters, which finds
-/// inside words too.
-class SqliteTextIndex final : public TextIndex {
-public:
-    SqliteTextIndex(Ref<Database> database, TextIndexNames names)
-        : m_database(std::move(database)), m_names(std::move(names)) {}
+} // namespace
 
-    void create() override;
-    void repair() override;
-    [[nodiscard]] qint64 waiting() override;
-    bool catchUp(int milliseconds) override;
-    [[nodiscard]] std::unique_ptr<TextSearch> search(const QStringList& words,
-                                                     std::vector<qint64> keys) override;
+SqliteTextIndex::SqliteTextIndex(Ref<Counted> keeper, Connection& connection,
+                                 const SqliteFile& file, TextIndexNames names)
+    : m_keeper(std::move(keeper)), m_connection(connection), m_file(file),
+      m_names(std::move(names)) {}
 
-private:
-    [[nodiscard]] Connection& connection() const {
-        return dynamic_cast<SqliteDatabase&>(*m_database).connection();
-    }
-    /// A script with its "{...}" replaced by the names.
-    [[nodiscard]] QString withNames(QString script) const;
-    [[nodiscard]] bool isComplete() const;
-    [[nodiscard]] bool hasEveryRow() const;
-    void listDifferences();
-
-    Ref<Database> m_database;
-    TextIndexNames m_names;
-    bool m_damaged = false;
-};
+Connection& SqliteTextIndex::connection() const {
+    m_connection.requireOpen();
+    return m_connection;
+}
 
 QString SqliteTextIndex::withNames(QString script) const {
     QStringList fields;
@@ -61,7 +48,7 @@ QString SqliteTextIndex::withNames(QString script) const {
 }
 
 void SqliteTextIndex::create() {
-    m_database->RunScript(withNames(QStringLiteral(R"(
+    connection().runScript(withNames(QStringLiteral(R"(
 DROP TRIGGER IF EXISTS {index}Added;
 DROP TRIGGER IF EXISTS {index}Changed;
 DROP TRIGGER IF EXISTS {index}Deleted;
@@ -85,10 +72,11 @@ INSERT INTO {waiting} SELECT {key} FROM {table};
 }
 
 void SqliteTextIndex::repair() {
-    if (m_database->isReadOnly()) {
+    if (connection().isReadOnly()) {
         return;
     }
-    const BriefWaits brief(m_database); // a search does without
+    const int patience = connection().setLockPatience(LockWaits::kBriefMs); // a search does without
+    const auto waitAgain = qScopeGuard([&] { m_connection.setLockPatience(patience); });
     if (m_damaged || !isComplete()) {
         create();
     } else if (waiting() == 0 && !hasEveryRow()) {
@@ -115,7 +103,7 @@ bool SqliteTextIndex::hasEveryRow() const {
 }
 
 void SqliteTextIndex::listDifferences() {
-    m_database->RunScript(withNames(QStringLiteral(
+    connection().runScript(withNames(QStringLiteral(
         "INSERT OR IGNORE INTO {waiting} SELECT {key} FROM {table} WHERE {key} NOT IN "
         "(SELECT id FROM {index}_docsize);"
         "INSERT OR IGNORE INTO {waiting} SELECT id FROM {index}_docsize WHERE id NOT IN "
@@ -123,7 +111,7 @@ void SqliteTextIndex::listDifferences() {
 }
 
 qint64 SqliteTextIndex::waiting() {
-    return m_database->hasTable(m_names.waiting)
+    return !connection().schema().tableName(m_names.waiting).isEmpty()
                ? connection()
                      .scalar(QStringLiteral("SELECT count(*) FROM ") + quotedName(m_names.waiting))
                      .toLongLong()
@@ -131,14 +119,14 @@ qint64 SqliteTextIndex::waiting() {
 }
 
 bool SqliteTextIndex::catchUp(int milliseconds) {
-    if (m_database->isReadOnly() || !isComplete() || waiting() == 0) {
+    if (connection().isReadOnly() || !isComplete() || waiting() == 0) {
         return false;
     }
-    Connection& database = connection();
-    const int patience = database.lockWaits().setPatience(0);
-    const auto waitAgain = qScopeGuard([&] { database.lockWaits().setPatience(patience); });
+    const int patience = m_connection.setLockPatience(0);
+    const auto waitAgain = qScopeGuard([&] { m_connection.setLockPatience(patience); });
+    std::optional<Writing> writing;
     try {
-        m_database->BeginTrans();
+        writing.emplace(m_connection);
     } catch (const AutomationError& error) {
         if (error.number() != kErrorLocked) {
             throw;
@@ -146,19 +134,18 @@ bool SqliteTextIndex::catchUp(int milliseconds) {
         return false;
     }
     try {
-        const qint64 deadline = database.clock().monotonicMs() + milliseconds;
+        const qint64 deadline = m_connection.clock().monotonicMs() + milliseconds;
         {
-            TextIndexRows rows(database, m_names);
+            TextIndexRows rows(m_file, m_names);
             do {
-                for (const qint64 key : waitingKeys(database, m_names, kBatch)) {
+                for (const qint64 key : waitingKeys(m_file, m_names, kBatch)) {
                     rows.takeIn(key);
                 }
-            } while (database.clock().monotonicMs() < deadline && waiting() > 0);
+            } while (m_connection.clock().monotonicMs() < deadline && waiting() > 0);
         }
-        m_database->CommitTrans();
+        writing->commit();
     } catch (const AutomationError& error) {
         m_damaged = m_damaged || error.number() == kErrorNotADatabase;
-        m_database->Rollback();
         throw;
     }
     return waiting() > 0;
@@ -166,18 +153,44 @@ bool SqliteTextIndex::catchUp(int milliseconds) {
 
 std::unique_ptr<TextSearch> SqliteTextIndex::search(const QStringList& words,
                                                     std::vector<qint64> keys) {
-    return std::make_unique<SqliteTextSearch>(m_database, m_names, words, std::move(keys),
-                                              m_damaged);
+    return std::make_unique<SqliteTextSearch>(m_keeper, connection(), m_file, m_names, words,
+                                              std::move(keys), m_damaged);
 }
 
-} // namespace
-
-TextSearch::~TextSearch() = default;
-TextIndex::~TextIndex() = default;
-
-std::unique_ptr<TextIndex> openTextIndex(const Ref<Database>& database,
-                                         const TextIndexNames& names) {
-    return std::make_unique<SqliteTextIndex>(database, names);
+QString SqliteTextIndex::problem() {
+    const QString index = quotedName(m_names.index);
+    if (!connection().isReadOnly()) {
+        try {
+            const Writing check(m_connection);
+            m_connection.execute(
+                QStringLiteral("INSERT INTO %1(%1) VALUES ('integrity-check')").arg(index));
+        } catch (const AutomationError& error) {
+            if (error.number() != kErrorNotADatabase) {
+                throw;
+            }
+            return QStringLiteral("the index contradicts itself");
+        }
+    }
+    const QString waiting = quotedName(m_names.waiting);
+    const auto count = [&](const QString& from, const QString& fromKey, const QString& in,
+                           const QString& inKey) {
+        return m_connection
+            .scalar(QStringLiteral("SELECT count(*) FROM %1 WHERE %2 NOT IN (SELECT %4 FROM %3) "
+                                   "AND %2 NOT IN (SELECT RecordID FROM %5)")
+                        .arg(from, fromKey, in, inKey, waiting))
+            .toLongLong();
+    };
+    const QString sizes = quotedName(m_names.index + QStringLiteral("_docsize"));
+    const QString table = quotedName(m_names.table);
+    const QString key = quotedName(m_names.key);
+    const qint64 lacking = count(table, key, sizes, QStringLiteral("id"));
+    const qint64 surplus = count(sizes, QStringLiteral("id"), table, key);
+    if (lacking == 0 && surplus == 0) {
+        return {};
+    }
+    return QStringLiteral("the index lacks %1 notes and has %2 that are gone")
+        .arg(lacking)
+        .arg(surplus);
 }
 
 } // namespace yrw::dao

@@ -2,6 +2,7 @@
 
 #include "platform/clock/WallTime.h"
 #include "platform/component/AutomationError.h"
+#include "platform/dao/sqlite/SqlLimits.h"
 
 #include <QDateTime>
 
@@ -113,11 +114,6 @@ bool Statement::step() {
     // Resetting repeats the code and keeps the message; nothing may stay active behind an error.
     sqlite3_reset(m_handle.get());
     raiseEngineError(connection, code);
-}
-
-void Statement::run() {
-    while (step()) {
-    }
 }
 
 void Statement::reset() noexcept {

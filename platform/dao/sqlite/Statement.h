@@ -1,13 +1,8 @@
 #pragma once
 
-#include "platform/dao/Types.h"
-#include "platform/dao/sqlite/SqlLimits.h"
-
-#include <QString>
-#include <QVariant>
+#include "platform/dao/Cursor.h"
 
 #include <memory>
-#include <optional>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -18,12 +13,8 @@ namespace yrw::dao {
 /// database file and what to do.
 [[noreturn]] void raiseEngineError(sqlite3* connection, int code);
 
-/// One prepared statement of the engine.
-///
-/// Lifetime: must end before its connection is closed. An empty one can only be asked whether it
-/// is. Calls raise the automation error of the engine's failure and leave the statement reset.
-/// Thread: the user-interface thread.
-class Statement {
+/// One prepared statement of the embedded engine. An empty one can only be asked whether it is.
+class Statement final : public Cursor {
 public:
     Statement() = default;
     /// Prepares exactly one statement; raises when the text is wrong, holds more than one, or asks
@@ -33,35 +24,22 @@ public:
     [[nodiscard]] bool isEmpty() const noexcept { return m_handle == nullptr; }
     [[nodiscard]] sqlite3_stmt* handle() const noexcept { return m_handle.get(); }
     [[nodiscard]] bool isReadOnly() const noexcept;
-    /// True between a `step` that found a row and the next `reset`.
-    [[nodiscard]] bool hasRow() const noexcept { return m_hasRow; }
-
-    /// Binds by 1-based position; the statement must be reset.
-    void bind(int position, const QVariant& value);
-    void bind(int position, qint64 value);
-    /// Binds by name, the sign included (":ProgID"); a name the statement lacks is passed over.
-    void bind(const QString& name, const QVariant& value);
-    /// 1-based position of a named parameter, 0 when there is none.
-    [[nodiscard]] int position(const QString& name) const;
-
-    /// To the next row; false behind the last one, and then it is reset.
-    bool step();
-    /// Steps to the end: for statements that return nothing.
-    void run();
-    void reset() noexcept;
-    /// Lets the bound values go: for a statement that is kept, since they can be long.
-    void forgetValues() noexcept;
-
     /// Lets a step take as long as it does: for work whose length is known to end.
     void takeAnyTime() noexcept { m_stepLimitMs = 0; }
-
     [[nodiscard]] int columnCount() const noexcept;
     [[nodiscard]] QString columnName(int column) const;
-    [[nodiscard]] qint64 integer(int column) const noexcept;
-    [[nodiscard]] QString text(int column) const;
-    /// Value of a column in the current row, by the declared type where there is one and by what
-    /// is stored otherwise.
-    [[nodiscard]] QVariant value(int column, std::optional<FieldType> type) const;
+
+    void bind(int position, const QVariant& value) override;
+    void bind(int position, qint64 value) override;
+    void bind(const QString& name, const QVariant& value) override;
+    [[nodiscard]] int position(const QString& name) const override;
+    bool step() override;
+    void reset() noexcept override;
+    void forgetValues() noexcept override;
+    [[nodiscard]] bool hasRow() const noexcept override { return m_hasRow; }
+    [[nodiscard]] qint64 integer(int column) const noexcept override;
+    [[nodiscard]] QString text(int column) const override;
+    [[nodiscard]] QVariant value(int column, std::optional<FieldType> type) const override;
 
 private:
     struct Finalizer {

@@ -1,8 +1,10 @@
 #include "platform/dao/sqlite/TextIndexRows.h"
 
+#include "platform/clock/Clock.h"
 #include "platform/component/AutomationError.h"
+#include "platform/dao/Connection.h"
 #include "platform/dao/Folding.h"
-#include "platform/dao/sqlite/SqliteDatabase.h"
+#include "platform/dao/sqlite/SqliteFile.h"
 
 #include <algorithm>
 
@@ -47,12 +49,12 @@ QString expressionFor(const QStringList& words) {
 
 } // namespace
 
-TextIndexRows::TextIndexRows(const Connection& connection, const TextIndexNames& names)
-    : m_connection(connection), m_names(names), m_index(quotedName(names.index)) {}
+TextIndexRows::TextIndexRows(const SqliteFile& file, const TextIndexNames& names)
+    : m_file(file), m_names(names), m_index(quotedName(names.index)) {}
 
 Statement& TextIndexRows::prepared(Statement& statement, const QString& sql) const {
     if (statement.isEmpty()) {
-        statement = Statement(m_connection.handle(), sql);
+        statement = Statement(m_file.handle(), sql);
     }
     return statement;
 }
@@ -108,9 +110,8 @@ void TextIndexRows::takeIn(qint64 key) {
     done.run();
 }
 
-std::vector<qint64> waitingKeys(const Connection& connection, const TextIndexNames& names,
-                                int limit) {
-    Statement statement(connection.handle(),
+std::vector<qint64> waitingKeys(const SqliteFile& file, const TextIndexNames& names, int limit) {
+    Statement statement(file.handle(),
                         QStringLiteral("SELECT RecordID FROM %1 ORDER BY RecordID LIMIT %2")
                             .arg(quotedName(names.waiting))
                             .arg(limit));
@@ -121,18 +122,19 @@ std::vector<qint64> waitingKeys(const Connection& connection, const TextIndexNam
     return keys;
 }
 
-SqliteTextSearch::SqliteTextSearch(Ref<Database> database, const TextIndexNames& names,
+SqliteTextSearch::SqliteTextSearch(Ref<Counted> keeper, Connection& connection,
+                                   const SqliteFile& file, const TextIndexNames& names,
                                    const QStringList& words, std::vector<qint64> keys,
                                    bool& damaged)
-    : m_database(std::move(database)), m_names(names), m_expression(expressionFor(words)),
-      m_keys(std::move(keys)), m_damaged(damaged) {
+    : m_keeper(std::move(keeper)), m_connection(connection), m_file(file), m_names(names),
+      m_expression(expressionFor(words)), m_keys(std::move(keys)), m_damaged(damaged) {
     for (const QString& word : words) {
         m_words.append(word.toUtf8());
     }
-    m_hasIndex =
-        !m_damaged && m_database->hasTable(names.index) && m_database->hasTable(names.waiting);
+    m_hasIndex = !m_damaged && !connection.schema().tableName(names.index).isEmpty() &&
+                 !connection.schema().tableName(names.waiting).isEmpty();
     if (m_hasIndex) {
-        const std::vector<qint64> waiting = waitingKeys(connection(), names, kAllKeys);
+        const std::vector<qint64> waiting = waitingKeys(file, names, kAllKeys);
         m_waiting.insert(waiting.begin(), waiting.end());
     }
     if (m_hasIndex && !m_expression.isEmpty() && m_keys.size() > kFewRows) {
@@ -142,12 +144,9 @@ SqliteTextSearch::SqliteTextSearch(Ref<Database> database, const TextIndexNames&
     }
 }
 
-Connection& SqliteTextSearch::connection() const {
-    return dynamic_cast<SqliteDatabase&>(*m_database).connection();
-}
-
 std::vector<qint64> SqliteTextSearch::next(int milliseconds) {
-    const qint64 deadline = connection().clock().monotonicMs() + milliseconds;
+    m_connection.requireOpen();
+    const qint64 deadline = m_connection.clock().monotonicMs() + milliseconds;
     try {
         if (m_stage == Stage::Rows || m_stage == Stage::Waiting) {
             lookThroughRows(deadline);
@@ -167,15 +166,14 @@ std::vector<qint64> SqliteTextSearch::next(int milliseconds) {
 }
 
 void SqliteTextSearch::lookThroughRows(qint64 deadline) {
-    Connection& database = connection();
-    database.beginRead();
-    TextIndexRows rows(database, m_names);
+    m_connection.beginRead();
+    TextIndexRows rows(m_file, m_names);
     const bool all = m_stage == Stage::Rows;
     if (!all && m_waiting.empty()) {
         m_next = m_keys.size();
     }
     for (int steps = 1; m_next < m_keys.size(); ++m_next, ++steps) {
-        if (steps % kLookAtClock == 0 && database.clock().monotonicMs() >= deadline) {
+        if (steps % kLookAtClock == 0 && m_connection.clock().monotonicMs() >= deadline) {
             return;
         }
         const qint64 key = m_keys[m_next];
@@ -195,9 +193,8 @@ void SqliteTextSearch::lookThroughRows(qint64 deadline) {
 }
 
 void SqliteTextSearch::askIndex(qint64 deadline) {
-    Connection& database = connection();
-    database.beginRead();
-    Statement answer(database.handle(),
+    m_connection.beginRead();
+    Statement answer(m_file.handle(),
                      QStringLiteral("SELECT rowid, Folded FROM %1 WHERE %1 MATCH ?1 AND rowid > ?2 "
                                     "ORDER BY rowid")
                          .arg(quotedName(m_names.index)));
@@ -210,7 +207,7 @@ void SqliteTextSearch::askIndex(qint64 deadline) {
             containsWords(bytesOf(answer, 1), m_words)) {
             m_found.push_back(key);
         }
-        if (steps % kLookAtClock == 0 && database.clock().monotonicMs() >= deadline) {
+        if (steps % kLookAtClock == 0 && m_connection.clock().monotonicMs() >= deadline) {
             return;
         }
     }

@@ -3,17 +3,20 @@
 #include "platform/dao/TextIndex.h"
 #include "platform/dao/sqlite/Statement.h"
 
+#include <optional>
 #include <unordered_set>
+#include <vector>
 
 namespace yrw::dao {
 
 class Connection;
+class SqliteFile;
 
 /// The statements of a text index, and the folded text of single rows.
 /// Lifetime: ends before the connection and the names. Thread: the user-interface thread.
 class TextIndexRows {
 public:
-    TextIndexRows(const Connection& connection, const TextIndexNames& names);
+    TextIndexRows(const SqliteFile& file, const TextIndexNames& names);
 
     /// The row's text as it stands in the table, folded; nothing when the row is gone.
     [[nodiscard]] std::optional<QByteArray> foldedNow(qint64 key);
@@ -26,7 +29,7 @@ private:
     /// Prepares a statement when it is first used: the index may be missing or damaged.
     Statement& prepared(Statement& statement, const QString& sql) const;
 
-    const Connection& m_connection;
+    const SqliteFile& m_file;
     const TextIndexNames& m_names;
     QString m_index;
     Statement m_read;
@@ -37,14 +40,15 @@ private:
 };
 
 /// The keys on the list of a text index; at most `limit`, the lowest first.
-[[nodiscard]] std::vector<qint64> waitingKeys(const Connection& connection,
-                                              const TextIndexNames& names, int limit);
+[[nodiscard]] std::vector<qint64> waitingKeys(const SqliteFile& file, const TextIndexNames& names,
+                                              int limit);
 
 /// Where a search has got to in the rows that it was given.
 class SqliteTextSearch final : public TextSearch {
 public:
     /// `damaged` is set when the index turns out to be; it outlives the search.
-    SqliteTextSearch(Ref<Database> database, const TextIndexNames& names, const QStringList& words,
+    SqliteTextSearch(Ref<Counted> keeper, Connection& connection, const SqliteFile& file,
+                     const TextIndexNames& names, const QStringList& words,
                      std::vector<qint64> keys, bool& damaged);
 
     [[nodiscard]] std::vector<qint64> next(int milliseconds) override;
@@ -58,9 +62,10 @@ private:
     void askIndex(qint64 deadline);
     void goOnWithoutIndex();
     [[nodiscard]] bool isWaiting(qint64 key) const { return m_waiting.count(key) != 0; }
-    [[nodiscard]] Connection& connection() const;
 
-    Ref<Database> m_database;
+    Ref<Counted> m_keeper;
+    Connection& m_connection;
+    const SqliteFile& m_file;
     const TextIndexNames& m_names;
     QList<QByteArray> m_words;
     QString m_expression; ///< what the index is asked; empty when the words are too short for it

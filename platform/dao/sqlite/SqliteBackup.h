@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/dao/OnlineBackup.h"
+
+namespace yrw::dao {
+
+/// Begins to copy a file of the embedded engine; see `beginBackup`.
+[[nodiscard]] std::unique_ptr<OnlineBackup> backUpFile(const QString& file, const QString& path,
+                                                       ExistingCopy existing, Clock& clock);
+
+} // namespace yrw::dao
