@@ -25,15 +25,15 @@ TextOptions::TextOptions(RichTextBox& text, NoteTools& tools, WindowContext& con
 void TextOptions::apply() {
     const NotesSettings settings = m_context.settings();
     m_text.setPrompt(&m_context.prompt());
-    m_text.setPasteWatch([this]() -> RichTextBox::LoadStep {
+    m_text.transfer().setWatch([this]() -> RichTextBox::LoadStep {
         const auto work = std::make_shared<LongWork>(m_context.clock(), &m_context.window(),
                                                      QStringLiteral("Pasting: %1 %."), 32);
         return [work](int percent) { return work->goOn(percent); };
     });
     const qint64 largest = settings.text(QStringLiteral("LargestAttachment")).toLongLong();
-    m_text.setLargestFile((largest > 0 ? largest : kLargestMegabytes) * kMegabyte);
+    m_text.objects().setLargestFile((largest > 0 ? largest : kLargestMegabytes) * kMegabyte);
     const bool keep = settings.boolean(kPasteKeepsLook);
-    m_text.setPasteKeepsLook(keep);
+    m_text.transfer().setKeepsLook(keep);
     m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
     applySpelling();
 }
@@ -55,7 +55,7 @@ void TextOptions::applySpelling() {
 void TextOptions::setPasteKeepsLook(bool keep) {
     m_context.settings().setBoolean(kPasteKeepsLook, keep);
     m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
-    m_text.setPasteKeepsLook(keep);
+    m_text.transfer().setKeepsLook(keep);
 }
 
 void TextOptions::setChecksSpelling(bool on) {

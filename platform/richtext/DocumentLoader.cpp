@@ -8,6 +8,7 @@
 #include <QTextTable>
 
 #include <algorithm>
+#include <utility>
 
 namespace yrw::richtext {
 
@@ -26,6 +27,10 @@ constexpr int kLongestBlock = 10000;
 constexpr int kRunWeight = 9;
 constexpr int kLineWeight = 9;
 
+/// Bytes that a text may take in the editor, and for each of its characters when that is more: long
+/// notes are shown whole, short ones that unfold into something large are not.
+constexpr qint64 kMostMemory = 120LL * 1024 * 1024;
+constexpr qint64 kMemoryPerCharacter = 30;
 /// Bytes that the text document takes for each part, once it is laid out.
 constexpr qint64 kBlock = 300;
 constexpr qint64 kFragment = 60;
@@ -62,6 +67,11 @@ qsizetype fittingLength(QStringView text, qsizetype weight) {
 }
 
 } // namespace
+
+DocumentLoader::DocumentLoader(const rtf::Document& source, std::vector<rtf::Inline>& inlines,
+                               double dotsPerInch, LoadStep goesOn)
+    : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch), m_goesOn(std::move(goesOn)),
+      m_memory(std::max(kMostMemory, kMemoryPerCharacter * source.text.size())) {}
 
 const rtf::Paragraph& DocumentLoader::at(int paragraph) const {
     return m_source.paragraphs[static_cast<std::size_t>(paragraph)];

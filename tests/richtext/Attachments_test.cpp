@@ -2,6 +2,7 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/rtf/EmbeddedObject.h"
+#include "tests/driving/Select.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,8 @@
 
 namespace yrw {
 namespace {
+
+using test::select;
 
 class Attachments : public testing::Test {
 protected:
@@ -38,9 +41,9 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
     for (const ObjectDisplay display : {ObjectDisplay::Content, ObjectDisplay::Icon}) {
         RichTextBox box;
         box.setText("before after");
-        box.setSelStart(7);
-        box.insertFile(file(QString::fromUtf8("żółw.dat"), content), display);
-        EXPECT_EQ(box.SelStart(), 8);
+        select(box, 7);
+        box.objects().insertFile(file(QString::fromUtf8("żółw.dat"), content), display);
+        EXPECT_EQ(box.textCursor().selectionStart(), 8);
         QTest::keyClicks(&box, "typed ");
         EXPECT_EQ(box.Text(), "before typed after");
         const QString written = box.TextRTF();
@@ -48,9 +51,9 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
             box.setTextRTF(box.TextRTF());
         }
         EXPECT_EQ(box.TextRTF(), written);
-        ASSERT_EQ(box.objectCount(), 1);
-        EXPECT_EQ(box.objectName(0), QString::fromUtf8("żółw.dat"));
-        const auto embedded = box.objectFile(0);
+        ASSERT_EQ(box.objects().count(), 1);
+        EXPECT_EQ(box.objects().name(0), QString::fromUtf8("żółw.dat"));
+        const auto embedded = box.objects().file(0);
         ASSERT_TRUE(embedded);
         EXPECT_EQ(embedded->data, content);
         EXPECT_EQ(embedded->label, QString::fromUtf8("żółw.dat"));
@@ -60,8 +63,8 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
 TEST_F(Attachments, ShownContentCarriesTheNameOfItsFile) {
     const auto picture = [this](const QString& name, const QByteArray& content) {
         RichTextBox box;
-        box.insertFile(file(name, content), ObjectDisplay::Content);
-        return box.objectPicture(0)->data;
+        box.objects().insertFile(file(name, content), ObjectDisplay::Content);
+        return box.objects().picture(0)->data;
     };
     const struct {
         const char* suffix;
@@ -143,13 +146,13 @@ TEST_F(Attachments, AnOldObjectShowsThePictureInItsDataAndKeepsThemThroughTenSav
         box.setTextRTF(
             QString::fromLatin1("{\\rtf1{\\object\\objemb{\\*\\objclass PBrush}{\\*\\objdata " +
                                 each.stream.toHex() + "}}}"));
-        ASSERT_EQ(box.objectCount(), 1);
+        ASSERT_EQ(box.objects().count(), 1);
         EXPECT_EQ(greenDots(box) > 0, each.shows);
         for (int i = 0; i < 10; ++i) {
             box.setTextRTF(box.TextRTF());
         }
         EXPECT_EQ(rtf::objectOf(box.TextRTF().toLatin1()).data, each.stream);
-        EXPECT_EQ(box.objectPicture(0).has_value(), each.stored);
+        EXPECT_EQ(box.objects().picture(0).has_value(), each.stored);
     }
 }
 
@@ -157,14 +160,14 @@ TEST_F(Attachments, AFileThatCannotBeEmbeddedLeavesTheTextAlone) {
     RichTextBox box;
     box.setText("text");
     const QString before = box.TextRTF();
-    box.setLargestFile(10);
+    box.objects().setLargestFile(10);
     for (const QString& path : {QString(), m_folder.filePath("none.txt"), m_folder.path(),
                                 file("large.txt", QByteArray(11, 'x'))}) {
-        EXPECT_THROW(box.insertFile(path, ObjectDisplay::Icon), AutomationError)
+        EXPECT_THROW(box.objects().insertFile(path, ObjectDisplay::Icon), AutomationError)
             << path.toStdString();
     }
     EXPECT_EQ(box.TextRTF(), before);
-    box.insertFile(file("fits.txt", QByteArray(10, 'x')), ObjectDisplay::Icon);
+    box.objects().insertFile(file("fits.txt", QByteArray(10, 'x')), ObjectDisplay::Icon);
     box.undo();
     EXPECT_EQ(box.TextRTF(), before);
 }
@@ -173,16 +176,16 @@ TEST_F(Attachments, ADoubleClickNamesTheObject) {
     RichTextBox box;
     box.resize(400, 300);
     box.setText("ab");
-    box.setSelStart(1);
-    box.insertFile(file("a.txt", "hello"), ObjectDisplay::Icon);
+    select(box, 1);
+    box.objects().insertFile(file("a.txt", "hello"), ObjectDisplay::Icon);
     box.show();
     const QSignalSpy activated(&box, &RichTextBox::objectActivated);
-    box.setSelStart(1);
+    select(box, 1);
     const QPoint start = box.cursorRect().center();
     QTest::mouseDClick(box.viewport(), Qt::LeftButton, {}, start + QPoint(20, 0));
     ASSERT_EQ(activated.count(), 1);
     EXPECT_EQ(activated.at(0).at(0).toInt(), 0);
-    EXPECT_EQ(box.objectAt(start - QPoint(4, 0)), -1);
+    EXPECT_EQ(box.objects().at(start - QPoint(4, 0)), -1);
 }
 
 TEST_F(Attachments, DroppedFilesAreEmbeddedAndPicturesShown) {
@@ -197,10 +200,10 @@ TEST_F(Attachments, DroppedFilesAreEmbeddedAndPicturesShown) {
                    QUrl::fromLocalFile(m_folder.filePath("none"))});
     QApplication::clipboard()->setMimeData(mime);
     box.paste();
-    EXPECT_EQ(box.objectCount(), 0); // a drop is over before the first question
+    EXPECT_EQ(box.objects().count(), 0); // a drop is over before the first question
     QCoreApplication::processEvents();
-    EXPECT_EQ(box.objectCount(), 1);
-    EXPECT_EQ(box.objectName(0), "a.txt");
+    EXPECT_EQ(box.objects().count(), 1);
+    EXPECT_EQ(box.objects().name(0), "a.txt");
     EXPECT_EQ(box.TextRTF().count("\\pngblip"), 2); // the picture, and the icon of the file
     EXPECT_EQ(failed.count(), 1);
 }
@@ -209,8 +212,8 @@ TEST_F(Attachments, PicturesAreStoredAsPngAndFitThePage) {
     RichTextBox box;
     QImage picture(1200, 300, QImage::Format_RGB32);
     picture.fill(Qt::red);
-    box.insertPicture(picture);
-    EXPECT_EQ(box.objectCount(), 0);
+    box.objects().insertPicture(picture);
+    EXPECT_EQ(box.objects().count(), 0);
     EXPECT_FALSE(box.isEmpty());
     EXPECT_TRUE(box.TextRTF().contains("{\\pict\\pngblip\\picwgoal9000\\pichgoal2250"));
 }

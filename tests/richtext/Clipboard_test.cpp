@@ -1,4 +1,6 @@
 #include "platform/richtext/RichTextBox.h"
+#include "tests/driving/Desktop.h"
+#include "tests/driving/Select.h"
 #include "tests/support/SilentPrompt.h"
 
 #include <gtest/gtest.h>
@@ -21,10 +23,7 @@
 namespace yrw {
 namespace {
 
-void select(RichTextBox& box, int start, int length) {
-    box.setSelStart(start);
-    box.setSelLength(length);
-}
+using test::select;
 
 /// What another program put on the clipboard.
 void offer(const QString& type, const QByteArray& data) {
@@ -65,10 +64,10 @@ TEST(Clipboard, CopyOffersRtfHtmlAndPlainText) {
     other.paste();
     EXPECT_EQ(other.Text(), "e two\r\nth");
     select(other, 3, 2);
-    EXPECT_EQ(other.SelBold(), true);
-    EXPECT_EQ(other.SelColor(), 0x0000FF);
-    EXPECT_EQ(other.SelFontSize(), 20.0);
-    EXPECT_EQ(other.SelFontName(), "Arial");
+    EXPECT_EQ(other.selection().bold(), true);
+    EXPECT_EQ(other.selection().colour(), 0x0000FF);
+    EXPECT_EQ(other.selection().fontSize(), 20.0);
+    EXPECT_EQ(other.selection().fontName(), "Arial");
 }
 
 TEST(Clipboard, ForeignTextTakesTheLookAroundItUnlessItIsToKeepItsOwn) {
@@ -87,17 +86,19 @@ TEST(Clipboard, ForeignTextTakesTheLookAroundItUnlessItIsToKeepItsOwn) {
         for (const bool keep : {false, true}) {
             RichTextBox box;
             box.setText("xy");
-            box.setSelStart(1);
-            box.setPasteKeepsLook(keep);
+            select(box, 1);
+            box.transfer().setKeepsLook(keep);
             offer(asHtml ? "text/html" : "text/rtf", asHtml ? html : kStyled.toLatin1());
             box.paste();
             const int bold = static_cast<int>(box.Text().indexOf(asHtml ? "bold" : "two"));
             ASSERT_GT(bold, 0);
             select(box, bold, 2);
-            EXPECT_EQ(box.SelBold(), true);
-            EXPECT_EQ(box.SelColor(), keep ? 0x0000FF : 0);
-            EXPECT_EQ(box.SelFontName(), !keep ? "Comic Sans MS" : asHtml ? "Foo" : "Arial");
-            EXPECT_EQ(box.SelFontSize() == 10.0, !keep);
+            EXPECT_EQ(box.selection().bold(), true);
+            EXPECT_EQ(box.selection().colour(), keep ? 0x0000FF : 0);
+            EXPECT_EQ(box.selection().fontName(), !keep    ? "Comic Sans MS"
+                                                  : asHtml ? "Foo"
+                                                           : "Arial");
+            EXPECT_EQ(box.selection().fontSize() == 10.0, !keep);
             const QString rtf = box.TextRTF();
             EXPECT_EQ(rtf.contains("HYPERLINK \"http://a.example/\""), asHtml);
             EXPECT_TRUE(rtf.contains(asHtml ? "\\pndec" : "\\pnlvlblt")) << rtf.toStdString();
@@ -126,8 +127,8 @@ TEST(Clipboard, CtrlShiftVPastesPlainText) {
     QTest::keyClick(&other, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(other.Text(), "one two\r\nthree");
     other.selectAll();
-    EXPECT_EQ(other.SelBold(), false);
-    EXPECT_EQ(other.SelBullet(), false);
+    EXPECT_EQ(other.selection().bold(), false);
+    EXPECT_EQ(other.selection().bullet(), false);
 }
 
 TEST(Clipboard, APageBringsThePicturesThatItHolds) {
@@ -165,7 +166,7 @@ TEST(Clipboard, WhatIsNoFileOrTooLargeIsNotRead) {
     RichTextBox box;
     LinkDoor door;
     box.setPrompt(&door);
-    box.setLargestFile(1000);
+    box.objects().setLargestFile(1000);
     for (const char* type : {"text/rtf", "text/html", "text/plain"}) {
         offer(type, "{\\rtf1 " + QByteArray(30000, 'x') + "}");
         box.paste();
@@ -197,12 +198,12 @@ TEST(Clipboard, MuchIsPastedInTimeAsOneStepThatCanBeStopped) {
         box.resize(600, 300);
         box.show();
         box.setText("before");
-        box.setSelStart(3);
+        select(box, 3);
         QTest::keyClicks(&box, "typed");
         offer(each.type, each.data);
         for (const int stopAt : {1, 5}) {
             int steps = 0;
-            box.setPasteWatch([&]() -> RichTextBox::LoadStep {
+            box.transfer().setWatch([&]() -> RichTextBox::LoadStep {
                 return [&](int) {
                     EXPECT_EQ(box.Text(), "beftypedore"); // as a draft would save it now
                     return ++steps < stopAt;
@@ -215,7 +216,7 @@ TEST(Clipboard, MuchIsPastedInTimeAsOneStepThatCanBeStopped) {
             EXPECT_EQ(box.Text(), "beftypedore");
             EXPECT_FALSE(box.isReadOnly());
         }
-        box.setPasteWatch([] { return [](int) { return true; }; });
+        box.transfer().setWatch([] { return [](int) { return true; }; });
         const std::clock_t start = std::clock();
         box.paste();
         (void)box.grab();
@@ -223,7 +224,7 @@ TEST(Clipboard, MuchIsPastedInTimeAsOneStepThatCanBeStopped) {
         EXPECT_EQ(box.Text().count(u'x'), each.letters);
         box.undo();
         EXPECT_EQ(box.Text(), "beftypedore");
-        EXPECT_EQ(box.SelStart(), 8);
+        EXPECT_EQ(box.textCursor().selectionStart(), 8);
         QTest::keyClicks(&box, "!");
         EXPECT_EQ(box.Text(), "beftyped!ore");
     }
@@ -256,17 +257,16 @@ TEST(Links, OpenOnCtrlClickAfterTheAddressWasShown) {
         RichTextBox box;
         LinkDoor door;
         door.answer = c.answer;
-        QList<QUrl> opened;
+        const test::Desktop desktop(QUrl(c.target).scheme());
         box.setPrompt(&door);
-        box.setUrlOpener([&opened](const QUrl& url) { opened.append(url); });
         box.resize(300, 100);
         box.setTextRTF(QStringLiteral("{\\rtf1{\\field{\\*\\fldinst HYPERLINK \"%1\"}{\\fldrslt a "
                                       "long link}}}")
                            .arg(QLatin1String(c.target)));
         box.show();
-        box.setSelStart(3);
+        select(box, 3);
         QTest::mouseClick(box.viewport(), Qt::LeftButton, c.keys, box.cursorRect().center());
-        EXPECT_EQ(opened.size(), c.opens ? 1 : 0) << c.target;
+        EXPECT_EQ(desktop.opened, c.opens ? QStringList(c.target) : QStringList());
         EXPECT_EQ(door.said.contains(c.target), c.asks);
     }
 }
@@ -274,10 +274,10 @@ TEST(Links, OpenOnCtrlClickAfterTheAddressWasShown) {
 TEST(Links, WhatIsTypedBehindALinkIsNotPartOfIt) {
     RichTextBox box;
     box.setTextRTF("{\\rtf1{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt link}}}");
-    box.setSelStart(4);
+    select(box, 4);
     QTest::keyClicks(&box, " more");
     EXPECT_TRUE(box.TextRTF().contains("{\\fldrslt link}} more"));
-    box.setSelStart(2);
+    select(box, 2);
     QTest::keyClicks(&box, "x");
     EXPECT_TRUE(box.TextRTF().contains("{\\fldrslt lixnk}} more"));
 }

@@ -2,6 +2,7 @@
 
 #include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/Reader.h"
+#include "tests/driving/Select.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,8 @@
 
 namespace yrw {
 namespace {
+
+using test::select;
 
 /// Bodies that the editor must show and give back without losing anything.
 const char* const kBodies[] = {
@@ -91,20 +94,20 @@ TEST(Content, AutomaticTextIsReadOnAnyGround) {
     }
     EXPECT_TRUE(letters); // black on yellow
     EXPECT_TRUE(number);  // white on grey
-    box.setSelStart(2);
-    EXPECT_EQ(box.SelColor(), 0);
+    select(box, 2);
+    EXPECT_EQ(box.selection().colour(), 0);
     box.selectAll();
-    box.setSelColor(0x0000FF);
-    EXPECT_EQ(box.SelColor(), 0x0000FF);
+    box.selection().setColour(0x0000FF);
+    EXPECT_EQ(box.selection().colour(), 0x0000FF);
 }
 
 TEST(Content, TablesWithNothingBetweenStayTwo) {
     const QString table = around("\\trowd\\cellx2000\\pard\\intbl a\\cell\\row\\pard x");
     RichTextBox box;
     box.setTextRTF(table);
-    box.setSelStart(box.document()->characterCount() - 1);
-    box.setSelRTF(table);
-    box.setSelStart(static_cast<int>(box.document()->toPlainText().indexOf(u'x')));
+    select(box, box.document()->characterCount() - 1);
+    box.transfer().insertRtf(table);
+    select(box, static_cast<int>(box.document()->toPlainText().indexOf(u'x')));
     QTest::keyClick(&box, Qt::Key_Delete); // what stood between them
     EXPECT_EQ(box.document()->rootFrame()->childFrames().size(), 2);
     box.setTextRTF(box.TextRTF());
@@ -117,8 +120,8 @@ TEST(Content, ATablePastedIntoACellStaysATable) {
     const QString table = around("\\trowd\\cellx2000\\pard\\intbl a\\cell\\row\\pard x");
     box.setTextRTF(table);
     for (int i = 0; i < 12; ++i) { // more than can lie in each other
-        box.setSelStart(std::min(i + 1, rtf::kMostNested));
-        box.setSelRTF(table);
+        select(box, std::min(i + 1, rtf::kMostNested));
+        box.transfer().insertRtf(table);
     }
     const QString written = box.TextRTF();
     EXPECT_TRUE(written.contains("\\itap8"));
@@ -133,9 +136,9 @@ TEST(Content, AnObjectAloneIsNoTextButContent) {
     box.setTextRTF(around("{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 01}}"));
     EXPECT_EQ(box.Text(), "");
     EXPECT_FALSE(box.isEmpty());
-    EXPECT_EQ(box.objectCount(), 1);
-    EXPECT_EQ(box.objectName(0), "Odd");
-    EXPECT_FALSE(box.objectFile(0));
+    EXPECT_EQ(box.objects().count(), 1);
+    EXPECT_EQ(box.objects().name(0), "Odd");
+    EXPECT_FALSE(box.objects().file(0));
 }
 
 TEST(Content, ATruncatedNoteIsReportedAndItsTextShown) {
@@ -226,7 +229,7 @@ TEST(Content, ADarkColourIsPaintedLighterOnADarkGroundAndKept) {
     EXPECT_FALSE(shows(qRgb(0, 0, 255)));
     EXPECT_EQ(box.extraSelections().size(), 1); // what has a ground of its own stays as it is
     EXPECT_EQ(box.TextRTF(), written);
-    EXPECT_EQ(box.SelColor(), 0xff0000);
+    EXPECT_EQ(box.selection().colour(), 0xff0000);
     EXPECT_FALSE(box.document()->isModified());
     box.setPalette(QPalette(Qt::lightGray));
     EXPECT_TRUE(shows(qRgb(0, 0, 255)));
