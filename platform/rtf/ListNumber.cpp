@@ -8,19 +8,11 @@ namespace yrw::rtf {
 namespace {
 
 QString roman(int number) {
-    static constexpr std::array<std::pair<int, const char*>, 13> kParts = {{{1000, "m"},
-                                                                            {900, "cm"},
-                                                                            {500, "d"},
-                                                                            {400, "cd"},
-                                                                            {100, "c"},
-                                                                            {90, "xc"},
-                                                                            {50, "l"},
-                                                                            {40, "xl"},
-                                                                            {10, "x"},
-                                                                            {9, "ix"},
-                                                                            {5, "v"},
-                                                                            {4, "iv"},
-                                                                            {1, "i"}}};
+    static constexpr std::array kParts = {
+        std::pair(1000, "m"), std::pair(900, "cm"), std::pair(500, "d"), std::pair(400, "cd"),
+        std::pair(100, "c"),  std::pair(90, "xc"),  std::pair(50, "l"),  std::pair(40, "xl"),
+        std::pair(10, "x"),   std::pair(9, "ix"),   std::pair(5, "v"),   std::pair(4, "iv"),
+        std::pair(1, "i")};
     QString text;
     for (const auto& [value, letters] : kParts) {
         for (; number >= value; number -= value) {
