@@ -117,6 +117,16 @@ TEST(Clipboard, PastedRtfCannotDamageTheNote) {
     EXPECT_EQ(box.Text(), "cut note");
 }
 
+TEST(Clipboard, SymbolsKeepTheirFontInAnyLook) {
+    RichTextBox box;
+    offer("text/rtf", "{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset2 Symbol;}}a\\f1\\'b7}");
+    box.paste();
+    select(box, 0, 1);
+    EXPECT_EQ(box.selection().fontName(), "Comic Sans MS");
+    select(box, 1, 1);
+    EXPECT_EQ(box.selection().fontName(), "Symbol");
+}
+
 TEST(Clipboard, CtrlShiftVPastesPlainText) {
     RichTextBox box;
     box.setTextRTF(kStyled);

@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QTextDocument>
 #include <QTextFrame>
+#include <QTextTable>
 
 namespace yrw {
 namespace {
@@ -47,7 +48,7 @@ const char* const kBodies[] = {
     "one\\par\\par\\par two\\line three\\tab x\\par\\par",
 };
 
-QString around(const char* body) {
+QString around(const QByteArray& body) {
     return QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Arial;}}"
                           "{\\colortbl ;\\red255\\green255\\blue0;}{\\*\\themedata 00}{\\info{"
                           "\\author A}}\\uc1\\pard\\fs20 ") +
@@ -113,6 +114,33 @@ TEST(Content, TablesWithNothingBetweenStayTwo) {
     box.setTextRTF(box.TextRTF());
     EXPECT_EQ(box.document()->rootFrame()->childFrames().size(), 2);
     EXPECT_EQ(box.Text(), "a\r\n\r\na\r\nx");
+}
+
+TEST(Content, TextTypedIntoACellThatARowLacksIsKept) {
+    RichTextBox box;
+    box.setTextRTF(
+        around("\\trowd\\cellx900\\intbl a\\cell\\row\\trowd\\cellx900\\cellx1800\\intbl "
+               "b\\cell c\\cell\\row\\pard x"));
+    auto& table = dynamic_cast<QTextTable&>(*box.document()->rootFrame()->childFrames().front());
+    box.setTextCursor(table.cellAt(0, 1).firstCursorPosition());
+    QTest::keyClicks(&box, "typed");
+    box.setTextRTF(box.TextRTF());
+    EXPECT_EQ(box.Text(), "a\ttyped\r\nb\tc\r\nx");
+}
+
+TEST(Content, ALongListIsNumberedOnBehindThePlaceWhereItIsCut) {
+    const auto shownAtEnd = [](int first, int items) {
+        RichTextBox box;
+        box.resize(300, 200);
+        box.setTextRTF(around("{\\*\\pn\\pnlvlbody\\pndec\\pnstart" + QByteArray::number(first) +
+                              "{\\pntxta.}}\\fi-600\\li720 " +
+                              QByteArray("i\\par ").repeated(items - 1) + "i"));
+        box.moveCursor(QTextCursor::End);
+        const int line = box.cursorRect().top();
+        return box.viewport()->grab(QRect(0, line, 60, 15)).toImage();
+    };
+    EXPECT_EQ(shownAtEnd(3, 450), shownAtEnd(452, 1));
+    EXPECT_NE(shownAtEnd(3, 450), shownAtEnd(252, 1));
 }
 
 TEST(Content, ATablePastedIntoACellStaysATable) {

@@ -2,6 +2,7 @@
 
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/InlineRenderer.h"
+#include "platform/richtext/Pictures.h"
 #include "platform/richtext/RichTextBox.h"
 #include "platform/richtext/TableLimits.h"
 #include "platform/rtf/Reader.h"
@@ -11,6 +12,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
+#include <QBuffer>
 #include <QClipboard>
 #include <QMimeData>
 #include <QScrollBar>
@@ -85,6 +87,15 @@ TEST(Hostile, OnlyPicturesInViewAreDecodedAndOnlySoManyDotsAreKept) {
         EXPECT_LE(renderer->keptDots(), InlineRenderer::kMostKeptDots);
     }
     EXPECT_GT(renderer->decodedCount(), 6);
+}
+
+TEST(Hostile, APictureThatClaimsTooMuchIsNotDecoded) {
+    QImage large(9000, 9000, QImage::Format_Mono);
+    large.fill(0);
+    QBuffer data;
+    data.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(large.save(&data, "PNG"));
+    EXPECT_TRUE(richtext::decodeImage(data.data(), richtext::kMostStoredDots).isNull());
 }
 
 /// The greatest number of tables in each other.

@@ -133,10 +133,15 @@ TEST(RichTextBox, EachSelectionPropertyIsStoredAndIsOneUndoStep) {
         RichTextBox box;
         box.setText("one\r\ntwo");
         const QString before = box.TextRTF();
-        select(box, 0, 3);
+        select(box, 0, 4); // up to where the next paragraph begins
         c.set(box);
         const QString after = box.TextRTF();
         EXPECT_TRUE(after.contains(c.written)) << c.name << "\n" << after.toStdString();
+        select(box, 4, 3); // and that is left alone
+        EXPECT_EQ(box.selection().alignment(), TextAlignment::Left) << c.name;
+        EXPECT_EQ(box.selection().bullet(), false) << c.name;
+        EXPECT_EQ(box.selection().indent(), 0) << c.name;
+        EXPECT_EQ(box.selection().fontSize(), 10) << c.name;
         box.setTextRTF(after);
         EXPECT_EQ(box.TextRTF(), after) << c.name;
         box.setText("one\r\ntwo");
