@@ -73,26 +73,22 @@ DocumentLoader::DocumentLoader(const rtf::Document& source, std::vector<rtf::Inl
     : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch), m_goesOn(std::move(goesOn)),
       m_memory(std::max(kMostMemory, kMemoryPerCharacter * source.text.size())) {}
 
-const rtf::Paragraph& DocumentLoader::at(int paragraph) const {
-    return m_source.paragraphs[static_cast<std::size_t>(paragraph)];
-}
-
 const QTextCharFormat& DocumentLoader::charFormat(int format) {
-    std::optional<QTextCharFormat>& made = m_chars[static_cast<std::size_t>(format)];
+    std::optional<QTextCharFormat>& made = rtf::at(m_chars, format);
     if (!made) {
         take(kFormat);
-        const rtf::CharFormat& source = m_source.charFormats[static_cast<std::size_t>(format)];
+        const rtf::CharFormat& source = rtf::at(m_source.charFormats, format);
         takeFont(source);
-        made = toScreen(source, m_source.fonts[static_cast<std::size_t>(source.font)].name);
+        made = toScreen(source, rtf::at(m_source.fonts, source.font).name);
     }
     return *made;
 }
 
 const QTextBlockFormat& DocumentLoader::blockFormat(int format) {
-    std::optional<QTextBlockFormat>& made = m_blocks[static_cast<std::size_t>(format)];
+    std::optional<QTextBlockFormat>& made = rtf::at(m_blocks, format);
     if (!made) {
         take(kFormat);
-        made = toScreen(m_source.parFormats[static_cast<std::size_t>(format)], m_dotsPerInch);
+        made = toScreen(rtf::at(m_source.parFormats, format), m_dotsPerInch);
     }
     return *made;
 }
@@ -123,9 +119,8 @@ void DocumentLoader::takeHeight(double dots) {
 
 /// Takes the height of characters of the present run.
 void DocumentLoader::takeLines(QStringView text) {
-    const rtf::CharFormat& look = m_source.charFormats[static_cast<std::size_t>(m_look)];
-    const auto format = static_cast<std::size_t>(at(m_paragraph).format);
-    const rtf::ParFormat& paragraph = m_source.parFormats[format];
+    const rtf::CharFormat& look = rtf::at(m_source.charFormats, m_look);
+    const rtf::ParFormat& paragraph = rtf::at(m_source.parFormats, at(m_paragraph).format);
     takeHeight(lineHeight(look, paragraph, m_dotsPerInch) *
                linesOf(text, look, paragraph, m_width, m_dotsPerInch));
 }
@@ -139,8 +134,8 @@ void DocumentLoader::takeFont(const rtf::CharFormat& chars) {
 /// False once the insertion was ended.
 bool DocumentLoader::goesOn(int paragraph) {
     if (m_goesOn && !m_stopped) {
-        const auto percent = 100 * static_cast<std::size_t>(paragraph) / m_source.paragraphs.size();
-        m_stopped = !m_goesOn(static_cast<int>(percent));
+        const auto count = static_cast<qint64>(m_source.paragraphs.size());
+        m_stopped = !m_goesOn(static_cast<int>(100LL * paragraph / count));
     }
     return !m_stopped;
 }
@@ -197,12 +192,10 @@ void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragr
     if (isLong) {
         block.setProperty(kPiece, nextParagraphOfPieces());
     }
-    const int mark = paragraph.runCount == 0
-                         ? paragraph.mark
-                         : m_source
-                               .runs[static_cast<std::size_t>(paragraph.firstRun) +
-                                     static_cast<std::size_t>(paragraph.runCount) - 1]
-                               .format;
+    const int mark =
+        paragraph.runCount == 0
+            ? paragraph.mark
+            : rtf::at(m_source.runs, paragraph.firstRun + paragraph.runCount - 1).format;
     const QTextCharFormat& chars = charFormat(mark);
     if (newBlock) {
         cursor.insertBlock(block, chars);
@@ -218,10 +211,9 @@ void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragr
     if (!newBlock && goesOnBefore(cursor.block().next())) {
         m_weight = -weightOf(paragraph); // further pieces there have the numbers that would follow
     }
-    const rtf::ParFormat& format = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];
-    takeHeight(
-        spacing(format, m_dotsPerInch) +
-        lineHeight(m_source.charFormats[static_cast<std::size_t>(mark)], format, m_dotsPerInch));
+    const rtf::ParFormat& format = rtf::at(m_source.parFormats, paragraph.format);
+    takeHeight(spacing(format, m_dotsPerInch) +
+               lineHeight(rtf::at(m_source.charFormats, mark), format, m_dotsPerInch));
     joinList(cursor, format);
     runs(cursor, paragraph);
 }
@@ -248,38 +240,27 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
     m_listOf = format;
 }
 
-int DocumentLoader::lengthOf(const rtf::Paragraph& paragraph) const {
-    if (paragraph.runCount == 0) {
-        return 0;
-    }
-    // Runs follow each other without a gap.
-    const auto first = static_cast<std::size_t>(paragraph.firstRun);
-    const rtf::Run& last = m_source.runs[first + static_cast<std::size_t>(paragraph.runCount) - 1];
-    return last.start + last.length - m_source.runs[first].start;
-}
-
 int DocumentLoader::weightOf(const rtf::Paragraph& paragraph) const {
     if (paragraph.runCount == 0) {
         return 0;
     }
-    const int start = m_source.runs[static_cast<std::size_t>(paragraph.firstRun)].start;
+    const int start = rtf::at(m_source.runs, paragraph.firstRun).start;
     return kRunWeight * paragraph.runCount +
-           richtext::weightOf(QStringView(m_source.text).mid(start, lengthOf(paragraph)));
+           richtext::weightOf(QStringView(m_source.text).mid(start, m_source.lengthOf(paragraph)));
 }
 
 void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) {
     m_paragraph = static_cast<int>(&paragraph - m_source.paragraphs.data());
-    const auto first = static_cast<std::size_t>(paragraph.firstRun);
-    for (auto r = first; r < first + static_cast<std::size_t>(paragraph.runCount); ++r) {
+    for (int r = 0; r < paragraph.runCount; ++r) {
         if (!goesOn(m_paragraph)) {
             return;
         }
-        run(cursor, m_source.runs[r]);
+        run(cursor, rtf::at(m_source.runs, paragraph.firstRun + r));
     }
 }
 
 void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
-    const bool hidden = m_source.charFormats[static_cast<std::size_t>(run.format)].hidden;
+    const bool hidden = rtf::at(m_source.charFormats, run.format).hidden;
     const QStringView characters = QStringView(m_source.text).mid(run.start, run.length);
     take(kFragment + kCharacter * run.length);
     m_weight += kRunWeight;
@@ -290,7 +271,7 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
     }
     QTextCharFormat chars = charFormat(run.format);
     if (run.field >= 0) {
-        const rtf::Field& field = m_source.fields[static_cast<std::size_t>(run.field)];
+        const rtf::Field& field = rtf::at(m_source.fields, run.field);
         chars.setProperty(kField, field.instruction);
         chars.setAnchor(!field.link.isEmpty());
         if (!field.link.isEmpty()) {
@@ -299,7 +280,7 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
     }
     if (run.object >= 0 || hidden) {
         m_inlines.push_back(run.object >= 0
-                                ? m_source.inlines[static_cast<std::size_t>(run.object)]
+                                ? rtf::at(m_source.inlines, run.object)
                                 : rtf::Inline{rtf::InlineKind::Kept,
                                               "{\\v " + rtf::escape(characters).toLatin1() + "}"});
         take(kInline);
@@ -353,12 +334,12 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
     for (int i = first; isIn(i, around) && m_source.depthOf(at(i).row) > around.level; ++i) {
         const int row = rowAt(i, around.level);
         if (around.level == 0) {
-            work += workOf(lengthOf(at(i)), m_source.depthOf(at(i).row) - 1);
+            work += workOf(m_source.lengthOf(at(i)), m_source.depthOf(at(i).row) - 1);
         }
         if (!rows.empty() && rows.back() == row) {
             continue;
         }
-        const int edges = static_cast<int>(source(row).edges.size());
+        const int edges = static_cast<int>(rtf::at(m_source.rows, row).edges.size());
         const int wider = std::max({columns, edges, 1});
         const int count = static_cast<int>(rows.size());
         const bool sparse = wider * (count + 1) > 2 * (cells + edges) + kEmptyCells;
@@ -374,11 +355,11 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
 }
 
 QTextTableFormat DocumentLoader::tableFormat(const std::vector<int>& rows) const {
-    const rtf::Row& look = source(rows.front());
+    const rtf::Row& look = rtf::at(m_source.rows, rows.front());
     QList<rtf::Row> asRead;
     qsizetype columns = 1;
     for (const int row : rows) {
-        asRead.append(source(row));
+        asRead.append(rtf::at(m_source.rows, row));
         asRead.last().parent = -1;
         asRead.last().parentCell = 0;
         columns = std::max(columns, asRead.last().edges.size());
@@ -415,9 +396,7 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
     const QList<QTextLength> widths = format.columnWidthConstraints();
     int paragraph = first;
     for (int row = 0; row < table->rows(); ++row) {
-        Cell cell{.level = around.level + 1,
-                  .row = rows[static_cast<std::size_t>(row)],
-                  .lastColumn = columns - 1};
+        Cell cell{.level = around.level + 1, .row = rtf::at(rows, row), .lastColumn = columns - 1};
         while (isIn(paragraph, around) && m_source.depthOf(at(paragraph).row) >= cell.level &&
                rowAt(paragraph, around.level) == cell.row) {
             const int column = m_source.cellsOf(at(paragraph)).at(around.level).cell;

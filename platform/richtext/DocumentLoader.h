@@ -55,7 +55,6 @@ private:
     int range(QTextCursor& cursor, int first, const Cell& cell);
     void paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph, bool newBlock);
     void runs(QTextCursor& cursor, const rtf::Paragraph& paragraph);
-    [[nodiscard]] int lengthOf(const rtf::Paragraph& paragraph) const;
     [[nodiscard]] int weightOf(const rtf::Paragraph& paragraph) const;
     [[nodiscard]] bool goesOn(int paragraph);
     void run(QTextCursor& cursor, const rtf::Run& run);
@@ -68,9 +67,8 @@ private:
     [[nodiscard]] std::vector<int> rowsOfTable(int first, const Cell& around) const;
     [[nodiscard]] bool isIn(int paragraph, const Cell& cell) const;
     [[nodiscard]] int rowAt(int paragraph, int level) const;
-    [[nodiscard]] const rtf::Paragraph& at(int paragraph) const;
-    [[nodiscard]] const rtf::Row& source(int row) const {
-        return m_source.rows[static_cast<std::size_t>(row)];
+    [[nodiscard]] const rtf::Paragraph& at(int paragraph) const {
+        return rtf::at(m_source.paragraphs, paragraph);
     }
 
     const rtf::Document& m_source;

@@ -1,9 +1,8 @@
 #include "platform/richtext/EmbeddedObjects.h"
 
 #include "platform/richtext/Formats.h"
-#include "platform/richtext/LocalFile.h"
+#include "platform/richtext/LocalFiles.h"
 #include "platform/richtext/Pictures.h"
-#include "platform/richtext/PrivateCopies.h"
 #include "platform/rtf/FileName.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -69,7 +68,7 @@ const rtf::Inline* EmbeddedObjects::group(int index) const {
     const std::vector<Place> all = places();
     return index < 0 || index >= static_cast<int>(all.size())
                ? nullptr
-               : &m_inlines[all[static_cast<std::size_t>(index)].group];
+               : &m_inlines[rtf::at(all, index).group];
 }
 
 std::optional<rtf::EmbeddedObject> EmbeddedObjects::object(int index) const {
@@ -160,7 +159,8 @@ int EmbeddedObjects::current() const {
 
 void EmbeddedObjects::select(int index) {
     QTextCursor cursor = m_editor.textCursor();
-    cursor.setPosition(places()[static_cast<std::size_t>(index)].position);
+    const std::vector<Place> all = places();
+    cursor.setPosition(rtf::at(all, index).position);
     cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor);
     m_editor.setTextCursor(cursor);
 }

@@ -70,7 +70,6 @@ RichTextBox::RichTextBox(QWidget* parent) : QTextEdit(parent) {
     connect(this, &QTextEdit::cursorPositionChanged, this, [this] { richtext::leaveLink(*this); });
     connect(&m_transfer, &TextTransfer::inserted, this, &RichTextBox::contentChanged);
     connect(&m_transfer, &TextTransfer::inserted, this, &RichTextBox::selectionStateChanged);
-    connect(&m_transfer, &TextTransfer::failed, this, &RichTextBox::insertionFailed);
     setText(QString());
 }
 
@@ -185,18 +184,6 @@ rtf::Document RichTextBox::plainModel(const QString& text) const {
 
 void RichTextBox::setText(const QString& text) {
     load(plainModel(text));
-}
-
-bool RichTextBox::isEmpty() const {
-    return document()->isEmpty();
-}
-
-bool RichTextBox::isIncomplete() const {
-    return m_parts.header.incomplete;
-}
-
-QString RichTextBox::shortening() const {
-    return m_shortening;
 }
 
 void RichTextBox::setDefaultFontChoice(const FontChoice& font) {

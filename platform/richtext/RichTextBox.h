@@ -7,6 +7,7 @@
 #include "platform/richtext/TextParts.h"
 #include "platform/richtext/TextTransfer.h"
 
+#include <QTextDocument>
 #include <QTextEdit>
 
 #include <functional>
@@ -52,12 +53,12 @@ public:
     [[nodiscard]] Texts texts(const std::function<void(int percent)>& progress = {}) const;
     void setText(const QString& text);
     /// True when there is neither text nor an object.
-    [[nodiscard]] bool isEmpty() const;
+    [[nodiscard]] bool isEmpty() const { return document()->isEmpty(); }
     /// True when the last `setTextRTF` could not read its input whole, was stopped or shortened it.
-    [[nodiscard]] bool isIncomplete() const;
+    [[nodiscard]] bool isIncomplete() const { return m_parts.header.incomplete; }
     /// Why the last `setTextRTF` shows less than it read: more tables inside tables, or more of
     /// everything, than can be laid out; a line before the text says the same. Else empty.
-    [[nodiscard]] QString shortening() const;
+    [[nodiscard]] QString shortening() const { return m_shortening; }
 
     /// The font and colour of an empty document and of what is typed into it.
     void setDefaultFontChoice(const FontChoice& font);
@@ -97,8 +98,6 @@ Q_SIGNALS:
     void selectionStateChanged();
     /// The user double-clicked an embedded object.
     void objectActivated(int index);
-    /// What was pasted or dropped could not be inserted; the reason in words.
-    void insertionFailed(const QString& reason);
 
 protected:
     bool viewportEvent(QEvent* event) override;

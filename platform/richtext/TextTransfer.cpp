@@ -6,7 +6,7 @@
 #include "platform/richtext/DocumentScanner.h"
 #include "platform/richtext/EmbeddedObjects.h"
 #include "platform/richtext/Formats.h"
-#include "platform/richtext/LocalFile.h"
+#include "platform/richtext/LocalFiles.h"
 #include "platform/richtext/Pictures.h"
 #include "platform/richtext/SelectionFormat.h"
 #include "platform/richtext/TableLimits.h"
@@ -116,7 +116,7 @@ TextTransfer::TextTransfer(QTextEdit& editor, TextParts& parts, EmbeddedObjects&
         try {
             m_objects.insertFile(path, ObjectDisplay::Icon);
         } catch (const AutomationError& error) {
-            Q_EMIT failed(error.description());
+            refuse(error.description());
         }
     };
 }
@@ -187,7 +187,6 @@ void TextTransfer::refuse(const QString& reason) {
     if (m_prompt != nullptr) {
         m_prompt->message(reason, QStringLiteral("Paste"), PromptIcon::Exclamation);
     }
-    Q_EMIT failed(reason);
 }
 
 void TextTransfer::insertHtml(const QString& html) {

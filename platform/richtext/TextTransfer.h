@@ -57,8 +57,6 @@ public:
 Q_SIGNALS:
     /// Much was put in, of which the editor raised no signals.
     void inserted();
-    /// What was pasted or dropped could not be inserted; the reason in words.
-    void failed(const QString& reason);
 
 private:
     enum class Insertion { Whole, Stopped, TooLarge };

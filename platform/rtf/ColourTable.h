@@ -32,9 +32,8 @@ public:
     }
     /// The colour of an index; automatic where there is none.
     [[nodiscard]] int at(int index) const {
-        return index > 0 && index < static_cast<int>(m_colours.size())
-                   ? m_colours[static_cast<std::size_t>(index)]
-                   : kAutomatic;
+        return index > 0 && index < static_cast<int>(m_colours.size()) ? rtf::at(m_colours, index)
+                                                                       : kAutomatic;
     }
 
 private:

@@ -79,7 +79,7 @@ void Lists::apply(ParFormat& format, int number, int level) const {
         return;
     }
     const int last = static_cast<int>(list->second.size()) - 1;
-    const Level& found = list->second[static_cast<std::size_t>(std::clamp(level, 0, last))];
+    const Level& found = at(list->second, std::clamp(level, 0, last));
     format.list = found.kind;
     format.listStart = found.start;
     format.listBefore.clear();

@@ -40,7 +40,7 @@ void TableReader::endCell(int level) {
 /// Ends the innermost open row in the format that its end gave it.
 void TableReader::endRow() {
     const OpenRow open = m_open.back();
-    Row& stored = m_document.rows[static_cast<std::size_t>(open.index)];
+    Row& stored = at(m_document.rows, open.index);
     Row row = m_open.size() == 1 ? m_row : m_nestedRow;
     row.parent = stored.parent;
     row.parentCell = stored.parentCell;

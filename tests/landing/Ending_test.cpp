@@ -8,7 +8,7 @@
 #include "host/desk/ProgramServices.h"
 #include "host/desk/SessionEnd.h"
 #include "platform/files/FileSystem.h"
-#include "platform/richtext/PrivateCopies.h"
+#include "platform/richtext/LocalFiles.h"
 #include "platform/richtext/RichTextBox.h"
 #include "store/NotesDatabase.h"
 #include "tests/support/NotesFixture.h"
