@@ -27,20 +27,14 @@ constexpr int kLongestBlock = 10000;
 constexpr int kRunWeight = 9;
 constexpr int kLineWeight = 9;
 
-/// Bytes that a text may take in the editor, and for each of its characters when that is more: long
-/// notes are shown whole, short ones that unfold into something large are not.
-constexpr qint64 kMostMemory = 120LL * 1024 * 1024;
-constexpr qint64 kMemoryPerCharacter = 30;
 /// Bytes that the text document takes for each part, once it is laid out.
 constexpr qint64 kBlock = 300;
 constexpr qint64 kFragment = 60;
 constexpr qint64 kCharacter = 4;
-constexpr qint64 kInline = 1500; ///< with a format of its own
 constexpr qint64 kFormat = 1500;
 constexpr qint64 kList = 1500;
 constexpr qint64 kTable = 3000;
 constexpr qint64 kCell = 1500;
-constexpr qint64 kFont = 250'000; ///< takes long to make, too
 
 int weightOf(QStringView text) {
     return static_cast<int>(text.size() + kLineWeight * text.count(QChar(QChar::LineSeparator)));
@@ -71,14 +65,14 @@ qsizetype fittingLength(QStringView text, qsizetype weight) {
 DocumentLoader::DocumentLoader(const rtf::Document& source, std::vector<rtf::Inline>& inlines,
                                double dotsPerInch, LoadStep goesOn)
     : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch), m_goesOn(std::move(goesOn)),
-      m_memory(std::max(kMostMemory, kMemoryPerCharacter * source.text.size())) {}
+      m_room(source, dotsPerInch) {}
 
 const QTextCharFormat& DocumentLoader::charFormat(int format) {
     std::optional<QTextCharFormat>& made = rtf::at(m_chars, format);
     if (!made) {
-        take(kFormat);
+        m_room.takeBytes(kFormat);
         const rtf::CharFormat& source = rtf::at(m_source.charFormats, format);
-        takeFont(source);
+        m_room.takeFont(source);
         made = toScreen(source, rtf::at(m_source.fonts, source.font).name);
     }
     return *made;
@@ -87,7 +81,7 @@ const QTextCharFormat& DocumentLoader::charFormat(int format) {
 const QTextBlockFormat& DocumentLoader::blockFormat(int format) {
     std::optional<QTextBlockFormat>& made = rtf::at(m_blocks, format);
     if (!made) {
-        take(kFormat);
+        m_room.takeBytes(kFormat);
         made = toScreen(rtf::at(m_source.parFormats, format), m_dotsPerInch);
     }
     return *made;
@@ -104,45 +98,21 @@ bool DocumentLoader::insert(QTextCursor& cursor) {
         last.setProperty(kPiece, piece);
         cursor.mergeBlockFormat(last);
     }
-    return !m_stopped;
-}
-
-void DocumentLoader::take(qint64 bytes) {
-    m_memory -= bytes;
-    m_stopped = m_stopped || m_memory < 0;
-}
-
-void DocumentLoader::takeHeight(double dots) {
-    m_height -= dots;
-    m_stopped = m_stopped || m_height < 0;
-}
-
-/// Takes the height of characters of the present run.
-void DocumentLoader::takeLines(QStringView text) {
-    const rtf::CharFormat& look = rtf::at(m_source.charFormats, m_look);
-    const rtf::ParFormat& paragraph = rtf::at(m_source.parFormats, at(m_paragraph).format);
-    takeHeight(lineHeight(look, paragraph, m_dotsPerInch) *
-               linesOf(text, look, paragraph, m_width, m_dotsPerInch));
-}
-
-void DocumentLoader::takeFont(const rtf::CharFormat& chars) {
-    if (m_fonts.insert({chars.font, chars.halfPoints, chars.bold, chars.italic}).second) {
-        take(kFont);
-    }
+    return !isEnded();
 }
 
 /// False once the insertion was ended.
 bool DocumentLoader::goesOn(int paragraph) {
-    if (m_goesOn && !m_stopped) {
+    if (m_goesOn && !isEnded()) {
         const auto count = static_cast<qint64>(m_source.paragraphs.size());
         m_stopped = !m_goesOn(static_cast<int>(100LL * paragraph / count));
     }
-    return !m_stopped;
+    return !isEnded();
 }
 
 /// True for a paragraph of the cell, or of a table inside it.
 bool DocumentLoader::isIn(int paragraph, const Cell& cell) const {
-    if (m_stopped || paragraph >= static_cast<int>(m_source.paragraphs.size())) {
+    if (isEnded() || paragraph >= static_cast<int>(m_source.paragraphs.size())) {
         return false;
     }
     if (cell.level == 0) {
@@ -186,7 +156,7 @@ int DocumentLoader::range(QTextCursor& cursor, int first, const Cell& cell) {
 
 void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph,
                                bool newBlock) {
-    take(kBlock);
+    m_room.takeBytes(kBlock);
     QTextBlockFormat block = blockFormat(paragraph.format);
     const bool isLong = weightOf(paragraph) > kLongestBlock;
     if (isLong) {
@@ -212,8 +182,7 @@ void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragr
         m_weight = -weightOf(paragraph); // further pieces there have the numbers that would follow
     }
     const rtf::ParFormat& format = rtf::at(m_source.parFormats, paragraph.format);
-    takeHeight(spacing(format, m_dotsPerInch) +
-               lineHeight(rtf::at(m_source.charFormats, mark), format, m_dotsPerInch));
+    m_room.takeParagraph(format, rtf::at(m_source.charFormats, mark));
     joinList(cursor, format);
     runs(cursor, paragraph);
 }
@@ -235,7 +204,7 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
             look.setStyle(QTextListFormat::ListStyleUndefined); // its numbers do not begin with 1
         }
     }
-    take(kList);
+    m_room.takeBytes(kList);
     m_list = cursor.createList(look);
     m_listOf = format;
 }
@@ -262,7 +231,7 @@ void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) 
 void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
     const bool hidden = rtf::at(m_source.charFormats, run.format).hidden;
     const QStringView characters = QStringView(m_source.text).mid(run.start, run.length);
-    take(kFragment + kCharacter * run.length);
+    m_room.takeBytes(kFragment + kCharacter * run.length);
     m_weight += kRunWeight;
     m_look = run.format;
     if (run.field < 0 && run.object < 0 && !hidden) {
@@ -283,8 +252,7 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
                                 ? rtf::at(m_source.inlines, run.object)
                                 : rtf::Inline{rtf::InlineKind::Kept,
                                               "{\\v " + rtf::escape(characters).toLatin1() + "}"});
-        take(kInline);
-        takeHeight(heightOf(m_inlines.back(), m_dotsPerInch));
+        m_room.takeInline(m_inlines.back());
         chars.setObjectType(kInlineObject);
         chars.setProperty(kInlineId, static_cast<int>(m_inlines.size()) - 1);
         text(cursor, QString(QChar(rtf::kInlineMark)), chars);
@@ -295,10 +263,11 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
 
 /// Inserts characters, in further blocks where the present one is full.
 void DocumentLoader::text(QTextCursor& cursor, QStringView text, const QTextCharFormat& chars) {
-    while (!text.isEmpty() && !m_stopped) {
+    while (!text.isEmpty() && !isEnded()) {
         const qsizetype length = fittingLength(text, kLongestBlock - m_weight);
         if (length > 0) {
-            takeLines(text.first(length));
+            m_room.takeLines(text.first(length), rtf::at(m_source.charFormats, m_look),
+                             rtf::at(m_source.parFormats, at(m_paragraph).format));
             cursor.insertText(text.first(length).toString(), chars);
             m_weight += richtext::weightOf(text.first(length));
             text = text.sliced(length);
@@ -310,7 +279,7 @@ void DocumentLoader::text(QTextCursor& cursor, QStringView text, const QTextChar
 }
 
 void DocumentLoader::nextPiece(QTextCursor& cursor) {
-    take(kBlock);
+    m_room.takeBytes(kBlock);
     const QTextBlockFormat before = cursor.blockFormat();
     QTextBlockFormat format = furtherPiece(before);
     if (before.hasProperty(kPiece)) {
@@ -390,9 +359,9 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
         format.setProperty(kContinues, true);
     }
     const auto columns = static_cast<int>(format.columnWidthConstraints().size());
-    take(kTable + kCell * columns * static_cast<qint64>(rows.size()));
+    m_room.takeBytes(kTable + kCell * columns * static_cast<qint64>(rows.size()));
     QTextTable* const table = cursor.insertTable(static_cast<int>(rows.size()), columns, format);
-    const double widthAround = m_width;
+    const double widthAround = m_room.width();
     const QList<QTextLength> widths = format.columnWidthConstraints();
     int paragraph = first;
     for (int row = 0; row < table->rows(); ++row) {
@@ -401,12 +370,12 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
                rowAt(paragraph, around.level) == cell.row) {
             const int column = m_source.cellsOf(at(paragraph)).at(around.level).cell;
             cell.column = std::min(column, cell.lastColumn);
-            m_width = std::min(widthAround, widths[cell.column].rawValue());
+            m_room.setWidth(std::min(widthAround, widths[cell.column].rawValue()));
             QTextCursor inside = table->cellAt(row, cell.column).firstCursorPosition();
             paragraph = range(inside, paragraph, cell);
         }
     }
-    m_width = widthAround;
+    m_room.setWidth(widthAround);
     cursor.setPosition(table->lastPosition() + 1);
     return paragraph;
 }

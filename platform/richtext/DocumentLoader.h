@@ -1,15 +1,13 @@
 #pragma once
 
-#include "platform/richtext/Heights.h"
 #include "platform/richtext/TextParts.h"
+#include "platform/richtext/TextRoom.h"
 #include "platform/rtf/Model.h"
 
 #include <QTextCursor>
 #include <QTextTableFormat>
 
 #include <optional>
-#include <set>
-#include <tuple>
 #include <vector>
 
 class QTextList;
@@ -32,9 +30,9 @@ public:
     /// out.
     bool insert(QTextCursor& cursor);
     /// Dots that the document is high already.
-    void setHeightBefore(double dots) { m_height = kMostHeight - dots; }
+    void setHeightBefore(double dots) { m_room.setHeightBefore(dots); }
     /// True when the insertion ended because of that.
-    [[nodiscard]] bool isFull() const { return m_memory < 0 || m_height < 0; }
+    [[nodiscard]] bool isFull() const { return m_room.isFull(); }
 
 private:
     /// A cell of the source, in so many tables; level 0 is the whole document.
@@ -47,10 +45,7 @@ private:
 
     [[nodiscard]] const QTextCharFormat& charFormat(int format);
     [[nodiscard]] const QTextBlockFormat& blockFormat(int format);
-    void take(qint64 bytes);
-    void takeHeight(double dots);
-    void takeLines(QStringView text);
-    void takeFont(const rtf::CharFormat& chars);
+    [[nodiscard]] bool isEnded() const { return m_stopped || m_room.isFull(); }
     /// Inserts the paragraphs of a cell from `first` on; returns the paragraph behind them.
     int range(QTextCursor& cursor, int first, const Cell& cell);
     void paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph, bool newBlock);
@@ -78,13 +73,10 @@ private:
     bool m_stopped = false;
     std::vector<std::optional<QTextCharFormat>> m_chars;
     std::vector<std::optional<QTextBlockFormat>> m_blocks;
-    qint64 m_memory;                                    ///< bytes that are left
-    double m_height = kMostHeight;                      ///< dots that are left
-    double m_width = kShownWidth;                       ///< dots of the column
-    std::set<std::tuple<int, int, bool, bool>> m_fonts; ///< that were taken
-    int m_paragraph = 0;                                ///< that is inserted
-    int m_look = 0;                                     ///< char format of the run
-    int m_weight = 0; ///< of the block: its characters, and what is as much work
+    TextRoom m_room;
+    int m_paragraph = 0; ///< that is inserted
+    int m_look = 0;      ///< char format of the run
+    int m_weight = 0;    ///< of the block: its characters, and what is as much work
     QTextList* m_list = nullptr;
     rtf::ParFormat m_listOf;
 };
