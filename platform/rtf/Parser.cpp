@@ -259,6 +259,8 @@ void Parser::flush() {
         codePage = m_fonts.namePage(m_documentPage);
     } else if (m_state.destination == Destination::ListLevelText) {
         codePage = 0;
+    } else if (!inBody() && codePage == kSymbolCodePage) {
+        codePage = m_documentPage; // what stands around a list's numbers is letters
     }
     deliver(decode(codePage, bytes));
 }

@@ -252,7 +252,8 @@ TEST_F(Attachments, PicturesAreStoredAsPngAndFitThePage) {
     RichTextBox box;
     QImage picture(1200, 300, QImage::Format_RGB32);
     picture.fill(Qt::red);
-    box.objects().insertPicture(picture);
+    QApplication::clipboard()->setImage(picture);
+    box.paste();
     EXPECT_EQ(box.objects().count(), 0);
     EXPECT_FALSE(box.isEmpty());
     EXPECT_TRUE(box.TextRTF().contains("{\\pict\\pngblip\\picwgoal9000\\pichgoal2250"));

@@ -240,15 +240,6 @@ TEST(Clipboard, MuchIsPastedInTimeAsOneStepThatCanBeStopped) {
     }
 }
 
-TEST(Clipboard, PicturesArePastedAsPictures) {
-    QImage picture(4, 4, QImage::Format_RGB32);
-    picture.fill(Qt::blue);
-    QApplication::clipboard()->setImage(picture);
-    RichTextBox box;
-    box.paste();
-    EXPECT_TRUE(box.TextRTF().contains("\\pict\\pngblip"));
-}
-
 TEST(Links, OpenOnCtrlClickAfterTheAddressWasShown) {
     struct Case {
         const char* target;

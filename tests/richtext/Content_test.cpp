@@ -3,6 +3,7 @@
 #include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/Reader.h"
 #include "tests/driving/Select.h"
+#include "tests/rtf/Bodies.h"
 
 #include <gtest/gtest.h>
 
@@ -18,36 +19,6 @@ namespace {
 
 using test::select;
 
-/// Bodies that the editor must show and give back without losing anything.
-const char* const kBodies[] = {
-    "a{\\*\\bkmkstart m}b{\\footnote note \\'e9}c{\\pict\\wmetafile8 0102}d\\page e{\\v x}\\par",
-    "{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 01}{\\result r}}",
-    "{\\field{\\*\\fldinst{HYPERLINK \"http://a.example/\"}}{\\fldrslt\\ul link}} after\\par",
-    "x{\\field{\\*\\fldinst DATE}{\\fldrslt 1 May}}y\\par",
-    "\\pard{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart1{\\pntxta )}}\\fi-360\\li720 a\\par b\\par\\pard c",
-    "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 "
-    "a\\par\\pard\\fi-100\\li500\\sb20\\tx90 b",
-    "a\\super b\\nosupersub\\sub c\\nosupersub\\highlight1 d\\highlight0\\strike e",
-    "t\\par\\trowd\\trgaph70\\clbrdrt\\brdrs\\cellx1005\\cellx3000\\pard\\intbl a\\cell b\\par "
-    "c\\cell\\row\\intbl\\b d\\b0\\cell\\cell\\row\\pard\\par after\\par",
-    "\\trowd\\cellx1005\\pard\\intbl first\\cell\\row\\pard\\par\\trowd\\cellx2010\\pard\\intbl "
-    "z\\cell\\row\\pard x",
-    "\\trowd\\cellx1000\\cellx3000\\pard\\intbl a\\cell b\\cell\\row\\trowd\\trgaph50\\cellx1500"
-    "\\cellx2500\\cellx4000\\intbl c\\cell d\\cell e\\cell\\row\\pard x", // rows differ
-    "\\trowd\\cellx5000\\cellx9000\\pard\\intbl a\\par\\pard\\intbl\\itap2 b\\nestcell c\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\trgaph60\\clbrdrt\\brdrs\\cellx1005\\cellx2010\\nestrow}"
-    "d\\nestcell\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\cellx1005\\cellx2010\\nestrow}\\pard\\intbl\\par "
-    "e\\par\\par\\itap2 f\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\cellx1005\\nestrow}\\pard\\intbl\\cell\\itap3 g\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}\\itap2\\nestcell{\\*"
-    "\\nesttableprops\\trowd\\cellx1005"
-    "\\nestrow}\\pard\\intbl h\\cell\\row\\pard after",
-    "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 five\\par\\qc "
-    "six\\par\\pard x",
-    "one\\par\\par\\par two\\line three\\tab x\\par\\par",
-};
-
 QString around(const QByteArray& body) {
     return QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Arial;}}"
                           "{\\colortbl ;\\red255\\green255\\blue0;}{\\*\\themedata 00}{\\info{"
@@ -56,9 +27,9 @@ QString around(const QByteArray& body) {
 }
 
 TEST(Content, GoesThroughTheEditorWithoutLoss) {
-    for (const char* body : kBodies) {
+    for (const char* body : rtf::kBodies) {
         RichTextBox box;
-        const QString stored = around(body);
+        const QString stored = QString::fromLatin1(rtf::kHead + body + "}");
         box.setTextRTF(stored);
         const QString written = box.TextRTF();
         const rtf::Document before = rtf::read(QStringView(stored));
