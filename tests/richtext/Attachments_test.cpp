@@ -64,7 +64,7 @@ TEST_F(Attachments, AnEmbeddedFileKeepsItsBytesThroughTenSaves) {
         EXPECT_EQ(copy.fileName(), QString::fromUtf8("żółw.dat"));
         EXPECT_EQ(copy.permissions() & QFile::WriteOwner, 0);
         richtext::removeLeftCopies();
-        EXPECT_TRUE(copy.exists()) << "its program lives";
+        EXPECT_TRUE(QFile::exists(copy.filePath())) << "its program lives";
     }
 }
 
