@@ -6,7 +6,7 @@
 #include "addin/frmTimer.h"
 #include "framework/ErrorGuards.h"
 #include "framework/SettingsWatch.h"
-#include "platform/richtext/PrivateCopies.h"
+#include "platform/richtext/LocalFiles.h"
 
 #include <QScopedValueRollback>
 #include <QTimer>

@@ -45,7 +45,7 @@ void appendText(RichTextBox& box, const QString& text, bool bold, bool newParagr
     cursor.endEditBlock();
     box.setTextCursor(cursor);
     if (bold) {
-        box.setSelBold(false);
+        box.selection().setBold(false);
     }
     box.ensureCursorVisible();
 }

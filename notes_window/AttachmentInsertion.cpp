@@ -20,7 +20,8 @@ constexpr qint64 kLargeFile = 10 * kMegabyte; ///< asked about before it is atta
 AttachmentInsertion::AttachmentInsertion(RichTextBox& text, const EditedNote& edited,
                                          WindowContext& context)
     : m_text(text), m_edited(edited), m_context(context) {
-    m_text.setFileHandler([this](const QString& path) { InsertFile(path, ObjectDisplay::Icon); });
+    m_text.transfer().setFileHandler(
+        [this](const QString& path) { InsertFile(path, ObjectDisplay::Icon); });
 }
 
 void AttachmentInsertion::openDialog(ObjectDisplay display) {
@@ -59,7 +60,7 @@ bool AttachmentInsertion::InsertFile(const QString& Filename, ObjectDisplay Disp
                      [&] {
                          wanted = mayBeLarge(Filename);
                          if (wanted) {
-                             m_text.insertFile(Filename, DisplayType);
+                             m_text.objects().insertFile(Filename, DisplayType);
                          }
                      });
     }
@@ -70,7 +71,7 @@ bool AttachmentInsertion::InsertFile(const QString& Filename, ObjectDisplay Disp
 /// Asks about a large file. One that is too large is not asked about: inserting it is refused.
 bool AttachmentInsertion::mayBeLarge(const QString& file) {
     const qint64 size = QFileInfo(file).size();
-    return size <= kLargeFile || size > m_text.largestFile() ||
+    return size <= kLargeFile || size > m_text.objects().largestFile() ||
            m_context.prompt().question(
                QStringLiteral("\"%1\" has %2 MB. A note that holds it takes long to open and to "
                               "save.\r\rDo you want to attach it all the same?")

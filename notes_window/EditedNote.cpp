@@ -122,7 +122,7 @@ void EditedNote::load(Note& note) {
         } else {
             m_text.setReadOnly(readOnly);
             m_text.setText(QString());
-            m_text.setSelColor(defaultFont(m_context.settings()).colour);
+            m_text.selection().setColour(defaultFont(m_context.settings()).colour);
         }
     }
     enter(whole ? State::Stored : State::Cut);
@@ -322,7 +322,7 @@ void EditedNote::appendOther(Note& theirs) {
     cursor.movePosition(QTextCursor::End);
     cursor.insertBlock();
     m_text.setTextCursor(cursor);
-    m_text.setSelRTF(HostUtility::NullToText(theirs.value(kRtfNote)));
+    m_text.transfer().insertRtf(HostUtility::NullToText(theirs.value(kRtfNote)));
 }
 
 // Drafts.

@@ -4,7 +4,7 @@
 #include "platform/disk/WholeFile.h"
 #include "platform/files/FileSystem.h"
 #include "platform/prompt/Prompt.h"
-#include "platform/richtext/RichTextBox.h"
+#include "platform/richtext/EmbeddedObjects.h"
 #include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/FileName.h"
 
@@ -69,23 +69,24 @@ bool isProgram(const QString& shown, const QByteArray& data) {
            isProgramType(types.mimeTypeForData(data));
 }
 
-NoteAttachments::NoteAttachments(RichTextBox& box, Prompt& prompt, const FileSystem& files)
-    : m_box(box), m_prompt(prompt), m_files(files) {}
+NoteAttachments::NoteAttachments(richtext::EmbeddedObjects& objects, Prompt& prompt,
+                                 const FileSystem& files)
+    : m_objects(objects), m_prompt(prompt), m_files(files) {}
 
 void NoteAttachments::tellNoFile(int index) {
-    const QString link = m_box.objectLink(index);
+    const QString link = m_objects.link(index);
     const QString text =
         link.isEmpty()
             ? QStringLiteral("The data of \"%1\" is damaged: no file can be taken from it.")
-                  .arg(m_box.objectName(index))
+                  .arg(m_objects.name(index))
             : QStringLiteral("\"%1\" holds no file but a link to this one:\r%2\r\rOpen it there, "
                              "or save a copy of it from the menu of the link.")
-                  .arg(m_box.objectName(index), rtf::shownText(link));
+                  .arg(m_objects.name(index), rtf::shownText(link));
     m_prompt.message(text, QStringLiteral("Attachment"), PromptIcon::Information);
 }
 
 void NoteAttachments::open(int index) {
-    const auto file = m_box.objectFile(index);
+    const auto file = m_objects.file(index);
     if (!file) {
         tellNoFile(index);
         return;
@@ -107,7 +108,7 @@ void NoteAttachments::open(int index) {
     if (answer != PromptAnswer::Yes) {
         return;
     }
-    const QString copy = m_box.objectCopy(index);
+    const QString copy = m_objects.copy(index);
     if (copy.isEmpty()) {
         throw AutomationError(kErrorFileWrite, kSource,
                               QStringLiteral("The temporary folder cannot be written."));
@@ -141,21 +142,21 @@ std::optional<rtf::PackagedFile> NoteAttachments::linkedFile(const QString& path
 
 /// What can be saved of an object; the user was told where that is nothing, or only a picture.
 std::optional<rtf::PackagedFile> NoteAttachments::fileToSave(int index) {
-    if (const auto file = m_box.objectFile(index)) {
+    if (const auto file = m_objects.file(index)) {
         return file;
     }
     bool refused = false;
-    const QString link = m_box.objectLink(index);
+    const QString link = m_objects.link(index);
     if (const auto file = linkedFile(link, refused); file || refused) {
         return file;
     }
     const QString reason =
         link.isEmpty()
-            ? QStringLiteral("The data of \"%1\" is damaged.").arg(m_box.objectName(index))
+            ? QStringLiteral("The data of \"%1\" is damaged.").arg(m_objects.name(index))
             : QStringLiteral("\"%1\" is a link to this file, which cannot be reached:\r%2\r\rMake "
                              "its drive or folder available and try again.")
-                  .arg(m_box.objectName(index), rtf::shownText(link));
-    const auto picture = m_box.objectPicture(index);
+                  .arg(m_objects.name(index), rtf::shownText(link));
+    const auto picture = m_objects.picture(index);
     if (!picture) {
         m_prompt.message(reason, kSaveTitle, PromptIcon::Information);
         return std::nullopt;

@@ -10,9 +10,11 @@ namespace yrw {
 namespace rtf {
 struct PackagedFile;
 }
+namespace richtext {
+class EmbeddedObjects;
+}
 class FileSystem;
 class Prompt;
-class RichTextBox;
 
 /// True for a file that a desktop would run rather than show: a program, a script, a package to
 /// install, or a launcher. Both its name, in any case of letters, and its content are looked at.
@@ -20,11 +22,11 @@ class RichTextBox;
 
 /// What a user does with the files inside a note: open a copy, save one.
 ///
-/// Indexes are those of the box's objects. A failure raises an `AutomationError`.
-/// Lifetime: box, prompt and file system outlive it. Thread: the user-interface thread.
+/// Indexes are those of the objects. A failure raises an `AutomationError`.
+/// Lifetime: objects, prompt and file system outlive it. Thread: the user-interface thread.
 class NoteAttachments {
 public:
-    NoteAttachments(RichTextBox& box, Prompt& prompt, const FileSystem& files);
+    NoteAttachments(richtext::EmbeddedObjects& objects, Prompt& prompt, const FileSystem& files);
 
     /// Asks, naming the kind of file and with No as the answer to begin with, and lets the desktop
     /// open a private copy. Programs are refused.
@@ -39,7 +41,7 @@ private:
     [[nodiscard]] std::optional<rtf::PackagedFile> linkedFile(const QString& path, bool& refused);
     void write(const rtf::PackagedFile& file);
 
-    RichTextBox& m_box;
+    richtext::EmbeddedObjects& m_objects;
     Prompt& m_prompt;
     const FileSystem& m_files;
 };

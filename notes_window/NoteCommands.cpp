@@ -72,23 +72,35 @@ std::vector<Command> noteCommands() {
 std::vector<Command> formatCommands() {
     return {
         {NoteTool::Bold, u"Bold",
-         [](const On& on, ITool& tool) { on.text.text().setSelBold(!tool.isChecked()); }},
+         [](const On& on, ITool& tool) { on.text.text().selection().setBold(!tool.isChecked()); }},
         {NoteTool::Italic, u"Italic",
-         [](const On& on, ITool& tool) { on.text.text().setSelItalic(!tool.isChecked()); }},
+         [](const On& on, ITool& tool) {
+             on.text.text().selection().setItalic(!tool.isChecked());
+         }},
         {NoteTool::Underline, u"Underline",
-         [](const On& on, ITool& tool) { on.text.text().setSelUnderline(!tool.isChecked()); }},
+         [](const On& on, ITool& tool) {
+             on.text.text().selection().setUnderline(!tool.isChecked());
+         }},
         {NoteTool::Outdent, u"Indent", [](const On& on, ITool&) { on.text.indentLess(); }},
         {NoteTool::Indent, u"Indent", [](const On& on, ITool&) { on.text.indentMore(); }},
         {NoteTool::Left, u"Align",
-         [](const On& on, ITool&) { on.text.text().setSelAlignment(TextAlignment::Left); }},
+         [](const On& on, ITool&) {
+             on.text.text().selection().setAlignment(TextAlignment::Left);
+         }},
         {NoteTool::Center, u"Align",
-         [](const On& on, ITool&) { on.text.text().setSelAlignment(TextAlignment::Center); }},
+         [](const On& on, ITool&) {
+             on.text.text().selection().setAlignment(TextAlignment::Center);
+         }},
         {NoteTool::Right, u"Align",
-         [](const On& on, ITool&) { on.text.text().setSelAlignment(TextAlignment::Right); }},
+         [](const On& on, ITool&) {
+             on.text.text().selection().setAlignment(TextAlignment::Right);
+         }},
         {NoteTool::Bullets, u"Bullets",
-         [](const On& on, ITool& tool) { on.text.text().setSelBullet(!tool.isChecked()); }},
+         [](const On& on, ITool& tool) {
+             on.text.text().selection().setBullet(!tool.isChecked());
+         }},
         {NoteTool::Font, u"Font",
-         [](const On& on, ITool& tool) { on.text.text().setSelFontName(tool.text()); }},
+         [](const On& on, ITool& tool) { on.text.text().selection().setFontName(tool.text()); }},
         {NoteTool::TextColour, u"TextColour", [](const On& on, ITool&) { on.text.chooseColour(); }},
         {NoteTool::ChooseFont, u"ChooseFont", [](const On& on, ITool&) { on.text.chooseFont(); }},
         {NoteTool::SetDefaultFont, u"SetDefaultFont",

@@ -71,16 +71,17 @@ void NoteTools::followText() {
 }
 
 void NoteTools::followSelection() {
-    const std::optional<TextAlignment> alignment = m_text.SelAlignment();
-    setChecked(NoteTool::Bold, m_text.SelBold().value_or(false));
-    setChecked(NoteTool::Italic, m_text.SelItalic().value_or(false));
-    setChecked(NoteTool::Underline, m_text.SelUnderline().value_or(false));
+    const richtext::SelectionFormat& selection = m_text.selection();
+    const std::optional<TextAlignment> alignment = selection.alignment();
+    setChecked(NoteTool::Bold, selection.bold().value_or(false));
+    setChecked(NoteTool::Italic, selection.italic().value_or(false));
+    setChecked(NoteTool::Underline, selection.underline().value_or(false));
     setChecked(NoteTool::Left, alignment == TextAlignment::Left);
     setChecked(NoteTool::Right, alignment == TextAlignment::Right);
     setChecked(NoteTool::Center, alignment == TextAlignment::Center);
-    setChecked(NoteTool::Bullets, m_text.SelBullet().value_or(false));
+    setChecked(NoteTool::Bullets, selection.bullet().value_or(false));
     if (ITool* font = m_toolbar.findTool(QStringLiteral("tooFont"))) {
-        font->setText(m_text.SelFontName().value_or(QString()));
+        font->setText(selection.fontName().value_or(QString()));
     }
 }
 

@@ -6,19 +6,22 @@
 
 namespace yrw {
 
+using richtext::SelectionFormat;
+
 FontChoice fontOfSelection(const RichTextBox& box) {
     FontChoice font;
+    const SelectionFormat& selection = box.selection();
     const auto take = [&font](FontPart part, auto& value, const auto& selected) {
         font.mixed.setFlag(part, !selected);
         value = selected.value_or(value);
     };
-    take(FontPart::Name, font.name, box.SelFontName());
-    take(FontPart::Points, font.points, box.SelFontSize());
-    take(FontPart::Bold, font.bold, box.SelBold());
-    take(FontPart::Italic, font.italic, box.SelItalic());
-    take(FontPart::Underline, font.underline, box.SelUnderline());
-    take(FontPart::Strikethru, font.strikethru, box.SelStrikeThru());
-    take(FontPart::Colour, font.colour, box.SelColor());
+    take(FontPart::Name, font.name, selection.fontName());
+    take(FontPart::Points, font.points, selection.fontSize());
+    take(FontPart::Bold, font.bold, selection.bold());
+    take(FontPart::Italic, font.italic, selection.italic());
+    take(FontPart::Underline, font.underline, selection.underline());
+    take(FontPart::Strikethru, font.strikethru, selection.strikeThru());
+    take(FontPart::Colour, font.colour, selection.colour());
     return font;
 }
 
@@ -27,16 +30,16 @@ void setFontOfSelection(RichTextBox& box, const FontChoice& font) {
     oneStep.beginEditBlock();
     const auto set = [&](FontPart part, auto setter, const auto& value) {
         if (!font.mixed.testFlag(part)) {
-            (box.*setter)(value);
+            (box.selection().*setter)(value);
         }
     };
-    set(FontPart::Name, &RichTextBox::setSelFontName, font.name);
-    set(FontPart::Points, &RichTextBox::setSelFontSize, font.points);
-    set(FontPart::Bold, &RichTextBox::setSelBold, font.bold);
-    set(FontPart::Italic, &RichTextBox::setSelItalic, font.italic);
-    set(FontPart::Underline, &RichTextBox::setSelUnderline, font.underline);
-    set(FontPart::Strikethru, &RichTextBox::setSelStrikeThru, font.strikethru);
-    set(FontPart::Colour, &RichTextBox::setSelColor, font.colour);
+    set(FontPart::Name, &SelectionFormat::setFontName, font.name);
+    set(FontPart::Points, &SelectionFormat::setFontSize, font.points);
+    set(FontPart::Bold, &SelectionFormat::setBold, font.bold);
+    set(FontPart::Italic, &SelectionFormat::setItalic, font.italic);
+    set(FontPart::Underline, &SelectionFormat::setUnderline, font.underline);
+    set(FontPart::Strikethru, &SelectionFormat::setStrikeThru, font.strikethru);
+    set(FontPart::Colour, &SelectionFormat::setColour, font.colour);
     oneStep.endEditBlock();
 }
 

@@ -31,7 +31,7 @@ void TextCommands::indentLess() {
 }
 
 void TextCommands::indentBy(int twips) {
-    m_text.setSelIndent(m_text.SelIndent().value_or(0) + twips);
+    m_text.selection().setIndent(m_text.selection().indent().value_or(0) + twips);
 }
 
 void TextCommands::removeSelected() {
@@ -53,8 +53,9 @@ void TextCommands::insertStamp() {
 }
 
 void TextCommands::chooseColour() {
-    if (const auto colour = m_context.prompt().chooseColour(m_text.SelColor().value_or(0))) {
-        m_text.setSelColor(*colour);
+    if (const auto colour =
+            m_context.prompt().chooseColour(m_text.selection().colour().value_or(0))) {
+        m_text.selection().setColour(*colour);
     }
 }
 

@@ -19,7 +19,7 @@ const QString kTextPopup = QStringLiteral("bndTextPopup");
 TextMenu::TextMenu(RichTextBox& text, Toolbar& toolbar, TextOptions& options,
                    WindowContext& context)
     : m_text(text), m_toolbar(toolbar), m_options(options), m_context(context),
-      m_attachments(text, context.prompt(), context.services().files) {}
+      m_attachments(text.objects(), context.prompt(), context.services().files) {}
 
 void TextMenu::popUp(const QPoint& at) {
     m_at = at;
@@ -34,8 +34,8 @@ void TextMenu::prepare(IBand& band) {
 }
 
 void TextMenu::prepareObjectTools(IBand& band) {
-    const int under = m_text.objectAt(m_at);
-    m_object = under >= 0 ? under : m_text.currentObject();
+    const int under = m_text.objects().at(m_at);
+    m_object = under >= 0 ? under : m_text.objects().current();
     for (const char* key : {"tooOpenAttachment", "tooSaveAttachment"}) {
         if (ITool* tool = band.findTool(QLatin1String(key))) {
             tool->setVisible(m_object >= 0);

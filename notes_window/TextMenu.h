@@ -9,6 +9,7 @@ namespace yrw {
 
 class IBand;
 class ITool;
+class RichTextBox;
 class TextOptions;
 class Toolbar;
 class WindowContext;

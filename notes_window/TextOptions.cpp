@@ -23,15 +23,15 @@ TextOptions::TextOptions(RichTextBox& text, NoteTools& tools, WindowContext& con
 void TextOptions::apply() {
     const NotesSettings settings = m_context.settings();
     m_text.setPrompt(&m_context.prompt());
-    m_text.setPasteWatch([this]() -> RichTextBox::LoadStep {
+    m_text.transfer().setWatch([this]() -> RichTextBox::LoadStep {
         const auto work = std::make_shared<LongWork>(m_context.clock(), &m_context.window(),
                                                      QStringLiteral("Pasting: %1 %."), 32);
         return [work](int percent) { return work->goOn(percent); };
     });
     const qint64 largest = settings.get(setting::kLargestAttachment);
-    m_text.setLargestFile((largest > 0 ? largest : kLargestMegabytes) * kMegabyte);
+    m_text.objects().setLargestFile((largest > 0 ? largest : kLargestMegabytes) * kMegabyte);
     const bool keep = settings.get(setting::kPasteKeepsLook);
-    m_text.setPasteKeepsLook(keep);
+    m_text.transfer().setKeepsLook(keep);
     m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
     applySpelling();
 }
@@ -53,7 +53,7 @@ void TextOptions::applySpelling() {
 void TextOptions::setPasteKeepsLook(bool keep) {
     m_context.settings().set(setting::kPasteKeepsLook, keep);
     m_tools.setChecked(NoteTool::PasteKeepsLook, keep);
-    m_text.setPasteKeepsLook(keep);
+    m_text.transfer().setKeepsLook(keep);
 }
 
 void TextOptions::setChecksSpelling(bool on) {

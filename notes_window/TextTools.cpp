@@ -26,7 +26,7 @@ TextTools::TextTools(const RichTextBox& text, Toolbar& toolbar, QObject* parent)
 void TextTools::lookAtClipboard() {
     if (m_clipboardChanged && QGuiApplication::applicationState() == Qt::ApplicationActive) {
         m_clipboardChanged = false;
-        m_hasContent = m_text.holdsContent(QGuiApplication::clipboard()->mimeData());
+        m_hasContent = richtext::TextTransfer::accepts(QGuiApplication::clipboard()->mimeData());
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QTextTable>
 
 #include <algorithm>
+#include <utility>
 
 namespace yrw::richtext {
 
@@ -30,12 +31,10 @@ constexpr int kLineWeight = 9;
 constexpr qint64 kBlock = 300;
 constexpr qint64 kFragment = 60;
 constexpr qint64 kCharacter = 4;
-constexpr qint64 kInline = 1500; ///< with a format of its own
 constexpr qint64 kFormat = 1500;
 constexpr qint64 kList = 1500;
 constexpr qint64 kTable = 3000;
 constexpr qint64 kCell = 1500;
-constexpr qint64 kFont = 250'000; ///< takes long to make, too
 
 int weightOf(QStringView text) {
     return static_cast<int>(text.size() + kLineWeight * text.count(QChar(QChar::LineSeparator)));
@@ -63,26 +62,27 @@ qsizetype fittingLength(QStringView text, qsizetype weight) {
 
 } // namespace
 
-const rtf::Paragraph& DocumentLoader::at(int paragraph) const {
-    return m_source.paragraphs[static_cast<std::size_t>(paragraph)];
-}
+DocumentLoader::DocumentLoader(const rtf::Document& source, std::vector<rtf::Inline>& inlines,
+                               double dotsPerInch, LoadStep goesOn)
+    : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch), m_goesOn(std::move(goesOn)),
+      m_room(source, dotsPerInch) {}
 
 const QTextCharFormat& DocumentLoader::charFormat(int format) {
-    std::optional<QTextCharFormat>& made = m_chars[static_cast<std::size_t>(format)];
+    std::optional<QTextCharFormat>& made = rtf::at(m_chars, format);
     if (!made) {
-        take(kFormat);
-        const rtf::CharFormat& source = m_source.charFormats[static_cast<std::size_t>(format)];
-        takeFont(source);
-        made = toScreen(source, m_source.fonts[static_cast<std::size_t>(source.font)].name);
+        m_room.takeBytes(kFormat);
+        const rtf::CharFormat& source = rtf::at(m_source.charFormats, format);
+        m_room.takeFont(source);
+        made = toScreen(source, rtf::at(m_source.fonts, source.font).name);
     }
     return *made;
 }
 
 const QTextBlockFormat& DocumentLoader::blockFormat(int format) {
-    std::optional<QTextBlockFormat>& made = m_blocks[static_cast<std::size_t>(format)];
+    std::optional<QTextBlockFormat>& made = rtf::at(m_blocks, format);
     if (!made) {
-        take(kFormat);
-        made = toScreen(m_source.parFormats[static_cast<std::size_t>(format)], m_dotsPerInch);
+        m_room.takeBytes(kFormat);
+        made = toScreen(rtf::at(m_source.parFormats, format), m_dotsPerInch);
     }
     return *made;
 }
@@ -98,46 +98,21 @@ bool DocumentLoader::insert(QTextCursor& cursor) {
         last.setProperty(kPiece, piece);
         cursor.mergeBlockFormat(last);
     }
-    return !m_stopped;
-}
-
-void DocumentLoader::take(qint64 bytes) {
-    m_memory -= bytes;
-    m_stopped = m_stopped || m_memory < 0;
-}
-
-void DocumentLoader::takeHeight(double dots) {
-    m_height -= dots;
-    m_stopped = m_stopped || m_height < 0;
-}
-
-/// Takes the height of characters of the present run.
-void DocumentLoader::takeLines(QStringView text) {
-    const rtf::CharFormat& look = m_source.charFormats[static_cast<std::size_t>(m_look)];
-    const auto format = static_cast<std::size_t>(at(m_paragraph).format);
-    const rtf::ParFormat& paragraph = m_source.parFormats[format];
-    takeHeight(lineHeight(look, paragraph, m_dotsPerInch) *
-               linesOf(text, look, paragraph, m_width, m_dotsPerInch));
-}
-
-void DocumentLoader::takeFont(const rtf::CharFormat& chars) {
-    if (m_fonts.insert({chars.font, chars.halfPoints, chars.bold, chars.italic}).second) {
-        take(kFont);
-    }
+    return !isEnded();
 }
 
 /// False once the insertion was ended.
 bool DocumentLoader::goesOn(int paragraph) {
-    if (m_goesOn && !m_stopped) {
-        const auto percent = 100 * static_cast<std::size_t>(paragraph) / m_source.paragraphs.size();
-        m_stopped = !m_goesOn(static_cast<int>(percent));
+    if (m_goesOn && !isEnded()) {
+        const auto count = static_cast<qint64>(m_source.paragraphs.size());
+        m_stopped = !m_goesOn(static_cast<int>(100LL * paragraph / count));
     }
-    return !m_stopped;
+    return !isEnded();
 }
 
 /// True for a paragraph of the cell, or of a table inside it.
 bool DocumentLoader::isIn(int paragraph, const Cell& cell) const {
-    if (m_stopped || paragraph >= static_cast<int>(m_source.paragraphs.size())) {
+    if (isEnded() || paragraph >= static_cast<int>(m_source.paragraphs.size())) {
         return false;
     }
     if (cell.level == 0) {
@@ -181,18 +156,16 @@ int DocumentLoader::range(QTextCursor& cursor, int first, const Cell& cell) {
 
 void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph,
                                bool newBlock) {
-    take(kBlock);
+    m_room.takeBytes(kBlock);
     QTextBlockFormat block = blockFormat(paragraph.format);
     const bool isLong = weightOf(paragraph) > kLongestBlock;
     if (isLong) {
         block.setProperty(kPiece, nextParagraphOfPieces());
     }
-    const int mark = paragraph.runCount == 0
-                         ? paragraph.mark
-                         : m_source
-                               .runs[static_cast<std::size_t>(paragraph.firstRun) +
-                                     static_cast<std::size_t>(paragraph.runCount) - 1]
-                               .format;
+    const int mark =
+        paragraph.runCount == 0
+            ? paragraph.mark
+            : rtf::at(m_source.runs, paragraph.firstRun + paragraph.runCount - 1).format;
     const QTextCharFormat& chars = charFormat(mark);
     if (newBlock) {
         cursor.insertBlock(block, chars);
@@ -208,10 +181,8 @@ void DocumentLoader::paragraph(QTextCursor& cursor, const rtf::Paragraph& paragr
     if (!newBlock && goesOnBefore(cursor.block().next())) {
         m_weight = -weightOf(paragraph); // further pieces there have the numbers that would follow
     }
-    const rtf::ParFormat& format = m_source.parFormats[static_cast<std::size_t>(paragraph.format)];
-    takeHeight(
-        spacing(format, m_dotsPerInch) +
-        lineHeight(m_source.charFormats[static_cast<std::size_t>(mark)], format, m_dotsPerInch));
+    const rtf::ParFormat& format = rtf::at(m_source.parFormats, paragraph.format);
+    m_room.takeParagraph(format, rtf::at(m_source.charFormats, mark));
     joinList(cursor, format);
     runs(cursor, paragraph);
 }
@@ -233,45 +204,34 @@ void DocumentLoader::joinList(QTextCursor& cursor, const rtf::ParFormat& format)
             look.setStyle(QTextListFormat::ListStyleUndefined); // its numbers do not begin with 1
         }
     }
-    take(kList);
+    m_room.takeBytes(kList);
     m_list = cursor.createList(look);
     m_listOf = format;
-}
-
-int DocumentLoader::lengthOf(const rtf::Paragraph& paragraph) const {
-    if (paragraph.runCount == 0) {
-        return 0;
-    }
-    // Runs follow each other without a gap.
-    const auto first = static_cast<std::size_t>(paragraph.firstRun);
-    const rtf::Run& last = m_source.runs[first + static_cast<std::size_t>(paragraph.runCount) - 1];
-    return last.start + last.length - m_source.runs[first].start;
 }
 
 int DocumentLoader::weightOf(const rtf::Paragraph& paragraph) const {
     if (paragraph.runCount == 0) {
         return 0;
     }
-    const int start = m_source.runs[static_cast<std::size_t>(paragraph.firstRun)].start;
+    const int start = rtf::at(m_source.runs, paragraph.firstRun).start;
     return kRunWeight * paragraph.runCount +
-           richtext::weightOf(QStringView(m_source.text).mid(start, lengthOf(paragraph)));
+           richtext::weightOf(QStringView(m_source.text).mid(start, m_source.lengthOf(paragraph)));
 }
 
 void DocumentLoader::runs(QTextCursor& cursor, const rtf::Paragraph& paragraph) {
     m_paragraph = static_cast<int>(&paragraph - m_source.paragraphs.data());
-    const auto first = static_cast<std::size_t>(paragraph.firstRun);
-    for (auto r = first; r < first + static_cast<std::size_t>(paragraph.runCount); ++r) {
+    for (int r = 0; r < paragraph.runCount; ++r) {
         if (!goesOn(m_paragraph)) {
             return;
         }
-        run(cursor, m_source.runs[r]);
+        run(cursor, rtf::at(m_source.runs, paragraph.firstRun + r));
     }
 }
 
 void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
-    const bool hidden = m_source.charFormats[static_cast<std::size_t>(run.format)].hidden;
+    const bool hidden = rtf::at(m_source.charFormats, run.format).hidden;
     const QStringView characters = QStringView(m_source.text).mid(run.start, run.length);
-    take(kFragment + kCharacter * run.length);
+    m_room.takeBytes(kFragment + kCharacter * run.length);
     m_weight += kRunWeight;
     m_look = run.format;
     if (run.field < 0 && run.object < 0 && !hidden) {
@@ -280,7 +240,7 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
     }
     QTextCharFormat chars = charFormat(run.format);
     if (run.field >= 0) {
-        const rtf::Field& field = m_source.fields[static_cast<std::size_t>(run.field)];
+        const rtf::Field& field = rtf::at(m_source.fields, run.field);
         chars.setProperty(kField, field.instruction);
         chars.setAnchor(!field.link.isEmpty());
         if (!field.link.isEmpty()) {
@@ -289,11 +249,10 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
     }
     if (run.object >= 0 || hidden) {
         m_inlines.push_back(run.object >= 0
-                                ? m_source.inlines[static_cast<std::size_t>(run.object)]
+                                ? rtf::at(m_source.inlines, run.object)
                                 : rtf::Inline{rtf::InlineKind::Kept,
                                               "{\\v " + rtf::escape(characters).toLatin1() + "}"});
-        take(kInline);
-        takeHeight(heightOf(m_inlines.back(), m_dotsPerInch));
+        m_room.takeInline(m_inlines.back());
         chars.setObjectType(kInlineObject);
         chars.setProperty(kInlineId, static_cast<int>(m_inlines.size()) - 1);
         text(cursor, QString(QChar(rtf::kInlineMark)), chars);
@@ -304,10 +263,11 @@ void DocumentLoader::run(QTextCursor& cursor, const rtf::Run& run) {
 
 /// Inserts characters, in further blocks where the present one is full.
 void DocumentLoader::text(QTextCursor& cursor, QStringView text, const QTextCharFormat& chars) {
-    while (!text.isEmpty() && !m_stopped) {
+    while (!text.isEmpty() && !isEnded()) {
         const qsizetype length = fittingLength(text, kLongestBlock - m_weight);
         if (length > 0) {
-            takeLines(text.first(length));
+            m_room.takeLines(text.first(length), rtf::at(m_source.charFormats, m_look),
+                             rtf::at(m_source.parFormats, at(m_paragraph).format));
             cursor.insertText(text.first(length).toString(), chars);
             m_weight += richtext::weightOf(text.first(length));
             text = text.sliced(length);
@@ -319,7 +279,7 @@ void DocumentLoader::text(QTextCursor& cursor, QStringView text, const QTextChar
 }
 
 void DocumentLoader::nextPiece(QTextCursor& cursor) {
-    take(kBlock);
+    m_room.takeBytes(kBlock);
     const QTextBlockFormat before = cursor.blockFormat();
     QTextBlockFormat format = furtherPiece(before);
     if (before.hasProperty(kPiece)) {
@@ -343,12 +303,12 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
     for (int i = first; isIn(i, around) && m_source.depthOf(at(i).row) > around.level; ++i) {
         const int row = rowAt(i, around.level);
         if (around.level == 0) {
-            work += workOf(lengthOf(at(i)), m_source.depthOf(at(i).row) - 1);
+            work += workOf(m_source.lengthOf(at(i)), m_source.depthOf(at(i).row) - 1);
         }
         if (!rows.empty() && rows.back() == row) {
             continue;
         }
-        const int edges = static_cast<int>(source(row).edges.size());
+        const int edges = static_cast<int>(rtf::at(m_source.rows, row).edges.size());
         const int wider = std::max({columns, edges, 1});
         const int count = static_cast<int>(rows.size());
         const bool sparse = wider * (count + 1) > 2 * (cells + edges) + kEmptyCells;
@@ -364,11 +324,11 @@ std::vector<int> DocumentLoader::rowsOfTable(int first, const Cell& around) cons
 }
 
 QTextTableFormat DocumentLoader::tableFormat(const std::vector<int>& rows) const {
-    const rtf::Row& look = source(rows.front());
+    const rtf::Row& look = rtf::at(m_source.rows, rows.front());
     QList<rtf::Row> asRead;
     qsizetype columns = 1;
     for (const int row : rows) {
-        asRead.append(source(row));
+        asRead.append(rtf::at(m_source.rows, row));
         asRead.last().parent = -1;
         asRead.last().parentCell = 0;
         columns = std::max(columns, asRead.last().edges.size());
@@ -399,25 +359,23 @@ int DocumentLoader::table(QTextCursor& cursor, int first, const Cell& around, bo
         format.setProperty(kContinues, true);
     }
     const auto columns = static_cast<int>(format.columnWidthConstraints().size());
-    take(kTable + kCell * columns * static_cast<qint64>(rows.size()));
+    m_room.takeBytes(kTable + kCell * columns * static_cast<qint64>(rows.size()));
     QTextTable* const table = cursor.insertTable(static_cast<int>(rows.size()), columns, format);
-    const double widthAround = m_width;
+    const double widthAround = m_room.width();
     const QList<QTextLength> widths = format.columnWidthConstraints();
     int paragraph = first;
     for (int row = 0; row < table->rows(); ++row) {
-        Cell cell{.level = around.level + 1,
-                  .row = rows[static_cast<std::size_t>(row)],
-                  .lastColumn = columns - 1};
+        Cell cell{.level = around.level + 1, .row = rtf::at(rows, row), .lastColumn = columns - 1};
         while (isIn(paragraph, around) && m_source.depthOf(at(paragraph).row) >= cell.level &&
                rowAt(paragraph, around.level) == cell.row) {
             const int column = m_source.cellsOf(at(paragraph)).at(around.level).cell;
             cell.column = std::min(column, cell.lastColumn);
-            m_width = std::min(widthAround, widths[cell.column].rawValue());
+            m_room.setWidth(std::min(widthAround, widths[cell.column].rawValue()));
             QTextCursor inside = table->cellAt(row, cell.column).firstCursorPosition();
             paragraph = range(inside, paragraph, cell);
         }
     }
-    m_width = widthAround;
+    m_room.setWidth(widthAround);
     cursor.setPosition(table->lastPosition() + 1);
     return paragraph;
 }

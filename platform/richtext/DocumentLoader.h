@@ -1,17 +1,13 @@
 #pragma once
 
-#include "platform/richtext/Heights.h"
+#include "platform/richtext/TextParts.h"
+#include "platform/richtext/TextRoom.h"
 #include "platform/rtf/Model.h"
 
 #include <QTextCursor>
 #include <QTextTableFormat>
 
-#include <functional>
-#include <limits>
 #include <optional>
-#include <set>
-#include <tuple>
-#include <utility>
 #include <vector>
 
 class QTextList;
@@ -24,25 +20,19 @@ namespace yrw::richtext {
 /// Thread: the user-interface thread.
 class DocumentLoader {
 public:
-    /// Called with the percentage done before each piece of text; false ends the insertion there.
-    using Step = std::function<bool(int percent)>;
-
+    /// `goesOn` is called before each piece of text; false ends the insertion there.
     DocumentLoader(const rtf::Document& source, std::vector<rtf::Inline>& inlines,
-                   double dotsPerInch, Step goesOn = {})
-        : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch),
-          m_goesOn(std::move(goesOn)) {}
+                   double dotsPerInch, LoadStep goesOn = {});
 
     /// Inserts everything at the cursor; the first paragraph keeps the block's own format when the
     /// cursor stands in text. False when `goesOn` ended it before, or when it would take more
-    /// memory than `setMostMemory` said or be higher than the toolkit can lay out.
+    /// memory than a note may, as far as that can be told, or be higher than the toolkit can lay
+    /// out.
     bool insert(QTextCursor& cursor);
-    /// The most bytes that the text document may take, as far as they can be told; no limit at
-    /// first.
-    void setMostMemory(qint64 bytes) { m_memory = bytes; }
     /// Dots that the document is high already.
-    void setHeightBefore(double dots) { m_height = kMostHeight - dots; }
+    void setHeightBefore(double dots) { m_room.setHeightBefore(dots); }
     /// True when the insertion ended because of that.
-    [[nodiscard]] bool isFull() const { return m_memory < 0 || m_height < 0; }
+    [[nodiscard]] bool isFull() const { return m_room.isFull(); }
 
 private:
     /// A cell of the source, in so many tables; level 0 is the whole document.
@@ -55,15 +45,11 @@ private:
 
     [[nodiscard]] const QTextCharFormat& charFormat(int format);
     [[nodiscard]] const QTextBlockFormat& blockFormat(int format);
-    void take(qint64 bytes);
-    void takeHeight(double dots);
-    void takeLines(QStringView text);
-    void takeFont(const rtf::CharFormat& chars);
+    [[nodiscard]] bool isEnded() const { return m_stopped || m_room.isFull(); }
     /// Inserts the paragraphs of a cell from `first` on; returns the paragraph behind them.
     int range(QTextCursor& cursor, int first, const Cell& cell);
     void paragraph(QTextCursor& cursor, const rtf::Paragraph& paragraph, bool newBlock);
     void runs(QTextCursor& cursor, const rtf::Paragraph& paragraph);
-    [[nodiscard]] int lengthOf(const rtf::Paragraph& paragraph) const;
     [[nodiscard]] int weightOf(const rtf::Paragraph& paragraph) const;
     [[nodiscard]] bool goesOn(int paragraph);
     void run(QTextCursor& cursor, const rtf::Run& run);
@@ -76,25 +62,21 @@ private:
     [[nodiscard]] std::vector<int> rowsOfTable(int first, const Cell& around) const;
     [[nodiscard]] bool isIn(int paragraph, const Cell& cell) const;
     [[nodiscard]] int rowAt(int paragraph, int level) const;
-    [[nodiscard]] const rtf::Paragraph& at(int paragraph) const;
-    [[nodiscard]] const rtf::Row& source(int row) const {
-        return m_source.rows[static_cast<std::size_t>(row)];
+    [[nodiscard]] const rtf::Paragraph& at(int paragraph) const {
+        return rtf::at(m_source.paragraphs, paragraph);
     }
 
     const rtf::Document& m_source;
     std::vector<rtf::Inline>& m_inlines;
     double m_dotsPerInch;
-    Step m_goesOn;
+    LoadStep m_goesOn;
     bool m_stopped = false;
     std::vector<std::optional<QTextCharFormat>> m_chars;
     std::vector<std::optional<QTextBlockFormat>> m_blocks;
-    qint64 m_memory = std::numeric_limits<qint64>::max(); ///< bytes that are left
-    double m_height = kMostHeight;                        ///< dots that are left
-    double m_width = kShownWidth;                         ///< dots of the column
-    std::set<std::tuple<int, int, bool, bool>> m_fonts;   ///< that were taken
-    int m_paragraph = 0;                                  ///< that is inserted
-    int m_look = 0;                                       ///< char format of the run
-    int m_weight = 0; ///< of the block: its characters, and what is as much work
+    TextRoom m_room;
+    int m_paragraph = 0; ///< that is inserted
+    int m_look = 0;      ///< char format of the run
+    int m_weight = 0;    ///< of the block: its characters, and what is as much work
     QTextList* m_list = nullptr;
     rtf::ParFormat m_listOf;
 };

@@ -4,7 +4,7 @@
 #include "platform/richtext/Pictures.h"
 #include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/Picture.h"
-#include "platform/rtf/VisibleText.h"
+#include "platform/rtf/Reader.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QFontMetricsF>
@@ -138,7 +138,7 @@ void InlineRenderer::decodeNow(int id, Look& look, qint64 shownDots) {
     forgetOutOfView(room);
     // Where all that is in view needs more room than there is, the rest shows coarser.
     room = std::min(room, std::max(kMostKeptDots - m_keptDots, kFewestDots));
-    for (const StoredPicture& each : picturesIn(m_inlines[static_cast<std::size_t>(id)])) {
+    for (const StoredPicture& each : picturesIn(rtf::at(m_inlines, id))) {
         look.picture = QPixmap::fromImage(decode(each, room));
         if (!look.picture.isNull()) {
             look.state = State::Shown;

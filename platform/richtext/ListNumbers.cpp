@@ -3,7 +3,6 @@
 #include "platform/richtext/BlocksInView.h"
 #include "platform/richtext/Formats.h"
 #include "platform/richtext/ReadableColours.h"
-#include "platform/rtf/ListNumber.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #include "platform/richtext/PagePreview.h"
 
-#include "platform/richtext/PrivateCopies.h"
+#include "platform/richtext/LocalFiles.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -2,7 +2,7 @@
 
 #include "platform/richtext/PagePreview.h"
 #include "platform/rtf/FileName.h"
-#include "platform/rtf/Metafile.h"
+#include "platform/rtf/Picture.h"
 #include "platform/rtf/Reader.h"
 
 #include <QBuffer>

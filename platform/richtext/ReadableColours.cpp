@@ -6,8 +6,6 @@
 #include <QTextBlock>
 #include <QTextDocument>
 
-#include <algorithm>
-
 namespace yrw::richtext {
 
 namespace {
@@ -52,15 +50,6 @@ QList<QTextEdit::ExtraSelection> readableColours(const QTextDocument& document, 
     eachBlockInView(document, view,
                     [&](const QTextBlock& block) { addPieces(pieces, block, ground); });
     return pieces;
-}
-
-bool isSame(const QList<QTextEdit::ExtraSelection>& a, const QList<QTextEdit::ExtraSelection>& b) {
-    return std::equal(
-        a.begin(), a.end(), b.begin(), b.end(),
-        [](const QTextEdit::ExtraSelection& one, const QTextEdit::ExtraSelection& other) {
-            return one.format == other.format && one.cursor.anchor() == other.cursor.anchor() &&
-                   one.cursor.position() == other.cursor.position();
-        });
 }
 
 } // namespace yrw::richtext

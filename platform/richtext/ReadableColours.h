@@ -22,8 +22,4 @@ namespace yrw::richtext {
 [[nodiscard]] QList<QTextEdit::ExtraSelection>
 readableColours(const QTextDocument& document, const QRectF& view, const QColor& ground);
 
-/// True when both mark the same pieces in the same way.
-[[nodiscard]] bool isSame(const QList<QTextEdit::ExtraSelection>& a,
-                          const QList<QTextEdit::ExtraSelection>& b);
-
 } // namespace yrw::richtext

@@ -1,22 +1,31 @@
 #include "platform/richtext/RichTextBox.h"
 
-#include "platform/component/AutomationError.h"
+#include "platform/forms/ContextMenuKey.h"
 #include "platform/forms/FontSubstitutes.h"
 #include "platform/richtext/DocumentLoader.h"
 #include "platform/richtext/DocumentScanner.h"
 #include "platform/richtext/Formats.h"
-#include "platform/richtext/InlineRenderer.h"
 #include "platform/richtext/LayoutPace.h"
+#include "platform/richtext/Links.h"
+#include "platform/richtext/ListNumbers.h"
 #include "platform/richtext/SpellingUnderlines.h"
 #include "platform/richtext/TableLimits.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/Writer.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QDesktopServices>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QPointer>
+#include <QScopeGuard>
+#include <QScrollBar>
 #include <QSignalBlocker>
+#include <QTextBlock>
 #include <QTextDocument>
+#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -24,14 +33,10 @@
 namespace yrw {
 
 using richtext::DocumentLoader;
-using richtext::DocumentScanner;
+using richtext::InlineRenderer;
+using richtext::TextTransfer;
 
 namespace {
-
-/// Bytes that a text may take in the editor, and for each of its characters when that is more: long
-/// notes are shown whole, short ones that unfold into something large are not.
-constexpr qint64 kMostMemory = 120LL * 1024 * 1024;
-constexpr qint64 kMemoryPerCharacter = 30;
 
 const QString kTooDeep = QStringLiteral(
     "This note has more tables inside tables than can be shown. They are shown as their text; the "
@@ -56,60 +61,46 @@ QString plainOf(const rtf::Document& model) {
 
 } // namespace
 
-RichTextBox::RichTextBox(QWidget* parent)
-    : QTextEdit(parent), m_renderer(std::make_unique<richtext::InlineRenderer>(
-                             m_inlines, richtext::InlineRenderer::Target::Screen, nullptr)) {
+RichTextBox::RichTextBox(QWidget* parent) : QTextEdit(parent) {
     installFontSubstitutes();
-    m_default.name = QStringLiteral("Comic Sans MS");
     connect(this, &QTextEdit::textChanged, this, &RichTextBox::contentChanged);
     connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::selectionStateChanged);
     connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::selectionStateChanged);
     connect(this, &QTextEdit::currentCharFormatChanged, this, &RichTextBox::selectionStateChanged);
-    connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::leaveLink);
-    m_openUrl = [](const QUrl& url) { QDesktopServices::openUrl(url); };
-    m_takeFile = [this](const QString& path) {
-        try {
-            insertFile(path, ObjectDisplay::Icon);
-        } catch (const AutomationError& error) {
-            Q_EMIT insertionFailed(error.description());
-        }
-    };
+    connect(this, &QTextEdit::cursorPositionChanged, this, [this] { richtext::leaveLink(*this); });
+    connect(&m_transfer, &TextTransfer::inserted, this, &RichTextBox::contentChanged);
+    connect(&m_transfer, &TextTransfer::inserted, this, &RichTextBox::selectionStateChanged);
     setText(QString());
 }
 
 RichTextBox::~RichTextBox() = default;
 
 /// Fills a document that nothing shows yet: it is laid out when it is looked at, and whatever
-/// happens in `goesOn` finds the box as it was.
-RichTextBox::Filling RichTextBox::fill(QTextDocument& fresh, const rtf::Document& source,
-                                       std::vector<rtf::Inline>& inlines,
-                                       const LoadStep& goesOn) const {
+/// happens in `goesOn` finds the box as it was. False when it was stopped or ended early, of which
+/// `shortening` tells the reason then.
+bool RichTextBox::fill(QTextDocument& fresh, const rtf::Document& source,
+                       std::vector<rtf::Inline>& inlines, const LoadStep& goesOn,
+                       QString& shortening) const {
     fresh.setUndoRedoEnabled(false);
     QTextCursor cursor(&fresh);
     cursor.beginEditBlock();
     DocumentLoader loader(source, inlines, logicalDpiX(), goesOn);
-    loader.setMostMemory(memoryFor(source));
     const bool whole = loader.insert(cursor);
     if (loader.isFull()) {
+        shortening = kTooLarge;
         QTextCursor(&fresh).insertText(kTooLarge + QChar(QChar::ParagraphSeparator),
                                        noticeFormat());
     }
     cursor.endEditBlock();
     fresh.setUndoRedoEnabled(true);
     fresh.setModified(false);
-    return {whole, loader.isFull()};
-}
-
-qint64 RichTextBox::memoryFor(const rtf::Document& model) {
-    return std::max(kMostMemory, kMemoryPerCharacter * model.text.size());
+    return whole;
 }
 
 void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
-    fresh->documentLayout()->registerHandler(richtext::kInlineObject, m_renderer.get());
+    fresh->documentLayout()->registerHandler(richtext::kInlineObject, &m_parts.renderer);
     new richtext::LayoutPace(*fresh); // its layout's
-    m_marks.clear();                  // they point into the text that goes
-    m_readable.clear();
-    setExtraSelections({});
+    m_marks.clear();
     const QPointer<QTextDocument> before(document());
     fresh->setParent(this);
     setDocument(fresh.release());
@@ -139,16 +130,14 @@ bool RichTextBox::load(rtf::Document&& source, const LoadStep& goesOn) {
     bool whole = false;
     {
         const rtf::Document text = std::move(source); // gone before the old text is
-        const Filling filled = fill(*fresh, text, inlines, goesOn);
-        shortening = filled.full ? kTooLarge : shortening;
-        whole = filled.whole && shortening.isEmpty();
+        whole = fill(*fresh, text, inlines, goesOn, shortening) && shortening.isEmpty();
     }
     header.incomplete = header.incomplete || !whole;
     {
         const QSignalBlocker quiet(this);
-        m_inlines.swap(inlines);
-        m_renderer->reset();
-        m_header = std::move(header);
+        m_parts.inlines.swap(inlines);
+        m_parts.renderer.reset();
+        m_parts.header = std::move(header);
         m_shortening = shortening;
         take(std::move(fresh));
     }
@@ -158,7 +147,7 @@ bool RichTextBox::load(rtf::Document&& source, const LoadStep& goesOn) {
 }
 
 rtf::Document RichTextBox::scan(const std::function<void(int percent)>& progress) const {
-    DocumentScanner scanner(m_header, m_inlines, textCursor(), logicalDpiX());
+    richtext::DocumentScanner scanner(m_parts.header, m_parts.inlines, textCursor(), logicalDpiX());
     scanner.setProgress(progress);
     return scanner.scan(*document());
 }
@@ -186,9 +175,9 @@ RichTextBox::Texts RichTextBox::texts(const std::function<void(int percent)>& pr
 rtf::Document RichTextBox::plainModel(const QString& text) const {
     rtf::Document source = rtf::fromPlainText(text);
     // The formats of a plain text are the default ones.
-    source.fonts.front().name = m_default.name;
+    source.fonts.front().name = m_parts.font.name;
     for (rtf::CharFormat& format : source.charFormats) {
-        format = richtext::fromScreen(richtext::toScreen(m_default));
+        format = richtext::fromScreen(richtext::toScreen(m_parts.font));
     }
     return source;
 }
@@ -197,27 +186,11 @@ void RichTextBox::setText(const QString& text) {
     load(plainModel(text));
 }
 
-bool RichTextBox::isEmpty() const {
-    return document()->isEmpty();
-}
-
-bool RichTextBox::isIncomplete() const {
-    return m_header.incomplete;
-}
-
-QString RichTextBox::shortening() const {
-    return m_shortening;
-}
-
 void RichTextBox::setDefaultFontChoice(const FontChoice& font) {
-    m_default = font;
+    m_parts.font = font;
     if (isEmpty()) {
         applyDefaultToEmpty();
     }
-}
-
-FontChoice RichTextBox::defaultFontChoice() const {
-    return m_default;
 }
 
 std::unique_ptr<QTextDocument> RichTextBox::printable() {
@@ -227,9 +200,9 @@ std::unique_ptr<QTextDocument> RichTextBox::printable() {
     // Margins and indents are lengths of the screen, so the copy is laid out for the screen too.
     layout.setPaintDevice(this);
     copy->setUseDesignMetrics(true);
-    layout.registerHandler(richtext::kInlineObject,
-                           new richtext::InlineRenderer(
-                               m_inlines, richtext::InlineRenderer::Target::Paper, copy.get()));
+    layout.registerHandler(
+        richtext::kInlineObject,
+        new InlineRenderer(m_parts.inlines, InlineRenderer::Target::Paper, copy.get()));
     return copy;
 }
 
@@ -253,9 +226,14 @@ void RichTextBox::checkSpellingAgain() {
     }
 }
 
+void RichTextBox::setPrompt(Prompt* prompt) {
+    m_prompt = prompt;
+    m_transfer.setPrompt(prompt);
+}
+
 void RichTextBox::applyDefaultToEmpty() {
     const QSignalBlocker quiet(this);
-    const QTextCharFormat format = richtext::toScreen(m_default);
+    const QTextCharFormat format = richtext::toScreen(m_parts.font);
     if (document()->isUndoAvailable()) {
         setCurrentCharFormat(format); // what the user deleted can still be brought back
         return;
@@ -266,6 +244,121 @@ void RichTextBox::applyDefaultToEmpty() {
     cursor.setCharFormat(format);
     setTextCursor(cursor);
     document()->setUndoRedoEnabled(true);
+}
+
+bool RichTextBox::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::Paint) {
+        const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+        const QRect view = viewport()->rect().translated(scrolled);
+        m_marks.makeReadable(view);
+        m_parts.renderer.setView(view);
+        const bool painted = QTextEdit::viewportEvent(event);
+        QPainter painter(viewport());
+        painter.translate(-scrolled);
+        const QRect shown = static_cast<QPaintEvent*>(event)->rect().translated(scrolled);
+        richtext::paintListNumbers(painter, *document(), shown, palette());
+        return painted;
+    }
+    if (event->type() == QEvent::ToolTip) {
+        showToolTip(*static_cast<QHelpEvent*>(event));
+        return true;
+    }
+    return QTextEdit::viewportEvent(event);
+}
+
+void RichTextBox::showToolTip(const QHelpEvent& event) {
+    const QString target = anchorAt(event.pos());
+    const int object = m_objects.at(event.pos());
+    QString text;
+    if (object >= 0) {
+        text = m_objects.name(object).toHtmlEscaped() +
+               QStringLiteral("<br>Double-click to open, drag to copy");
+    } else if (!target.isEmpty()) {
+        text = target.toHtmlEscaped() + QStringLiteral("<br>Ctrl+click to open");
+    }
+    QToolTip::showText(event.globalPos(), text, viewport()); // an empty text hides it
+}
+
+void RichTextBox::keyPressEvent(QKeyEvent* event) {
+    if (askedForMenu(*this, *event)) {
+        return;
+    }
+    if (event->key() == Qt::Key_V &&
+        event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
+        m_transfer.pastePlain();
+        event->accept();
+        return;
+    }
+    if (leavesList(*event)) {
+        m_selection.setBullet(false);
+        event->accept();
+        return;
+    }
+    QTextEdit::keyPressEvent(event);
+}
+
+/// Enter in an empty item and Backspace before an item's text end the list there.
+bool RichTextBox::leavesList(const QKeyEvent& event) const {
+    const QTextCursor cursor = textCursor();
+    if (isReadOnly() || cursor.currentList() == nullptr || cursor.hasSelection()) {
+        return false;
+    }
+    const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    return (enter && event.modifiers() == Qt::NoModifier && cursor.block().length() == 1) ||
+           (event.key() == Qt::Key_Backspace && cursor.atBlockStart());
+}
+
+void RichTextBox::mousePressEvent(QMouseEvent* event) {
+    if (!m_mouse.press(*event)) {
+        QTextEdit::mousePressEvent(event);
+    }
+}
+
+void RichTextBox::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_mouse.move(*event)) {
+        QTextEdit::mouseMoveEvent(event);
+    }
+}
+
+void RichTextBox::mouseReleaseEvent(QMouseEvent* event) {
+    if (m_mouse.release()) {
+        return;
+    }
+    QTextEdit::mouseReleaseEvent(event);
+    const bool wanted =
+        event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier;
+    const QString target = wanted ? anchorAt(event->position().toPoint()) : QString();
+    if (!target.isEmpty() && !textCursor().hasSelection()) {
+        richtext::openLink(target, m_prompt);
+    }
+}
+
+void RichTextBox::mouseDoubleClickEvent(QMouseEvent* event) {
+    const int index = m_objects.at(event->position().toPoint());
+    if (index < 0) {
+        QTextEdit::mouseDoubleClickEvent(event);
+        return;
+    }
+    m_mouse.release();
+    Q_EMIT objectActivated(index);
+}
+
+QMimeData* RichTextBox::createMimeDataFromSelection() const {
+    return m_transfer.copied();
+}
+
+bool RichTextBox::canInsertFromMimeData(const QMimeData* source) const {
+    return TextTransfer::accepts(source);
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData* source) {
+    m_transfer.paste(*source);
+}
+
+void RichTextBox::dropEvent(QDropEvent* event) {
+    m_transfer.setDropping(true);
+    const auto over = qScopeGuard([this] { m_transfer.setDropping(false); });
+    QTextEdit::dropEvent(event);
 }
 
 } // namespace yrw

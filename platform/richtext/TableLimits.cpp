@@ -18,18 +18,10 @@ using Work = std::array<double, rtf::kMostNested + 1>;
 
 /// The row of an outermost table around a row; -1 outside of all.
 int outermost(const rtf::Document& document, int row) {
-    while (row >= 0 && document.rows[static_cast<std::size_t>(row)].parent >= 0) {
-        row = document.rows[static_cast<std::size_t>(row)].parent;
+    while (row >= 0 && rtf::at(document.rows, row).parent >= 0) {
+        row = rtf::at(document.rows, row).parent;
     }
     return row;
-}
-
-int charactersOf(const rtf::Document& document, const rtf::Paragraph& paragraph) {
-    int count = 0;
-    for (int r = 0; r < paragraph.runCount; ++r) {
-        count += document.runs[static_cast<std::size_t>(paragraph.firstRun + r)].length;
-    }
-    return count;
 }
 
 /// The paragraphs of an outermost row, from `begin` up to `end`.
@@ -54,8 +46,7 @@ std::vector<OutermostRow> outermostRows(const rtf::Document& document, int aroun
         for (; i < paragraphs.size() && outermost(document, paragraphs[i].row) == row; ++i) {
             const int tables = std::min(document.depthOf(paragraphs[i].row), rtf::kMostNested);
             found.depth = std::max(found.depth, tables);
-            found.work[static_cast<std::size_t>(tables)] +=
-                workOf(charactersOf(document, paragraphs[i]), 0);
+            rtf::at(found.work, tables) += workOf(document.lengthOf(paragraphs[i]), 0);
         }
         found.end = i;
         if (found.depth > 1 || found.work[1] > kMostTableWork || around > 0) {
@@ -68,12 +59,12 @@ std::vector<OutermostRow> outermostRows(const rtf::Document& document, int aroun
 /// The number of tables that a row may keep, with so much work where it holds others.
 int deepestOf(Work work, double mostNested, int around) {
     const auto layouts = [around](int depth) {
-        return kLayouts[static_cast<std::size_t>(std::min(depth - 1 + around, rtf::kMostNested))];
+        return rtf::at(kLayouts, std::min(depth - 1 + around, rtf::kMostNested));
     };
     int deepest = rtf::kMostNested;
     double all = 0;
     for (int depth = 1; depth <= deepest; ++depth) {
-        all += work[static_cast<std::size_t>(depth)] * layouts(depth);
+        all += rtf::at(work, depth) * layouts(depth);
     }
     while (deepest > 0 && (deepest + around > rtf::kMostNested ||
                            all > (deepest > 1 ? mostNested : kMostTableWork))) {
@@ -103,7 +94,7 @@ void flatten(rtf::Document& document, const OutermostRow& row, int deepest) {
 
 double workOf(int characters, int tables) {
     return (1 + characters / kCharactersPerUnit) *
-           kLayouts[static_cast<std::size_t>(std::clamp(tables, 0, rtf::kMostNested))];
+           rtf::at(kLayouts, std::clamp(tables, 0, rtf::kMostNested));
 }
 
 bool flattenTables(rtf::Document& document, int around) {

@@ -38,7 +38,7 @@ int intern(std::vector<T>& values, std::unordered_multimap<std::size_t, int>& in
     const std::size_t hash = hashOf(value);
     const auto [begin, end] = index.equal_range(hash);
     for (auto it = begin; it != end; ++it) {
-        if (values[static_cast<std::size_t>(it->second)] == value) {
+        if (at(values, it->second) == value) {
             return it->second;
         }
     }

@@ -3,7 +3,6 @@
 #include "platform/rtf/ByteReader.h"
 #include "platform/rtf/CodePage.h"
 #include "platform/rtf/FileName.h"
-#include "platform/rtf/Hex.h"
 #include "platform/rtf/Tokenizer.h"
 
 #include <algorithm>

@@ -1,21 +1,17 @@
 #include "platform/rtf/Model.h"
 
-#include "platform/rtf/VisibleText.h"
+#include "platform/rtf/Reader.h"
 
 #include <QStringView>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 
 namespace yrw::rtf {
 
 namespace {
-
-template <typename T>
-const T& at(const std::vector<T>& values, int index) {
-    return values[static_cast<std::size_t>(index)];
-}
 
 bool sameChars(const Document& a, int formatA, const Document& b, int formatB) {
     CharFormat left = at(a.charFormats, formatA);
@@ -107,11 +103,51 @@ void addInline(QString& plain, qsizetype begin, const Document& document,
     }
 }
 
+QString roman(int number) {
+    static constexpr std::array kParts = {
+        std::pair(1000, "m"), std::pair(900, "cm"), std::pair(500, "d"), std::pair(400, "cd"),
+        std::pair(100, "c"),  std::pair(90, "xc"),  std::pair(50, "l"),  std::pair(40, "xl"),
+        std::pair(10, "x"),   std::pair(9, "ix"),   std::pair(5, "v"),   std::pair(4, "iv"),
+        std::pair(1, "i")};
+    QString text;
+    for (const auto& [value, letters] : kParts) {
+        for (; number >= value; number -= value) {
+            text += QLatin1String(letters);
+        }
+    }
+    return text;
+}
+
+QString letters(int number) {
+    QString text;
+    for (; number > 0; number = (number - 1) / 26) {
+        text.prepend(QChar(static_cast<char16_t>(u'a' + (number - 1) % 26)));
+    }
+    return text;
+}
+
 } // namespace
 
 bool isSameList(const ParFormat& a, const ParFormat& b) {
     return a.list == b.list && a.listStart == b.listStart && a.listBefore == b.listBefore &&
            a.listAfter == b.listAfter && a.left == b.left;
+}
+
+QString listNumber(ListKind kind, int number) {
+    switch (kind) {
+    case ListKind::Decimal:
+        return QString::number(number);
+    case ListKind::LowerLetter:
+        return letters(number);
+    case ListKind::UpperLetter:
+        return letters(number).toUpper();
+    case ListKind::LowerRoman:
+        return number > 0 && number < 4000 ? roman(number) : QString::number(number);
+    case ListKind::UpperRoman:
+        return number > 0 && number < 4000 ? roman(number).toUpper() : QString::number(number);
+    default:
+        return {};
+    }
 }
 
 int Document::depthOf(int row) const {
@@ -122,12 +158,21 @@ int Document::depthOf(int row) const {
     return depth;
 }
 
+int Document::lengthOf(const Paragraph& paragraph) const {
+    if (paragraph.runCount == 0) {
+        return 0;
+    }
+    // Runs follow each other without a gap.
+    const Run& last = at(runs, paragraph.firstRun + paragraph.runCount - 1);
+    return last.start + last.length - at(runs, paragraph.firstRun).start;
+}
+
 CellPath Document::cellsOf(const Paragraph& paragraph) const {
     CellPath path;
     path.depth = std::min(depthOf(paragraph.row), kMostNested);
     CellPlace place{paragraph.row, paragraph.cell};
     for (int level = path.depth - 1; level >= 0; --level) {
-        path.places[static_cast<std::size_t>(level)] = place;
+        at(path.places, level) = place;
         const Row& row = at(rows, place.row);
         place = {row.parent, row.parentCell};
     }

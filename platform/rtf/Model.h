@@ -9,6 +9,12 @@
 
 namespace yrw::rtf {
 
+/// An element by an index as the parts of a document hold it.
+template <typename Values>
+[[nodiscard]] auto& at(Values& values, int index) {
+    return values[static_cast<std::size_t>(index)];
+}
+
 /// The automatic text or background colour.
 inline constexpr int kAutomatic = -1;
 /// Stands in the text for an object, a picture or a kept group; its bytes are in `inlines`.
@@ -135,6 +141,9 @@ struct Font {
 /// True when the items of one list may have these formats: its numbers go on.
 [[nodiscard]] bool isSameList(const ParFormat& a, const ParFormat& b);
 
+/// The number of a list item as it shows: 3, c, C, iii or III; empty for a bullet.
+[[nodiscard]] QString listNumber(ListKind kind, int number);
+
 enum class InlineKind : quint8 { Picture, Object, Kept };
 
 /// A group that stands in the text as one mark: a picture, an embedded object, or content that is
@@ -177,6 +186,8 @@ struct Document {
 
     /// Number of rows that lie around each other, that one included; 0 for -1.
     [[nodiscard]] int depthOf(int row) const;
+    /// Number of characters of a paragraph.
+    [[nodiscard]] int lengthOf(const Paragraph& paragraph) const;
     [[nodiscard]] CellPath cellsOf(const Paragraph& paragraph) const;
     /// The text without formats: paragraphs end in CR LF except the last and cells in a tab. An
     /// object or picture is the text that it shows, else a blank where none stands beside it.

@@ -1,7 +1,8 @@
 #include "platform/rtf/Parser.h"
 
 #include "platform/rtf/CodePage.h"
-#include "platform/rtf/Reader.h"
+#include "platform/rtf/Fields.h"
+#include "platform/rtf/WordValues.h"
 
 #include <algorithm>
 #include <utility>
@@ -9,9 +10,6 @@
 namespace yrw::rtf {
 
 namespace {
-
-/// Deeper groups are read with the formats of this depth, so that memory stays bounded.
-constexpr std::size_t kDeepest = 1 << 17;
 
 bool isAscii(QByteArrayView bytes) {
     return std::all_of(bytes.begin(), bytes.end(),
@@ -40,7 +38,12 @@ void replaceLoneSurrogates(QString& text) {
 } // namespace
 
 Parser::Parser(QByteArrayView input, Document& document)
-    : m_tokens(input), m_document(document), m_builder(document) {}
+    : m_tokens(input), m_document(document), m_builder(document),
+      m_fonts(document, m_builder,
+              [this](const FontTable::Choice& it) { m_groups.setFont(it.font, it.codePage); }),
+      m_tables(document, m_builder, [this](int row, int cell) {
+          m_builder.endParagraph(paragraphFormat(), format(), row, cell);
+      }) {}
 
 void Parser::run() {
     constexpr qsizetype kMostReserved = 4LL * 1024 * 1024;
@@ -77,13 +80,8 @@ void Parser::run() {
 
 void Parser::finish() {
     flush();
-    m_document.incomplete = m_document.incomplete || m_tokens.overran() || m_overflow > 0;
-    if (!m_open.empty()) {
-        if (!m_builder.paragraphIsEmpty()) {
-            endCell(static_cast<int>(m_open.size()));
-        }
-        endRows(0);
-    }
+    m_document.incomplete = m_document.incomplete || m_tokens.overran() || m_groups.isTooDeep();
+    m_tables.finish();
     if (m_document.paragraphs.empty() || !m_builder.paragraphIsEmpty() ||
         m_document.paragraphs.back().row >= 0) {
         m_builder.endParagraph(paragraphFormat(), format());
@@ -100,34 +98,21 @@ void Parser::finish() {
 void Parser::openGroup(const Token& token) {
     flush();
     m_skip = 0;
-    m_state.fresh = false;
-    if (m_stack.size() >= kDeepest) {
-        m_document.incomplete = true;
-        ++m_overflow;
-        return;
-    }
-    m_stack.push_back(m_state);
-    m_state.begin = token.begin;
-    m_state.starred = false;
-    m_state.fresh = true;
-    m_state.isField = false;
-    m_state.ownsField = false;
+    m_document.incomplete = !m_groups.open(token.begin) || m_document.incomplete;
 }
 
 void Parser::closeGroup(const Token& token) {
     flush();
     m_skip = 0;
-    if (m_overflow > 0) {
-        --m_overflow;
+    if (m_groups.closeCounted()) {
         return;
     }
-    if (m_stack.empty()) {
+    if (m_groups.depth() == 0) {
         m_document.incomplete = true; // a brace too many before the document
         return;
     }
     closeDestination();
-    const State closed = std::exchange(m_state, m_stack.back());
-    m_stack.pop_back();
+    const GroupState closed = m_groups.leave();
     if (closed.ownsField && closed.fieldStart == m_document.text.size() && inBody()) {
         // A field that shows nothing would leave no trace: it is kept whole, or without the
         // paragraphs that it ended, which have ended, and binary data, which would be text as hex.
@@ -139,25 +124,22 @@ void Parser::closeGroup(const Token& token) {
                   bare ? "{\\field" + m_document.fields.at(size_t(closed.field)).instruction + '}'
                        : keepGroup(m_tokens.input(), closed.begin, token.end, true));
     }
-    if (m_stack.empty()) {
+    if (m_groups.depth() == 0) {
         m_state = closed; // the formats at the document's end
         m_done = true;
     }
 }
 
 void Parser::closeDestination() {
-    const Destination parent = m_stack.empty() ? Destination::Body : m_stack.back().destination;
+    const Destination parent =
+        m_groups.depth() == 0 ? Destination::Body : m_groups.around().destination;
     if (m_state.destination == Destination::FontTable) {
-        closeFont();
+        m_fonts.end();
         if (parent != Destination::FontTable) {
-            ensureDefaultFont();
+            m_fonts.ensureDefault();
         }
     } else if (m_state.destination == Destination::Pn && parent != Destination::Pn) {
-        ParFormat& pars = m_stack.back().pars;
-        pars.list = m_pn.list;
-        pars.listStart = m_pn.listStart;
-        pars.listBefore = m_pn.list == ListKind::Bullet ? QString() : m_pn.listBefore;
-        pars.listAfter = m_pn.list == ListKind::Bullet ? QString() : m_pn.listAfter;
+        m_lists.endItem(m_groups.around().pars);
     }
 }
 
@@ -274,9 +256,11 @@ void Parser::flush() {
     const QByteArray bytes = std::exchange(m_pending, {});
     int codePage = page();
     if (m_state.destination == Destination::FontTable) {
-        codePage = m_fontPage != 0 && m_fontPage != kSymbolCodePage ? m_fontPage : m_documentPage;
+        codePage = m_fonts.namePage(m_documentPage);
     } else if (m_state.destination == Destination::ListLevelText) {
         codePage = 0;
+    } else if (!inBody() && codePage == kSymbolCodePage) {
+        codePage = m_documentPage; // what stands around a list's numbers is letters
     }
     deliver(decode(codePage, bytes));
 }
@@ -291,68 +275,28 @@ void Parser::deliver(QStringView text) {
         }
         break;
     case Destination::FontTable:
-        m_font.name += text;
-        if (const qsizetype end = m_font.name.indexOf(u';'); end >= 0) {
-            m_font.name.truncate(end);
-            closeFont();
-        }
+        m_fonts.name(text);
         break;
     case Destination::ColourTable:
-        for (qsizetype i = text.count(u';'); i > 0; --i) {
-            const int colour = m_red << 16 | m_green << 8 | m_blue;
-            m_document.colours.push_back(m_colourSet ? colour : kAutomatic);
-            m_red = m_green = m_blue = 0;
-            m_colourSet = false;
-        }
+        m_colours.text(text);
         break;
     case Destination::PnBefore:
-        m_pn.listBefore += text;
+        m_lists.itemText(text, true);
         break;
     case Destination::PnAfter:
-        m_pn.listAfter += text;
+        m_lists.itemText(text, false);
         break;
     case Destination::ListLevelText:
-        if (!m_levels.empty()) { // a list table inside the text begins anew
-            m_levels.back().text += text.toLatin1();
-        }
+        m_lists.levelText(text);
         break;
     default:
         break;
     }
 }
 
-void Parser::closeFont() {
-    if (!std::exchange(m_fontOpen, false)) {
-        return;
-    }
-    m_font.name = m_font.name.trimmed();
-    m_builder.addFont(m_font);
-    m_fontPages.emplace(m_font.number, m_fontPage);
-    if (m_font.number == m_defaultNumber) {
-        useDefaultFont(m_fontPage);
-    }
-}
-
-void Parser::useDefaultFont(int codePage) {
-    m_document.defaultFont = m_builder.fontByNumber(m_defaultNumber);
-    m_state.chars.font = m_document.defaultFont;
-    m_state.codePage = codePage;
-    for (State& state : m_stack) {
-        state.chars.font = m_document.defaultFont;
-        state.codePage = codePage;
-    }
-}
-
-void Parser::ensureDefaultFont() {
-    if (!m_builder.hasFont(m_defaultNumber)) {
-        m_builder.addFont(Font{.number = m_defaultNumber, .name = QStringLiteral("Arial")});
-        useDefaultFont(0);
-    }
-}
-
 int Parser::format() {
     if (m_lastFormat < 0 || !(m_lastChars == m_state.chars)) {
-        ensureDefaultFont();
+        m_fonts.ensureDefault();
         m_lastChars = m_state.chars;
         m_lastFormat = m_builder.charFormat(m_state.chars);
     }
@@ -372,8 +316,7 @@ QByteArray Parser::takeGroup() {
     const bool closed = m_tokens.skipGroup();
     m_document.incomplete = m_document.incomplete || !closed;
     QByteArray group = keepGroup(m_tokens.input(), begin, m_tokens.position(), closed);
-    m_state = m_stack.back();
-    m_stack.pop_back();
+    m_groups.leave();
     return group;
 }
 
@@ -381,55 +324,173 @@ void Parser::addInline(InlineKind kind, const QByteArray& raw) {
     m_builder.inlineGroup(kind, raw, format(), m_state.field);
 }
 
-bool isRtf(QStringView text) {
-    return text.trimmed().startsWith(QLatin1String("{\\rtf"));
+void Parser::plain(const Token&, int) {
+    m_state.chars = CharFormat{};
+    useFont(m_fonts.defaultFont());
 }
 
-Document read(QByteArrayView rtf) {
-    Document document;
-    if (!rtf.trimmed().startsWith("{\\rtf")) {
-        return fromPlainText(QString::fromUtf8(rtf));
-    }
-    Parser(rtf, document).run();
-    return document;
+void Parser::useFont(const FontTable::Choice& font) {
+    m_state.chars.font = font.font;
+    m_state.codePage = font.codePage;
 }
 
-Document read(QStringView rtf) {
-    if (!isRtf(rtf)) {
-        return fromPlainText(rtf);
+void Parser::fontNumber(const Token& token, int) {
+    if (m_state.destination == Destination::FontTable) {
+        m_fonts.begin(token.number);
+    } else {
+        useFont(m_fonts.font(token.number));
     }
-    if (std::all_of(rtf.begin(), rtf.end(), [](QChar c) { return c.unicode() <= 0xFF; })) {
-        return read(QByteArrayView(rtf.toLatin1()));
-    }
-    QByteArray bytes;
-    bytes.reserve(rtf.size() + 64);
-    for (const QChar c : rtf) {
-        if (c.unicode() <= 0xFF) {
-            bytes += static_cast<char>(c.unicode());
-        } else {
-            bytes += "{\\uc1\\u" + QByteArray::number(c.unicode()) + "?}";
-        }
-    }
-    return read(QByteArrayView(bytes));
 }
 
-Document fromPlainText(QStringView text) {
-    Document document;
-    document.colours.push_back(kAutomatic);
-    Builder builder(document);
-    builder.font(QStringLiteral("Arial"));
-    const int format = builder.charFormat(CharFormat{});
-    const int par = builder.parFormat(ParFormat{});
-    QString plain = text.toString();
-    plain.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    plain.replace(u'\r', u'\n');
-    plain.remove(QChar(u'\0'));
-    const auto lines = QStringView(plain).split(u'\n');
-    for (const QStringView line : lines) {
-        builder.text(line, format);
-        builder.endParagraph(par, format);
+void Parser::pard(const Token&, int) {
+    m_state.pars = ParFormat{};
+    m_state.tableLevel = 0;
+    m_state.listNumber = 0;
+    m_state.listLevel = 0;
+}
+
+void Parser::unicode(const Token& token, int) {
+    const int code = token.number < 0 ? token.number + 0x10000 : token.number;
+    if (code >= 0x10000 && code <= 0x10FFFF) {
+        const auto wide = static_cast<char32_t>(code);
+        m_surrogates = true;
+        deliver(QString::fromUcs4(&wide, 1));
+    } else if (code == '\n' || code == '\v' || code == '\r') {
+        appendCharacter(kLineBreak);
+    } else if (code == '\t' || (code >= 0x20 && code < 0x10000)) {
+        appendCharacter(static_cast<char16_t>(code));
     }
-    return document;
+    m_skip = m_state.uc;
+}
+
+void Parser::codePage(const Token& token, int value) {
+    value = value > 0 ? value : token.number;
+    m_documentPage = value > 0 ? value : m_documentPage;
+}
+
+void Parser::paragraphEnd(const Token&, int) {
+    flush();
+    if (inBody()) {
+        m_tables.endParagraph(m_state.tableLevel);
+    }
+}
+
+void Parser::pageBreak(const Token&, int) {
+    if (inBody()) {
+        addInline(InlineKind::Kept, QByteArrayLiteral("{\\page}"));
+    }
+}
+
+void Parser::tableWord(const Token& token, int value) {
+    const bool nested = m_state.destination == Destination::NestedRow;
+    if ((inBody() || nested) && !m_tables.word(token, value, nested, m_state.tableLevel)) {
+        appendCharacter('\t');
+    }
+}
+
+void Parser::listWord(const Token& token, int value) {
+    if (m_state.destination == Destination::ListOverrides) {
+        m_lists.nameList(token.number);
+        return;
+    }
+    (value == kListNumber ? m_state.listNumber : m_state.listLevel) = token.number;
+    m_lists.apply(m_state.pars, m_state.listNumber, m_state.listLevel);
+}
+
+void Parser::fontTableWord(const Token& token, int value) {
+    if (m_state.destination == Destination::FontTable) {
+        m_fonts.word(token, value);
+    }
+}
+
+void Parser::colourWord(const Token& token, int value) {
+    if (m_state.destination == Destination::ColourTable) {
+        m_colours.part(value, token.number);
+    }
+}
+
+void Parser::skipHere() {
+    if (m_state.fresh && m_groups.depth() > 0) {
+        const bool closed = m_tokens.skipGroup();
+        m_document.incomplete = m_document.incomplete || !closed;
+        m_groups.leave();
+    } else if (m_groups.depth() > 1) {
+        m_state.destination = Destination::Skip;
+    }
+}
+
+void Parser::destination(const Token&, int value) {
+    const auto wanted = static_cast<Destination>(value);
+    if (wanted == Destination::Skip) {
+        skipHere();
+        return;
+    }
+    if (wanted == Destination::Body || m_groups.depth() < 2) {
+        return; // text goes where the group around it sends it
+    }
+    if (wanted == Destination::NestedRow && !inBody()) {
+        skipHere();
+        return;
+    }
+    if (wanted == Destination::Pn) {
+        m_lists.beginItem();
+    } else if (wanted == Destination::ColourTable) {
+        m_colours.begin();
+    } else if (wanted == Destination::ListLevelText && !m_lists.hasLevel()) {
+        skipHere();
+        return;
+    }
+    m_state.destination = wanted;
+}
+
+void Parser::keepHere(const Token& token, int) {
+    if (!m_state.fresh || m_groups.depth() < 2 || !inBody()) {
+        skipHere();
+        return;
+    }
+    if (m_builder.isEmpty() && m_groups.depth() == 2) {
+        keepInHeader(token, 0);
+        return;
+    }
+    const QByteArray group = takeGroup();
+    addInline(InlineKind::Kept, group);
+}
+
+void Parser::keepInHeader(const Token&, int) {
+    if (!m_state.fresh || m_groups.depth() < 2 || !inBody()) {
+        skipHere();
+        return;
+    }
+    m_document.kept.push_back(takeGroup());
+}
+
+void Parser::picture(const Token&, int value) {
+    const bool second = value == kPlainerPicture && m_pictureEnd == m_document.text.size();
+    if (!m_state.fresh || m_groups.depth() < 2 || !inBody() || second) {
+        skipHere();
+        return;
+    }
+    const InlineKind kind =
+        value == static_cast<int>(InlineKind::Object) ? InlineKind::Object : InlineKind::Picture;
+    const QByteArray group = takeGroup();
+    addInline(kind, group);
+    m_pictureEnd = value == kBetterPicture ? m_document.text.size() : -1;
+}
+
+void Parser::field(const Token&, int) {
+    m_state.isField = m_state.fresh;
+    m_state.fieldStart = m_document.text.size();
+    m_state.fieldParagraph = m_document.paragraphs.size();
+}
+
+void Parser::instruction(const Token&, int) {
+    if (!m_state.fresh || m_groups.depth() < 3 || !inBody()) {
+        skipHere();
+        return;
+    }
+    const QByteArray group = takeGroup();
+    m_state.field = m_builder.field(fieldOf(group));
+    m_state.ownsField = m_state.isField && m_state.fieldStart == m_document.text.size();
 }
 
 } // namespace yrw::rtf

@@ -1,6 +1,6 @@
 #include "platform/rtf/Picture.h"
 
-#include "platform/rtf/Hex.h"
+#include "platform/rtf/ByteReader.h"
 #include "platform/rtf/Tokenizer.h"
 
 #include <QString>
@@ -41,6 +41,28 @@ void word(Reading& reading, const Token& token) {
         reading.scaleX = std::clamp(token.number, 1, 1000);
     } else if (token.text == "picscaley") {
         reading.scaleY = std::clamp(token.number, 1, 1000);
+    }
+}
+
+constexpr quint32 kPlaceable = 0x9AC6CDD7;
+constexpr qsizetype kPlaceableHeader = 22;
+constexpr qsizetype kHeader = 18;
+constexpr qsizetype kRecordHeader = 6;
+constexpr qsizetype kBitmapHeader = 40;
+
+/// Where a record's bitmap begins behind its own header, or 0 for a record without one.
+qsizetype bitmapOffset(quint16 function) {
+    switch (function) {
+    case 0x0F43: // StretchDIBits
+        return 22;
+    case 0x0D33: // SetDIBitsToDevice
+        return 18;
+    case 0x0B41: // DibStretchBlt
+        return 20;
+    case 0x0940: // DibBitBlt
+        return 16;
+    default:
+        return 0;
     }
 }
 
@@ -85,6 +107,25 @@ QByteArray pictureGroup(const Picture& picture) {
     return "{\\pict\\" + QByteArray(picture.kind == PictureKind::Jpeg ? "jpegblip" : "pngblip") +
            "\\picwgoal" + QByteArray::number(picture.width) + "\\pichgoal" +
            QByteArray::number(picture.height) + "\r\n" + hexLines(picture.data) + "}";
+}
+
+QByteArrayView bitmapInMetafile(QByteArrayView metafile) {
+    const bool placeable = ByteReader(metafile).u32() == kPlaceable;
+    ByteReader reader(metafile);
+    reader.take(kHeader + (placeable ? kPlaceableHeader : 0));
+    while (!reader.failed() && reader.left() >= kRecordHeader) {
+        const qint64 size = static_cast<qint64>(reader.u32()) * 2;
+        const quint16 function = reader.u16();
+        if (size < kRecordHeader) {
+            break;
+        }
+        const QByteArrayView parameters = reader.take(size - kRecordHeader);
+        const qsizetype offset = bitmapOffset(function);
+        if (offset > 0 && parameters.size() > offset + kBitmapHeader) {
+            return parameters.sliced(offset);
+        }
+    }
+    return {};
 }
 
 } // namespace yrw::rtf

@@ -21,4 +21,8 @@ struct Picture {
 /// The group of a PNG or JPEG picture shown at a size in twips.
 [[nodiscard]] QByteArray pictureGroup(const Picture& picture);
 
+/// The first device-independent bitmap (without a file header) that a Windows metafile paints;
+/// empty when it has none. Icons of embedded files are stored that way.
+[[nodiscard]] QByteArrayView bitmapInMetafile(QByteArrayView metafile);
+
 } // namespace yrw::rtf

@@ -23,4 +23,8 @@ namespace yrw::rtf {
 /// A document made of plain text; lines end in CR LF, CR or LF.
 [[nodiscard]] Document fromPlainText(QStringView text);
 
+/// The text that an object's group shows in the object's place, in a document of that code page;
+/// empty for one that shows a picture or nothing. Lines end in CR LF.
+[[nodiscard]] QString visibleText(QByteArrayView group, int codePage);
+
 } // namespace yrw::rtf

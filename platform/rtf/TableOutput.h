@@ -31,9 +31,7 @@ private:
         bool holdsTable = false;
     };
 
-    [[nodiscard]] const Row& row(int index) const {
-        return m_document.rows[static_cast<std::size_t>(index)];
-    }
+    [[nodiscard]] const Row& row(int index) const { return at(m_document.rows, index); }
     void definition(const Row& row);
     void endCell();
     bool fillCells(int cells);

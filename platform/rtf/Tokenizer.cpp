@@ -201,4 +201,35 @@ QByteArray keepGroup(QByteArrayView input, qsizetype begin, qsizetype end, bool 
     return kept;
 }
 
+QByteArray bytesOfHex(QByteArrayView digits) {
+    QByteArray bytes;
+    bytes.reserve(digits.size() / 2);
+    int high = -1;
+    for (const char c : digits) {
+        const int digit = hexDigit(c);
+        if (digit < 0) {
+            continue;
+        }
+        if (high < 0) {
+            high = digit;
+        } else {
+            bytes += static_cast<char>(high * 16 + digit);
+            high = -1;
+        }
+    }
+    return bytes;
+}
+
+QByteArray hexLines(const QByteArray& bytes) {
+    constexpr qsizetype kLine = 78;
+    const QByteArray digits = bytes.toHex();
+    QByteArray lines;
+    lines.reserve(digits.size() + digits.size() / kLine * 2 + 2);
+    for (qsizetype i = 0; i < digits.size(); i += kLine) {
+        lines += QByteArrayView(digits).sliced(i, std::min(kLine, digits.size() - i));
+        lines += "\r\n";
+    }
+    return lines;
+}
+
 } // namespace yrw::rtf

@@ -29,9 +29,9 @@ enum ParWord {
     kRightToLeft,
     kLeftToRight,
     kInTable,
+    kTabStop,
     kTableLevel
 };
-enum DocumentWord { kSkipCount, kAnsiCodePage, kDefaultFont, kMac, kPc, kPca };
 enum TableWord {
     kRowStart,
     kCellEdge,

@@ -1,6 +1,5 @@
 #include "platform/rtf/Writer.h"
 
-#include "platform/rtf/ListNumber.h"
 #include "platform/rtf/Output.h"
 #include "platform/rtf/TableOutput.h"
 
@@ -16,11 +15,6 @@ namespace yrw::rtf {
 namespace {
 
 constexpr int kSymbolCharset = 2;
-
-template <typename T>
-const T& at(const std::vector<T>& values, int index) {
-    return values[static_cast<std::size_t>(index)];
-}
 
 /// One pass over a document.
 class Writer {
@@ -223,7 +217,7 @@ void Writer::paragraphFormat(const ParFormat& format, int level) {
         m_out.word("tx", tab);
     }
     if (format.alignment != Alignment::Left) {
-        m_out.word(kAlignments[static_cast<std::size_t>(format.alignment)]);
+        m_out.word(at(kAlignments, static_cast<int>(format.alignment)));
     }
     m_pars = format;
     m_level = level;
@@ -264,7 +258,7 @@ void Writer::listDefinition(const ParFormat& format) {
     m_out.word("pnlvlbody");
     m_out.word("pnindent", 0);
     m_out.word("pnstart", format.listStart);
-    m_out.word(kKinds[static_cast<std::size_t>(format.list)]);
+    m_out.word(at(kKinds, static_cast<int>(format.list)));
     const auto part = [this](const char* name, const QString& text) {
         if (!text.isEmpty()) {
             m_out.raw("{");

@@ -1,8 +1,7 @@
 #include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/FileName.h"
-#include "platform/rtf/Metafile.h"
 #include "platform/rtf/Picture.h"
-#include "platform/rtf/VisibleText.h"
+#include "platform/rtf/Reader.h"
 
 #include <cstddef>
 #include <cstdint>

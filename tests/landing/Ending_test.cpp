@@ -8,7 +8,7 @@
 #include "host/desk/ProgramServices.h"
 #include "host/desk/SessionEnd.h"
 #include "platform/files/FileSystem.h"
-#include "platform/richtext/PrivateCopies.h"
+#include "platform/richtext/LocalFiles.h"
 #include "platform/richtext/RichTextBox.h"
 #include "store/NotesDatabase.h"
 #include "tests/support/NotesFixture.h"
@@ -109,8 +109,9 @@ private:
                                       QGenericArgument("QSessionManager&", &manager));
             ready();
         } else if (m_state == "attachment") {
-            editor.insertFile(QStringLiteral(YRW_SOURCE_DIR "/README.md"), ObjectDisplay::Icon);
-            const QString copy = editor.objectCopy(0);
+            editor.objects().insertFile(QStringLiteral(YRW_SOURCE_DIR "/README.md"),
+                                        ObjectDisplay::Icon);
+            const QString copy = editor.objects().copy(0);
             QTest::qWait(2500); // the draft is written
             ready(copy);
         } else if (m_state == "conflict") {

@@ -14,7 +14,7 @@ public:
     using DrivenWindow::click;
     using DrivenWindow::editor;
     using DrivenWindow::script;
-    void attach() const { editor().insertFile(write("a.txt", "a"), ObjectDisplay::Icon); }
+    void attach() const { editor().objects().insertFile(write("a.txt", "a"), ObjectDisplay::Icon); }
 };
 
 /// What a tool does to a window whose first note has the marked word "wrod", not saved yet.
@@ -36,10 +36,11 @@ const CommandRow kCommands[] = {
     {20045, "tooBold", "Ctrl+B", false, "bold; tooBold on"},
     {20046, "tooItalic", "Ctrl+I", false, "italic; tooItalic on"},
     {20047, "tooUnderline", "Ctrl+U", false, "underlined; tooUnderline on"},
-    {20048, "tooOutdent", "", false, "indent 40", [](Commands& c) { c.editor().setSelIndent(60); }},
+    {20048, "tooOutdent", "", false, "indent 40",
+     [](Commands& c) { c.editor().selection().setIndent(60); }},
     {20049, "tooIndent", "", false, "indent 20"},
     {20050, "tooLeft", "", false, "aligned 0; tooLeft on; tooRight off",
-     [](Commands& c) { c.editor().setSelAlignment(TextAlignment::Right); }},
+     [](Commands& c) { c.editor().selection().setAlignment(TextAlignment::Right); }},
     {20051, "tooCenter", "", false, "aligned 2; tooLeft off; tooCenter on"},
     {20052, "tooRight", "", false, "aligned 1; tooLeft off; tooRight on"},
     {20054, "tooBullets", "", false, "bullets; tooBullets on"},

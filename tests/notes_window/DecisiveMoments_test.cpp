@@ -148,7 +148,7 @@ public: // for the table of acts
             clickIn(dialog, "cmdForm(0)");
         });
         click("tooInsertIcon");
-        EXPECT_EQ(editor().objectCount(), 1);
+        EXPECT_EQ(editor().objects().count(), 1);
         press(Qt::Key_S, Qt::ControlModifier);
     }
 

@@ -153,14 +153,14 @@ private:
         const auto add = [&all](const char* name, bool on) {
             all << (on ? QString(name) : QStringLiteral("not ") + name);
         };
-        add("bold", editor().SelBold().value_or(false));
-        add("italic", editor().SelItalic().value_or(false));
-        add("underlined", editor().SelUnderline().value_or(false));
-        add("bullets", editor().SelBullet().value_or(false));
-        all << QStringLiteral("aligned %1").arg(int(*editor().SelAlignment()))
-            << QStringLiteral("indent %1").arg(*editor().SelIndent())
-            << "font " + editor().SelFontName().value_or("?")
-            << QStringLiteral("colour %1").arg(editor().SelColor().value_or(-1));
+        add("bold", editor().selection().bold().value_or(false));
+        add("italic", editor().selection().italic().value_or(false));
+        add("underlined", editor().selection().underline().value_or(false));
+        add("bullets", editor().selection().bullet().value_or(false));
+        all << QStringLiteral("aligned %1").arg(int(*editor().selection().alignment()))
+            << QStringLiteral("indent %1").arg(*editor().selection().indent())
+            << "font " + editor().selection().fontName().value_or("?")
+            << QStringLiteral("colour %1").arg(editor().selection().colour().value_or(-1));
         return all;
     }
     QStringList stored() {

@@ -2,7 +2,7 @@
 #include "notes_window/NoteAttachments.h"
 #include "notes_window/frmInsertAttachment.h"
 #include "platform/rtf/EmbeddedObject.h"
-#include "tests/notes_window/Desktop.h"
+#include "tests/driving/Desktop.h"
 #include "tests/notes_window/WindowFixture.h"
 
 #include <QDir>
@@ -92,12 +92,12 @@ TEST_F(NoteAttachmentsTest, ToolsAndKeyAttachAFileThatSurvivesTheDatabase) {
             clickIn(dialog, "cmdForm(0)");
         });
         each.begin();
-        EXPECT_EQ(editor().objectCount(), ++count);
+        EXPECT_EQ(editor().objects().count(), ++count);
     }
     EXPECT_TRUE(tool("tooSave").isEnabled());
     restart();
-    ASSERT_EQ(editor().objectCount(), 3);
-    EXPECT_EQ(editor().objectFile(2)->data, "milk\nbread");
+    ASSERT_EQ(editor().objects().count(), 3);
+    EXPECT_EQ(editor().objects().file(2)->data, "milk\nbread");
     // Nothing but attachments is no text.
     EXPECT_TRUE(stored(idOf(note), "PlainNote").isNull());
     EXPECT_FALSE(stored(idOf(note), "RTFNote").isNull());
@@ -116,7 +116,7 @@ TEST_F(NoteAttachmentsTest, WhatCannotBeAttachedIsReportedAndLeavesTheText) {
         EXPECT_EQ(report.message, "Could Not Insert Object");
         EXPECT_EQ(report.title, "Yarrowen Error");
         EXPECT_EQ(report.source, "YRWNotes.frmMain.InsertFile");
-        EXPECT_EQ(editor().objectCount(), 0);
+        EXPECT_EQ(editor().objects().count(), 0);
         EXPECT_EQ(editor().Text(), "text");
     }
     EXPECT_TRUE(script.reports.last().description.contains("12 MB; at most 11 MB"));
@@ -136,8 +136,8 @@ TEST_F(NoteAttachmentsTest, DroppedFilesAreAttachedThroughTheSameQuestions) {
     script.answer(PromptAnswer::No);
     QCoreApplication::processEvents();
     EXPECT_EQ(script.asked.size(), 1);
-    ASSERT_EQ(editor().objectCount(), 1);
-    EXPECT_EQ(editor().objectName(0), "a.txt");
+    ASSERT_EQ(editor().objects().count(), 1);
+    EXPECT_EQ(editor().objects().name(0), "a.txt");
 }
 
 TEST_F(NoteAttachmentsTest, ALargeFileIsAskedAboutAndNoBringsTheDialogBack) {
@@ -149,11 +149,11 @@ TEST_F(NoteAttachmentsTest, ALargeFileIsAskedAboutAndNoBringsTheDialogBack) {
         dialog.findChild<QLineEdit*>("txtFile")->setText(large);
         clickIn(dialog, "cmdForm(0)");
         EXPECT_TRUE(dialog.isVisible());
-        EXPECT_EQ(editor().objectCount(), 0);
+        EXPECT_EQ(editor().objects().count(), 0);
         clickIn(dialog, "cmdForm(0)");
     });
     click("tooInsertIcon");
-    EXPECT_EQ(editor().objectCount(), 1);
+    EXPECT_EQ(editor().objects().count(), 1);
     EXPECT_TRUE(script.asked.last().contains("\"large.bin\" has 11 MB."));
 }
 
@@ -236,7 +236,7 @@ TEST_F(NoteAttachmentsTest, NeverOpensWhatADesktopWouldRun) {
         QFile::setPermissions(path, executable ? QFile::Permissions(0x7700) : QFile::ReadOwner);
         insertIn(path);
         click("tooInsertIcon");
-        ASSERT_EQ(editor().objectAt(placeOf(0)), 0) << executable;
+        ASSERT_EQ(editor().objects().at(placeOf(0)), 0) << executable;
         script.expectMessage();
         QTest::mouseDClick(editor().viewport(), Qt::LeftButton, {}, placeOf(0));
         EXPECT_TRUE(script.asked.last().contains("(shell script) is not opened"));
@@ -320,7 +320,7 @@ TEST_F(NoteAttachmentsTest, SavesWhatALinkLeadsToElseItsPicture) {
         SCOPED_TRACE(each.path.toStdString());
         QFile::remove(target);
         editor().setTextRTF(linkObject(each.path, each.package, each.picture));
-        ASSERT_EQ(editor().objectCount(), 1);
+        ASSERT_EQ(editor().objects().count(), 1);
         for (const PromptAnswer answer : each.answers) {
             script.answer(answer);
         }
@@ -389,7 +389,7 @@ TEST_F(NoteAttachmentsTest, AConflictBringsTheOthersAttachmentsAlong) {
     insertIn(file("mine.txt", "mine"));
     click("tooInsertIcon");
     RichTextBox theirs;
-    theirs.insertFile(file("theirs.txt", "theirs"), ObjectDisplay::Icon);
+    theirs.objects().insertFile(file("theirs.txt", "theirs"), ObjectDisplay::Icon);
     store.actAs(2);
     const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
     other->BeginMultipleFieldUpdate();
@@ -399,9 +399,9 @@ TEST_F(NoteAttachmentsTest, AConflictBringsTheOthersAttachmentsAlong) {
     store.actAs(1);
     script.press("Keep both, one after the other"); // keeps both
     press(Qt::Key_S, Qt::ControlModifier);
-    ASSERT_EQ(editor().objectCount(), 2);
-    EXPECT_EQ(editor().objectFile(0)->data, "mine");
-    EXPECT_EQ(editor().objectFile(1)->data, "theirs");
+    ASSERT_EQ(editor().objects().count(), 2);
+    EXPECT_EQ(editor().objects().file(0)->data, "mine");
+    EXPECT_EQ(editor().objects().file(1)->data, "theirs");
 }
 
 } // namespace yrw::test

@@ -1,5 +1,6 @@
 // The text: what is saved when, conflicts, drafts, formats and what is appended.
 #include "platform/rtf/Writer.h"
+#include "tests/driving/Select.h"
 #include "tests/notes_window/WindowFixture.h"
 #include "tests/support/FullDisk.h"
 
@@ -41,10 +42,10 @@ TEST_F(NoteEditor, BoldTextComesBackFromTheDatabase) {
     store.manualClock().advance(30);
     restart();
     EXPECT_EQ(editor().Text(), "Call today");
-    editor().setSelStart(1);
-    EXPECT_EQ(editor().SelBold(), false);
-    editor().setSelStart(7);
-    EXPECT_EQ(editor().SelBold(), true);
+    select(editor(), 1);
+    EXPECT_EQ(editor().selection().bold(), false);
+    select(editor(), 7);
+    EXPECT_EQ(editor().selection().bold(), true);
     EXPECT_TRUE(tool("tooBold").isChecked());
     EXPECT_EQ(text(note), "Call today");
     EXPECT_EQ(stored(idOf(note), "ChangeDate").toDateTime(), store.clock().now());
@@ -121,10 +122,11 @@ TEST_F(NoteEditor, AppendsDatesTimesAndStamps) {
         editor().setText(each.before);
         press(each.key, Qt::ControlModifier | Qt::ShiftModifier);
         EXPECT_EQ(editor().Text(), each.after);
-        EXPECT_EQ(editor().SelBold(), false);
-        EXPECT_EQ(editor().SelStart(), editor().document()->toPlainText().size());
-        editor().setSelStart(editor().SelStart() - 4);
-        EXPECT_EQ(editor().SelBold(), each.bold);
+        EXPECT_EQ(editor().selection().bold(), false);
+        EXPECT_EQ(editor().textCursor().selectionStart(),
+                  editor().document()->toPlainText().size());
+        select(editor(), editor().textCursor().selectionStart() - 4);
+        EXPECT_EQ(editor().selection().bold(), each.bold);
     }
 }
 
@@ -174,8 +176,8 @@ TEST_F(NoteEditor, WhatIsAppendedComesBeforeTheEndingOfTheRichText) {
 
 TEST_F(NoteEditor, DefaultFont) {
     open(customer);
-    EXPECT_EQ(editor().SelFontName(), "Comic Sans MS");
-    EXPECT_EQ(editor().SelFontSize(), 10);
+    EXPECT_EQ(editor().selection().fontName(), "Comic Sans MS");
+    EXPECT_EQ(editor().selection().fontSize(), 10);
     script.chooseFont(
         std::optional(FontChoice{"DejaVu Serif", 14, true, false, false, false, 0xff0000, {}}));
     click("tooDefaultFont");
@@ -183,10 +185,10 @@ TEST_F(NoteEditor, DefaultFont) {
     EXPECT_EQ(storedText(addIn->settings(), "DefaultFontBold"), "True");
     open(customer);
     type("x");
-    EXPECT_EQ(editor().SelFontName(), "DejaVu Serif");
-    EXPECT_EQ(editor().SelFontSize(), 14);
-    EXPECT_EQ(editor().SelBold(), true);
-    EXPECT_EQ(editor().SelColor(), 0xff0000);
+    EXPECT_EQ(editor().selection().fontName(), "DejaVu Serif");
+    EXPECT_EQ(editor().selection().fontSize(), 14);
+    EXPECT_EQ(editor().selection().bold(), true);
+    EXPECT_EQ(editor().selection().colour(), 0xff0000);
 }
 
 TEST_F(NoteEditor, FontDialogLeavesMixedPartsThatNobodyChose) {
@@ -207,9 +209,9 @@ TEST_F(NoteEditor, FontDialogLeavesMixedPartsThatNobodyChose) {
     choice.colour = 0x00FF00;
     script.chooseFont(std::optional(choice));
     click("tooChooseFont");
-    EXPECT_EQ(editor().SelColor(), 0x00FF00);
-    EXPECT_FALSE(editor().SelBold().has_value());
-    EXPECT_FALSE(editor().SelFontName().has_value());
+    EXPECT_EQ(editor().selection().colour(), 0x00FF00);
+    EXPECT_FALSE(editor().selection().bold().has_value());
+    EXPECT_FALSE(editor().selection().fontName().has_value());
     editor().undo();
     EXPECT_EQ(editor().TextRTF(), before);
 }

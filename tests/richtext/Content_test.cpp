@@ -2,6 +2,8 @@
 
 #include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/Reader.h"
+#include "tests/driving/Select.h"
+#include "tests/rtf/Bodies.h"
 
 #include <gtest/gtest.h>
 
@@ -10,41 +12,14 @@
 #include <QTest>
 #include <QTextDocument>
 #include <QTextFrame>
+#include <QTextTable>
 
 namespace yrw {
 namespace {
 
-/// Bodies that the editor must show and give back without losing anything.
-const char* const kBodies[] = {
-    "a{\\*\\bkmkstart m}b{\\footnote note \\'e9}c{\\pict\\wmetafile8 0102}d\\page e{\\v x}\\par",
-    "{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 01}{\\result r}}",
-    "{\\field{\\*\\fldinst{HYPERLINK \"http://a.example/\"}}{\\fldrslt\\ul link}} after\\par",
-    "x{\\field{\\*\\fldinst DATE}{\\fldrslt 1 May}}y\\par",
-    "\\pard{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart1{\\pntxta )}}\\fi-360\\li720 a\\par b\\par\\pard c",
-    "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 "
-    "a\\par\\pard\\fi-100\\li500\\sb20\\tx90 b",
-    "a\\super b\\nosupersub\\sub c\\nosupersub\\highlight1 d\\highlight0\\strike e",
-    "t\\par\\trowd\\trgaph70\\clbrdrt\\brdrs\\cellx1005\\cellx3000\\pard\\intbl a\\cell b\\par "
-    "c\\cell\\row\\intbl\\b d\\b0\\cell\\cell\\row\\pard\\par after\\par",
-    "\\trowd\\cellx1005\\pard\\intbl first\\cell\\row\\pard\\par\\trowd\\cellx2010\\pard\\intbl "
-    "z\\cell\\row\\pard x",
-    "\\trowd\\cellx1000\\cellx3000\\pard\\intbl a\\cell b\\cell\\row\\trowd\\trgaph50\\cellx1500"
-    "\\cellx2500\\cellx4000\\intbl c\\cell d\\cell e\\cell\\row\\pard x", // rows differ
-    "\\trowd\\cellx5000\\cellx9000\\pard\\intbl a\\par\\pard\\intbl\\itap2 b\\nestcell c\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\trgaph60\\clbrdrt\\brdrs\\cellx1005\\cellx2010\\nestrow}"
-    "d\\nestcell\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\cellx1005\\cellx2010\\nestrow}\\pard\\intbl\\par "
-    "e\\par\\par\\itap2 f\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\cellx1005\\nestrow}\\pard\\intbl\\cell\\itap3 g\\nestcell"
-    "{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}\\itap2\\nestcell{\\*"
-    "\\nesttableprops\\trowd\\cellx1005"
-    "\\nestrow}\\pard\\intbl h\\cell\\row\\pard after",
-    "\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart5{\\pntxta .}}\\fi-360\\li720 five\\par\\qc "
-    "six\\par\\pard x",
-    "one\\par\\par\\par two\\line three\\tab x\\par\\par",
-};
+using test::select;
 
-QString around(const char* body) {
+QString around(const QByteArray& body) {
     return QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Arial;}}"
                           "{\\colortbl ;\\red255\\green255\\blue0;}{\\*\\themedata 00}{\\info{"
                           "\\author A}}\\uc1\\pard\\fs20 ") +
@@ -52,9 +27,9 @@ QString around(const char* body) {
 }
 
 TEST(Content, GoesThroughTheEditorWithoutLoss) {
-    for (const char* body : kBodies) {
+    for (const char* body : rtf::kBodies) {
         RichTextBox box;
-        const QString stored = around(body);
+        const QString stored = QString::fromLatin1(rtf::kHead + body + "}");
         box.setTextRTF(stored);
         const QString written = box.TextRTF();
         const rtf::Document before = rtf::read(QStringView(stored));
@@ -91,20 +66,20 @@ TEST(Content, AutomaticTextIsReadOnAnyGround) {
     }
     EXPECT_TRUE(letters); // black on yellow
     EXPECT_TRUE(number);  // white on grey
-    box.setSelStart(2);
-    EXPECT_EQ(box.SelColor(), 0);
+    select(box, 2);
+    EXPECT_EQ(box.selection().colour(), 0);
     box.selectAll();
-    box.setSelColor(0x0000FF);
-    EXPECT_EQ(box.SelColor(), 0x0000FF);
+    box.selection().setColour(0x0000FF);
+    EXPECT_EQ(box.selection().colour(), 0x0000FF);
 }
 
 TEST(Content, TablesWithNothingBetweenStayTwo) {
     const QString table = around("\\trowd\\cellx2000\\pard\\intbl a\\cell\\row\\pard x");
     RichTextBox box;
     box.setTextRTF(table);
-    box.setSelStart(box.document()->characterCount() - 1);
-    box.setSelRTF(table);
-    box.setSelStart(static_cast<int>(box.document()->toPlainText().indexOf(u'x')));
+    select(box, box.document()->characterCount() - 1);
+    box.transfer().insertRtf(table);
+    select(box, static_cast<int>(box.document()->toPlainText().indexOf(u'x')));
     QTest::keyClick(&box, Qt::Key_Delete); // what stood between them
     EXPECT_EQ(box.document()->rootFrame()->childFrames().size(), 2);
     box.setTextRTF(box.TextRTF());
@@ -112,13 +87,40 @@ TEST(Content, TablesWithNothingBetweenStayTwo) {
     EXPECT_EQ(box.Text(), "a\r\n\r\na\r\nx");
 }
 
+TEST(Content, TextTypedIntoACellThatARowLacksIsKept) {
+    RichTextBox box;
+    box.setTextRTF(
+        around("\\trowd\\cellx900\\intbl a\\cell\\row\\trowd\\cellx900\\cellx1800\\intbl "
+               "b\\cell c\\cell\\row\\pard x"));
+    auto& table = dynamic_cast<QTextTable&>(*box.document()->rootFrame()->childFrames().front());
+    box.setTextCursor(table.cellAt(0, 1).firstCursorPosition());
+    QTest::keyClicks(&box, "typed");
+    box.setTextRTF(box.TextRTF());
+    EXPECT_EQ(box.Text(), "a\ttyped\r\nb\tc\r\nx");
+}
+
+TEST(Content, ALongListIsNumberedOnBehindThePlaceWhereItIsCut) {
+    const auto shownAtEnd = [](int first, int items) {
+        RichTextBox box;
+        box.resize(300, 200);
+        box.setTextRTF(around("{\\*\\pn\\pnlvlbody\\pndec\\pnstart" + QByteArray::number(first) +
+                              "{\\pntxta.}}\\fi-600\\li720 " +
+                              QByteArray("i\\par ").repeated(items - 1) + "i"));
+        box.moveCursor(QTextCursor::End);
+        const int line = box.cursorRect().top();
+        return box.viewport()->grab(QRect(0, line, 60, 15)).toImage();
+    };
+    EXPECT_EQ(shownAtEnd(3, 450), shownAtEnd(452, 1));
+    EXPECT_NE(shownAtEnd(3, 450), shownAtEnd(252, 1));
+}
+
 TEST(Content, ATablePastedIntoACellStaysATable) {
     RichTextBox box;
     const QString table = around("\\trowd\\cellx2000\\pard\\intbl a\\cell\\row\\pard x");
     box.setTextRTF(table);
     for (int i = 0; i < 12; ++i) { // more than can lie in each other
-        box.setSelStart(std::min(i + 1, rtf::kMostNested));
-        box.setSelRTF(table);
+        select(box, std::min(i + 1, rtf::kMostNested));
+        box.transfer().insertRtf(table);
     }
     const QString written = box.TextRTF();
     EXPECT_TRUE(written.contains("\\itap8"));
@@ -133,9 +135,9 @@ TEST(Content, AnObjectAloneIsNoTextButContent) {
     box.setTextRTF(around("{\\object\\objemb{\\*\\objclass Odd}{\\*\\objdata 01}}"));
     EXPECT_EQ(box.Text(), "");
     EXPECT_FALSE(box.isEmpty());
-    EXPECT_EQ(box.objectCount(), 1);
-    EXPECT_EQ(box.objectName(0), "Odd");
-    EXPECT_FALSE(box.objectFile(0));
+    EXPECT_EQ(box.objects().count(), 1);
+    EXPECT_EQ(box.objects().name(0), "Odd");
+    EXPECT_FALSE(box.objects().file(0));
 }
 
 TEST(Content, ATruncatedNoteIsReportedAndItsTextShown) {
@@ -226,7 +228,7 @@ TEST(Content, ADarkColourIsPaintedLighterOnADarkGroundAndKept) {
     EXPECT_FALSE(shows(qRgb(0, 0, 255)));
     EXPECT_EQ(box.extraSelections().size(), 1); // what has a ground of its own stays as it is
     EXPECT_EQ(box.TextRTF(), written);
-    EXPECT_EQ(box.SelColor(), 0xff0000);
+    EXPECT_EQ(box.selection().colour(), 0xff0000);
     EXPECT_FALSE(box.document()->isModified());
     box.setPalette(QPalette(Qt::lightGray));
     EXPECT_TRUE(shows(qRgb(0, 0, 255)));

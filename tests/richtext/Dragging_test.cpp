@@ -1,6 +1,7 @@
 // Files dragged between the editor and another program, by a mouse on a real display.
 #include "platform/richtext/RichTextBox.h"
 #include "platform/rtf/EmbeddedObject.h"
+#include "tests/driving/Select.h"
 #include "tests/richtext/DragPeer.h"
 
 #include <gtest/gtest.h>
@@ -105,11 +106,11 @@ protected:
 };
 
 TEST_F(OnDisplay, AnAttachmentDraggedOutArrivesWithItsBytes) {
-    m_box.insertFile(file("list.dat", m_content), ObjectDisplay::Icon);
+    m_box.objects().insertFile(file("list.dat", m_content), ObjectDisplay::Icon);
     const QString before = m_box.TextRTF();
-    m_box.setSelStart(0);
+    select(m_box, 0);
     const QPoint inside = m_box.cursorRect().topLeft() + QPoint(30, 30);
-    ASSERT_EQ(m_box.objectAt(inside), 0);
+    ASSERT_EQ(m_box.objects().at(inside), 0);
     drag(m_box.viewport()->mapToGlobal(inside), kPeer.center());
     EXPECT_EQ(nextLine(), "list.dat " + m_content.toHex());
     EXPECT_EQ(m_box.TextRTF(), before); // they get a copy
@@ -117,9 +118,9 @@ TEST_F(OnDisplay, AnAttachmentDraggedOutArrivesWithItsBytes) {
 
 TEST_F(OnDisplay, AFileDraggedInIsAttached) {
     drag(kPeer.center(), m_box.viewport()->mapToGlobal(QPoint(50, 50)));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return m_box.objectCount() == 1; }));
-    EXPECT_EQ(m_box.objectFile(0)->label, "given.dat");
-    EXPECT_EQ(m_box.objectFile(0)->data, m_content);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return m_box.objects().count() == 1; }));
+    EXPECT_EQ(m_box.objects().file(0)->label, "given.dat");
+    EXPECT_EQ(m_box.objects().file(0)->data, m_content);
 }
 
 } // namespace

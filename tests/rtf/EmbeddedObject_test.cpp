@@ -1,6 +1,5 @@
 #include "platform/rtf/EmbeddedObject.h"
 #include "platform/rtf/FileName.h"
-#include "platform/rtf/Metafile.h"
 #include "platform/rtf/Picture.h"
 
 #include <gtest/gtest.h>

@@ -1,14 +1,16 @@
+#include "platform/richtext/TextTransfer.h"
+
 #include "platform/component/AutomationError.h"
 #include "platform/richtext/DetachedDocument.h"
 #include "platform/richtext/DocumentLoader.h"
 #include "platform/richtext/DocumentScanner.h"
+#include "platform/richtext/EmbeddedObjects.h"
 #include "platform/richtext/Formats.h"
-#include "platform/richtext/InlineRenderer.h"
-#include "platform/richtext/LocalFile.h"
+#include "platform/richtext/LocalFiles.h"
 #include "platform/richtext/Pictures.h"
-#include "platform/richtext/RichTextBox.h"
+#include "platform/richtext/SelectionFormat.h"
 #include "platform/richtext/TableLimits.h"
-
+#include "platform/richtext/TextMarks.h"
 #include "platform/rtf/Reader.h"
 #include "platform/rtf/ShallowHtml.h"
 #include "platform/rtf/Writer.h"
@@ -17,17 +19,16 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
-#include <QScopedValueRollback>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
+#include <QTextEdit>
 #include <QTextTable>
+#include <QUrl>
 
 #include <algorithm>
 #include <utility>
 
-// What is copied, pasted and dropped.
-
-namespace yrw {
+namespace yrw::richtext {
 
 namespace {
 
@@ -103,20 +104,28 @@ double heightKept(const QTextCursor& cursor, int width) {
     const double selected = cursor.selectionEnd() - cursor.selectionStart();
     const double kept = 1 - selected / std::max(1, text.characterCount() - 1);
     return text.documentLayout()->documentSize().height() * kept *
-           std::max(1.0, width / richtext::kShownWidth);
+           std::max(1.0, width / kShownWidth);
 }
 
 } // namespace
 
-void RichTextBox::setPasteKeepsLook(bool keep) {
-    m_pasteKeepsLook = keep;
+TextTransfer::TextTransfer(QTextEdit& editor, TextParts& parts, EmbeddedObjects& objects,
+                           const SelectionFormat& selection, TextMarks& marks)
+    : m_editor(editor), m_parts(parts), m_objects(objects), m_selection(selection), m_marks(marks) {
+    m_takeFile = [this](const QString& path) {
+        try {
+            m_objects.insertFile(path, ObjectDisplay::Icon);
+        } catch (const AutomationError& error) {
+            refuse(error.description());
+        }
+    };
 }
 
-QMimeData* RichTextBox::createMimeDataFromSelection() const {
-    const QTextCursor cursor = textCursor();
+QMimeData* TextTransfer::copied() const {
+    const QTextCursor cursor = m_editor.textCursor();
     const rtf::Document model =
-        richtext::DocumentScanner(m_header, m_inlines, QTextCursor(), logicalDpiX())
-            .scan(*document(), cursor.selectionStart(), cursor.selectionEnd());
+        DocumentScanner(m_parts.header, m_parts.inlines, QTextCursor(), m_editor.logicalDpiX())
+            .scan(*m_editor.document(), cursor.selectionStart(), cursor.selectionEnd());
     auto* const mime = new QMimeData; // owned by the clipboard or the drag that asks for it
     const QByteArray rtf = rtf::write(model);
     mime->setData(kOwnType, rtf);
@@ -130,54 +139,57 @@ QMimeData* RichTextBox::createMimeDataFromSelection() const {
     return mime;
 }
 
-bool RichTextBox::canInsertFromMimeData(const QMimeData* source) const {
-    return source->hasText() || source->hasHtml() || source->hasImage() || source->hasUrls() ||
-           !rtfTypeOf(*source).isEmpty();
+bool TextTransfer::accepts(const QMimeData* content) {
+    return content != nullptr && (content->hasText() || content->hasHtml() || content->hasImage() ||
+                                  content->hasUrls() || !rtfTypeOf(*content).isEmpty());
 }
 
-void RichTextBox::insertFromMimeData(const QMimeData* source) {
-    if (isReadOnly()) {
+void TextTransfer::paste(const QMimeData& source) {
+    if (m_editor.isReadOnly()) {
         return;
     }
-    const bool isOwn = source->hasFormat(kOwnType);
-    if (!isOwn && areLocalFiles(source->urls())) {
-        insertFiles(source->urls());
+    const bool isOwn = source.hasFormat(kOwnType);
+    if (!isOwn && areLocalFiles(source.urls())) {
+        insertFiles(source.urls());
         return;
     }
-    const QString rtf = isOwn ? kOwnType : rtfTypeOf(*source);
+    const QString rtf = isOwn ? kOwnType : rtfTypeOf(source);
     if (!rtf.isEmpty()) {
-        const QByteArray bytes = source->data(rtf);
+        const QByteArray bytes = source.data(rtf);
         if (mayInsert(bytes.size())) {
-            insertModel(rtf::read(QByteArrayView(bytes)), isOwn || m_pasteKeepsLook);
+            insert(rtf::read(QByteArrayView(bytes)), isOwn || m_keepsLook);
         }
-    } else if (source->hasImage() && source->text().trimmed().isEmpty()) {
-        insertPicture(source->imageData().value<QImage>());
-    } else if (source->hasHtml()) {
-        insertForeignHtml(source->html());
-    } else if (source->hasText()) {
-        insertText(source->text());
+    } else if (source.hasImage() && source.text().trimmed().isEmpty()) {
+        m_objects.insertPicture(source.imageData().value<QImage>());
+    } else if (source.hasHtml()) {
+        insertHtml(source.html());
+    } else if (source.hasText()) {
+        insertText(source.text());
     }
-    ensureCursorVisible();
+    m_editor.ensureCursorVisible();
+}
+
+QString TextTransfer::fontName() const {
+    return m_selection.fontName().value_or(m_parts.font.name);
 }
 
 /// Tells the user, and gives false, where more was copied than a note can hold.
-bool RichTextBox::mayInsert(qint64 bytes) {
-    if (bytes <= m_largestFile) {
+bool TextTransfer::mayInsert(qint64 bytes) {
+    if (bytes <= m_objects.largestFile()) {
         return true;
     }
-    tellNotInserted(QStringLiteral("What was copied has %1; at most %2 can be pasted.")
-                        .arg(richtext::sizeText(bytes), richtext::sizeText(m_largestFile)));
+    refuse(QStringLiteral("What was copied has %1; at most %2 can be pasted.")
+               .arg(sizeText(bytes), sizeText(m_objects.largestFile())));
     return false;
 }
 
-void RichTextBox::tellNotInserted(const QString& reason) {
+void TextTransfer::refuse(const QString& reason) {
     if (m_prompt != nullptr) {
         m_prompt->message(reason, QStringLiteral("Paste"), PromptIcon::Exclamation);
     }
-    Q_EMIT insertionFailed(reason);
 }
 
-void RichTextBox::insertForeignHtml(const QString& html) {
+void TextTransfer::insertHtml(const QString& html) {
     if (!mayInsert(html.size())) {
         return;
     }
@@ -192,77 +204,67 @@ void RichTextBox::insertForeignHtml(const QString& html) {
     const std::vector<rtf::Inline> none;
     rtf::Document header;
     header.colours.push_back(rtf::kAutomatic);
-    richtext::DocumentScanner scanner(header, none, QTextCursor(), 96);
-    insertModel(scanner.scan(pasted), m_pasteKeepsLook);
+    DocumentScanner scanner(header, none, QTextCursor(), 96);
+    insert(scanner.scan(pasted), m_keepsLook);
 }
 
 /// Text in the formats of the insertion point.
-void RichTextBox::insertText(const QString& text) {
+void TextTransfer::insertText(const QString& text) {
     constexpr qsizetype kLargeText = 20000;
     if (text.size() <= kLargeText) {
-        insertPlainText(text);
+        m_editor.insertPlainText(text);
     } else if (mayInsert(text.size())) {
         rtf::Document model = rtf::fromPlainText(text);
-        const QTextCharFormat here = textCursor().charFormat();
-        model.fonts.front().name = SelFontName().value_or(m_default.name);
+        const QTextCharFormat here = m_editor.textCursor().charFormat();
+        model.fonts.front().name = fontName();
         for (rtf::CharFormat& format : model.charFormats) {
             const int font = format.font;
-            format = richtext::fromScreen(here);
+            format = fromScreen(here);
             format.font = font;
         }
-        insertModel(std::move(model), true);
+        insert(std::move(model), true);
     }
 }
 
-void RichTextBox::setSelRTF(const QString& rtf) {
-    insertModel(rtf::isRtf(rtf) ? rtf::read(QStringView(rtf)) : rtf::fromPlainText(rtf), true);
+void TextTransfer::insertRtf(const QString& rtf) {
+    insert(rtf::isRtf(rtf) ? rtf::read(QStringView(rtf)) : rtf::fromPlainText(rtf), true);
 }
 
-void RichTextBox::insertModel(rtf::Document model, bool keepLook) {
+void TextTransfer::insert(rtf::Document model, bool keepLook) {
     if (!keepLook) {
-        takeLook(model, richtext::fromScreen(textCursor().charFormat()),
-                 SelFontName().value_or(m_default.name));
+        takeLook(model, fromScreen(m_editor.textCursor().charFormat()), fontName());
     }
-    richtext::flattenTables(model, tablesAround(textCursor()));
-    const double height = heightKept(textCursor(), viewport()->width());
-    if (!isLarge(model)) {
-        QTextCursor cursor = textCursor();
-        const Insertion done = insertAt(cursor, model, height, {});
-        setTextCursor(cursor);
-        tellWhatIsMissing(done);
-        return;
-    }
+    flattenTables(model, tablesAround(m_editor.textCursor()));
+    const double height = heightKept(m_editor.textCursor(), m_editor.viewport()->width());
     Insertion done = Insertion::Whole;
-    {
-        richtext::DetachedDocument detached(*this, m_renderer.get());
-        m_marks.clear();
-        m_readable.clear();
-        done = insertAt(detached.cursor(), model, height,
-                        m_watchPaste && !m_isDropping ? m_watchPaste() : LoadStep());
+    if (!isLarge(model)) {
+        QTextCursor cursor = m_editor.textCursor();
+        done = insertAt(cursor, model, height, {});
+        m_editor.setTextCursor(cursor);
+    } else {
+        {
+            DetachedDocument detached(m_editor, &m_parts.renderer);
+            m_marks.clear();
+            done = insertAt(detached.cursor(), model, height,
+                            m_watch && !m_isDropping ? m_watch() : LoadStep());
+        }
+        if (done == Insertion::Whole) {
+            Q_EMIT inserted();
+        }
     }
-    if (done == Insertion::Whole) {
-        Q_EMIT contentChanged();
-        Q_EMIT selectionStateChanged();
-    }
-    tellWhatIsMissing(done);
-}
-
-void RichTextBox::tellWhatIsMissing(Insertion done) {
     if (done == Insertion::TooLarge) {
-        tellNotInserted(
-            QStringLiteral("The note would have more parts, or be higher, than can be shown; "
-                           "nothing of what was copied was pasted."));
+        refuse(QStringLiteral("The note would have more parts, or be higher, than can be shown; "
+                              "nothing of what was copied was pasted."));
     }
 }
 
-RichTextBox::Insertion RichTextBox::insertAt(QTextCursor& cursor, const rtf::Document& model,
-                                             double heightBefore, const LoadStep& goesOn) {
+TextTransfer::Insertion TextTransfer::insertAt(QTextCursor& cursor, const rtf::Document& model,
+                                               double heightBefore, const LoadStep& goesOn) {
     QTextDocument& text = *cursor.document();
     const int steps = text.availableUndoSteps();
     cursor.beginEditBlock();
     cursor.removeSelectedText();
-    richtext::DocumentLoader loader(model, m_inlines, logicalDpiX(), goesOn);
-    loader.setMostMemory(memoryFor(model));
+    DocumentLoader loader(model, m_parts.inlines, m_editor.logicalDpiX(), goesOn);
     loader.setHeightBefore(heightBefore);
     const bool whole = loader.insert(cursor);
     cursor.endEditBlock();
@@ -272,45 +274,33 @@ RichTextBox::Insertion RichTextBox::insertAt(QTextCursor& cursor, const rtf::Doc
     return whole ? Insertion::Whole : loader.isFull() ? Insertion::TooLarge : Insertion::Stopped;
 }
 
-/// The program that the drop comes from waits until it is over: no events are handled meanwhile.
-void RichTextBox::dropEvent(QDropEvent* event) {
-    const QScopedValueRollback<bool> dropping(m_isDropping, true);
-    QTextEdit::dropEvent(event);
-}
-
-void RichTextBox::setPasteWatch(std::function<LoadStep()> watch) {
-    m_watchPaste = std::move(watch);
-}
-
-void RichTextBox::insertFiles(const QList<QUrl>& urls) {
+void TextTransfer::insertFiles(const QList<QUrl>& urls) {
     // Whoever drags waits until the drop is done: nothing may be asked before.
     for (const QUrl& url : urls) {
         QMetaObject::invokeMethod(
-            this, [this, path = url.toLocalFile()] { insertDroppedFile(path); },
-            Qt::QueuedConnection);
+            this, [this, path = url.toLocalFile()] { insertFile(path); }, Qt::QueuedConnection);
     }
 }
 
-void RichTextBox::insertDroppedFile(const QString& path) {
+void TextTransfer::insertFile(const QString& path) {
     QImage picture;
     try {
-        picture = richtext::decodeImage(richtext::contentOfFile(path, m_largestFile),
-                                        richtext::kMostStoredDots);
+        picture = decodeImage(contentOfFile(path, m_objects.largestFile()), kMostStoredDots);
     } catch (const AutomationError&) {
         picture = {}; // the handler says why it cannot be taken
     }
     if (picture.isNull()) {
         m_takeFile(path);
     } else {
-        insertPicture(picture);
+        m_objects.insertPicture(picture);
     }
 }
 
-void RichTextBox::pastePlain() {
+void TextTransfer::pastePlain() {
     const QString text = QApplication::clipboard()->text();
-    if (!text.isEmpty() && !isReadOnly()) {
+    if (!text.isEmpty() && !m_editor.isReadOnly()) {
         insertText(text);
     }
 }
 
-} // namespace yrw
+} // namespace yrw::richtext

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/prompt/Prompt.h"
+#include "platform/richtext/InlineRenderer.h"
+#include "platform/rtf/Model.h"
+
+#include <functional>
+#include <vector>
+
+namespace yrw::richtext {
+
+/// Called again and again during work that may take long with the percentage done; false stops it.
+using LoadStep = std::function<bool(int percent)>;
+
+/// What the text of a rich-text box refers to. Lifetime: the box's.
+struct TextParts {
+    rtf::Document header; ///< tables and kept groups of the document last loaded
+    std::vector<rtf::Inline> inlines;
+    InlineRenderer renderer{inlines, InlineRenderer::Target::Screen, nullptr};
+    FontChoice font{.name = QStringLiteral("Comic Sans MS")}; ///< of an empty text
+};
+
+} // namespace yrw::richtext
