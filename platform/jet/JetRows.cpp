@@ -10,7 +10,7 @@ namespace {
 
 constexpr qsizetype kMostName = 1024;
 /// A row of every column at its longest is none that a file holds.
-constexpr qsizetype kMostMessage = qsizetype(4 * kMostBytes);
+constexpr qsizetype kMostMessage = 4 * qsizetype(kMostBytes);
 
 void require(bool holds) {
     if (!holds) {

@@ -50,6 +50,7 @@ ReaderProcess::ReaderProcess(const QString& program, const QStringList& argument
             words.push_back(argument.toUtf8());
         }
         std::vector<char*> pointers;
+        pointers.reserve(words.size() + 1);
         for (QByteArray& word : words) {
             pointers.push_back(word.data());
         }
