@@ -28,6 +28,14 @@ if(EXISTS ${PROJECT_SOURCE_DIR}/cli/main.cpp)
     set_target_properties(yrwnotes_command PROPERTIES OUTPUT_NAME yrwnotes)
 endif()
 
+# What reads old databases for component and command, in a process that can be lost. It links
+# nothing of ours.
+yrw_sources(jetreader_sources platform/jet/reader)
+add_executable(yrwnotes_jetreader platform/jet/reader/main.cpp ${jetreader_sources})
+set_target_properties(yrwnotes_jetreader PROPERTIES OUTPUT_NAME yrwnotes-jetreader AUTOMOC OFF)
+target_link_libraries(yrwnotes_jetreader PRIVATE yrw_options PkgConfig::libmdb)
+add_dependencies(yrwcore yrwnotes_jetreader)
+
 # What ships beside the component: the notes database, made from its script, and the layout.
 set(template ${PROJECT_SOURCE_DIR}/template/DB/YRWNOTES)
 if(EXISTS ${PROJECT_SOURCE_DIR}/tools/mkdatabase.cpp AND EXISTS ${template}/support/Notes/Menus.tb)

@@ -13,7 +13,8 @@ import re
 import subprocess
 import sys
 
-PRODUCT = ("libyrwcore.so", "libyrwui.so", "libyrwnotes.so", "yrwhost", "yrwnotes", "yrwregister")
+PRODUCT = ("libyrwcore.so", "libyrwui.so", "libyrwnotes.so", "yrwhost", "yrwnotes",
+           "yrwnotes-jetreader", "yrwregister")
 
 
 def readelf(option, path):

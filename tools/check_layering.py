@@ -16,7 +16,7 @@ import sys
 
 CORE_PLATFORM = {
     "platform/disk", "platform/component", "platform/clock", "platform/settings", "platform/files",
-    "platform/collation", "platform/prompt", "platform/dao", "platform/rtf",
+    "platform/collation", "platform/prompt", "platform/dao", "platform/rtf", "platform/jet",
     "platform/toolbar/api", "platform/controls/api",
 }
 PLATFORM = CORE_PLATFORM | {
@@ -40,6 +40,8 @@ ROOMS = {
     "platform/dao": {"platform/clock", "platform/files", "platform/collation"},
     "platform/dao/sqlite": {"platform/dao", "platform/clock", "platform/files"},
     "platform/rtf": set(),
+    "platform/jet": {"platform/clock", "platform/rtf"},
+    "platform/jet/reader": {"platform/jet"},
     "platform/forms": {"platform/clock", "platform/settings", "platform/prompt"},
     "platform/toolbar/api": set(),
     "platform/toolbar": {"platform/toolbar/api", "platform/forms", "platform/files"},
@@ -83,6 +85,7 @@ TEST_LIBRARIES = WINDOW_LIBRARIES | {"QtDBus", "QtTest"}
 ENGINES = {
     "sqlite3.h": {"platform/dao/sqlite", "tests", "bench"},
     "hunspell/hunspell.hxx": {"platform/spelling"},
+    "mdbtools.h": {"platform/jet/reader"},
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
