@@ -4,10 +4,10 @@
 #include "addin/CheckWatch.h"
 #include "addin/GridEvents.h"
 #include "addin/Module1.h"
-#include "addin/NotesSeek.h"
 #include "addin/NotesWindows.h"
 #include "addin/ReminderPopups.h"
 #include "framework/HostUtility.h"
+#include "store/NotesSeek.h"
 #include "store/Schema.h"
 
 #include <QPointer>
@@ -153,7 +153,6 @@ private:
     void takeCurrentUser();
     void takeUserNames();
     void takeProgramId(IHostApplication& host);
-    void readHighlightColour();
 
     // Reminders.
     void stopReminders();
@@ -166,7 +165,7 @@ private:
     void showWhenChecked();
 
     // Showing notes.
-    [[nodiscard]] Ref<IRecord> ownerOfNote(qint64 noteRecordID);
+    [[nodiscard]] Ref<IRecord> recordOfNote(qint64 noteRecordID);
     [[nodiscard]] bool isNotesWindowOpen() const { return m_notesWindows.isOpen(); }
     void showNotesWindow(const Ref<IRecord>& record, qint64 noteRecordID);
 

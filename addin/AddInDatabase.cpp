@@ -4,6 +4,7 @@
 #include "addin/HostQuestions.h"
 #include "framework/ErrorGuards.h"
 #include "platform/files/FileSystem.h"
+#include "store/MarkSettings.h"
 #include "store/NotesDatabase.h"
 
 namespace yrw {
@@ -19,11 +20,7 @@ void AddIn::OpenDatabase() {
     reportErrors(services().utility, kOpenSource, QStringLiteral("Could Not Notes Open Database"),
                  QStringLiteral("Database Problem"), [this] { openDatabaseOfHost(); });
     if (m_module.isDatabaseOpen()) {
-        m_highlightColour = 0;
-        ignoreErrors([this] { readHighlightColour(); });
-        if (m_highlightColour == 0) {
-            m_highlightColour = schema::kDefaultHighlight;
-        }
+        m_highlightColour = readHighlightColour(dataHelper());
     }
 }
 
@@ -112,15 +109,6 @@ void AddIn::goOnWithFileThere() {
     m_module.closeDatabase();
     OpenDatabase();
     repaintGrids();
-}
-
-void AddIn::readHighlightColour() {
-    const Ref<dao::Recordset> settings =
-        dataHelper().OpenRecordset(QStringLiteral("SELECT tblSettings.* FROM tblSettings"));
-    if (!settings->AtEof()) {
-        m_highlightColour = settings->value(u"HighlightRowColour").toInt();
-    }
-    settings->Close();
 }
 
 } // namespace yrw

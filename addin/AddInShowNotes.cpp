@@ -3,6 +3,7 @@
 #include "addin/BusySign.h"
 #include "framework/ErrorGuards.h"
 #include "notes_window/frmMain.h"
+#include "store/NoteReading.h"
 
 #include <QScopeGuard>
 
@@ -23,7 +24,7 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
                  QStringLiteral("Could not show Notes"), QStringLiteral("Notes Problem"), [&] {
                      becomeServed();
                      const bool byNote = !record && noteRecordID != 0;
-                     showNotesWindow(byNote ? ownerOfNote(noteRecordID) : record, noteRecordID);
+                     showNotesWindow(byNote ? recordOfNote(noteRecordID) : record, noteRecordID);
                  });
     bool isToOpenAgain = false;
     ignoreErrors([&] { isToOpenAgain = m_module.replacedFile().windowClosed(*this); });
@@ -43,22 +44,15 @@ void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
 
 /// The host's record that a note is kept on; nothing for a note on no record, or whose record or
 /// kind of record the host does not have any more.
-Ref<IRecord> AddIn::ownerOfNote(qint64 noteRecordID) {
-    const Ref<dao::Recordset> note = dataHelper().OpenRecordset(
-        QStringLiteral("SELECT qryNotes.* FROM qryNotes WHERE (((qryNotes.RecordID)=%1))")
-            .arg(noteRecordID));
-    if (note->AtEof()) {
-        return nullptr;
-    }
-    const QString objectKey = HostUtility::NullToText(note->value(u"OwnerObjectKey"));
-    const QVariant recordId = note->value(u"OwnerRecordID");
-    note->Close();
+Ref<IRecord> AddIn::recordOfNote(qint64 noteRecordID) {
+    const std::optional<OwnerKey> key = ownerOfNote(dataHelper(), noteRecordID);
+    const QString objectKey = key ? HostUtility::NullToText(key->objectKey) : QString();
     Ref<IRecord> owner;
     ignoreErrors([&] {
         const Ref<IHostApplication> host = m_component->Application();
         const Ref<IObjectDefinition> definition =
             host && !objectKey.isEmpty() ? host->ObjectDefinition(objectKey) : nullptr;
-        owner = definition ? definition->Collection()->Item(recordId) : nullptr;
+        owner = definition ? definition->Collection()->Item(key->recordID) : nullptr;
     });
     return owner;
 }

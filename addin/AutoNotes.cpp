@@ -84,9 +84,7 @@ void AutoNotes::check(const GuardedPtr<IGridController>& controller, bool closes
 
 void AutoNotes::showNotes(bool closesPopup) {
     const Ref<IRecord> record = m_currentRecord;
-    const Ref<dao::Recordset> all = openNotes(*record);
-    all->setFilter(QStringLiteral("[AutomaticallyShow]=True"));
-    const Ref<dao::Recordset> notes = all->OpenRecordset();
+    const Ref<dao::Recordset> notes = openNotes(*record);
     const bool wantsPopup = NotesSettings(m_addIn.services().settings).get(setting::kShowAutoPopup);
     if (closesPopup) {
         closePopup();
@@ -112,7 +110,6 @@ void AutoNotes::showNotes(bool closesPopup) {
         }
     }
     notes->Close();
-    all->Close();
     if (count == 0) {
         return;
     }
@@ -133,11 +130,7 @@ void AutoNotes::showNotes(bool closesPopup) {
 Ref<dao::Recordset> AutoNotes::openNotes(IRecord& record) const {
     const OwnerKey owner{record.Collection()->ObjectKey(),
                          record.value(QStringLiteral("RecordID"))};
-    RecordsetRequest request;
-    request.CursorType = dao::RecordsetType::Snapshot;
-    request.RecordsetOptions = dao::kReadOnlyOption;
-    return m_addIn.dataHelper().OpenRecordset(
-        ownedNotesQuery(m_addIn.HostProgID(), owner, NoteStatus::Active), request);
+    return openAutomaticNotes(m_addIn.dataHelper(), m_addIn.HostProgID(), owner);
 }
 
 /// "Customer: Quill & Son [ANNA ASH NOTES]": whose notes they are, and whose hand the first is.

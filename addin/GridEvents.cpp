@@ -293,11 +293,8 @@ bool GridEvents::hasActiveNote(dao::Bookmark bookmark) {
 
 /// Adds the subjects of the active notes of the row that was tested last.
 void GridEvents::addSubjects(RowRemark& remark) {
-    RecordsetRequest request;
-    request.CursorType = dao::RecordsetType::ForwardOnly;
-    request.RecordsetOptions = dao::kReadOnlyOption;
-    const Ref<dao::Recordset> notes = m_addIn.dataHelper().OpenRecordset(
-        ownedNotesQuery(m_keys[0], {m_keys[1], m_keys[2]}, NoteStatus::Active), request);
+    const Ref<dao::Recordset> notes =
+        openActiveNotes(m_addIn.dataHelper(), m_keys[0].toString(), {m_keys[1], m_keys[2]});
     int shown = 0;
     for (; !notes->AtEof() && shown < kMostSubjects; notes->MoveNext(), ++shown) {
         remark.addDetail(HostUtility::NullToText(notes->value(u"Subject")));

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "addin/NotesSeek.h"
 #include "framework/INotesAddIn.h"
 #include "platform/component/GuardedPtr.h"
+#include "store/NotesSeek.h"
 
 #include <QTimer>
 

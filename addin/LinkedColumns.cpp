@@ -1,25 +1,9 @@
 #include "addin/LinkedColumns.h"
 
 #include "framework/ErrorGuards.h"
+#include "store/MarkSettings.h"
 
 namespace yrw {
-
-namespace {
-
-bool isLinked(const HostDataHelper& helper, const QString& field, const QString& layoutName) {
-    QString sql = QStringLiteral("SELECT tblLinkedColumnDefs.* ") +
-                  QStringLiteral("From tblLinkedColumnDefs ");
-    sql = HostDataHelper::AddCondition(
-        sql, HostDataHelper::EqualCondition(QStringLiteral("GridField"), field));
-    sql = HostDataHelper::AddCondition(
-        sql, HostDataHelper::EqualCondition(QStringLiteral("GridLayoutName"), layoutName));
-    const Ref<dao::Recordset> definitions = helper.OpenRecordset(sql);
-    const bool found = !definitions->AtEof();
-    definitions->Close();
-    return found;
-}
-
-} // namespace
 
 int findFlagColumn(const HostDataHelper& helper, const IRecordGrid& grid,
                    const QString& layoutName) {
@@ -27,7 +11,8 @@ int findFlagColumn(const HostDataHelper& helper, const IRecordGrid& grid,
         bool linked = false;
         if (grid.isColumnVisible(column)) {
             // A definition that cannot be read defines nothing.
-            ignoreErrors([&] { linked = isLinked(helper, grid.columnField(column), layoutName); });
+            ignoreErrors(
+                [&] { linked = isLinkedColumn(helper, grid.columnField(column), layoutName); });
         }
         if (linked) {
             return column;

@@ -64,6 +64,19 @@ QStringList conditionsOf(const NoteSelection& selection) {
     return conditions;
 }
 
+/// The active notes of one record of one host.
+QString activeNotesQuery(const QString& hostProgID, const OwnerKey& owner) {
+    QStringList conditions = ownerConditions(owner);
+    conditions +=
+        HostDataHelper::EqualCondition(QStringLiteral("OwnerComponentProgID"), hostProgID);
+    conditions += HostDataHelper::EqualCondition(kStatus, int(NoteStatus::Active));
+    QString sql = QStringLiteral("SELECT qryNotes.* FROM qryNotes");
+    for (const QString& condition : std::as_const(conditions)) {
+        sql = HostDataHelper::AddCondition(sql, condition);
+    }
+    return sql;
+}
+
 QString orderText(NoteOrder order) {
     switch (order) {
     case NoteOrder::ByDate:
@@ -87,16 +100,33 @@ QString noOwnerCondition() {
     return QStringLiteral("[%1] Is Null").arg(kOwnerObjectKey);
 }
 
-QString ownedNotesQuery(const QVariant& hostProgID, const OwnerKey& owner, NoteStatus status) {
-    QStringList conditions{
-        HostDataHelper::EqualCondition(QStringLiteral("OwnerComponentProgID"), hostProgID)};
-    conditions += ownerConditions(owner);
-    conditions += HostDataHelper::EqualCondition(kStatus, int(status));
-    QString sql = QStringLiteral("SELECT qryNotes.* FROM qryNotes");
-    for (const QString& condition : std::as_const(conditions)) {
-        sql = HostDataHelper::AddCondition(sql, condition);
+std::optional<OwnerKey> ownerOfNote(const HostDataHelper& helper, qint64 noteID) {
+    const Ref<dao::Recordset> note = helper.OpenRecordset(
+        QStringLiteral("SELECT qryNotes.* FROM qryNotes WHERE (((qryNotes.RecordID)=%1))")
+            .arg(noteID));
+    if (note->AtEof()) {
+        return std::nullopt;
     }
-    return sql;
+    const OwnerKey owner{note->value(kOwnerObjectKey), note->value(u"OwnerRecordID")};
+    note->Close();
+    return owner;
+}
+
+Ref<dao::Recordset> openActiveNotes(const HostDataHelper& helper, const QString& hostProgID,
+                                    const OwnerKey& owner) {
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::ForwardOnly;
+    request.RecordsetOptions = dao::kReadOnlyOption;
+    return helper.OpenRecordset(activeNotesQuery(hostProgID, owner), request);
+}
+
+Ref<dao::Recordset> openAutomaticNotes(const HostDataHelper& helper, const QString& hostProgID,
+                                       const OwnerKey& owner) {
+    RecordsetRequest request;
+    request.CursorType = dao::RecordsetType::Snapshot;
+    request.RecordsetOptions = dao::kReadOnlyOption;
+    request.Filter = QStringLiteral("[AutomaticallyShow]=True");
+    return helper.OpenRecordset(activeNotesQuery(hostProgID, owner), request);
 }
 
 Ref<dao::Recordset> openNotes(HostDataHelper& helper, const NoteSelection& selection) {

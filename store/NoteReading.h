@@ -17,10 +17,15 @@ struct OwnerKey {
 [[nodiscard]] QStringList ownerConditions(const OwnerKey& owner);
 /// The condition of the notes that are kept on no record.
 [[nodiscard]] QString noOwnerCondition();
-/// The notes of one record of one host in one status: the text of a query, on which further
-/// conditions can be put.
-[[nodiscard]] QString ownedNotesQuery(const QVariant& hostProgID, const OwnerKey& owner,
-                                      NoteStatus status);
+/// Where the note with that id is kept, an empty object key for one on no record; nothing when
+/// there is no such note.
+[[nodiscard]] std::optional<OwnerKey> ownerOfNote(const HostDataHelper& helper, qint64 noteID);
+/// The active notes of one record of one host, front to back.
+[[nodiscard]] Ref<dao::Recordset> openActiveNotes(const HostDataHelper& helper,
+                                                  const QString& hostProgID, const OwnerKey& owner);
+/// Those of them that are to be shown automatically, as they stand now.
+[[nodiscard]] Ref<dao::Recordset>
+openAutomaticNotes(const HostDataHelper& helper, const QString& hostProgID, const OwnerKey& owner);
 
 /// A day and a time of it as people write them, also one that the clocks leave out.
 struct WallMoment {

@@ -1,4 +1,6 @@
+#include "store/MarkSettings.h"
 #include "store/NoteReading.h"
+#include "store/NotesSeek.h"
 #include "tests/support/NotesFixture.h"
 
 namespace yrw::test {
@@ -126,6 +128,79 @@ TEST_F(OperationsTest, DeletingANoteTakesItsRemindersAlong) {
     deleteNote(store.application(), note->value(kRecordID).toLongLong());
     EXPECT_EQ(store.application().Reminders()->NewEnum().size(), 1U);
     EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
+}
+
+TEST_F(OperationsTest, ReadsWhatARecordShowsAndMarks) {
+    const OwnerKey larch{QStringLiteral("cu"), 2};
+    const auto addFor = [&](const char* subject, qint64 id, const QString& host, NoteStatus status,
+                            bool isAutomatic) {
+        qint64 key = 0;
+        store.application().Notes()->Add({{QStringLiteral("Subject"), QLatin1String(subject)},
+                                          {QStringLiteral("Status"), int(status)},
+                                          {QStringLiteral("OwnerComponentProgID"), host},
+                                          {QStringLiteral("OwnerObjectKey"), larch.objectKey},
+                                          {QStringLiteral("OwnerRecordID"), id},
+                                          {QStringLiteral("AutomaticallyShow"), isAutomatic}},
+                                         nullptr, key, true);
+        return key;
+    };
+    const QString host = kFakeHostProgID;
+    const qint64 plain = addFor("plain", 2, host, NoteStatus::Active, false);
+    addFor("automatic", 2, host, NoteStatus::Active, true);
+    addFor("done", 2, host, NoteStatus::Done, true);
+    addFor("of another host", 2, QStringLiteral("Other.Application"), NoteStatus::Active, true);
+    addFor("of another record", 3, host, NoteStatus::Active, true);
+    const auto subjects = [](const Ref<dao::Recordset>& notes) {
+        QStringList found;
+        for (; !notes->AtEof(); notes->MoveNext()) {
+            found += notes->value(u"Subject").toString();
+        }
+        notes->Close();
+        found.sort();
+        return found;
+    };
+    const HostDataHelper& helper = store.dataHelper();
+    EXPECT_EQ(subjects(openActiveNotes(helper, host, larch)), QStringList({"automatic", "plain"}));
+    EXPECT_EQ(subjects(openAutomaticNotes(helper, host, larch)), QStringList("automatic"));
+
+    EXPECT_EQ(ownerOfNote(helper, plain)->objectKey, larch.objectKey);
+    EXPECT_EQ(ownerOfNote(helper, plain)->recordID, larch.recordID);
+    EXPECT_TRUE(
+        ownerOfNote(helper, store.addNote(QStringLiteral("system"))->value(kRecordID).toLongLong())
+            ->objectKey.isNull());
+    EXPECT_FALSE(ownerOfNote(helper, 99).has_value());
+
+    NotesSeek seek;
+    OwnerKeys keys{host, larch.objectKey, larch.recordID, int(NoteStatus::Active)};
+    EXPECT_FALSE(seek.hasNote(keys)); // it is not open
+    seek.open(store.database());
+    EXPECT_TRUE(seek.hasNote(keys));
+    keys[2] = 1;
+    EXPECT_FALSE(seek.hasNote(keys));
+    seek.close();
+}
+
+TEST_F(OperationsTest, ReadsHowRowsAreMarked) {
+    const HostDataHelper& helper = store.dataHelper();
+    const struct {
+        const char* script;
+        int colour;
+    } cases[] = {
+        {"UPDATE tblSettings SET HighlightRowColour = 255;", 255},
+        {"UPDATE tblSettings SET HighlightRowColour = 0;", schema::kDefaultHighlight},
+        {"UPDATE tblSettings SET HighlightRowColour = NULL;", schema::kDefaultHighlight},
+        {"DELETE FROM tblSettings;", schema::kDefaultHighlight},
+        {"DROP TABLE tblSettings;", schema::kDefaultHighlight},
+    };
+    for (const auto& each : cases) {
+        store.database()->RunScript(QLatin1String(each.script));
+        EXPECT_EQ(readHighlightColour(helper), each.colour) << each.script;
+    }
+    store.database()->RunScript(QStringLiteral("INSERT INTO tblLinkedColumnDefs (GridLayoutName, "
+                                               "GridField) VALUES ('Standard', 'Name');"));
+    EXPECT_TRUE(isLinkedColumn(helper, QStringLiteral("Name"), QStringLiteral("Standard")));
+    EXPECT_FALSE(isLinkedColumn(helper, QStringLiteral("Name"), QStringLiteral("Wide")));
+    EXPECT_FALSE(isLinkedColumn(helper, QStringLiteral("Town"), QStringLiteral("Standard")));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "addin/NotesSeek.h"
+#include "store/NotesSeek.h"
 
 #include "framework/ErrorGuards.h"
 #include "store/Schema.h"
