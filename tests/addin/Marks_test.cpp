@@ -65,26 +65,13 @@ TEST_F(Marks, ARowIsMarkedByAnActiveNoteWithItsWholeOwnerKey) {
     EXPECT_TRUE(isMarked(*window().upper, 2));
 }
 
-TEST_F(Marks, TheColourComesFromTheDatabaseAndHasADefault) {
-    struct Case {
-        const char* sql;
-        int colour;
-    };
-    const Case cases[] = {
-        {"UPDATE tblSettings SET HighlightRowColour = 65535;", 65535},
-        {"UPDATE tblSettings SET HighlightRowColour = 0;", 16761024},
-        {"UPDATE tblSettings SET HighlightRowColour = 255;", 255},
-        {"UPDATE tblSettings SET HighlightRowColour = NULL;", 16761024},
-        {"DELETE FROM tblSettings;", 16761024},
-        {"DROP TABLE tblSettings;", 16761024},
-    };
+TEST_F(Marks, TheColourIsTakenWhenTheAddInIsActivated) {
     activate();
     addNote(QStringLiteral("cu"), 1);
-    for (const Case& one : cases) {
-        run(one.sql);
-        ASSERT_TRUE(addIn->Activate());
-        EXPECT_EQ(rowColour(*window().upper, 1), one.colour) << one.sql;
-    }
+    run("UPDATE tblSettings SET HighlightRowColour = 65535;");
+    EXPECT_EQ(rowColour(*window().upper, 1), schema::kDefaultHighlight);
+    ASSERT_TRUE(addIn->Activate());
+    EXPECT_EQ(rowColour(*window().upper, 1), 65535);
 }
 
 TEST_F(Marks, RowsWithoutARecordIdAreNeverMarked) {

@@ -169,8 +169,7 @@ TEST_F(ReminderPopups, OneWhoseNoteIsFinishedInTheNotesWindowClosesWithIt) {
     remind(note, -5);
     ASSERT_TRUE(minuteTick());
     whenShown(QStringLiteral("frmMain"), [&](Form& form) {
-        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))
-            ->setDone(true);
+        query<Note>(Module1::instance().application().Notes()->Item(QVariant(note)))->setDone(true);
         form.unload();
     });
     click("cmdForm(2)");
