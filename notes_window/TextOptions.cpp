@@ -23,7 +23,7 @@ TextOptions::TextOptions(RichTextBox& text, NoteTools& tools, WindowContext& con
 void TextOptions::apply() {
     const NotesSettings settings = m_context.settings();
     m_text.setPrompt(&m_context.prompt());
-    m_text.transfer().setWatch([this]() -> RichTextBox::LoadStep {
+    m_text.transfer().setWatch([this]() -> WorkStep {
         const auto work = std::make_shared<LongWork>(m_context.clock(), &m_context.window(),
                                                      QStringLiteral("Pasting: %1 %."), 32);
         return [work](int percent) { return work->goOn(percent); };

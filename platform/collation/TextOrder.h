@@ -1,15 +1,13 @@
 #pragma once
 
+#include "platform/component/WorkStep.h"
+
 #include <QStringView>
 
-#include <functional>
 #include <optional>
 #include <vector>
 
 namespace yrw {
-
-/// Called now and then during long work with how far it is, in percent; false stops the work.
-using WorkStep = std::function<bool(int percent)>;
 
 /// Order of two texts in the user's language, in that of English where the system names none:
 /// letters first, then accents, then letter case. Negative, 0 or positive.

@@ -63,7 +63,7 @@ qsizetype fittingLength(QStringView text, qsizetype weight) {
 } // namespace
 
 DocumentLoader::DocumentLoader(const rtf::Document& source, std::vector<rtf::Inline>& inlines,
-                               double dotsPerInch, LoadStep goesOn)
+                               double dotsPerInch, WorkStep goesOn)
     : m_source(source), m_inlines(inlines), m_dotsPerInch(dotsPerInch), m_goesOn(std::move(goesOn)),
       m_room(source, dotsPerInch) {}
 

@@ -22,7 +22,7 @@ class DocumentLoader {
 public:
     /// `goesOn` is called before each piece of text; false ends the insertion there.
     DocumentLoader(const rtf::Document& source, std::vector<rtf::Inline>& inlines,
-                   double dotsPerInch, LoadStep goesOn = {});
+                   double dotsPerInch, WorkStep goesOn = {});
 
     /// Inserts everything at the cursor; the first paragraph keeps the block's own format when the
     /// cursor stands in text. False when `goesOn` ended it before, or when it would take more
@@ -69,7 +69,7 @@ private:
     const rtf::Document& m_source;
     std::vector<rtf::Inline>& m_inlines;
     double m_dotsPerInch;
-    LoadStep m_goesOn;
+    WorkStep m_goesOn;
     bool m_stopped = false;
     std::vector<std::optional<QTextCharFormat>> m_chars;
     std::vector<std::optional<QTextBlockFormat>> m_blocks;

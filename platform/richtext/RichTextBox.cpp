@@ -79,7 +79,7 @@ RichTextBox::~RichTextBox() = default;
 /// happens in `goesOn` finds the box as it was. False when it was stopped or ended early, of which
 /// `shortening` tells the reason then.
 bool RichTextBox::fill(QTextDocument& fresh, const rtf::Document& source,
-                       std::vector<rtf::Inline>& inlines, const LoadStep& goesOn,
+                       std::vector<rtf::Inline>& inlines, const WorkStep& goesOn,
                        QString& shortening) const {
     fresh.setUndoRedoEnabled(false);
     QTextCursor cursor(&fresh);
@@ -111,7 +111,7 @@ void RichTextBox::take(std::unique_ptr<QTextDocument> fresh) {
     setTextCursor(QTextCursor(document()));
 }
 
-bool RichTextBox::load(rtf::Document&& source, const LoadStep& goesOn) {
+bool RichTextBox::load(rtf::Document&& source, const WorkStep& goesOn) {
     QString shortening;
     if (richtext::flattenTables(source)) {
         shortening = kTooDeep;
@@ -156,7 +156,7 @@ QString RichTextBox::TextRTF() const {
     return QString::fromLatin1(rtf::write(scan()));
 }
 
-bool RichTextBox::setTextRTF(const QString& rtf, const LoadStep& goesOn) {
+bool RichTextBox::setTextRTF(const QString& rtf, const WorkStep& goesOn) {
     if (rtf::isRtf(rtf)) {
         return load(rtf::read(QStringView(rtf)), goesOn);
     }

@@ -35,13 +35,12 @@ public:
 
     /// The content as a whole RTF document; see platform/rtf for what is written.
     [[nodiscard]] QString TextRTF() const;
-    using LoadStep = richtext::LoadStep;
     /// Replaces the content by an RTF document; what cannot be shown is kept and written back.
     /// Text that is not RTF is shown as plain text. Clears undo; raises `contentChanged`. `goesOn`
     /// may handle events: until the work is done the box shows what it showed before.
     /// False when the content shows less than that document: it was stopped, or `shortening` tells
     /// why. It must not be saved in the document's place then.
-    bool setTextRTF(const QString& rtf, const LoadStep& goesOn = {});
+    bool setTextRTF(const QString& rtf, const WorkStep& goesOn = {});
     /// The text without formatting; paragraphs end in CR LF except the last.
     [[nodiscard]] QString Text() const;
     struct Texts {
@@ -112,9 +111,9 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    bool load(rtf::Document&& source, const LoadStep& goesOn = {});
+    bool load(rtf::Document&& source, const WorkStep& goesOn = {});
     [[nodiscard]] bool fill(QTextDocument& fresh, const rtf::Document& source,
-                            std::vector<rtf::Inline>& inlines, const LoadStep& goesOn,
+                            std::vector<rtf::Inline>& inlines, const WorkStep& goesOn,
                             QString& shortening) const;
     void take(std::unique_ptr<QTextDocument> fresh);
     [[nodiscard]] rtf::Document plainModel(const QString& text) const;

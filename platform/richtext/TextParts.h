@@ -1,16 +1,13 @@
 #pragma once
 
+#include "platform/component/WorkStep.h"
 #include "platform/prompt/Prompt.h"
 #include "platform/richtext/InlineRenderer.h"
 #include "platform/rtf/Model.h"
 
-#include <functional>
 #include <vector>
 
 namespace yrw::richtext {
-
-/// Called again and again during work that may take long with the percentage done; false stops it.
-using LoadStep = std::function<bool(int percent)>;
 
 /// What the text of a rich-text box refers to. Lifetime: the box's.
 struct TextParts {

@@ -246,7 +246,7 @@ void TextTransfer::insert(rtf::Document model, bool keepLook) {
             DetachedDocument detached(m_editor, &m_parts.renderer);
             m_marks.clear();
             done = insertAt(detached.cursor(), model, height,
-                            m_watch && !m_isDropping ? m_watch() : LoadStep());
+                            m_watch && !m_isDropping ? m_watch() : WorkStep());
         }
         if (done == Insertion::Whole) {
             Q_EMIT inserted();
@@ -259,7 +259,7 @@ void TextTransfer::insert(rtf::Document model, bool keepLook) {
 }
 
 TextTransfer::Insertion TextTransfer::insertAt(QTextCursor& cursor, const rtf::Document& model,
-                                               double heightBefore, const LoadStep& goesOn) {
+                                               double heightBefore, const WorkStep& goesOn) {
     QTextDocument& text = *cursor.document();
     const int steps = text.availableUndoSteps();
     cursor.beginEditBlock();

@@ -48,7 +48,7 @@ public:
     /// Gives the steps of a long insertion: it may handle events, and where a step gives false
     /// nothing is pasted. Until it is done the box shows what it showed before and cannot be
     /// changed.
-    void setWatch(std::function<LoadStep()> watch) { m_watch = std::move(watch); }
+    void setWatch(std::function<WorkStep()> watch) { m_watch = std::move(watch); }
     /// True while a drop lasts: the program that it comes from waits, and no events are handled.
     void setDropping(bool dropping) { m_isDropping = dropping; }
     /// The prompt that tells what was refused; nobody does without one. Not owned.
@@ -64,7 +64,7 @@ private:
     void insert(rtf::Document model, bool keepLook);
     /// `heightBefore`: of what is shown, in dots.
     [[nodiscard]] Insertion insertAt(QTextCursor& cursor, const rtf::Document& model,
-                                     double heightBefore, const LoadStep& goesOn);
+                                     double heightBefore, const WorkStep& goesOn);
     void insertHtml(const QString& html);
     void insertText(const QString& text);
     void insertFiles(const QList<QUrl>& urls);
@@ -80,7 +80,7 @@ private:
     TextMarks& m_marks;
     Prompt* m_prompt = nullptr;
     FileHandler m_takeFile;
-    std::function<LoadStep()> m_watch;
+    std::function<WorkStep()> m_watch;
     bool m_keepsLook = false;
     bool m_isDropping = false;
 };

@@ -213,7 +213,7 @@ TEST(Clipboard, MuchIsPastedInTimeAsOneStepThatCanBeStopped) {
         offer(each.type, each.data);
         for (const int stopAt : {1, 5}) {
             int steps = 0;
-            box.transfer().setWatch([&]() -> RichTextBox::LoadStep {
+            box.transfer().setWatch([&]() -> WorkStep {
                 return [&](int) {
                     EXPECT_EQ(box.Text(), "beftypedore"); // as a draft would save it now
                     return ++steps < stopAt;
