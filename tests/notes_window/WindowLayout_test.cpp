@@ -169,11 +169,19 @@ TEST_F(WindowLayout, BandsStayWhereTheUserPutThem) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
     press(Qt::Key_F10);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left); // the last one
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() != window.get(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        const QWidget* const active = QApplication::activeWindow();
+        return active != nullptr && active != window.get();
+    }));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_FALSE(window->findChild<QWidget*>("picFind")->isHidden());
-    QTest::keyClick(bold, Qt::Key_F6);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
+    // A window manager may pass over what was asked of it with no newer input; then again.
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        if (!list().hasFocus()) {
+            QTest::keyClick(bold, Qt::Key_F6);
+        }
+        return list().hasFocus();
+    }));
     close();
     EXPECT_TRUE(bold == nullptr || !bold->isVisible());
 }
