@@ -49,6 +49,7 @@ TEST_F(Lifecycle, ASecondAddInSharesApplicationAndDatabase) {
     EXPECT_EQ(module.database(), database);
     second.reset();
     EXPECT_TRUE(database->isOpen());
+    EXPECT_EQ(module.hostApplication(), Ref<IHostApplication>(world.host));
     EXPECT_NE(module.applicationView(), nullptr);
     addIn->DeActivate();
     EXPECT_FALSE(database->isOpen());

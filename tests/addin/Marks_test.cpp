@@ -74,6 +74,21 @@ TEST_F(Marks, TheColourIsTakenWhenTheAddInIsActivated) {
     EXPECT_EQ(rowColour(*window().upper, 1), 65535);
 }
 
+TEST_F(Marks, AGridIsPaintedAnewWhenTheirSwitchChanges) {
+    activate();
+    window().show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
+    int painted = 0;
+    const Connection counting = window().upper->grid->FetchRowStyle.connect(
+        [&](int, dao::Bookmark, RowStyle&) { ++painted; });
+    for (const NotesSwitch which : {NotesSwitch::HighlightNotesRow, NotesSwitch::FlagNotesRow}) {
+        QCoreApplication::processEvents();
+        painted = 0;
+        addIn->setSwitch(which, false);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return painted > 0; })) << int(which);
+    }
+}
+
 TEST_F(Marks, RowsWithoutARecordIdAreNeverMarked) {
     activate();
     addNote(QStringLiteral("cu"), 1);

@@ -16,6 +16,15 @@ const QString kQuestion = QStringLiteral(
 
 class Opening : public AddInFixture {};
 
+TEST_F(Opening, AProgramIdMayComeLate) {
+    makeNotesDatabase();
+    world.host->trouble.set(HostAnswer::ProgID, Giving::Missing);
+    create();
+    world.host->trouble.set(HostAnswer::ProgID, Giving::Given);
+    EXPECT_TRUE(addIn->Activate());
+    EXPECT_EQ(Module1::instance().hostProgID(), kFakeHostProgID);
+}
+
 TEST_F(Opening, RefusingToMakeADatabaseLeavesEverythingAsItWas) {
     create();
     prompt.answer(PromptAnswer::No);

@@ -151,6 +151,16 @@ TEST_F(ReminderPopups, ManyLieInACascadeWithTheOldestInFrontAndCallOnce) {
     EXPECT_EQ(Module1::instance().reminders().front(), &popup()); // the next oldest
 }
 
+TEST_F(ReminderPopups, StayWhenAnotherAddInOfTheHostEnds) {
+    remind(addNote(QStringLiteral("cu"), 1), -10);
+    ASSERT_TRUE(minuteTick());
+    Ref<AddIn> second = make<AddIn>();
+    second->setComponent(window().component);
+    ASSERT_TRUE(second->Activate());
+    second.reset();
+    EXPECT_EQ(popups().size(), 1);
+}
+
 TEST_F(ReminderPopups, OneThatWasSettledElsewhereClosesAndWritesNothing) {
     const qint64 other = remind(addNote(QStringLiteral("cu"), 1), -10);
     const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -5);
