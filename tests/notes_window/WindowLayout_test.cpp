@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QPointer>
+#include <QProcess>
 #include <QScreen>
 #include <QTemporaryDir>
 
@@ -27,6 +28,17 @@ protected:
                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&split(), &move);
         QTest::mouseRelease(&split(), Qt::LeftButton, Qt::NoModifier, grip);
+    }
+    /// On a display as a person does: a window manager gives the keyboard to another window only
+    /// for input that is newer than what gave it last, and made-up keys are of no time.
+    static void pressWhereTheKeyboardIs(const char* keys) {
+        if (QGuiApplication::platformName() == u"xcb") {
+            EXPECT_EQ(QProcess::execute("xdotool", {"key", keys}), 0);
+        } else {
+            const QKeyCombination pressed = QKeySequence(keys)[0];
+            QTest::keyClick(QApplication::focusWidget(), pressed.key(),
+                            pressed.keyboardModifiers());
+        }
     }
     void writeLayout(const QByteArray& content) const {
         QFile file(store.folder() + QStringLiteral("/Support/Notes/Menus.tb"));
@@ -167,21 +179,23 @@ TEST_F(WindowLayout, BandsStayWhereTheUserPutThem) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return bold->isVisible(); }));
     // With the keyboard in a floating band the window's keys work as ever.
     ASSERT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
-    press(Qt::Key_F10);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left); // the last one
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-        const QWidget* const active = QApplication::activeWindow();
-        return active != nullptr && active != window.get();
-    }));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
-    EXPECT_FALSE(window->findChild<QWidget*>("picFind")->isHidden());
-    // A window manager may pass over what was asked of it with no newer input; then again.
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        if (!list().hasFocus()) {
-            QTest::keyClick(bold, Qt::Key_F6);
-        }
-        return list().hasFocus();
-    }));
+    const auto goIntoBand = [&] {
+        press(Qt::Key_F10);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left); // the last one
+        return QTest::qWaitFor([&] {
+            const QWidget* const active = QApplication::activeWindow();
+            return active != nullptr && active != window.get();
+        });
+    };
+    ASSERT_TRUE(goIntoBand());
+    pressWhereTheKeyboardIs("F6");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list().hasFocus(); }));
+    ASSERT_TRUE(goIntoBand());
+    pressWhereTheKeyboardIs("ctrl+f");
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return !window->findChild<QWidget*>("picFind")->isHidden(); }));
+    auto* const field = window->findChild<QWidget*>("txtFind");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return field->hasFocus(); }));
     close();
     EXPECT_TRUE(bold == nullptr || !bold->isVisible());
 }
