@@ -33,7 +33,7 @@ for stem in "${stems[@]}"; do
     if $repeatable; then
         corpus=$root/build/fuzz/repeatable/$stem
         rm -rf "$corpus"
-        order=(-seed=1 -entropic=0)
+        order=(-seed=1 -entropic=0 -use_cmp=0) # what is compared holds names of this run
     fi
     mkdir -p "$corpus"
     # An input may take seconds; none may take more memory than this many megabytes.

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QSettings>
 
+#include <algorithm>
 #include <utility>
 
 namespace yrw {
@@ -36,8 +37,9 @@ private:
             ++m_at;
         }
         if (m_at == m_text.size() || m_text[m_at] == '#' || m_text[m_at] == ';') {
-            const qsizetype end = m_text.indexOf('\n', m_at);
-            m_at = end < 0 ? m_text.size() : end;
+            while (m_at < m_text.size() && m_text[m_at] != '\n' && m_text[m_at] != '\r') {
+                ++m_at;
+            }
             return true;
         }
         const qsizetype start = m_at;
@@ -79,6 +81,12 @@ bool isWellFormed(const QString& path) {
 
 /// What a file with one more setting takes at the most, in bytes, beyond its present size.
 constexpr qint64 kOneSetting = 16384;
+
+/// A key that ends with a slash is written with a sign at its end that the next one who reads takes
+/// for something else.
+bool canBeWrittenAgain(const QStringList& keys) {
+    return std::ranges::none_of(keys, [](const QString& key) { return key.endsWith(u'/'); });
+}
 
 /// A text with commas that was typed by hand, without quotes, is read as a list.
 QString textOf(const QVariant& value) {
@@ -123,13 +131,15 @@ bool SettingsStore::write(const QString& application,
     QDir().mkpath(m_folder);
     const QString path = fileOf(application);
     if (isWellFormed(path) && hasRoomBeside(path, QFileInfo(path).size() + kOneSetting)) {
+        // Format errors do not count: the lines were looked at above, and QSettings takes a comment
+        // that begins with # for one, or not, by what of the file it happens to have read before.
         QSettings file(path, QSettings::IniFormat);
-        if (file.status() == QSettings::NoError) {
+        if (file.status() != QSettings::AccessError && canBeWrittenAgain(file.allKeys())) {
             change(file);
             file.sync();
-        }
-        if (file.status() == QSettings::NoError) {
-            return true;
+            if (file.status() != QSettings::AccessError) {
+                return true;
+            }
         }
     }
     noteProblem(application, true);

@@ -79,8 +79,25 @@ TEST_F(SettingsStoreTest, SeesAndKeepsWhatAnotherProgramWrote) {
     EXPECT_EQ(get(u"Height"_s), u"default");
 }
 
+TEST_F(SettingsStoreTest, AFileIsNotWrittenThatCouldNotBeReadAfterwards) {
+    const char* text = "[Other]\nkey%2F=1\n";
+    SettingsStore fresh(folder.filePath(u"not/yet"_s));
+    writeFile(text);
+    EXPECT_FALSE(fresh.save(kApp, kSection, u"Width"_s, u"1"_s));
+    EXPECT_EQ(fileText(), text);
+}
+
+TEST_F(SettingsStoreTest, SavesBesideACommentThatNothingHasReadBefore) {
+    ASSERT_TRUE(save(u"Width"_s, u"1"_s));
+    writeFile("# by hand\n[YRWNotes%20Settings]\nHeight=5000\n");
+    EXPECT_TRUE(save(u"Width"_s, u"2"_s));
+    EXPECT_EQ(get(u"Width"_s), u"2");
+    EXPECT_EQ(get(u"Height"_s), u"5000");
+}
+
 TEST_F(SettingsStoreTest, ABrokenFileGivesDefaultsAndOneWarningAndIsKept) {
     for (const char* broken : {
+             "[YRWNotes%20Settings]\n;a line ends here\rHeight 4000\n",
              "[YRWNotes%20Settings]\nHeight 4000 and no sign between\n",
              "[YRWNotes%20Settings]\nHei\"ght=4000\"\nWidth=1\n", // the sign is in quotes
              "[YRWNotes%20Settings]\nHei;ght=4000\nWidth=1\n",    // the sign is in a comment
