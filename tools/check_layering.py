@@ -55,7 +55,7 @@ ROOMS = {
     },
     "platform/spelling": set(),
     "platform/richtext": {
-        "platform/rtf", "platform/controls", "platform/forms", "platform/prompt", "platform/spelling",
+        "platform/rtf", "platform/forms", "platform/prompt", "platform/spelling",
     },
     "framework": {
         "platform/clock", "platform/settings", "platform/files", "platform/prompt",
