@@ -3,13 +3,12 @@
 #include "addin/BusySign.h"
 #include "addin/DailyCopyMaker.h"
 #include "addin/Tools.h"
-#include "addin/frmTimer.h"
 #include "framework/ErrorGuards.h"
 #include "framework/SettingsWatch.h"
 #include "platform/richtext/LocalFiles.h"
+#include "store/NoteReading.h"
 
 #include <QScopedValueRollback>
-#include <QTimer>
 
 namespace yrw {
 
@@ -20,10 +19,6 @@ AddIn::AddIn() : m_module(Module1::instance()) {
 
 AddIn::~AddIn() {
     Class_Terminate();
-}
-
-void AddIn::EndTimer::operator()(frmTimer* form) const noexcept {
-    form->end();
 }
 
 // Event handlers.
@@ -42,7 +37,7 @@ void AddIn::Class_Terminate() noexcept {
     releaseAll();
     m_upper.connect(nullptr, nullptr, nullptr);
     m_lower.connect(nullptr, nullptr, nullptr);
-    m_module.dropHost(*this);
+    m_module.hostLeft(*this);
     m_module.remove(*this);
 }
 
@@ -53,9 +48,8 @@ void AddIn::atbComponent_Click(ITool& tool) {
 }
 
 void AddIn::atbInterface_BandOpen(IBand& band) {
-    if (!m_released && band.key() == kGridBandKey) {
-        placeGridNotesTool(band);
-        m_gridToolPlaced = true;
+    if (!m_released) {
+        m_tools.placeIn(band);
     }
 }
 
@@ -63,25 +57,24 @@ void AddIn::atbInterface_Click(ITool& tool) {
     if (tool.id() != kGridNotesToolId) {
         return;
     }
-    const BusySign busy(prompt(), {}, {});
-    if (reachesDatabase(tool) && m_interface) {
-        IGridController* controller = m_interface->CurrentController();
-        ShowNotes(controller != nullptr ? controller->CurrentRecord() : nullptr, 0);
+    const BusySign busy(m_module.services().prompt, m_host, {});
+    if (reachesDatabase(tool) && m_host.hostInterface) {
+        ShowNotes(m_host.currentRecord(), 0);
     }
 }
 
 void AddIn::stbMain_DblClick() {
-    if (stbMain && !isBehind() && stbMain->tag() == AutoNotes::kMarker) {
+    if (m_host.stbMain && !m_standing.isBehind() && m_host.stbMain->tag() == AutoNotes::kMarker) {
         ShowNotes(m_autoNotes.currentRecord(), 0);
     }
 }
 
+void AddIn::mfrmTimer_CheckReminders(bool& cancel) {
+    m_reminderCheck.minutePassed(cancel);
+}
+
 void AddIn::mfrmTimer_CheckWindowFocus() {
-    if (GetPopupFormCount() == 0) {
-        setAutoNoteTimerEnabled(false);
-    } else if (!m_interface || !m_interface->IsWindowActive()) {
-        cleanUpAutoNotes();
-    }
+    m_autoNotes.watchFocus();
 }
 
 // The host's objects.
@@ -90,54 +83,12 @@ void AddIn::setComponent(IHostComponent* component) {
     const Ref<AddIn> keep(this);
     removeTools();
     m_connections.clear();
-    m_module.dropHost(*this);
-    m_component = component;
-    takeHostObjects();
+    m_module.hostLeft(*this);
+    m_host.take(component);
+    m_module.hostTaken(*this);
     ignoreErrors([this] { connectEvents(); });
-    if (m_active) {
+    if (m_standing.isAtWork()) {
         start();
-    }
-}
-
-void AddIn::setIInterface(IHostInterface* /*interface_*/) {}
-
-/// Takes what the component offers, each object on its own: a host that fails to hand one over
-/// still has the use of the others.
-void AddIn::takeHostObjects() noexcept {
-    const auto take = [this](auto& member, auto ask) {
-        member.reset();
-        ignoreErrors([&] {
-            if (m_component) {
-                member = ask();
-            }
-        });
-    };
-    const auto gridOf = [](const GuardedPtr<IGridController>& controller) {
-        return controller ? controller->Grid() : nullptr;
-    };
-    take(m_interface, [this] { return m_component->Interface(); });
-    take(mobjUpperGridClass, [this] { return m_component->UpperController(); });
-    take(mobjLowerGridClass, [this] { return m_component->LowerController(); });
-    take(dbgUpper, [&] { return gridOf(mobjUpperGridClass); });
-    take(dbgLower, [&] { return gridOf(mobjLowerGridClass); });
-    take(m_upperSplits, [this] { return dbgUpper ? dbgUpper->Splits() : nullptr; });
-    take(m_lowerSplits, [this] { return dbgLower ? dbgLower->Splits() : nullptr; });
-    m_hostProgID.clear();
-    ignoreErrors([this] {
-        const Ref<IHostApplication> host = m_component ? m_component->Application() : nullptr;
-        m_hostProgID = host ? host->ProgID() : QString();
-    });
-    take(atbComponent, [this] { return m_component->Toolbar(); });
-    take(atbInterface, [this] { return m_interface ? m_interface->Toolbar() : nullptr; });
-    take(stbMain, [this] { return m_component->StatusBar(); });
-    if (m_module.otherActive(*this) == nullptr) {
-        becomeServed(); // else that one goes on until this one is activated
-    }
-}
-
-void AddIn::becomeServed() noexcept {
-    if (m_component) {
-        m_module.setHost(m_component.get(), m_hostProgID);
     }
 }
 
@@ -151,25 +102,20 @@ void AddIn::on(Event<Args...>& event, Handler handler) {
 }
 
 void AddIn::connectEvents() {
-    m_upper.connect(mobjUpperGridClass.get(), dbgUpper.get(), m_upperSplits.get());
-    m_lower.connect(mobjLowerGridClass.get(), dbgLower.get(), m_lowerSplits.get());
-    if (atbComponent) {
-        on(atbComponent->Click, [this](ITool& tool) { atbComponent_Click(tool); });
+    m_upper.connect(m_host.mobjUpperGridClass.get(), m_host.dbgUpper.get(),
+                    m_host.upperSplits.get());
+    m_lower.connect(m_host.mobjLowerGridClass.get(), m_host.dbgLower.get(),
+                    m_host.lowerSplits.get());
+    if (m_host.atbComponent) {
+        on(m_host.atbComponent->Click, [this](ITool& tool) { atbComponent_Click(tool); });
     }
-    if (atbInterface) {
-        on(atbInterface->BandOpen, [this](IBand& band) { atbInterface_BandOpen(band); });
-        on(atbInterface->Click, [this](ITool& tool) { atbInterface_Click(tool); });
+    if (m_host.atbInterface) {
+        on(m_host.atbInterface->BandOpen, [this](IBand& band) { atbInterface_BandOpen(band); });
+        on(m_host.atbInterface->Click, [this](ITool& tool) { atbInterface_Click(tool); });
     }
-    if (stbMain) {
-        on(stbMain->DblClick, [this] { stbMain_DblClick(); });
+    if (m_host.stbMain) {
+        on(m_host.stbMain->DblClick, [this] { stbMain_DblClick(); });
     }
-}
-
-/// The host's window; nothing where the host gives none.
-QWidget* AddIn::hostWindow() const noexcept {
-    QWidget* window = nullptr;
-    ignoreErrors([&] { window = m_interface ? m_interface->Window() : nullptr; });
-    return window;
 }
 
 /// True when the database is open and it is for this add-in to show it. A tool clicked while it is
@@ -178,14 +124,10 @@ bool AddIn::reachesDatabase(ITool& tool) const {
     if (!m_module.isDatabaseOpen()) {
         tool.setEnabled(false);
     }
-    return isDatabaseOpen() && !isBehind();
+    return m_standing.isDatabaseOpen() && !m_standing.isBehind();
 }
 
 // Life.
-
-QString AddIn::Name() {
-    return QStringLiteral("Yarrowen Notes");
-}
 
 bool AddIn::Activate() {
     const Ref<AddIn> keep(this);
@@ -193,50 +135,34 @@ bool AddIn::Activate() {
         return false; // the user is being asked already
     }
     const QScopedValueRollback<bool> activating(m_activating, true);
-    if (isTurnedAway()) {
+    if (!m_opening.mayOpen(m_module.otherActive(*this))) {
         return false;
     }
     m_released = false;
-    becomeServed();
-    ignoreErrors([this] { OpenDatabase(); });
+    m_module.serve(m_host);
+    ignoreErrors([this] { m_opening.OpenDatabase(); });
     if (m_released || !m_module.isDatabaseOpen()) {
         const bool released = m_released; // by the host, while the user was asked
         releaseAll();
         m_released = released;
         return false;
     }
-    m_active = true;
+    m_standing.setAtWork(true);
     m_module.activated(*this);
     start();
     return true;
 }
 
 void AddIn::start() noexcept {
-    ignoreErrors([this] {
-        if (atbComponent) {
-            m_placedBandKey = placeShowNotesTool(*atbComponent);
-        }
-    });
-    ignoreErrors([this] { switchToolsOn(); });
+    m_tools.place();
     ignoreErrors([this] { startTimer(); });
     richtext::removeLeftCopies();
     databaseOpened();
 }
 
-/// A tool of the grids' menu that was clicked while the database was closed works again; one that
-/// another add-in placed is this one's, too.
-void AddIn::switchToolsOn() {
-    IBand* band = atbInterface ? atbInterface->findBand(kGridBandKey) : nullptr;
-    if (ITool* tool = band != nullptr ? band->findTool(kNotesToolKey) : nullptr) {
-        tool->setEnabled(true);
-        m_gridToolPlaced = true;
-    }
-}
-
 void AddIn::startTimer() {
-    mfrmTimer.reset(new frmTimer(m_module));
-    m_checkWatch.begin(services().clock);
-    frmTimer* const form = mfrmTimer.get();
+    frmTimer* const form = &mfrmTimer.start(m_module);
+    m_reminderCheck.begin();
     QObject::connect(form, &frmTimer::CheckReminders, form, [this](bool& cancel) {
         const Ref<AddIn> keep(this);
         ignoreErrors([&] { mfrmTimer_CheckReminders(cancel); });
@@ -246,7 +172,14 @@ void AddIn::startTimer() {
         ignoreErrors([this] { mfrmTimer_CheckWindowFocus(); });
     });
     new DailyCopyMaker(m_module, form);
-    frmTimer::setEnabled(form->ReminderTimer(), true);
+    mfrmTimer.enableReminders(true);
+}
+
+/// Stops the checks and takes the tool away from the user. For whoever wants the notes silent:
+/// nothing here calls it.
+void AddIn::stopReminders() {
+    mfrmTimer.enableReminders(false);
+    m_tools.switchOff();
 }
 
 void AddIn::DeActivate() {
@@ -257,104 +190,101 @@ void AddIn::DeActivate() {
 
 /// Takes back what `Activate` did; every step on its own, so that one that fails stops no other.
 void AddIn::releaseAll() noexcept {
-    const bool wasBehind = isBehind();
+    const bool wasBehind = m_standing.isBehind();
     m_released = true;
     // What is on screen saves when it is unloaded, so that goes first.
     m_notesWindows.unloadAll();
     ignoreErrors([this] { m_popups.closeAll(); });
-    m_active = false;
+    m_standing.setAtWork(false);
     removeTools();
     m_module.letGo(*this); // the last one closes database, workspace and application view
-    mfrmTimer.reset();
+    mfrmTimer.end();
     m_notesWindows.clear();
     m_upper.stop();
     m_lower.stop();
     m_notesSeek.close();
     m_autoNotes.closePopup();
     if (!wasBehind) {
-        m_autoNotes.cleanUp(stbMain);
+        m_autoNotes.clear();
     }
     repaintGrids();
 }
 
-/// Removes the tools, except those that another add-in of the host needs.
 void AddIn::removeTools() noexcept {
+    m_tools.remove(
+        [this](const IToolbar* toolbar) { return m_module.isSharedToolbar(*this, toolbar); });
+}
+
+// What windows, hosts and the other add-ins ask.
+
+void AddIn::ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) {
+    if (!m_standing.isDatabaseOpen()) {
+        return;
+    }
+    const Ref<AddIn> keep(this); // a host may let go while the window is open
+    ignoreErrors([this] { m_module.replacedFile().look(true); });
+    if (!m_standing.isDatabaseOpen()) {
+        return;
+    }
+    const Services& services = m_module.services();
+    const BusySign busy(services.prompt, m_host, QStringLiteral("Showing Notes..."));
+    const bool hadPopup = m_autoNotes.closePopup();
+    reportErrors(services.utility, QStringLiteral("YRWNOTES.AddIn.ShowNotes"),
+                 QStringLiteral("Could not show Notes"), QStringLiteral("Notes Problem"), [&] {
+                     m_module.serve(m_host);
+                     Ref<IRecord> owner = record;
+                     if (!record && noteRecordID != 0) {
+                         const auto key = ownerOfNote(m_module.dataHelper(), noteRecordID);
+                         owner = key ? m_host.recordOf(key->objectKey.toString(), key->recordID)
+                                     : nullptr;
+                     }
+                     m_notesWindows.show(*this, m_module, owner, noteRecordID, m_host.window());
+                 });
+    bool isToOpenAgain = false;
+    ignoreErrors([&] { isToOpenAgain = m_module.replacedFile().windowClosed(*this); });
     ignoreErrors([this] {
-        if (atbComponent && !m_placedBandKey.isEmpty() &&
-            !m_module.isSharedToolbar(*this, atbComponent.get())) {
-            removeNotesTool(*atbComponent, m_placedBandKey);
+        if (m_standing.isDatabaseOpen()) {
+            m_popups.closeSettled();
         }
     });
-    ignoreErrors([this] {
-        if (atbInterface && m_gridToolPlaced &&
-            !m_module.isSharedToolbar(*this, atbInterface.get())) {
-            removeNotesTool(*atbInterface, kGridBandKey);
-        }
-    });
-    m_placedBandKey.clear();
-    m_gridToolPlaced = false;
-    for (const GuardedPtr<IToolbar>& toolbar : {atbComponent, atbInterface}) {
-        ignoreErrors([&] {
-            if (toolbar) {
-                toolbar->recalcLayout();
-                toolbar->refresh();
-            }
-        });
+    repaintGrids();
+    if (hadPopup && !m_released) {
+        m_autoNotes.check(m_host.mobjUpperGridClass, true);
+    }
+    if (isToOpenAgain) {
+        ShowNotes(record, noteRecordID);
     }
 }
 
-// What windows and handlers ask.
-
-Ref<IApplication> AddIn::NotesApplication() const {
-    return m_module.applicationView();
+bool AddIn::CheckForReminders() {
+    const Ref<AddIn> keep(this);
+    return m_reminderCheck.run(false);
 }
 
-bool AddIn::isDatabaseOpen() const {
-    return m_active && m_module.isDatabaseOpen();
-}
-
-bool AddIn::switchOn(NotesSwitch which) const {
-    return m_module.switchOn(which);
+bool AddIn::CheckingForReminders() const {
+    return m_module.switchOn(NotesSwitch::CheckForReminders);
 }
 
 void AddIn::setSwitch(NotesSwitch which, bool on) {
     m_module.setSwitch(which, on);
-}
-
-bool AddIn::CheckingForReminders() const {
-    return switchOn(NotesSwitch::CheckForReminders);
-}
-
-void AddIn::setReminderTimerEnabled(bool enabled) {
-    if (mfrmTimer) {
-        frmTimer::setEnabled(mfrmTimer->ReminderTimer(), enabled);
+    switch (which) {
+    case NotesSwitch::CheckForReminders:
+        mfrmTimer.enableReminders(on);
+        break;
+    case NotesSwitch::CheckAutoNotes:
+        mfrmTimer.enableAutoNotes(on);
+        break;
+    case NotesSwitch::HighlightNotesRow:
+    case NotesSwitch::FlagNotesRow:
+        repaintGrids();
+        break;
+    case NotesSwitch::ShowPopupWindow:
+        break;
     }
 }
 
-void AddIn::setAutoNoteTimerEnabled(bool enabled) {
-    if (mfrmTimer) {
-        frmTimer::setEnabled(mfrmTimer->AutoNoteTimer(), enabled);
-    }
-}
-
-void AddIn::repaintGrids() {
-    m_upper.refresh();
-    m_lower.refresh();
-}
-
-void AddIn::checkAutoNotes(const GuardedPtr<IGridController>& controller) noexcept {
-    if (isBehind()) {
-        return;
-    }
-    m_autoNotes.forgetCurrentRecord(); // else every row would show the notes of the first
-    m_autoNotes.check(controller, true);
-}
-
-void AddIn::cleanUpAutoNotes() noexcept {
-    if (!isBehind()) { // else what is on screen is the other's
-        m_autoNotes.cleanUp(stbMain);
-    }
-    setAutoNoteTimerEnabled(false);
+bool AddIn::hasToolIn(const IToolbar* toolbar) const noexcept {
+    return m_tools.isIn(toolbar);
 }
 
 void AddIn::databaseOpened() noexcept {
@@ -365,6 +295,17 @@ void AddIn::databaseOpened() noexcept {
 void AddIn::marksSwitchedOn() noexcept {
     m_upper.marksSwitchedOn();
     m_lower.marksSwitchedOn();
+}
+
+void AddIn::goOnWithFileThere() {
+    m_module.closeDatabase();
+    m_opening.OpenDatabase();
+    repaintGrids();
+}
+
+void AddIn::repaintGrids() {
+    m_upper.refresh();
+    m_lower.refresh();
 }
 
 } // namespace yrw

@@ -1,6 +1,8 @@
 #include "addin/AutoNotes.h"
 
-#include "addin/AddIn.h"
+#include "addin/AddInHost.h"
+#include "addin/Standing.h"
+#include "addin/TimerForm.h"
 #include "dialogs/frmAutoNotes.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
@@ -65,9 +67,9 @@ int AutoNotes::popupCount() {
 
 void AutoNotes::check(const GuardedPtr<IGridController>& controller, bool closesPopup) noexcept {
     ignoreErrors([&] {
-        const GuardedPtr<IHostInterface> host = m_addIn.IInterface();
-        if (!controller || !host || m_addIn.Component() == nullptr || !m_addIn.isDatabaseOpen() ||
-            !m_addIn.switchOn(NotesSwitch::ShowPopupWindow) || !host->CanCheckNotes()) {
+        if (!controller || !m_host.hostInterface || !m_host.component ||
+            !m_standing.isDatabaseOpen() || !m_context.switchOn(NotesSwitch::ShowPopupWindow) ||
+            !m_host.hostInterface->CanCheckNotes()) {
             return;
         }
         if (!m_currentRecord) {
@@ -85,7 +87,8 @@ void AutoNotes::check(const GuardedPtr<IGridController>& controller, bool closes
 void AutoNotes::showNotes(bool closesPopup) {
     const Ref<IRecord> record = m_currentRecord;
     const Ref<dao::Recordset> notes = openNotes(*record);
-    const bool wantsPopup = NotesSettings(m_addIn.services().settings).get(setting::kShowAutoPopup);
+    const bool wantsPopup =
+        NotesSettings(m_context.services().settings).get(setting::kShowAutoPopup);
     if (closesPopup) {
         closePopup();
     }
@@ -118,8 +121,7 @@ void AutoNotes::showNotes(bool closesPopup) {
         present(*mfrmAutoNotes);
     } else { // the popup, where there is one, says more
         ignoreErrors([&] {
-            IHostInterface* const host = m_addIn.IInterface();
-            if (QWidget* const window = host != nullptr ? host->Window() : nullptr) {
+            if (QWidget* const window = m_host.window()) {
                 announce(*window, countText(count));
             }
         });
@@ -130,22 +132,19 @@ void AutoNotes::showNotes(bool closesPopup) {
 Ref<dao::Recordset> AutoNotes::openNotes(IRecord& record) const {
     const OwnerKey owner{record.Collection()->ObjectKey(),
                          record.value(QStringLiteral("RecordID"))};
-    return openAutomaticNotes(m_addIn.dataHelper(), m_addIn.HostProgID(), owner);
+    return openAutomaticNotes(m_context.dataHelper(), m_host.progID(), owner);
 }
 
 /// "Customer: Quill & Son [ANNA ASH NOTES]": whose notes they are, and whose hand the first is.
 QString AutoNotes::heading(IRecord& record, const dao::Recordset& notes) const {
     Ref<IHostApplication> host;
-    ignoreErrors([&] {
-        IHostComponent* const component = m_addIn.Component();
-        host = component != nullptr ? component->Application() : nullptr;
-    });
+    ignoreErrors([&] { host = m_host.application(); });
     return nameOf(host, record) + u'[' + authorOf(host, notes).toUpper() +
            QStringLiteral(" NOTES]");
 }
 
 void AutoNotes::showStatus(int count, const QString& heading) const {
-    if (IStatusBar* bar = m_addIn.statusBar()) {
+    if (IStatusBar* bar = m_host.stbMain.get()) {
         bar->setText(countText(count));
         bar->setToolTipText(heading);
         bar->setTag(kMarker);
@@ -157,7 +156,7 @@ void AutoNotes::showStatus(int count, const QString& heading) const {
 
 frmAutoNotes& AutoNotes::popup() {
     if (!mfrmAutoNotes) {
-        mfrmAutoNotes = new frmAutoNotes(m_addIn.services(), m_addIn.IInterface()->Window());
+        mfrmAutoNotes = new frmAutoNotes(m_context.services(), m_host.hostInterface->Window());
         connectPopup(*mfrmAutoNotes);
     }
     return *mfrmAutoNotes;
@@ -166,23 +165,23 @@ frmAutoNotes& AutoNotes::popup() {
 void AutoNotes::connectPopup(frmAutoNotes& form) {
     QObject::connect(&form, &frmAutoNotes::ShowNote, &form, [this](qint64 noteID) {
         // Not from within the click: the popup that got it ends before the notes window does.
-        const auto show = [keep = Ref<AddIn>(&m_addIn), noteID] {
+        const auto show = [keep = Ref<INotesParent>(&m_addIn), noteID] {
             ignoreErrors([&] { keep->ShowNotes(nullptr, noteID); });
         };
         QMetaObject::invokeMethod(qApp, show, Qt::QueuedConnection);
     });
     QObject::connect(&form, &frmAutoNotes::CancelFocusCheck, &form,
-                     [this] { m_addIn.setAutoNoteTimerEnabled(false); });
+                     [this] { m_timers.enableAutoNotes(false); });
     QObject::connect(&form, &frmAutoNotes::UnloadForm, &form, [this] {
-        const Ref<AddIn> keep(&m_addIn);
-        m_addIn.cleanUpAutoNotes();
+        const Ref<INotesParent> keep(&m_addIn);
+        cleanUp();
     });
     QObject::connect(&form, &frmAutoNotes::settled, &form,
-                     [this] { m_addIn.setAutoNoteTimerEnabled(true); });
+                     [this] { m_timers.enableAutoNotes(true); });
 }
 
 void AutoNotes::present(frmAutoNotes& form) {
-    const QRect host = m_addIn.IInterface()->WindowRect();
+    const QRect host = m_host.hostInterface->WindowRect();
     form.SetPosition(pixelsToTwips(host.x()), pixelsToTwips(host.y()), pixelsToTwips(host.height()),
                      pixelsToTwips(host.width()));
     form.present();
@@ -198,17 +197,41 @@ bool AutoNotes::closePopup() noexcept {
     return !form.isNull();
 }
 
-void AutoNotes::cleanUp(const GuardedPtr<IStatusBar>& statusBar) noexcept {
+void AutoNotes::landed(const GuardedPtr<IGridController>& controller) noexcept {
+    if (m_standing.isBehind()) {
+        return;
+    }
+    forgetCurrentRecord(); // else every row would show the notes of the first
+    check(controller, true);
+}
+
+void AutoNotes::watchFocus() {
+    if (popupCount() == 0) {
+        m_timers.enableAutoNotes(false);
+    } else if (!m_host.hostInterface || !m_host.hostInterface->IsWindowActive()) {
+        cleanUp();
+    }
+}
+
+void AutoNotes::cleanUp() noexcept {
+    if (!m_standing.isBehind()) { // else what is on screen is the other's
+        clear();
+    }
+    m_timers.enableAutoNotes(false);
+}
+
+void AutoNotes::clear() noexcept {
     if (m_cleaningUp) {
         return;
     }
     const QScopedValueRollback<bool> guard(m_cleaningUp, true);
     ignoreErrors([&] {
-        if (statusBar && statusBar->tag() == kMarker) {
-            statusBar->setText({});
-            statusBar->setToolTipText({});
-            statusBar->setTag({});
-            statusBar->refresh();
+        const GuardedPtr<IStatusBar> bar = m_host.stbMain;
+        if (bar && bar->tag() == kMarker) {
+            bar->setText({});
+            bar->setToolTipText({});
+            bar->setTag({});
+            bar->refresh();
         }
     });
     QList<QPointer<Form>> popups;

@@ -1,20 +1,19 @@
 #pragma once
 
+#include "addin/AddInHost.h"
 #include "framework/ErrorGuards.h"
-#include "framework/HostObjects.h"
-#include "platform/component/GuardedPtr.h"
-
-#include <utility>
 
 namespace yrw {
 
 /// Tells the user that something takes a while: the hourglass and a text on the host's window,
-/// both taken back at its end. A host that fails to show the text stops nothing.
+/// both taken back at its end.
 /// Lifetime: one block of code. Thread: the user-interface thread.
 class BusySign {
 public:
-    BusySign(Prompt& prompt, GuardedPtr<IHostInterface> interface_, const QString& text)
-        : m_prompt(prompt), m_interface(std::move(interface_)) {
+    /// An empty text shows the hourglass alone.
+    BusySign(Prompt& prompt, const AddInHost& host, const QString& text)
+        : m_prompt(prompt),
+          m_interface(text.isEmpty() ? GuardedPtr<IHostInterface>() : host.hostInterface) {
         m_prompt.setMousePointer(MousePointer::Hourglass);
         showStatus(text);
     }

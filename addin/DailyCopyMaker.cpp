@@ -1,10 +1,10 @@
 #include "addin/DailyCopyMaker.h"
 
-#include "addin/Module1.h"
 #include "framework/Services.h"
 #include "framework/Settings.h"
 #include "platform/clock/Clock.h"
 #include "platform/prompt/ErrorLog.h"
+#include "store/NotesContext.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -20,8 +20,8 @@ constexpr qint64 kQuietMs = 2'000; ///< without a key or a button before anythin
 
 } // namespace
 
-DailyCopyMaker::DailyCopyMaker(Module1& module, QObject* parent)
-    : QObject(parent), m_module(module), m_lastInputMs(module.clock().monotonicMs()) {
+DailyCopyMaker::DailyCopyMaker(NotesContext& context, QObject* parent)
+    : QObject(parent), m_context(context), m_lastInputMs(context.clock().monotonicMs()) {
     m_minute.setInterval(kMinuteMs);
     m_slice.setInterval(kBetweenSlicesMs);
     connect(&m_minute, &QTimer::timeout, this, [this] { look(); });
@@ -30,14 +30,14 @@ DailyCopyMaker::DailyCopyMaker(Module1& module, QObject* parent)
 }
 
 void DailyCopyMaker::look() {
-    const QDate today = m_module.clock().now().date();
-    const bool isWanted = NotesSettings(m_module.services().settings).get(setting::kDailyCopy);
-    if (today == m_day || !isWanted || m_copy || !m_module.isDatabaseOpen()) {
+    const QDate today = m_context.clock().now().date();
+    const bool isWanted = NotesSettings(m_context.services().settings).get(setting::kDailyCopy);
+    if (today == m_day || !isWanted || m_copy || !m_context.isDatabaseOpen()) {
         return;
     }
     m_day = today;
-    m_lastInputMs = m_module.clock().monotonicMs(); // what was pressed before, nobody noted
-    m_copy = std::make_unique<DailyCopy>(m_module.database(), today, m_module.clock());
+    m_lastInputMs = m_context.clock().monotonicMs(); // what was pressed before, nobody noted
+    m_copy = std::make_unique<DailyCopy>(m_context.database(), today, m_context.clock());
     qApp->installEventFilter(this);
     m_slice.start();
 }
@@ -48,13 +48,13 @@ bool DailyCopyMaker::eventFilter(QObject* watched, QEvent* event) {
                          event->type() == QEvent::MouseButtonRelease ||
                          event->type() == QEvent::InputMethod || event->type() == QEvent::Wheel;
     if (isInput) {
-        m_lastInputMs = m_module.clock().monotonicMs();
+        m_lastInputMs = m_context.clock().monotonicMs();
     }
     return QObject::eventFilter(watched, event);
 }
 
 void DailyCopyMaker::workOn() {
-    if (m_module.clock().monotonicMs() - m_lastInputMs < kQuietMs) {
+    if (m_context.clock().monotonicMs() - m_lastInputMs < kQuietMs) {
         return;
     }
     try {
@@ -66,7 +66,7 @@ void DailyCopyMaker::workOn() {
         }
     } catch (...) {
         const AutomationError error = currentError();
-        appendToErrorLog(m_module.clock().now(),
+        appendToErrorLog(m_context.clock().now(),
                          {error.number(), error.source(), error.description(), {}, {}, {}});
         end();
     }

@@ -7,7 +7,7 @@
 
 namespace yrw {
 
-class Module1;
+class NotesContext;
 
 /// Makes the day's copy of the notes database while the user does nothing, in slices too short to
 /// be felt. Looks once a minute whether the day has changed, so that a program that runs for days
@@ -19,8 +19,8 @@ class DailyCopyMaker final : public QObject {
     Q_OBJECT
 
 public:
-    /// The module outlives it.
-    DailyCopyMaker(Module1& module, QObject* parent);
+    /// The context outlives it.
+    DailyCopyMaker(NotesContext& context, QObject* parent);
 
     /// Looks now; the timer does so every minute.
     void look();
@@ -33,7 +33,7 @@ private:
     void workOn();
     void end();
 
-    Module1& m_module;
+    NotesContext& m_context;
     QTimer m_minute;
     QTimer m_slice;
     QDate m_day; ///< that was seen to last

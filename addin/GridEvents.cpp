@@ -1,8 +1,10 @@
 #include "addin/GridEvents.h"
 
-#include "addin/AddIn.h"
+#include "addin/AddInHost.h"
+#include "addin/AutoNotes.h"
 #include "addin/LinkedColumns.h"
-#include "addin/Module1.h"
+#include "addin/NotesOpening.h"
+#include "addin/Standing.h"
 #include "framework/ErrorGuards.h"
 #include "store/NoteReading.h"
 #include "store/Schema.h"
@@ -28,7 +30,7 @@ const QString kRecordID = QStringLiteral("RecordID");
 
 } // namespace
 
-GridEvents::GridEvents(AddIn& addIn) : m_addIn(addIn) {
+GridEvents::GridEvents(const World& world) : m_world(world) {
     m_again.setSingleShot(true);
     m_again.setInterval(kAgainMs);
     QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { goOnAgain(); });
@@ -36,10 +38,10 @@ GridEvents::GridEvents(AddIn& addIn) : m_addIn(addIn) {
 
 /// The notes were locked by somebody while the grid was painted or the cursor came to rest.
 void GridEvents::goOnAgain() noexcept {
-    const Ref<AddIn> keep(&m_addIn);
+    const Ref<Counted> keep(&m_world.addIn);
     refresh();
     if (m_landingMissed) {
-        const dao::BriefWaits brief(m_addIn.notesDatabase());
+        const dao::BriefWaits brief(m_world.context.database());
         ignoreErrors([this] { StayOnRow(); });
         if (brief.wereInVain()) {
             m_again.start();
@@ -51,8 +53,8 @@ void GridEvents::goOnAgain() noexcept {
 template <class... Args, class Handler>
 void GridEvents::on(Event<Args...>& event, Handler handler) {
     m_connections.push_back(event.connect([this, handler](Args... args) {
-        const Ref<AddIn> keep(&m_addIn);
-        const dao::BriefWaits brief(m_addIn.notesDatabase());
+        const Ref<Counted> keep(&m_world.addIn);
+        const dao::BriefWaits brief(m_world.context.database());
         ignoreErrors([&] { handler(args...); });
         if (brief.wereInVain()) {
             m_again.start();
@@ -124,7 +126,7 @@ void GridEvents::stop() noexcept {
 void GridEvents::marksSwitchedOn() noexcept {
     ignoreErrors([this] {
         m_cloneTried = false;
-        if (m_addIn.isDatabaseOpen() && isSingleSplit()) {
+        if (m_world.standing.isDatabaseOpen() && isSingleSplit()) {
             fetchRowStyles();
             fetchCellStyles();
         }
@@ -144,21 +146,21 @@ bool GridEvents::isSingleSplit() const {
 }
 
 bool GridEvents::wantsMarks() const {
-    return m_addIn.switchOn(NotesSwitch::FlagNotesRow) ||
-           m_addIn.switchOn(NotesSwitch::HighlightNotesRow);
+    return m_world.context.switchOn(NotesSwitch::FlagNotesRow) ||
+           m_world.context.switchOn(NotesSwitch::HighlightNotesRow);
 }
 
 // Controller events.
 
 void GridEvents::AfterAddEditCanceled() {
-    m_addIn.cleanUpAutoNotes();
+    m_world.autoNotes.cleanUp();
 }
 
 void GridEvents::AfterLayoutLoad() {
     m_linkedColumnsSet = false;
     m_flagColumn = -1;
     m_rememberedColumn = -1;
-    if (!m_addIn.isDatabaseOpen() || !isSingleSplit()) {
+    if (!m_world.standing.isDatabaseOpen() || !isSingleSplit()) {
         return;
     }
     setUpLinkedColumns();
@@ -166,22 +168,23 @@ void GridEvents::AfterLayoutLoad() {
 }
 
 void GridEvents::AfterRecordsetChange(const Ref<dao::Recordset>& recordset) {
-    if (!m_addIn.isDatabaseOpen()) {
+    if (!m_world.standing.isDatabaseOpen()) {
         closeClone(); // what it stood on is gone
         return;
     }
     takeClone(recordset);
     if (wantsMarks()) {
-        m_addIn.cleanUpAutoNotes();
+        m_world.autoNotes.cleanUp();
     }
 }
 
 void GridEvents::OnAddRow() {
-    m_addIn.cleanUpAutoNotes();
+    m_world.autoNotes.cleanUp();
 }
 
 void GridEvents::StayOnCell() {
-    if (!m_addIn.switchOn(NotesSwitch::ShowPopupWindow) || !m_addIn.isDatabaseOpen()) {
+    if (!m_world.context.switchOn(NotesSwitch::ShowPopupWindow) ||
+        !m_world.standing.isDatabaseOpen()) {
         return;
     }
     if (!m_linkedColumnsSet || m_controller->LayoutName() != m_layoutName) {
@@ -190,10 +193,10 @@ void GridEvents::StayOnCell() {
 }
 
 void GridEvents::StayOnRow() {
-    if (m_addIn.switchOn(NotesSwitch::ShowPopupWindow)) {
-        const dao::BriefWaits brief(m_addIn.notesDatabase());
-        m_addIn.cleanUpAutoNotes();
-        m_addIn.checkAutoNotes(m_controller);
+    if (m_world.context.switchOn(NotesSwitch::ShowPopupWindow)) {
+        const dao::BriefWaits brief(m_world.context.database());
+        m_world.autoNotes.cleanUp();
+        m_world.autoNotes.landed(m_controller);
         m_landingMissed = brief.wereInVain();
     }
 }
@@ -201,7 +204,7 @@ void GridEvents::StayOnRow() {
 // Grid events.
 
 void GridEvents::AfterColUpdate() {
-    if (m_addIn.isDatabaseOpen()) {
+    if (m_world.standing.isDatabaseOpen()) {
         setUpLinkedColumns();
     }
 }
@@ -213,7 +216,7 @@ void GridEvents::FetchRowStyle(dao::Bookmark bookmark, RowStyle& style) {
     const bool hasNote = hasActiveNote(bookmark);
     style.finding.keep(this, hasNote);
     if (hasNote) {
-        style.setBackColor(m_addIn.highlightColour());
+        style.setBackColor(m_world.opening.highlightColour());
     }
 }
 
@@ -243,9 +246,10 @@ void GridEvents::FetchRowRemark(dao::Bookmark bookmark, RowRemark& remark) {
 
 void GridEvents::RowColChange(dao::Bookmark before) {
     m_landingMissed = false;
-    m_addIn.cleanUpAutoNotes();
-    if (m_settingBack || m_addIn.isBehind() || m_flagColumn < 0 || !isSingleSplit() ||
-        !m_addIn.isDatabaseOpen() || !m_addIn.switchOn(NotesSwitch::FlagNotesRow)) {
+    m_world.autoNotes.cleanUp();
+    if (m_settingBack || m_world.standing.isBehind() || m_flagColumn < 0 || !isSingleSplit() ||
+        !m_world.standing.isDatabaseOpen() ||
+        !m_world.context.switchOn(NotesSwitch::FlagNotesRow)) {
         return;
     }
     if (m_grid->currentColumn() != m_flagColumn) {
@@ -268,14 +272,14 @@ bool GridEvents::isOnRow(dao::Bookmark row) const {
 }
 
 void GridEvents::Scroll() {
-    m_addIn.cleanUpAutoNotes();
+    m_world.autoNotes.cleanUp();
 }
 
 // Row marking.
 
 bool GridEvents::marks(NotesSwitch which) {
-    if (m_suppressed || m_addIn.isBehind() || !m_addIn.switchOn(which) ||
-        !m_addIn.isDatabaseOpen() || !isSingleSplit()) {
+    if (m_suppressed || m_world.standing.isBehind() || !m_world.context.switchOn(which) ||
+        !m_world.standing.isDatabaseOpen() || !isSingleSplit()) {
         return false;
     }
     if (!m_clone && !m_cloneTried && m_controller) {
@@ -288,13 +292,13 @@ bool GridEvents::hasActiveNote(dao::Bookmark bookmark) {
     m_clone->setBookmark(bookmark);
     QVariant& recordId = m_keys[2];
     recordId = m_clone->value(m_recordIdColumn);
-    return !recordId.isNull() && m_addIn.notesSeek().hasNote(m_keys);
+    return !recordId.isNull() && m_world.seek.hasNote(m_keys);
 }
 
 /// Adds the subjects of the active notes of the row that was tested last.
 void GridEvents::addSubjects(RowRemark& remark) {
     const Ref<dao::Recordset> notes =
-        openActiveNotes(m_addIn.dataHelper(), m_keys[0].toString(), {m_keys[1], m_keys[2]});
+        openActiveNotes(m_world.context.dataHelper(), m_keys[0].toString(), {m_keys[1], m_keys[2]});
     int shown = 0;
     for (; !notes->AtEof() && shown < kMostSubjects; notes->MoveNext(), ++shown) {
         remark.addDetail(HostUtility::NullToText(notes->value(u"Subject")));
@@ -314,12 +318,12 @@ void GridEvents::takeClone(const Ref<dao::Recordset>& recordset) {
     m_cloneTried = isSingleSplit();
     if (m_cloneTried && recordset) {
         const Ref<ICollection> shown = m_controller ? m_controller->CurrentObject() : nullptr;
-        m_keys = {m_addIn.HostProgID(), shown ? shown->ObjectKey() : QString(), QVariant(),
+        m_keys = {m_world.host.progID(), shown ? shown->ObjectKey() : QString(), QVariant(),
                   static_cast<int>(NoteStatus::Active)};
         m_recordIdColumn = recordset->FieldIndex(kRecordID);
         m_clone = recordset->Clone();
     }
-    m_addIn.openNotesSeek();
+    m_world.seek.open(m_world.context.database());
 }
 
 void GridEvents::closeClone() noexcept {
@@ -333,7 +337,8 @@ void GridEvents::closeClone() noexcept {
 }
 
 void GridEvents::fetchRowStyles() {
-    if (m_addIn.switchOn(NotesSwitch::HighlightNotesRow) && m_grid->columnOf(kRecordID) >= 0) {
+    if (m_world.context.switchOn(NotesSwitch::HighlightNotesRow) &&
+        m_grid->columnOf(kRecordID) >= 0) {
         for (int split = 0; split < m_splits->splitCount(); ++split) {
             m_splits->setFetchRowStyle(split, split == 0);
         }
@@ -341,7 +346,7 @@ void GridEvents::fetchRowStyles() {
 }
 
 void GridEvents::fetchCellStyles() {
-    if (m_addIn.switchOn(NotesSwitch::FlagNotesRow) && m_flagColumn >= 0) {
+    if (m_world.context.switchOn(NotesSwitch::FlagNotesRow) && m_flagColumn >= 0) {
         m_splits->setFetchCellStyle(0, true);
     }
 }
@@ -354,7 +359,7 @@ void GridEvents::setUpLinkedColumns() {
     const QScopedValueRollback<bool> suppress(m_suppressed, true);
     m_layoutName = m_controller->LayoutName();
     m_linkedColumnsSet = true;
-    m_flagColumn = findFlagColumn(m_addIn.dataHelper(), *m_grid, m_layoutName);
+    m_flagColumn = findFlagColumn(m_world.context.dataHelper(), *m_grid, m_layoutName);
     m_rememberedColumn = columnBeside(*m_grid, m_flagColumn);
     fetchCellStyles();
 }

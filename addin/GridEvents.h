@@ -1,6 +1,7 @@
 #pragma once
 
-#include "framework/INotesAddIn.h"
+#include "framework/HostObjects.h"
+#include "framework/INotesParent.h"
 #include "platform/component/GuardedPtr.h"
 #include "store/NotesSeek.h"
 
@@ -10,7 +11,11 @@
 
 namespace yrw {
 
-class AddIn;
+class AddInHost;
+class AutoNotes;
+class NotesContext;
+class NotesOpening;
+class Standing;
 
 /// Handles the events of one grid of the host and of its controller, and marks the grid's rows:
 /// a row whose record has an active note is painted in the highlight colour, and a cell of it, in
@@ -23,7 +28,18 @@ class AddIn;
 /// Lifetime: a member of its `AddIn`. Thread: the user-interface thread.
 class GridEvents {
 public:
-    explicit GridEvents(AddIn& addIn);
+    /// What the handlers work with. All outlive them.
+    struct World {
+        Counted& addIn; ///< kept while a handler runs
+        NotesContext& context;
+        const AddInHost& host;
+        const Standing& standing;
+        const NotesOpening& opening;
+        AutoNotes& autoNotes;
+        NotesSeek& seek; ///< shared with the other grid
+    };
+
+    explicit GridEvents(const World& world);
     GridEvents(const GridEvents&) = delete;
     GridEvents& operator=(const GridEvents&) = delete;
 
@@ -72,7 +88,7 @@ private:
     void fetchCellStyles();
     void setUpLinkedColumns();
 
-    AddIn& m_addIn;
+    const World m_world;
     QTimer m_again;               ///< runs after a lock was in the way
     bool m_landingMissed = false; ///< of the row that the cursor rests on
     GuardedPtr<IGridController> m_controller;

@@ -1,6 +1,7 @@
 #include "addin/Module1.h"
 
-#include "addin/AddIn.h"
+#include "addin/AddInHost.h"
+#include "addin/INeighbour.h"
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
 #include "framework/SettingsWatch.h"
@@ -21,7 +22,7 @@ namespace yrw {
 /// What one composition of the component is made of.
 struct Module1::World {
     World(Clock& clock, Prompt& prompt)
-        : utility(prompt), services{clock, settings, files, utility},
+        : utility(prompt), services{clock, settings, files, prompt, utility},
           watch(settings, clock, prompt, QStringLiteral("Notes Problem")) {}
 
     SettingsStore settings;
@@ -47,8 +48,9 @@ constexpr std::array<SwitchKey, 5> kSwitchKeys{{
     {NotesSwitch::ShowPopupWindow, &setting::kShowPopupWindow},
 }};
 
-bool servesSameHost(const AddIn& one, const AddIn& other) {
-    return one.Component() != nullptr && one.Component() == other.Component();
+bool servesSameHost(const INeighbour& one, const INeighbour& other) {
+    const IHostComponent* const component = one.host().component.get();
+    return component != nullptr && component == other.host().component.get();
 }
 
 bool isMark(NotesSwitch which) {
@@ -65,7 +67,7 @@ Module1& Module1::instance() {
     return *module;
 }
 
-void Module1::add(AddIn& addIn) {
+void Module1::add(INeighbour& addIn) {
     if (m_addIns.empty()) {
         m_world = std::make_unique<World>(Clock::instance(), Prompt::instance());
         m_world->utility.setTeller(
@@ -74,7 +76,7 @@ void Module1::add(AddIn& addIn) {
     m_addIns.push_back(&addIn);
 }
 
-void Module1::remove(AddIn& addIn) noexcept {
+void Module1::remove(INeighbour& addIn) noexcept {
     letGo(addIn);
     std::erase(m_addIns, &addIn);
 }
@@ -99,11 +101,19 @@ Services& Module1::services() {
     return m_world->services;
 }
 
+Application& Module1::application() {
+    if (!m_application) {
+        throw AutomationError(kErrorObjectRequired, QStringLiteral("YRWNOTES.Module1"),
+                              QStringLiteral("The notes are not open."));
+    }
+    return *m_application;
+}
+
 SettingsWatch& Module1::settingsWatch() {
     return m_world->watch;
 }
 
-void Module1::activated(AddIn& addIn) {
+void Module1::activated(INeighbour& addIn) {
     m_applicationView = m_application;
     if (std::find(m_active.begin(), m_active.end(), &addIn) == m_active.end()) {
         m_active.push_back(&addIn);
@@ -111,21 +121,21 @@ void Module1::activated(AddIn& addIn) {
     }
 }
 
-bool Module1::isBehind(const AddIn& addIn) const noexcept {
+bool Module1::isBehind(const INeighbour& addIn) const noexcept {
     const auto self = std::find(m_active.begin(), m_active.end(), &addIn);
     return std::any_of(m_active.begin(), self,
-                       [&](const AddIn* other) { return servesSameHost(*other, addIn); });
+                       [&](const INeighbour* other) { return servesSameHost(*other, addIn); });
 }
 
-bool Module1::isSharedToolbar(const AddIn& addIn, const IToolbar* toolbar) const noexcept {
-    return std::any_of(m_active.begin(), m_active.end(), [&](const AddIn* other) {
+bool Module1::isSharedToolbar(const INeighbour& addIn, const IToolbar* toolbar) const noexcept {
+    return std::any_of(m_active.begin(), m_active.end(), [&](const INeighbour* other) {
         return other != &addIn && other->hasToolIn(toolbar);
     });
 }
 
-AddIn* Module1::otherActive(const AddIn& addIn) const noexcept {
+INeighbour* Module1::otherActive(const INeighbour& addIn) const noexcept {
     const auto other = std::find_if(m_active.begin(), m_active.end(),
-                                    [&](const AddIn* each) { return each != &addIn; });
+                                    [&](const INeighbour* each) { return each != &addIn; });
     return other == m_active.end() ? nullptr : *other;
 }
 
@@ -136,7 +146,7 @@ bool Module1::isOpenAt(const QString& path) {
             (!file.isEmpty() && file == QFileInfo(m_databasePath).canonicalFilePath()));
 }
 
-void Module1::letGo(AddIn& addIn) noexcept {
+void Module1::letGo(INeighbour& addIn) noexcept {
     std::erase(m_active, &addIn);
     if (!m_active.empty()) {
         return;
@@ -151,17 +161,24 @@ void Module1::letGo(AddIn& addIn) noexcept {
     m_applicationView.reset();
 }
 
-void Module1::setHost(IHostComponent* component, const QString& progID) {
-    m_component = component;
-    m_hostProgID = progID;
+void Module1::serve(const AddInHost& host) noexcept {
+    if (host.component) {
+        m_served = &host;
+    }
 }
 
-void Module1::dropHost(const AddIn& addIn) noexcept {
-    if (!m_component || m_component.get() == addIn.Component()) {
-        m_component.reset();
-        m_hostProgID.clear();
-        if (AddIn* const other = otherActive(addIn)) {
-            other->becomeServed();
+void Module1::hostTaken(const INeighbour& addIn) noexcept {
+    if (otherActive(addIn) == nullptr) {
+        serve(addIn.host()); // else that one goes on until this one is activated
+    }
+}
+
+void Module1::hostLeft(const INeighbour& addIn) noexcept {
+    const IHostComponent* const served = m_served ? m_served->component.get() : nullptr;
+    if (served == nullptr || served == addIn.host().component.get()) {
+        m_served = nullptr;
+        if (const INeighbour* const other = otherActive(addIn)) {
+            serve(other->host());
         }
     }
 }
@@ -173,7 +190,7 @@ void Module1::openDatabase(const Ref<dao::Workspace>& workspace, const QString& 
     m_database->setLockWatch(&m_lockWait);
     m_databasePath = path;
     m_replacedFile.forget();
-    for (AddIn* addIn : std::vector<AddIn*>(m_active)) {
+    for (INeighbour* addIn : std::vector<INeighbour*>(m_active)) {
         addIn->databaseOpened();
     }
 }
@@ -197,7 +214,7 @@ void Module1::setSwitch(NotesSwitch which, bool on) {
     const bool goesOn = on && !stored;
     stored = on;
     if (goesOn && isMark(which)) {
-        for (AddIn* addIn : std::vector<AddIn*>(m_addIns)) {
+        for (INeighbour* addIn : std::vector<INeighbour*>(m_addIns)) {
             addIn->marksSwitchedOn();
         }
     }
@@ -221,7 +238,11 @@ bool Module1::isDatabaseOpen() {
 }
 
 Ref<IHostApplication> Module1::hostApplication() {
-    return m_component ? m_component->Application() : nullptr;
+    return m_served != nullptr ? m_served->application() : nullptr;
+}
+
+QString Module1::hostProgID() {
+    return m_served != nullptr ? m_served->progID() : QString();
 }
 
 Clock& Module1::clock() {

@@ -4,10 +4,9 @@
 #include "addin/ReplacedFile.h"
 #include "addin/ShownReminders.h"
 #include "framework/HostDataHelper.h"
-#include "framework/INotesAddIn.h"
 #include "framework/Services.h"
-#include "platform/component/GuardedPtr.h"
 #include "store/Application.h"
+#include "store/NotesContext.h"
 
 #include <array>
 #include <memory>
@@ -15,7 +14,9 @@
 
 namespace yrw {
 
-class AddIn;
+class AddInHost;
+class INeighbour;
+class IToolbar;
 class SettingsWatch;
 
 /// The process-wide state, shared by every `AddIn` and by the windows, and the place where the
@@ -26,7 +27,7 @@ class SettingsWatch;
 /// Lifetime: from its first use to the end of the process; never destroyed, because what it holds
 /// must not end after the window toolkit.
 /// Thread: the user-interface thread.
-class Module1 final : public StoreContext {
+class Module1 final : public NotesContext {
 public:
     [[nodiscard]] static Module1& instance();
     Module1(const Module1&) = delete;
@@ -34,36 +35,38 @@ public:
 
     /// Counts an add-in among those alive. The first one makes the services anew, from the clock
     /// and the prompt of that moment; raises `kErrorObjectRequired` when no prompt was set.
-    void add(AddIn& addIn);
-    void remove(AddIn& addIn) noexcept;
+    void add(INeighbour& addIn);
+    void remove(INeighbour& addIn) noexcept;
     [[nodiscard]] int addInCount() const noexcept { return static_cast<int>(m_addIns.size()); }
 
     /// Makes the application object when there is none yet; true when there is one.
     bool InitialiseOLEServers();
-    [[nodiscard]] Services& services();
+    [[nodiscard]] Services& services() override;
     [[nodiscard]] SettingsWatch& settingsWatch();
-    [[nodiscard]] const Ref<Application>& application() const noexcept { return m_application; }
+    [[nodiscard]] Application& application() override;
     /// The application object as the framework sees it; nothing while no add-in is active.
     [[nodiscard]] Ref<IApplication> applicationView() const { return m_applicationView; }
 
     /// Notes that an add-in works with the shared database.
-    void activated(AddIn& addIn);
+    void activated(INeighbour& addIn);
     /// True while another add-in that works with it, noted before this one, serves the same host.
-    [[nodiscard]] bool isBehind(const AddIn& addIn) const noexcept;
+    [[nodiscard]] bool isBehind(const INeighbour& addIn) const noexcept;
     /// True while any other add-in that works with it has a tool in that toolbar.
-    [[nodiscard]] bool isSharedToolbar(const AddIn& addIn, const IToolbar* toolbar) const noexcept;
+    [[nodiscard]] bool isSharedToolbar(const INeighbour& addIn,
+                                       const IToolbar* toolbar) const noexcept;
     /// The first add-in that works with it beside that one; nothing when there is none.
-    [[nodiscard]] AddIn* otherActive(const AddIn& addIn) const noexcept;
-    /// Those that work with it, in the order in which they began.
-    [[nodiscard]] const std::vector<AddIn*>& active() const noexcept { return m_active; }
+    [[nodiscard]] INeighbour* otherActive(const INeighbour& addIn) const noexcept;
     /// Notes that it does no longer; the last one closes the database. Twice without an error.
-    void letGo(AddIn& addIn) noexcept;
+    void letGo(INeighbour& addIn) noexcept;
 
-    /// Makes a host the one that is served.
-    void setHost(IHostComponent* component, const QString& progID);
-    /// Forgets the host of an add-in when it is the one that is served; that of another active
-    /// add-in takes over.
-    void dropHost(const AddIn& addIn) noexcept;
+    /// Makes a host the one that is served: whose records notes are kept on. One without a
+    /// component is not.
+    void serve(const AddInHost& host) noexcept;
+    /// An add-in was given a host: it is served unless another add-in is at work.
+    void hostTaken(const INeighbour& addIn) noexcept;
+    /// An add-in lets go of its host. Where that is the one that is served, the host of another
+    /// active add-in takes over.
+    void hostLeft(const INeighbour& addIn) noexcept;
 
     /// Opens the notes database through a workspace, closing one that was open; add-ins that are
     /// active are told. Raises what `openNotesDatabase` raises; the database then is closed.
@@ -76,7 +79,7 @@ public:
 
     /// Reads the five switches from the per-user settings.
     void loadSwitches();
-    [[nodiscard]] bool switchOn(NotesSwitch which) const noexcept {
+    [[nodiscard]] bool switchOn(NotesSwitch which) const override {
         return m_switches[static_cast<std::size_t>(which)];
     }
     /// Sets a switch; when row marking goes on, every add-in is told.
@@ -94,7 +97,7 @@ public:
     [[nodiscard]] Ref<dao::Database> database() override;
     [[nodiscard]] bool isDatabaseOpen() override;
     [[nodiscard]] Ref<IHostApplication> hostApplication() override;
-    [[nodiscard]] QString hostProgID() override { return m_hostProgID; }
+    [[nodiscard]] QString hostProgID() override;
     [[nodiscard]] Ref<IUser> currentUser() override { return m_currentUser; }
     [[nodiscard]] HostDataHelper& dataHelper() override { return m_dataHelper; }
     [[nodiscard]] Clock& clock() override;
@@ -110,13 +113,12 @@ private:
     ~Module1() override;
 
     std::unique_ptr<World> m_world;
-    std::vector<AddIn*> m_addIns;
-    std::vector<AddIn*> m_active;
+    std::vector<INeighbour*> m_addIns;
+    std::vector<INeighbour*> m_active;
     Ref<Application> m_application;
     Ref<IApplication> m_applicationView;
-    GuardedPtr<IHostComponent> m_component;
-    QString m_hostProgID;
-    LockWaitDialog m_lockWait; ///< outlives the database
+    const AddInHost* m_served = nullptr; ///< nothing while none is
+    LockWaitDialog m_lockWait;           ///< outlives the database
     Ref<dao::Workspace> m_workspace;
     Ref<dao::Database> m_database;
     QString m_databasePath;
@@ -126,7 +128,7 @@ private:
     QString m_templateFolder;
     std::array<bool, 5> m_switches{};
     ShownReminders m_reminders;
-    ReplacedFile m_replacedFile{*this};
+    ReplacedFile m_replacedFile{*this, m_active};
 };
 
 } // namespace yrw

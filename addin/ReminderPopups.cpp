@@ -1,10 +1,11 @@
 #include "addin/ReminderPopups.h"
 
-#include "addin/Module1.h"
+#include "addin/ShownReminders.h"
 #include "dialogs/frmReminder.h"
 #include "framework/ErrorGuards.h"
-#include "framework/INotesAddIn.h"
 #include "platform/clock/Clock.h"
+#include "store/Application.h"
+#include "store/NotesContext.h"
 #include "store/ReminderOperations.h"
 
 #include <QScopedValueRollback>
@@ -21,12 +22,12 @@ constexpr qint64 kTurnMs = 20;
 
 } // namespace
 
-ReminderPopups::ReminderPopups(INotesAddIn& addIn, Module1& module)
-    : m_addIn(addIn), m_module(module) {
+ReminderPopups::ReminderPopups(INotesParent& addIn, NotesContext& context, ShownReminders& onScreen)
+    : m_addIn(addIn), m_context(context), m_onScreen(onScreen) {
     m_nextTurn.setSingleShot(true);
     m_nextTurn.setInterval(0);
     QObject::connect(&m_nextTurn, &QTimer::timeout, &m_nextTurn, [this] {
-        const Ref<INotesAddIn> keep(&m_addIn);
+        const Ref<INotesParent> keep(&m_addIn);
         goOn();
     });
 }
@@ -57,7 +58,7 @@ void ReminderPopups::goOn() {
 /// Shows what waits for as long as one turn may last, and leaves the rest to the next turns: each
 /// popup is painted soon after it was made, and keys typed meanwhile arrive.
 void ReminderPopups::showWaiting() {
-    const Clock& clock = m_module.clock();
+    const Clock& clock = m_context.clock();
     const qint64 begun = clock.monotonicMs();
     bool shown = false;
     while (!m_waiting.empty() && (!shown || clock.monotonicMs() - begun < kTurnMs)) {
@@ -74,36 +75,35 @@ void ReminderPopups::showWaiting() {
     if (!m_waiting.empty()) {
         m_nextTurn.start();
     }
-    frmReminder* const front = m_module.reminders().front();
+    frmReminder* const front = m_onScreen.front();
     if (!shown || front == nullptr) {
         return;
     }
     if (m_waiting.empty()) {
-        m_module.reminders().putInOrder();
+        m_onScreen.putInOrder();
     } else {
         front->bringToFront();
     }
     placeReachKey();
     if (!std::exchange(m_hasCalled, true)) {
-        front->callUser(m_module.reminders().count() + int(m_waiting.size()));
+        front->callUser(m_onScreen.count() + int(m_waiting.size()));
     }
 }
 
 /// Shows one reminder, first the window and then what is in it, before anything is painted.
 void ReminderPopups::showOne(const Ref<IRecord>& reminder) {
-    ShownReminders& onScreen = m_module.reminders();
     const qint64 id = reminder->value(QStringLiteral("RecordID")).toLongLong();
-    const QPointer<frmReminder> popup(new frmReminder(m_addIn));
+    const QPointer<frmReminder> popup(new frmReminder(m_context));
     QObject::connect(popup, &frmReminder::closed, popup,
                      [this](qint64 reminderID) { forget(reminderID); });
-    popup->moveToPlace(onScreen.freePlace(), m_host);
-    onScreen.add(id, popup, this);
+    popup->moveToPlace(m_onScreen.freePlace(), m_host);
+    m_onScreen.add(id, popup, this);
     try {
         popup->setTag(frmReminder::kTagPrefix + QString::number(id));
         popup->showModeless(m_host, false);
-        popup->Initialise(m_module.application(), reminder);
+        popup->Initialise(m_addIn, reminder);
     } catch (...) {
-        onScreen.remove(id);
+        m_onScreen.remove(id);
         if (popup) {
             popup->abandon();
         }
@@ -112,7 +112,7 @@ void ReminderPopups::showOne(const Ref<IRecord>& reminder) {
 }
 
 void ReminderPopups::closeSettled() {
-    const auto popups = m_module.reminders().popupsOf(this);
+    const auto popups = m_onScreen.popupsOf(this);
     if (popups.empty()) {
         return;
     }
@@ -122,7 +122,7 @@ void ReminderPopups::closeSettled() {
             reminders.push_back(popup->reminder());
         }
     }
-    const QSet<qint64> unanswered = unansweredReminders(*m_module.application(), reminders);
+    const QSet<qint64> unanswered = unansweredReminders(m_context.application(), reminders);
     for (const auto& [id, popup] : popups) {
         if (popup && !unanswered.contains(id)) {
             popup->abandon();
@@ -134,16 +134,15 @@ void ReminderPopups::closeAll() {
     m_nextTurn.stop();
     m_waiting.clear();
     const QScopedValueRollback<bool> closing(m_closing, true);
-    m_module.reminders().unloadAllOf(this);
+    m_onScreen.unloadAllOf(this);
 }
 
 void ReminderPopups::forget(qint64 reminderID) {
-    ShownReminders& onScreen = m_module.reminders();
-    onScreen.remove(reminderID);
-    if (onScreen.isEmpty()) {
+    m_onScreen.remove(reminderID);
+    if (m_onScreen.isEmpty()) {
         delete m_reachKey;
     }
-    if (frmReminder* const front = m_closing ? nullptr : onScreen.front()) {
+    if (frmReminder* const front = m_closing ? nullptr : m_onScreen.front()) {
         front->bringToFront();
     }
 }
@@ -155,9 +154,8 @@ void ReminderPopups::placeReachKey() {
     }
     m_reachKey = new QShortcut(frmReminder::kReachKey, m_host);
     m_reachKey->setContext(Qt::ApplicationShortcut);
-    const ShownReminders& onScreen = m_module.reminders();
-    QObject::connect(m_reachKey, &QShortcut::activated, m_reachKey, [&onScreen] {
-        if (frmReminder* const front = onScreen.front()) {
+    QObject::connect(m_reachKey, &QShortcut::activated, m_reachKey, [this] {
+        if (frmReminder* const front = m_onScreen.front()) {
             front->takeKeys();
         }
     });

@@ -14,8 +14,9 @@ class QWidget;
 
 namespace yrw {
 
-class INotesAddIn;
-class Module1;
+class INotesParent;
+class NotesContext;
+class ShownReminders;
 
 /// The reminder popups of one add-in: shows those that are due in a cascade with the oldest promise
 /// in front, gives them the one key that reaches them from the host's window, and closes those that
@@ -30,7 +31,7 @@ public:
         std::function<void(const std::exception_ptr&)> failed;
     };
 
-    ReminderPopups(INotesAddIn& addIn, Module1& module);
+    ReminderPopups(INotesParent& addIn, NotesContext& context, ShownReminders& onScreen);
     ReminderPopups(const ReminderPopups&) = delete;
     ReminderPopups& operator=(const ReminderPopups&) = delete;
 
@@ -52,8 +53,9 @@ private:
     void forget(qint64 reminderID);
     void placeReachKey();
 
-    INotesAddIn& m_addIn;
-    Module1& m_module;
+    INotesParent& m_addIn;
+    NotesContext& m_context;
+    ShownReminders& m_onScreen;         ///< of all add-ins
     std::deque<Ref<IRecord>> m_waiting; ///< have no popup yet
     Round m_round;
     QPointer<QWidget> m_host;

@@ -1,8 +1,12 @@
 #include "addin/ReplacedFile.h"
 
-#include "addin/AddIn.h"
+#include "addin/INeighbour.h"
+#include "addin/NotesWindows.h"
 #include "framework/ErrorGuards.h"
+#include "framework/Services.h"
 #include "platform/forms/Form.h"
+#include "platform/prompt/Prompt.h"
+#include "store/NotesContext.h"
 
 #include <QFileInfo>
 
@@ -30,7 +34,8 @@ QString whatHappenedTo(const QString& path) {
 
 } // namespace
 
-ReplacedFile::ReplacedFile(Module1& module) : m_module(module) {
+ReplacedFile::ReplacedFile(NotesContext& context, const std::vector<INeighbour*>& active)
+    : m_context(context), m_active(active) {
     m_minute.setObjectName(QStringLiteral("tmrReplacedFile"));
     m_minute.setInterval(kMinuteMs);
     m_minute.setParent(this);
@@ -59,25 +64,24 @@ void ReplacedFile::forget() noexcept {
 }
 
 bool ReplacedFile::isReplaced() const {
-    const Ref<dao::Database> database = m_module.database();
+    const Ref<dao::Database> database = m_context.database();
     return database && database->isReplaced();
 }
 
 bool ReplacedFile::isWindowOpen() const {
-    const std::vector<AddIn*>& active = m_module.active();
-    return std::any_of(active.begin(), active.end(),
-                       [](AddIn* addIn) { return addIn->notesWindows().isOpen(); });
+    return std::any_of(m_active.begin(), m_active.end(),
+                       [](INeighbour* addIn) { return addIn->notesWindows().isOpen(); });
 }
 
 /// The add-in whose window the question goes over; nothing while that cannot be.
-AddIn* ReplacedFile::whoCanAsk() const {
-    const std::vector<AddIn*>& active = m_module.active();
-    const auto onTop = std::find_if(active.begin(), active.end(),
-                                    [](AddIn* addIn) { return addIn->notesWindows().isOnTop(); });
-    if (onTop != active.end()) {
+INeighbour* ReplacedFile::whoCanAsk() const {
+    const auto onTop = std::find_if(m_active.begin(), m_active.end(), [](INeighbour* addIn) {
+        return addIn->notesWindows().isOnTop();
+    });
+    if (onTop != m_active.end()) {
         return *onTop;
     }
-    return active.empty() || isWindowOpen() || Form::isModalOpen() ? nullptr : active.front();
+    return m_active.empty() || isWindowOpen() || Form::isModalOpen() ? nullptr : m_active.front();
 }
 
 void ReplacedFile::look(bool again) {
@@ -89,7 +93,7 @@ void ReplacedFile::look(bool again) {
     if (m_hasDeclined) {
         return;
     }
-    if (AddIn* const addIn = whoCanAsk()) {
+    if (INeighbour* const addIn = whoCanAsk()) {
         ask(*addIn);
     } else {
         wait();
@@ -98,8 +102,8 @@ void ReplacedFile::look(bool again) {
 
 void ReplacedFile::wait() {
     if (isWindowOpen() && !std::exchange(m_isTold, true)) {
-        m_module.services().utility.prompt().message(
-            whatHappenedTo(m_module.database()->Name()) +
+        m_context.services().prompt.message(
+            whatHappenedTo(m_context.database()->Name()) +
                 QStringLiteral("You are asked how to go on when the window that is open over your "
                                "notes is closed."),
             kTitle, PromptIcon::Exclamation);
@@ -107,15 +111,15 @@ void ReplacedFile::wait() {
     m_soon.start(kSoonMs);
 }
 
-void ReplacedFile::ask(AddIn& addIn) {
-    const Ref<AddIn> keep(&addIn);
-    const Ref<dao::Database> database = m_module.database();
+void ReplacedFile::ask(INeighbour& addIn) {
+    const Ref<INeighbour> keep(&addIn);
+    const Ref<dao::Database> database = m_context.database();
     m_isTold = true;
-    const PromptAnswer answer = m_module.services().utility.prompt().question(
+    const PromptAnswer answer = m_context.services().prompt.question(
         whatHappenedTo(database->Name()) +
             QStringLiteral("Do you want to go on with what is there now?"),
         kTitle, PromptButtons::YesNo, PromptIcon::Exclamation, PromptAnswer::Yes);
-    if (m_module.database() != database) {
+    if (m_context.database() != database) {
         return; // closed while the question was on screen
     }
     m_hasDeclined = answer != PromptAnswer::Yes;
@@ -146,7 +150,7 @@ bool ReplacedFile::tellsOf(const AutomationError& error) {
     return canAsk;
 }
 
-bool ReplacedFile::windowClosed(AddIn& addIn) {
+bool ReplacedFile::windowClosed(INeighbour& addIn) {
     if (!m_hasAgreed) {
         look();
         return false;

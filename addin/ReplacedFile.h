@@ -3,11 +3,13 @@
 #include <QObject>
 #include <QTimer>
 
+#include <vector>
+
 namespace yrw {
 
-class AddIn;
 class AutomationError;
-class Module1;
+class INeighbour;
+class NotesContext;
 
 /// Notices that another file, or none, has come to lie where the open notes database was: keeps
 /// what was typed, tells the user, and offers what is there now.
@@ -23,7 +25,8 @@ class ReplacedFile final : public QObject {
     Q_OBJECT
 
 public:
-    explicit ReplacedFile(Module1& module);
+    /// `active` are the add-ins at work, in the order in which they began.
+    ReplacedFile(NotesContext& context, const std::vector<INeighbour*>& active);
 
     /// An add-in works with the database.
     void start();
@@ -38,16 +41,17 @@ public:
     [[nodiscard]] bool tellsOf(const AutomationError& error);
     /// An add-in's notes window was closed: goes on with what is there when the user has agreed to
     /// that, and else looks. True when the window is to open again.
-    [[nodiscard]] bool windowClosed(AddIn& addIn);
+    [[nodiscard]] bool windowClosed(INeighbour& addIn);
 
 private:
     [[nodiscard]] bool isReplaced() const;
     [[nodiscard]] bool isWindowOpen() const;
-    [[nodiscard]] AddIn* whoCanAsk() const;
+    [[nodiscard]] INeighbour* whoCanAsk() const;
     void wait();
-    void ask(AddIn& addIn);
+    void ask(INeighbour& addIn);
 
-    Module1& m_module;
+    NotesContext& m_context;
+    const std::vector<INeighbour*>& m_active;
     QTimer m_minute;
     QTimer m_soon; ///< once what lies over the notes window may have gone
     bool m_isTold = false;

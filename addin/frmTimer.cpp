@@ -1,8 +1,9 @@
 #include "addin/frmTimer.h"
 
-#include "addin/Module1.h"
 #include "framework/ErrorGuards.h"
+#include "framework/Services.h"
 #include "framework/Settings.h"
+#include "store/NotesContext.h"
 
 #include <QTimer>
 
@@ -24,8 +25,8 @@ QTimer* newTimer(QObject* parent, const QString& name, int intervalMs) {
 
 } // namespace
 
-frmTimer::frmTimer(Module1& module)
-    : Form(QStringLiteral("frmTimer")), m_module(module),
+frmTimer::frmTimer(NotesContext& context)
+    : Form(QStringLiteral("frmTimer")), m_context(context),
       tmrMain(newTimer(this, QStringLiteral("tmrMain"), kReminderIntervalMs)),
       tmrWindowFocus(newTimer(this, QStringLiteral("tmrWindowFocus"), kFocusIntervalMs)) {
     connect(tmrMain, &QTimer::timeout, this, &frmTimer::tmrMain_Timer);
@@ -36,7 +37,7 @@ frmTimer::frmTimer(Module1& module)
 frmTimer::~frmTimer() = default;
 
 void frmTimer::Form_Initialize() {
-    const NotesSettings settings(m_module.services().settings);
+    const NotesSettings settings(m_context.services().settings);
     setEnabled(*tmrMain, settings.get(setting::kCheckForReminders));
     setEnabled(*tmrWindowFocus, settings.get(setting::kCheckAutoNotes));
 }
@@ -70,7 +71,7 @@ void frmTimer::end() {
 }
 
 void frmTimer::tmrMain_Timer() {
-    if (!m_module.switchOn(NotesSwitch::CheckForReminders)) {
+    if (!m_context.switchOn(NotesSwitch::CheckForReminders)) {
         ignoreErrors([this] { m_minuteCounter = nextMinute(m_minuteCounter); });
         return;
     }

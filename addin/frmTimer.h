@@ -6,7 +6,7 @@ class QTimer;
 
 namespace yrw {
 
-class Module1;
+class NotesContext;
 
 /// The hidden window that carries the two timers; it is never shown.
 ///
@@ -17,7 +17,7 @@ class frmTimer final : public Form {
     Q_OBJECT
 
 public:
-    explicit frmTimer(Module1& module);
+    explicit frmTimer(NotesContext& context);
 
     /// Stops both timers and deletes the window: at once, or after the tick whose handler this is.
     void end();
@@ -48,7 +48,7 @@ private:
     void tmrWindowFocus_Timer();
     void endTick();
 
-    Module1& m_module;
+    NotesContext& m_context;
     QTimer* tmrMain;
     QTimer* tmrWindowFocus;
     int m_minuteCounter = 0;

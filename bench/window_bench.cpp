@@ -146,8 +146,8 @@ void benchOpening(TestStore& store, FakeAddIn& addIn, const Ref<IRecord>& owner)
     }
     const Cost items = measure([&] { return itemWidgets(store, owner); });
     const Cost window = measure([&] {
-        auto form = std::make_unique<frmMain>(addIn, store);
-        form->Initialise(Ref<INotesAddIn>(&addIn), owner, 0);
+        auto form = std::make_unique<frmMain>(store);
+        form->Initialise(Ref<INotesParent>(&addIn), owner, 0);
         form->show();
         return form;
     });
@@ -241,7 +241,7 @@ int main(int argc, char** argv) {
     addNotes(store, owner, notes);
     const Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
     benchOpening(store, *addIn, owner);
-    frmMain form(*addIn, store);
+    frmMain form(store);
     form.Initialise(addIn, owner, 0);
     form.show();
     benchSorting(form, dynamic_cast<QTreeWidget&>(*itemWidgets(store, owner)));

@@ -1,11 +1,9 @@
 #include "cli/Command.h"
 
 #include "cli/CommandContext.h"
-#include "cli/SafeText.h"
 #include "platform/component/AutomationError.h"
 #include "store/Salvage.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <optional>
@@ -19,10 +17,6 @@ struct Handler {
     ExitStatus (*run)(const CommandContext& context);
     bool needsStore;
 };
-
-void complain(const CommandStreams& streams, const QString& text) {
-    streams.err.write(QString(u"yrwnotes: " + onOneLine(text) + u'\n').toUtf8());
-}
 
 constexpr Handler kHandlers[] = {
     {"list", listNotes, true},
@@ -94,48 +88,6 @@ ExitStatus run(const CommandLine& line, const CommandStreams& streams,
 }
 
 } // namespace
-
-void CommandContext::print(const QString& text) const {
-    print(text.toUtf8());
-}
-
-void CommandContext::print(const QByteArray& bytes) const {
-    const QByteArray safe = streams.outIsTerminal ? forTerminal(bytes) : bytes;
-    if (streams.out.write(safe) != safe.size()) {
-        throw AutomationError(
-            kErrorFileWrite, QStringLiteral("yrwnotes"),
-            QStringLiteral("The output could not be written: %1").arg(streams.out.errorString()));
-    }
-}
-
-void CommandContext::complain(const QString& text) const {
-    yrw::complain(streams, text);
-}
-
-Ref<Note> CommandContext::note(qint64 id) const {
-    try {
-        return query<Note>(application().Notes()->Item(QVariant(id)));
-    } catch (const AutomationError& error) {
-        if (error.number() != kErrorRecordNotFound) {
-            throw;
-        }
-        throw AutomationError(kErrorRecordNotFound, QStringLiteral("yrwnotes"),
-                              QStringLiteral("Note %1 was not found.").arg(id));
-    }
-}
-
-QByteArray CommandContext::readFile(const QString& path) const {
-    if (path == u"-") {
-        return streams.in.readAll();
-    }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw AutomationError(
-            kErrorFileRead, QStringLiteral("yrwnotes"),
-            QStringLiteral("%1 could not be read: %2").arg(path, file.errorString()));
-    }
-    return file.readAll();
-}
 
 ExitStatus runCommand(const QStringList& arguments, const CommandStreams& streams,
                       const CommandServices& services) {

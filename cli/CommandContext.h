@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cli/Command.h"
 #include "cli/CommandLine.h"
 #include "cli/CommandStore.h"
+#include "cli/CommandStreams.h"
 #include "cli/ProgressLine.h"
 #include "framework/Settings.h"
 

@@ -7,6 +7,7 @@
 #include "platform/clock/WallTime.h"
 #include "platform/forms/ClockChangeLabel.h"
 #include "platform/forms/DatePicker.h"
+#include "store/NotesContext.h"
 #include "store/Operations.h"
 
 #include <QCheckBox>
@@ -51,19 +52,18 @@ QString asCaption(QString text) {
 
 } // namespace
 
-frmNoteProperties::frmNoteProperties(QWidget* owner)
-    : Form(QStringLiteral("frmNoteProperties"), owner) {
+frmNoteProperties::frmNoteProperties(NotesContext& context, QWidget* owner)
+    : Form(QStringLiteral("frmNoteProperties"), owner), m_context(context) {
     createControls();
     connectEvents();
 }
 
 frmNoteProperties::~frmNoteProperties() = default;
 
-void frmNoteProperties::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Note) {
+void frmNoteProperties::Initialise(const Ref<INotesParent>& Parent, const Ref<yrw::Note>& Note) {
     const QScopedValueRollback<bool> initialising(m_initialising, true);
-    m_addIn = Parent;
-    m_record = Note;
-    m_note = query<yrw::Note>(Note);
+    m_parent = Parent;
+    m_note = Note;
     m_adding = !Note;
     readRecipients();
     if (m_adding) {
@@ -137,7 +137,7 @@ void frmNoteProperties::cmdForm_Click(FormButton index) {
         unload();
         return;
     }
-    reportErrors(m_addIn->services().utility,
+    reportErrors(m_context.services().utility,
                  QStringLiteral("YRWNOTES.frmNoteProperties.cmdForm_Click"),
                  QStringLiteral("Could not Save the Note"), QStringLiteral("Notes Problem"),
                  [this] { confirm(); });
@@ -155,25 +155,25 @@ void frmNoteProperties::startNewNote() {
 
 void frmNoteProperties::LoadNote() {
     setWindowTitle(QStringLiteral("Edit Note"));
-    m_dtpDate->setStoredValue(m_record->value(QStringLiteral("Date")).toDateTime());
-    m_txtSubject->setText(HostUtility::NullToText(m_record->value(QStringLiteral("Subject"))));
+    m_dtpDate->setStoredValue(m_note->value(QStringLiteral("Date")).toDateTime());
+    m_txtSubject->setText(HostUtility::NullToText(m_note->value(QStringLiteral("Subject"))));
     m_txtSubject->setCursorPosition(0); // a long one is read from its beginning
     m_chkAutoShow->setChecked(
-        HostUtility::NullToBoolean(m_record->value(QStringLiteral("AutomaticallyShow"))));
+        HostUtility::NullToBoolean(m_note->value(QStringLiteral("AutomaticallyShow"))));
     const bool isPrivate =
-        m_record->value(QStringLiteral("NoteType")).toInt() == int(NoteType::Private);
+        m_note->value(QStringLiteral("NoteType")).toInt() == int(NoteType::Private);
     m_optType[int(isPrivate ? TypeOption::Private : TypeOption::Public)]->setChecked(true);
 }
 
 void frmNoteProperties::LoadReminder() {
-    const QDateTime due = m_record->value(QStringLiteral("ReminderDate")).toDateTime();
+    const QDateTime due = m_note->value(QStringLiteral("ReminderDate")).toDateTime();
     if (due.isValid()) {
         m_dtpReminder->setStoredValue(due);
     } else {
         m_dtpReminder->setValue(minutesLater(now(), kFirstReminderMinutes));
     }
     const auto kind =
-        static_cast<ReminderKind>(m_record->value(QStringLiteral("ReminderType")).toInt());
+        static_cast<ReminderKind>(m_note->value(QStringLiteral("ReminderType")).toInt());
     m_chkReminder->setChecked(kind != ReminderKind::None);
     m_optReminder[size_t(optionOf(kind))]->setChecked(true);
     m_fraReminder->update();
@@ -234,17 +234,16 @@ void frmNoteProperties::confirm() {
     if (!inputIsComplete()) {
         return;
     }
-    const Ref<IRecord> before = m_record;
+    const Ref<Note> before = m_note;
     const auto raise = [this] { raiseEvents(); };
     try {
         if (m_writer) {
             m_writer(raise);
         } else {
-            storeAsOne(*m_addIn->NotesApplication(), raise);
+            storeAsOne(m_context.application(), raise);
         }
     } catch (...) {
-        m_record = before; // a new note is as little there as its reminders
-        m_note = query<yrw::Note>(m_record);
+        m_note = before; // a new note is as little there as its reminders
         throw;
     }
     unload();
@@ -268,9 +267,8 @@ void frmNoteProperties::raiseNote() {
     const NoteType type =
         m_optType[size_t(TypeOption::Public)]->isChecked() ? NoteType::Public : NoteType::Private;
     NoteEvent& event = m_adding ? AddNote : EditNote;
-    event.raise(m_dtpDate->value(), m_txtSubject->text(), m_record, kind, due,
+    event.raise(m_dtpDate->value(), m_txtSubject->text(), m_note, kind, due,
                 m_chkAutoShow->isChecked(), type);
-    m_note = query<yrw::Note>(m_record);
 }
 
 void frmNoteProperties::stepReminder(int minutes) {
@@ -285,16 +283,15 @@ void frmNoteProperties::showHelp() {
 }
 
 Prompt& frmNoteProperties::prompt() const {
-    return m_addIn->services().utility.prompt();
+    return m_context.services().prompt;
 }
 
 QDateTime frmNoteProperties::now() const {
-    return m_addIn->services().clock.now();
+    return m_context.clock().now();
 }
 
 Ref<IHostApplication> frmNoteProperties::hostApplication() const {
-    IHostComponent* component = m_addIn->Component();
-    return component != nullptr ? component->Application() : nullptr;
+    return m_parent->hostApplication();
 }
 
 Ref<IUser> frmNoteProperties::currentUser() const {

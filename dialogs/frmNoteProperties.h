@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/INotesAddIn.h"
+#include "framework/INotesParent.h"
 #include "platform/component/Event.h"
 #include "platform/forms/Form.h"
 #include "store/Collections.h"
@@ -28,6 +28,7 @@ namespace yrw {
 
 class ClockChangeLabel;
 class DatePicker;
+class NotesContext;
 class Prompt;
 
 /// The note properties dialog: subject, date, type and reminders of a new or an existing note.
@@ -49,17 +50,17 @@ public:
 
     /// Date, subject, the note, reminder kind, reminder date (invalid for none), automatic show and
     /// type of the note. The handler of a new note sets the note to the one it made.
-    using NoteEvent = Event<const QDateTime&, const QString&, Ref<IRecord>&, ReminderKind,
+    using NoteEvent = Event<const QDateTime&, const QString&, Ref<Note>&, ReminderKind,
                             const QDateTime&, bool, NoteType>;
     /// The note, the due time and the id of the user to remind.
-    using ReminderEvent = Event<Ref<IRecord>&, const QDateTime&, qint64>;
+    using ReminderEvent = Event<Ref<Note>&, const QDateTime&, qint64>;
 
-    explicit frmNoteProperties(QWidget* owner = nullptr);
+    explicit frmNoteProperties(NotesContext& context, QWidget* owner = nullptr);
     ~frmNoteProperties() override;
 
     /// Fills the dialog for a note, or for a new one when there is none. `Parent` is the add-in,
     /// through which the users are reached.
-    void Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Note);
+    void Initialise(const Ref<INotesParent>& Parent, const Ref<yrw::Note>& Note);
 
     NoteEvent AddNote;         ///< OK for a new note
     NoteEvent EditNote;        ///< OK for an existing note
@@ -142,9 +143,9 @@ private:
     QTreeWidget* m_tvwRemindUsers = nullptr;
     std::array<QPushButton*, 2> m_cmdForm{};
 
-    Ref<INotesAddIn> m_addIn;
-    Ref<IRecord> m_record;                ///< the edited note; nothing while adding
-    Ref<Note> m_note;                     ///< the same note
+    NotesContext& m_context;
+    Ref<INotesParent> m_parent;
+    Ref<Note> m_note;                     ///< the edited note; nothing while adding
     QHash<QString, QString> m_recipients; ///< how far each one is, by the keys of their nodes
     bool m_adding = false;
     Writer m_writer;

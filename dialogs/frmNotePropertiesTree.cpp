@@ -217,12 +217,12 @@ void frmNoteProperties::RaiseReminders() {
                                   QStringLiteral("YRWNOTES.frmNoteProperties"),
                                   QStringLiteral("The host does not tell who works with it."));
         }
-        AddReminder.raise(m_record, due, user->value(QStringLiteral("RecordID")).toLongLong());
+        AddReminder.raise(m_note, due, user->value(QStringLiteral("RecordID")).toLongLong());
         return;
     }
     for (QTreeWidgetItemIterator node(m_tvwRemindUsers); *node != nullptr; ++node) {
         if (const qint64 user = tickedUser(**node); user != 0) {
-            AddReminder.raise(m_record, due, user);
+            AddReminder.raise(m_note, due, user);
         }
     }
 }

@@ -7,6 +7,8 @@
 #include "platform/forms/Announcement.h"
 #include "platform/forms/DatePicker.h"
 #include "platform/prompt/ErrorLog.h"
+#include "platform/prompt/Prompt.h"
+#include "store/NotesContext.h"
 #include "store/Schema.h"
 
 #include <QCheckBox>
@@ -71,7 +73,8 @@ std::optional<QString> kindText(int kind) {
 const QString frmReminder::kTagPrefix = QStringLiteral("NOTE:");
 const QKeySequence frmReminder::kReachKey(Qt::CTRL | Qt::ALT | Qt::Key_R);
 
-frmReminder::frmReminder(INotesAddIn& addIn) : Form(QStringLiteral("frmReminder")), m_addIn(addIn) {
+frmReminder::frmReminder(NotesContext& context)
+    : Form(QStringLiteral("frmReminder")), m_context(context) {
     createControls();
     createButtons();
     layOut();
@@ -80,8 +83,8 @@ frmReminder::frmReminder(INotesAddIn& addIn) : Form(QStringLiteral("frmReminder"
 
 frmReminder::~frmReminder() = default;
 
-void frmReminder::Initialise(const Ref<Application>& application, const Ref<IRecord>& reminder) {
-    m_application = application;
+void frmReminder::Initialise(INotesParent& Parent, const Ref<IRecord>& reminder) {
+    m_parent = &Parent;
     showSubject(HostUtility::NullToText(reminder->value(QStringLiteral("Subject"))));
     rxtMain->setPlainText(HostUtility::NullToText(reminder->value(QStringLiteral("PlainNote"))));
     followClock();
@@ -110,7 +113,7 @@ void frmReminder::abandon() {
 // Event handlers.
 
 void frmReminder::Form_Load() {
-    m_cameMs = m_addIn.services().clock.monotonicMs();
+    m_cameMs = m_context.clock().monotonicMs();
     const QScopedValueRollback<bool> setting(m_settingLater, true);
     dtpReminder->setMinimumDate(now().date());
 }
@@ -134,7 +137,7 @@ void frmReminder::cmdForm_Click(FormButton index) {
     const QPointer<frmReminder> self(this);
     switch (index) {
     case FormButton::ShowNotes:
-        m_addIn.ShowNotes(m_owner, 0);
+        m_parent->ShowNotes(m_owner, 0);
         break;
     case FormButton::TellMeLater:
         if (!chkFinish->isChecked()) {
@@ -142,7 +145,7 @@ void frmReminder::cmdForm_Click(FormButton index) {
             unload();
             return;
         }
-        m_addIn.services().utility.prompt().message(
+        m_context.services().prompt.message(
             QStringLiteral("You cannot finish a note when you click 'Tell Me Later'."),
             QStringLiteral("Cannot Finish Note"), PromptIcon::Information);
         if (self) {
@@ -182,7 +185,7 @@ void frmReminder::Form_QueryUnload(bool& /*cancel*/) {
 
 void frmReminder::Form_Unload() {
     m_minutes.stop();
-    stacking().changedMs = m_addIn.services().clock.monotonicMs();
+    stacking().changedMs = m_context.clock().monotonicMs();
     if (stacking().front == this) {
         stacking().front = nullptr; // the next one may come to lie at the same address
     }
@@ -193,7 +196,6 @@ void frmReminder::Form_Unload() {
     m_reminder.reset();
     m_owner.reset();
     m_definition.reset();
-    m_application.reset();
 }
 
 bool frmReminder::eventFilter(QObject* watched, QEvent* event) {
@@ -224,14 +226,14 @@ bool frmReminder::event(QEvent* event) {
 
 /// True for a press that may have been meant for what was in this popup's place a moment ago.
 bool frmReminder::isStray() const {
-    const qint64 nowMs = m_addIn.services().clock.monotonicMs();
+    const qint64 nowMs = m_context.clock().monotonicMs();
     return nowMs - m_cameMs < kSettleMs || nowMs - stacking().changedMs < kSettleMs;
 }
 
 void frmReminder::bringToFront() {
     if (stacking().front != this) {
         stacking().front = this;
-        stacking().changedMs = m_addIn.services().clock.monotonicMs();
+        stacking().changedMs = m_context.clock().monotonicMs();
     }
     raise();
 }
@@ -273,18 +275,17 @@ void frmReminder::takeKeys() {
 // Named operations.
 
 QDateTime frmReminder::now() const {
-    return m_addIn.services().clock.now();
+    return m_context.clock().now();
 }
 
 /// The host's record that the note is kept on, when there is one.
 void frmReminder::findOwner(IRecord& reminder) {
     const QVariant key = reminder.value(QStringLiteral("OwnerObjectKey"));
-    IHostComponent* component = m_addIn.Component();
-    if (key.isNull() || component == nullptr) {
+    if (key.isNull()) {
         return;
     }
     ignoreErrors([&] {
-        m_definition = component->Application()->ObjectDefinition(key.toString());
+        m_definition = m_parent->hostApplication()->ObjectDefinition(key.toString());
         if (m_definition) {
             m_owner =
                 m_definition->Collection()->Item(reminder.value(QStringLiteral("OwnerRecordID")));
@@ -329,12 +330,12 @@ void frmReminder::dismiss() {
 
 void frmReminder::finishNote() {
     try {
-        finishNoteOf(*m_reminder, *m_application);
+        finishNoteOf(*m_reminder, m_context.application());
     } catch (...) {
         tellFailure(currentError(), kNotFinished);
         return;
     }
-    m_addIn.services().utility.prompt().message(
+    m_context.services().prompt.message(
         QStringLiteral("This note has been finished and will no longer appear in your active "
                        "notes list."),
         QStringLiteral("Finish Note"), PromptIcon::Information);
@@ -345,7 +346,7 @@ void frmReminder::finishNote() {
 bool frmReminder::save(const std::function<AnswerResult()>& answer) {
     try {
         if (answer() == AnswerResult::AnsweredElsewhere) {
-            showStatus(kAnsweredElsewhere);
+            m_parent->ShowStatus(kAnsweredElsewhere);
         }
         return true;
     } catch (...) {
@@ -361,15 +362,7 @@ void frmReminder::tellFailure(const AutomationError& error, const QString& words
                              words,
                              {},
                              {}});
-    showStatus(words);
-}
-
-void frmReminder::showStatus(const QString& text) {
-    ignoreErrors([&] {
-        if (IHostInterface* host = m_addIn.IInterface()) {
-            host->ShowStatus(text);
-        }
-    });
+    m_parent->ShowStatus(words);
 }
 
 } // namespace yrw

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/INotesAddIn.h"
+#include "framework/INotesParent.h"
 #include "platform/forms/Form.h"
 #include "store/ReminderOperations.h"
 
@@ -20,6 +20,7 @@ namespace yrw {
 
 class ClockChangeLabel;
 class DatePicker;
+class NotesContext;
 
 /// Tells the user that a reminder is due and writes the answer back: dismissed, to be told later,
 /// or, when the popup is closed without an answer, to come back in 15 minutes. Its tag is "NOTE:"
@@ -49,12 +50,12 @@ public:
     /// The key that reaches a popup from anywhere in the program.
     static const QKeySequence kReachKey;
 
-    explicit frmReminder(INotesAddIn& addIn);
+    explicit frmReminder(NotesContext& context);
     ~frmReminder() override;
 
-    /// Fills the popup from a reminder that is due, which tells of its note, too. Raises when it
-    /// lacks a field; the popup then is to be `abandon`ed.
-    void Initialise(const Ref<Application>& application, const Ref<IRecord>& reminder);
+    /// Fills the popup from a reminder that is due, which tells of its note, too. `Parent` is the
+    /// add-in that shows it. Raises when a field is lacking; the popup then is to be `abandon`ed.
+    void Initialise(INotesParent& Parent, const Ref<IRecord>& reminder);
     /// Unloads the popup without writing an answer.
     void abandon();
 
@@ -102,7 +103,6 @@ private:
     void finishNote();
     bool save(const std::function<AnswerResult()>& answer);
     void tellFailure(const AutomationError& error, const QString& words);
-    void showStatus(const QString& text);
     void askForAttention();
     [[nodiscard]] bool isStray() const;
     [[nodiscard]] QDateTime now() const;
@@ -114,9 +114,9 @@ private:
     void setTabOrders();
     void connectEvents();
 
-    INotesAddIn& m_addIn;
-    Ref<Application> m_application;
-    Ref<IRecord> m_reminder; ///< nothing while there is nothing to answer
+    NotesContext& m_context;
+    INotesParent* m_parent = nullptr; ///< nothing before `Initialise`
+    Ref<IRecord> m_reminder;          ///< nothing while there is nothing to answer
     Ref<IObjectDefinition> m_definition;
     Ref<IRecord> m_owner;
     qint64 m_due = std::numeric_limits<qint64>::max();

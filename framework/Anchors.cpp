@@ -1,5 +1,6 @@
 // Destructors of the interfaces: one place for their type information, shared by host and add-in.
-#include "framework/INotesAddIn.h"
+#include "framework/IAddIn.h"
+#include "framework/INotesParent.h"
 
 namespace yrw {
 
@@ -14,6 +15,6 @@ IGridController::~IGridController() = default;
 IHostInterface::~IHostInterface() = default;
 IHostComponent::~IHostComponent() = default;
 IAddIn::~IAddIn() = default;
-INotesAddIn::~INotesAddIn() = default;
+INotesParent::~INotesParent() = default;
 
 } // namespace yrw

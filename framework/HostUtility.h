@@ -19,8 +19,6 @@ class HostUtility {
 public:
     explicit HostUtility(Prompt& prompt);
 
-    [[nodiscard]] Prompt& prompt() const noexcept { return m_prompt; }
-
     /// Somebody who is asked about each error before it is reported, and answers true for those
     /// that the user is told of in another way.
     using Teller = std::function<bool(const AutomationError&)>;

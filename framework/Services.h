@@ -5,6 +5,7 @@ namespace yrw {
 class Clock;
 class FileSystem;
 class HostUtility;
+class Prompt;
 class SettingsStore;
 
 /// What a composition root passes down. All outlive whoever holds this.
@@ -12,6 +13,7 @@ struct Services {
     Clock& clock;
     SettingsStore& settings;
     FileSystem& files;
+    Prompt& prompt;
     HostUtility& utility;
 };
 

@@ -31,13 +31,13 @@ void AttachmentInsertion::openDialog(ObjectDisplay display) {
     if (m_mfrmInsert) {
         m_mfrmInsert->unload();
     }
-    frmInsertAttachment dialog(&m_context.window());
+    frmInsertAttachment dialog(m_context.notes(), &m_context.window());
     m_mfrmInsert = &dialog;
     const Connection chosen =
         dialog.Continue.connect([this](const QString& file, ObjectDisplay shown, bool& cancel) {
             mfrmInsert_Continue(file, shown, cancel);
         });
-    dialog.Initialise(Ref<INotesAddIn>(&m_context.addIn()), display);
+    dialog.Initialise(m_context.parent(), display);
     dialog.showModal(&m_context.window());
     m_text.setFocus();
 }

@@ -15,7 +15,7 @@ void showHelp(WindowContext& context) {
     bool shown = false;
     {
         const Hourglass hourglass(context.prompt());
-        const Ref<IHostApplication> host = context.store().hostApplication();
+        const Ref<IHostApplication> host = context.notes().hostApplication();
         shown = host && host->ShowHelp(kHelpTopic);
     }
     if (!shown) {

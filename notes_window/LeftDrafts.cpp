@@ -80,7 +80,7 @@ void LeftDrafts::keepAsNewNote(const NoteDraft& draft) {
     choices.Subject = QStringLiteral("Text of a deleted note, %1").arg(noteDateText(draft.written));
     RichTextBox text;
     text.setTextRTF(draft.rtf);
-    StoreContext& store = m_context.store();
+    StoreContext& store = m_context.notes();
     m_list.replace(createWholeNote(m_context.application(), store, ownerOf(m_list.owner(), store),
                                    choices, noteText(draft.rtf, text.Text()), {}));
 }

@@ -32,28 +32,28 @@ void NoteChanges::EditNote() {
                      });
 }
 
-void NoteChanges::openProperties(const Ref<IRecord>& note) {
-    frmNoteProperties dialog(&m_context.window());
-    Ref<IRecord> written; // by the last OK
-    Ref<IRecord> stored;  // once all of it was
+void NoteChanges::openProperties(const Ref<Note>& note) {
+    frmNoteProperties dialog(m_context.notes(), &m_context.window());
+    Ref<Note> written; // by the last OK
+    Ref<Note> stored;  // once all of it was
     const auto choicesOf = [](const QDateTime& date, const QString& subject, ReminderKind kind,
                               const QDateTime& due, bool autoShow, NoteType type) {
         return NoteChoices{date, subject, kind, due, autoShow, type};
     };
     const Connection added = dialog.AddNote.connect(
-        [&](const QDateTime& date, const QString& subject, Ref<IRecord>& made, ReminderKind kind,
+        [&](const QDateTime& date, const QString& subject, Ref<Note>& made, ReminderKind kind,
             const QDateTime& due, bool autoShow, NoteType type) {
             mfrmProperties_AddNote(made, choicesOf(date, subject, kind, due, autoShow, type));
             written = made;
         });
     const Connection edited = dialog.EditNote.connect(
-        [&](const QDateTime& date, const QString& subject, Ref<IRecord>& changed, ReminderKind kind,
+        [&](const QDateTime& date, const QString& subject, Ref<Note>& changed, ReminderKind kind,
             const QDateTime& due, bool autoShow, NoteType type) {
             mfrmProperties_EditNote(changed, choicesOf(date, subject, kind, due, autoShow, type));
             written = changed;
         });
     const Connection reminded =
-        dialog.AddReminder.connect([this](Ref<IRecord>& of, const QDateTime& due, qint64 userID) {
+        dialog.AddReminder.connect([this](Ref<Note>& of, const QDateTime& due, qint64 userID) {
             mfrmProperties_AddReminder(of, due, userID);
         });
     dialog.setWriter([&](const std::function<void()>& raiseEvents) {
@@ -61,28 +61,28 @@ void NoteChanges::openProperties(const Ref<IRecord>& note) {
         storeAsOne(m_context.application(), raiseEvents);
         stored = written;
     });
-    dialog.Initialise(Ref<INotesAddIn>(&m_context.addIn()), note);
+    dialog.Initialise(m_context.parent(), note);
     dialog.showModal(&m_context.window());
     if (stored && note) {
-        showChanged(query<Note>(stored));
+        showChanged(stored);
     } else if (stored) {
         showAdded(stored);
     }
 }
 
-void NoteChanges::mfrmProperties_AddNote(Ref<IRecord>& note, const NoteChoices& choices) {
+void NoteChanges::mfrmProperties_AddNote(Ref<Note>& note, const NoteChoices& choices) {
     m_context.showStatus(QStringLiteral("Addint new Note..."));
-    StoreContext& store = m_context.store();
+    StoreContext& store = m_context.notes();
     note = createNote(m_context.application(), store, ownerOf(m_list.owner(), store), choices);
 }
 
-void NoteChanges::mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices) {
-    note = changeNote(m_context.application(), m_context.clock(), *query<Note>(note), choices);
+void NoteChanges::mfrmProperties_EditNote(Ref<Note>& note, const NoteChoices& choices) {
+    note = changeNote(m_context.application(), m_context.clock(), *note, choices);
 }
 
-void NoteChanges::mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTime& due,
+void NoteChanges::mfrmProperties_AddReminder(const Ref<Note>& note, const QDateTime& due,
                                              qint64 userID) {
-    addReminder(m_context.application(), m_context.clock(), *query<Note>(note), due, userID);
+    addReminder(m_context.application(), m_context.clock(), *note, due, userID);
 }
 
 void NoteChanges::showAdded(const Ref<IRecord>& note) {

@@ -27,10 +27,10 @@ public:
     void cancelSelectedReminders();
 
 private:
-    void openProperties(const Ref<IRecord>& note);
-    void mfrmProperties_AddNote(Ref<IRecord>& note, const NoteChoices& choices);
-    void mfrmProperties_EditNote(Ref<IRecord>& note, const NoteChoices& choices);
-    void mfrmProperties_AddReminder(const Ref<IRecord>& note, const QDateTime& due, qint64 userID);
+    void openProperties(const Ref<Note>& note);
+    void mfrmProperties_AddNote(Ref<Note>& note, const NoteChoices& choices);
+    void mfrmProperties_EditNote(Ref<Note>& note, const NoteChoices& choices);
+    void mfrmProperties_AddReminder(const Ref<Note>& note, const QDateTime& due, qint64 userID);
     void showAdded(const Ref<IRecord>& note);
     void showChanged(const Ref<Note>& note);
     void deleteStored(qint64 noteID);

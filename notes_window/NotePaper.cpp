@@ -24,7 +24,7 @@ NotePaper::NotePaper(RichTextBox& text, const EditedNote& edited, const NotesLis
 void NotePaper::paint(QPrinter& printer) {
     Note& note = *m_edited.note();
     QStringList details{
-        m_list.owner() ? ownerText(*m_list.owner(), m_context.store()) : QString(),
+        m_list.owner() ? ownerText(*m_list.owner(), m_context.notes()) : QString(),
         m_names.of(HostUtility::NullToText(note.value(QStringLiteral("RecordUserCode")))),
         noteDateText(note.value(QStringLiteral("Date")).toDateTime())};
     details.removeAll(QString());

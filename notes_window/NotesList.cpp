@@ -66,7 +66,7 @@ void NotesList::read(ShowType shown, bool mineOnly) {
 }
 
 Ref<Note> NotesList::note(qint64 id) const {
-    return query<Note>(m_notes->Item(id));
+    return m_notes->note(id);
 }
 
 /// The rows of some notes as the list shows them; one that is gone says so.

@@ -26,23 +26,8 @@ void switchOption(NoteTool tool, bool on, WindowContext& context) {
     const std::span<const OptionTool> options = optionTools();
     const auto option = std::find_if(options.begin(), options.end(),
                                      [&](const OptionTool& each) { return each.tool == tool; });
-    INotesAddIn& addIn = context.addIn();
     context.settings().set(*option->setting, on);
-    addIn.setSwitch(option->which, on);
-    switch (option->which) {
-    case NotesSwitch::CheckForReminders:
-        addIn.setReminderTimerEnabled(on);
-        break;
-    case NotesSwitch::CheckAutoNotes:
-        addIn.setAutoNoteTimerEnabled(on);
-        break;
-    case NotesSwitch::HighlightNotesRow:
-    case NotesSwitch::FlagNotesRow:
-        addIn.repaintGrids();
-        break;
-    case NotesSwitch::ShowPopupWindow:
-        break;
-    }
+    context.parent()->setSwitch(option->which, on);
 }
 
 } // namespace yrw

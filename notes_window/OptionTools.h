@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/INotesAddIn.h"
+#include "framework/INotesParent.h"
 #include "framework/Settings.h"
 #include "notes_window/NoteTool.h"
 

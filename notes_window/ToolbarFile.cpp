@@ -15,7 +15,7 @@ void loadToolbar(Toolbar& toolbar, WindowContext& context) {
     QStringList problems;
     QStringList missing;
     for (const QString& folder :
-         {context.addIn().DatabaseDirectory(), context.addIn().TemplateDirectory()}) {
+         {context.notes().databaseFolder(), context.notes().templateFolder()}) {
         const QString path = folder + inFolder;
         if (!files.fileExists(path)) {
             missing.append(QStringLiteral("%1 is not there.").arg(files.resolve(path)));

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "framework/ErrorGuards.h"
-#include "framework/INotesAddIn.h"
 #include "framework/Services.h"
 #include "framework/Settings.h"
-#include "store/Application.h"
+#include "store/NotesContext.h"
 
 #include <QString>
 
@@ -18,24 +17,27 @@ class Clock;
 class Prompt;
 class StatusBar;
 
-/// What every part of the notes window works with: the add-in and the store, the window that boxes
-/// belong to, and its status bar.
+/// What every part of the notes window works with: the notes, the window that boxes belong to, and
+/// its status bar.
 ///
 /// Lifetime: all that it is given outlives it, and it outlives the parts.
 /// Thread: the user-interface thread.
 class WindowContext {
 public:
-    WindowContext(QWidget& window, StatusBar& status, INotesAddIn& addIn, StoreContext& store);
+    WindowContext(QWidget& window, StatusBar& status, NotesContext& notes);
 
     [[nodiscard]] QWidget& window() const { return m_window; }
-    [[nodiscard]] INotesAddIn& addIn() const { return m_addIn; }
-    [[nodiscard]] StoreContext& store() const { return m_store; }
-    [[nodiscard]] Services& services() const { return m_addIn.services(); }
+    /// The add-in that opened the window, kept while that is there; nothing before it is given.
+    [[nodiscard]] const Ref<INotesParent>& parent() const { return m_parent; }
+    void setParent(const Ref<INotesParent>& parent) { m_parent = parent; }
+
+    [[nodiscard]] NotesContext& notes() const { return m_notes; }
+    [[nodiscard]] Services& services() const { return m_notes.services(); }
     [[nodiscard]] Clock& clock() const { return services().clock; }
-    [[nodiscard]] Prompt& prompt() const { return services().utility.prompt(); }
+    [[nodiscard]] Prompt& prompt() const { return services().prompt; }
     [[nodiscard]] NotesSettings settings() const { return NotesSettings(services().settings); }
     /// Raises `kErrorObjectRequired` while there is none.
-    [[nodiscard]] Application& application() const;
+    [[nodiscard]] Application& application() const { return m_notes.application(); }
     /// The user may read the notes, but not write them.
     [[nodiscard]] bool isReadOnly() const;
 
@@ -54,9 +56,8 @@ public:
 private:
     QWidget& m_window;
     StatusBar& m_status;
-    INotesAddIn& m_addIn;
-    StoreContext& m_store;
-    Ref<Application> m_application;
+    NotesContext& m_notes;
+    Ref<INotesParent> m_parent;
 };
 
 } // namespace yrw

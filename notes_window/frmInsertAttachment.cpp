@@ -4,6 +4,8 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Services.h"
 #include "framework/Settings.h"
+#include "store/Application.h"
+#include "store/NotesContext.h"
 
 #include <QFileInfo>
 #include <QGridLayout>
@@ -39,8 +41,8 @@ Control* named(Control* control, const char* name) {
 
 } // namespace
 
-frmInsertAttachment::frmInsertAttachment(QWidget* owner)
-    : Form(QStringLiteral("frmInsertAttachment"), owner) {
+frmInsertAttachment::frmInsertAttachment(NotesContext& context, QWidget* owner)
+    : Form(QStringLiteral("frmInsertAttachment"), owner), m_context(context) {
     createControls();
     layOut();
     connectEvents();
@@ -48,8 +50,8 @@ frmInsertAttachment::frmInsertAttachment(QWidget* owner)
 
 frmInsertAttachment::~frmInsertAttachment() = default;
 
-void frmInsertAttachment::Initialise(const Ref<INotesAddIn>& Parent, ObjectDisplay display) {
-    m_addIn = Parent;
+void frmInsertAttachment::Initialise(const Ref<INotesParent>& Parent, ObjectDisplay display) {
+    m_parent = Parent;
     m_optDisplay[display == ObjectDisplay::Icon ? 0 : 1]->setChecked(true);
 }
 
@@ -72,9 +74,9 @@ void frmInsertAttachment::txtFile_Change() {
 }
 
 void frmInsertAttachment::cmdBrowse_Click() {
-    NotesSettings settings(m_addIn->services().settings);
+    NotesSettings settings(m_context.services().settings);
     const QString last = settings.get(setting::kLastFolder);
-    const QString chosen = m_addIn->services().utility.OpenFile(
+    const QString chosen = m_context.services().utility.OpenFile(
         QStringLiteral("Please select the file to insert"), QStringLiteral("Insert File"),
         fileFilter(), kOpenFlags, QFileInfo(last).isDir() ? last : QString());
     if (!chosen.isEmpty()) {
@@ -96,7 +98,7 @@ void frmInsertAttachment::cmdForm_Click(FormButton index) {
 QString frmInsertAttachment::fileFilter() const {
     QString filter;
     ignoreErrors([&] {
-        const Ref<IRecord> row = m_addIn->NotesApplication()->CurrentSettings(true);
+        const Ref<IRecord> row = m_context.application().CurrentSettings(true);
         filter = HostUtility::NullToText(row->value(QStringLiteral("FileOpenFilter")));
     });
     return filter.isEmpty() ? kDefaultFilter : filter;
@@ -107,7 +109,7 @@ void frmInsertAttachment::confirm() {
         m_optDisplay[0]->isChecked() ? ObjectDisplay::Icon : ObjectDisplay::Content;
     bool cancel = false;
     {
-        const Hourglass hourglass(m_addIn->services().utility.prompt());
+        const Hourglass hourglass(m_context.services().prompt);
         const QPointer<frmInsertAttachment> alive(this);
         hide();
         // A handler that fails must not leave the dialog hidden and open for ever.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/INotesAddIn.h"
+#include "framework/INotesParent.h"
 #include "platform/component/Event.h"
 #include "platform/forms/Form.h"
 #include "platform/richtext/RichTextBox.h"
@@ -14,6 +14,8 @@ class QPushButton;
 class QRadioButton;
 
 namespace yrw {
+
+class NotesContext;
 
 /// The dialog that asks which file to attach to a note, and whether its content or an icon shows.
 ///
@@ -30,12 +32,11 @@ public:
     enum class FormButton : int { Ok = 0, Cancel = 1 };
     enum class DisplayOption : int { Icon = 0, Content = 1 };
 
-    explicit frmInsertAttachment(QWidget* owner = nullptr);
+    explicit frmInsertAttachment(NotesContext& context, QWidget* owner = nullptr);
     ~frmInsertAttachment() override;
 
-    /// `Parent` is the add-in, through which the settings are reached; `display` is chosen at
-    /// first.
-    void Initialise(const Ref<INotesAddIn>& Parent, ObjectDisplay display);
+    /// `Parent` is the add-in, kept while the dialog is there; `display` is chosen at first.
+    void Initialise(const Ref<INotesParent>& Parent, ObjectDisplay display);
 
     /// OK: the path as typed, how to show the file, and whether to keep the dialog open.
     Event<const QString&, ObjectDisplay, bool&> Continue;
@@ -67,7 +68,8 @@ private:
     std::array<QRadioButton*, 2> m_optDisplay{};
     std::array<QPushButton*, 2> m_cmdForm{};
 
-    Ref<INotesAddIn> m_addIn;
+    NotesContext& m_context;
+    Ref<INotesParent> m_parent;
 };
 
 } // namespace yrw

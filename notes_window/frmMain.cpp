@@ -40,22 +40,22 @@ namespace {} // namespace
 
 /// What the window is made of; each part knows only those above it.
 struct frmMain::Parts {
-    Parts(frmMain& window, INotesAddIn& addIn, StoreContext& store)
-        : controls(window), context(window, controls.stbMain, addIn, store), names(store),
-          drafts(NoteDrafts::userFolder(), addIn.DatabaseDirectory()),
-          layout(window, controls, context), waiting(controls.lblReminders, store),
+    Parts(frmMain& window, NotesContext& notes)
+        : controls(window), context(window, controls.stbMain, notes), names(notes),
+          drafts(NoteDrafts::userFolder(), notes.databaseFolder()),
+          layout(window, controls, context), waiting(controls.lblReminders, notes),
           list(controls.lsvMain, context, names),
           edited(controls.rtxMain, list, drafts, names, context),
           leftDrafts(drafts, edited, list, context),
-          find(controls.picFind, list, edited, controls.rtxMain, store),
+          find(controls.picFind, list, edited, controls.rtxMain, notes),
           tools(controls.atbMain, controls.rtxMain, edited, context),
           contents(list, edited, find, tools, names, waiting, context),
           text(controls.rtxMain, names, context), textOptions(controls.rtxMain, tools, context),
           menu(controls.rtxMain, controls.atbMain, textOptions, context),
           attachments(controls.rtxMain, edited, context),
           paper(controls.rtxMain, edited, list, names, context),
-          notes(list, edited, drafts, controls.rtxMain, waiting, context),
-          commands({notes, contents, find, edited, text, menu, textOptions, attachments, paper,
+          changes(list, edited, drafts, controls.rtxMain, waiting, context),
+          commands({changes, contents, find, edited, text, menu, textOptions, attachments, paper,
                     tools, controls.atbMain, context}) {}
 
     MainControls controls;
@@ -75,17 +75,16 @@ struct frmMain::Parts {
     TextMenu menu;
     AttachmentInsertion attachments;
     NotePaper paper;
-    NoteChanges notes;
+    NoteChanges changes;
     NoteCommands commands;
-    Ref<INotesAddIn> parent; ///< kept while the window is there
     std::vector<Connection> connections;
 };
 
-frmMain::frmMain(INotesAddIn& addIn, StoreContext& context) : Form(QStringLiteral("frmMain")) {
+frmMain::frmMain(NotesContext& notes) : Form(QStringLiteral("frmMain")) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint |
                    Qt::WindowCloseButtonHint);
-    m_parts = std::make_unique<Parts>(*this, addIn, context);
+    m_parts = std::make_unique<Parts>(*this, notes);
     connectControls();
     connectParts();
 }
@@ -162,11 +161,12 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 
 // The window's life.
 
-void frmMain::Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Owner, qint64 NoteID) {
-    const WindowContext& context = m_parts->context;
+void frmMain::Initialise(const Ref<INotesParent>& Parent, const Ref<IRecord>& Owner,
+                         qint64 NoteID) {
+    WindowContext& context = m_parts->context;
     context.report(QStringLiteral("Initialise"),
                    QStringLiteral("Could not Initialise for Notes Form"), [&] {
-                       m_parts->parent = Parent;
+                       context.setParent(Parent);
                        m_parts->list.setOwner(Owner);
                        load();
                        fillWindow(NoteID);
@@ -332,7 +332,7 @@ void frmMain::lsvMain_SourceFailed() {
 }
 
 void frmMain::lsvMain_DblClick() {
-    m_parts->notes.EditNote();
+    m_parts->changes.EditNote();
 }
 
 void frmMain::lsvMain_KeyDown(FormKey& key) {
@@ -425,7 +425,7 @@ bool frmMain::SetUserColumn() {
 
 void frmMain::SetOwnerCaption() {
     m_parts->context.setCaption(QStringLiteral("YRW Notes - (") +
-                                ownerText(*m_parts->list.owner(), m_parts->context.store()) + u')');
+                                ownerText(*m_parts->list.owner(), m_parts->context.notes()) + u')');
 }
 
 bool frmMain::SaveNote() {

@@ -1,13 +1,14 @@
 #pragma once
 
-#include "framework/INotesAddIn.h"
+#include "framework/INotesParent.h"
 #include "platform/forms/Form.h"
 #include "platform/toolbar/api/IToolbar.h"
-#include "store/StoreContext.h"
 
 #include <memory>
 
 namespace yrw {
+
+class NotesContext;
 
 /// The notes window: the notes of one host record (or those kept on none), the text of the selected
 /// note in an editor below, and the commands on a toolbar.
@@ -16,18 +17,18 @@ namespace yrw {
 /// (`NoteCommands`) and what those work with.
 /// Life: made, `Initialise`d once, shown modally, and released by the add-in after it unloaded.
 /// Closing saves the text that was typed.
-/// Lifetime: the add-in and the store's context outlive the window.
+/// Lifetime: the context outlives the window.
 /// Thread: the user-interface thread.
 class frmMain final : public Form {
     Q_OBJECT
 
 public:
-    frmMain(INotesAddIn& addIn, StoreContext& context);
+    explicit frmMain(NotesContext& notes);
     ~frmMain() override;
 
     /// Loads the window for an owner record (or none) and shows the note with that id, else the
     /// first one. A failure is reported.
-    void Initialise(const Ref<INotesAddIn>& Parent, const Ref<IRecord>& Owner, qint64 NoteID);
+    void Initialise(const Ref<INotesParent>& Parent, const Ref<IRecord>& Owner, qint64 NoteID);
     /// Empties and refills the list for the owner and the chosen show type. Typed text is saved
     /// first; the same note stays selected, else the first is. A failure is reported, and the list
     /// keeps what was read before it.

@@ -146,6 +146,10 @@ qint64 Note::DeleteReminders() {
 
 Notes::Notes(StoreContext& context) : CollectionBase(noteTable()), m_context(context) {}
 
+Ref<Note> Notes::note(const QVariant& recordID) {
+    return query<Note>(Item(recordID));
+}
+
 Ref<IRecord> Notes::newRecord() const {
     return make<Note>();
 }

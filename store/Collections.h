@@ -29,6 +29,9 @@ class Notes final : public CollectionBase {
 public:
     explicit Notes(StoreContext& context);
 
+    /// The note with that key. Raises as `Item`.
+    [[nodiscard]] Ref<Note> note(const QVariant& recordID);
+
 protected:
     [[nodiscard]] Ref<IRecord> newRecord() const override;
     [[nodiscard]] QStringList conditions(const RecordsetRequest& request) const override;

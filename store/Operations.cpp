@@ -31,7 +31,7 @@ Ref<dao::Database> openDatabaseOf(IApplication& application) {
 
 /// The note that is shown, as it stands now.
 Ref<Note> readAgain(Application& application, const Note& shown) {
-    return query<Note>(application.Notes()->Item(shown.valueAsRead(kRecordID)));
+    return application.Notes()->note(shown.valueAsRead(kRecordID));
 }
 
 void requireAsShown(Application& application, qint64 noteID, const Note& shown) {

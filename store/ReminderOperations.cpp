@@ -135,9 +135,8 @@ AnswerResult closeReminderUnanswered(IRecord& reminder, const QDateTime& now) {
 }
 
 void finishNoteOf(IRecord& reminder, Application& application) {
-    storeAsOne(application, [&] {
-        query<Note>(application.Notes()->Item(reminder.value(kNoteID)))->setDone(true);
-    });
+    storeAsOne(application,
+               [&] { application.Notes()->note(reminder.value(kNoteID))->setDone(true); });
 }
 
 } // namespace yrw

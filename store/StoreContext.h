@@ -7,8 +7,8 @@ namespace yrw {
 class Clock;
 class FileSystem;
 
-/// What the store reads of the process that it works in. All getters are live: they answer what is
-/// so at the moment of the call.
+/// What the store reads of the process that it works in; the narrow part of a `NotesContext`. All
+/// getters are live: they answer what is so at the moment of the call.
 /// Lifetime: outlives every object of the store. Thread: the user-interface thread.
 class StoreContext {
 public:

@@ -7,12 +7,16 @@ Rules, in this order:
 - no file includes itself by way of others;
 - Qt headers are included one by one, and a room that may not link a Qt library may not include
   that library's headers;
-- an engine's header stays in the engine's own folder.
+- an engine's header stays in the engine's own folder;
+- conditions, orders and transactions are written where data is kept: no room of SHOWING has them;
+- within a room, classes do not name each other in a circle (`class_circles.py`).
 """
 import glob
 import pathlib
 import re
 import sys
+
+import class_circles
 
 CORE_PLATFORM = {
     "platform/disk", "platform/component", "platform/clock", "platform/settings", "platform/files",
@@ -88,6 +92,26 @@ ENGINES = {
     "mdbtools.h": {"platform/jet/reader"},
 }
 
+# Rooms that show and collect. What asks for rows and what writes as one is said elsewhere.
+SHOWING = ("dialogs", "notes_window", "addin", "host/desk", "cli")
+SQL = re.compile(r'"[^"\n]*(?:\b(?:SELECT|INSERT INTO|DELETE FROM|WHERE|ORDER BY)\b|'
+                 r"\]\s*(?:=|<|>|(?:Like|Is|In|Between|DESC)\b))[^\"\n]*\"|\bdao::Transaction\b")
+
+# Rooms whose classes may not be looked at for circles: what is put together there, or checks.
+OUTSIDE = ("tests", "bench", "tour", "examples", "cmake")
+
+# Circles of classes that stand, the largest first to go; this list only ever gets shorter. The
+# contract of host and add-in is one of records that know their collection, collections that know
+# their application, and an application that hands out its data helper.
+KNOWN_CIRCLES = [
+    {"framework/HostDataHelper", "framework/IApplication", "framework/ICollection",
+     "framework/IRecord"},
+    {"platform/dao/" + name for name in (
+        "Condition", "Connection", "Database", "EditBuffer", "Engine", "OnlineBackup",
+        "PlacedRows", "Query", "Recordset", "RowReader", "Rows", "Salvage", "StreamRows",
+        "TableRows", "TextIndex")},
+]
+
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 QT_HEADERS = "/usr/include/*/qt6"
 
@@ -117,8 +141,9 @@ def sources(root):
 
 
 class Checker:
-    def __init__(self, root):
+    def __init__(self, root, known_circles=()):
         self.root = root
+        self.known_circles = known_circles
         self.qt = qt_libraries()
         self.faults = []
         self.includes = {}
@@ -129,6 +154,7 @@ class Checker:
         for file in sources(self.root):
             self.check_file(file)
         self.check_cycles()
+        self.check_classes()
         return self.faults
 
     def check_file(self, file):
@@ -148,6 +174,10 @@ class Checker:
                 self.check_own(where, room, header)
             else:
                 self.check_outside(where, room, header)
+        if room in SHOWING:
+            for number, line in enumerate(text.splitlines(), 1):
+                if SQL.search(line.split("//")[0]):
+                    self.faults.append(f"{file}:{number}: {room} says what the data layer is asked")
 
     def check_own(self, where, room, header):
         if header.endswith(".moc"):
@@ -192,9 +222,24 @@ class Checker:
                 visit(file, [file])
 
 
+    def check_classes(self):
+        found = []
+        for room in ROOMS:
+            files = [file for file in self.includes if room_of(file) == room]
+            if room not in OUTSIDE:
+                found += class_circles.class_circles(self.root, files)
+        for circle in found:
+            if not any(set(circle) <= known for known in self.known_circles):
+                self.faults.append("classes in a circle: " + ", ".join(circle))
+        for known in self.known_circles:
+            if known not in map(set, found):
+                self.faults.append("the list has a circle that is gone or smaller: "
+                                   + ", ".join(sorted(known)))
+
+
 def main(arguments):
     root = pathlib.Path(arguments[0] if arguments else ".").resolve()
-    faults = Checker(root).run()
+    faults = Checker(root, KNOWN_CIRCLES).run()
     for fault in faults:
         print(fault, file=sys.stderr)
     return 1 if faults else 0

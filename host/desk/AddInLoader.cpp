@@ -4,8 +4,8 @@
 
 namespace yrw {
 
-AddInLoader::AddInLoader(const HostUtility& utility, CreateObject create)
-    : m_utility(utility), m_create(std::move(create)) {}
+AddInLoader::AddInLoader(const Services& services, CreateObject create)
+    : m_services(services), m_create(std::move(create)) {}
 
 AddInLoader::~AddInLoader() {
     unload();
@@ -24,7 +24,7 @@ bool AddInLoader::load(const QString& programId, IHostComponent& component) {
         addIn->setComponent(&component);
         m_addIn = addIn;
     } catch (...) {
-        m_utility.prompt().message(
+        m_services.prompt.message(
             QStringLiteral("The add-in could not be loaded. You can work without it.\r\r%1")
                 .arg(currentError().description()),
             QStringLiteral("Add-in"), PromptIcon::Exclamation);
@@ -46,7 +46,7 @@ void AddInLoader::unload() {
 
 bool AddInLoader::activate() {
     bool ready = false;
-    reportErrors(m_utility, QStringLiteral("YRWDesk.AddInLoader.Activate"),
+    reportErrors(m_services.utility, QStringLiteral("YRWDesk.AddInLoader.Activate"),
                  QStringLiteral("The add-in could not be activated."), QStringLiteral("Add-in"),
                  [&] { ready = m_addIn && m_addIn->Activate(); });
     return ready;

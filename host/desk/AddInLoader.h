@@ -2,6 +2,7 @@
 
 #include "framework/HostUtility.h"
 #include "framework/IAddIn.h"
+#include "framework/Services.h"
 
 #include <functional>
 
@@ -15,7 +16,7 @@ using CreateObject = std::function<Ref<Counted>(const QString& programId)>;
 /// Lifetime: owned by the window. Thread: the user-interface thread.
 class AddInLoader {
 public:
-    AddInLoader(const HostUtility& utility, CreateObject create);
+    AddInLoader(const Services& services, CreateObject create);
     ~AddInLoader();
     AddInLoader(const AddInLoader&) = delete;
     AddInLoader& operator=(const AddInLoader&) = delete;
@@ -33,7 +34,7 @@ public:
     [[nodiscard]] QString description() const;
 
 private:
-    const HostUtility& m_utility;
+    const Services m_services;
     CreateObject m_create;
     Ref<IAddIn> m_addIn;
 };

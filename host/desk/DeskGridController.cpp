@@ -1,5 +1,6 @@
 #include "host/desk/DeskGridController.h"
 
+#include "host/core/RowConditions.h"
 #include "platform/component/AutomationError.h"
 
 #include <QScopedValueRollback>
@@ -10,24 +11,6 @@ namespace {
 
 /// Beyond this many rows a lost place is not searched for: it would cost more than it is worth.
 constexpr qint64 kSearchedRows = 20000;
-
-/// A pattern literal that finds the text anywhere; what patterns treat specially stands for
-/// itself. A literal cannot hold its own kind of quote: a text with both kinds finds any character
-/// there.
-QString containing(const QString& text) {
-    const QChar quote = text.contains(u'"') ? u'\'' : u'"';
-    QString pattern;
-    for (const QChar c : text) {
-        if (c == u'*' || c == u'?' || c == u'[') {
-            pattern += u'[' + QString(c) + u']';
-        } else if (c == quote) {
-            pattern += u'?';
-        } else {
-            pattern += c;
-        }
-    }
-    return quote + QStringLiteral("*") + pattern + u'*' + quote;
-}
 
 } // namespace
 
@@ -120,28 +103,24 @@ RecordsetRequest DeskGridController::request() const {
     RecordsetRequest wanted;
     wanted.CursorType = dao::RecordsetType::Dynaset;
     wanted.Filter = m_filterText.isEmpty() ? QString() : holding(m_filterText);
-    if (!m_sortField.isEmpty()) {
-        wanted.Sort = u'[' + m_sortField + (m_descending ? u"] DESC" : u"]");
-    }
+    wanted.Sort = orderBy(m_sortField, m_descending);
     return wanted;
 }
 
 QString DeskGridController::holding(const QString& text) const {
-    QStringList conditions;
+    QStringList fields;
     for (const GridColumn& each : layout().columns) {
         if (each.visible) {
-            conditions += u'[' + each.field + u"] Like " + containing(text);
+            fields += each.field;
         }
     }
-    return conditions.join(QStringLiteral(" OR "));
+    return rowsHolding(text, fields);
 }
 
 bool DeskGridController::anyRowHolds(const QString& text) const {
     RecordsetRequest wanted = request();
     wanted.CursorType = dao::RecordsetType::ForwardOnly;
-    wanted.Filter = wanted.Filter.isEmpty()
-                        ? holding(text)
-                        : QString(u'(' + wanted.Filter + u") AND (" + holding(text) + u')');
+    wanted.Filter = rowsOfBoth(wanted.Filter, holding(text));
     const Ref<dao::Recordset> rows = m_object->Recordset(wanted);
     const bool any = !rows->AtEof();
     rows->Close();

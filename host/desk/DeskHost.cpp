@@ -1,44 +1,40 @@
 #include "host/desk/DeskHost.h"
 
-#include "host/desk/DeskWindow.h"
-#include "platform/controls/StatusBar.h"
-#include "platform/toolbar/Toolbar.h"
-
 namespace yrw {
 
-DeskInterface::DeskInterface(DeskWindow& window) : m_window(window) {}
+DeskInterface::DeskInterface(IDesk& desk) : m_desk(desk) {}
 DeskInterface::~DeskInterface() = default;
 
 void DeskInterface::ShowStatus(const QString& text) {
-    m_window.showProgress(text);
+    m_desk.showProgress(text);
 }
 
 IGridController* DeskInterface::CurrentController() {
-    return &m_window.current();
+    return &m_desk.current();
 }
 
 QWidget* DeskInterface::Window() {
-    return &m_window;
+    return &m_desk.widget();
 }
 
 bool DeskInterface::IsWindowActive() {
-    return m_window.isActiveWindow();
+    return m_desk.widget().isActiveWindow();
 }
 
 bool DeskInterface::CanCheckNotes() {
-    return m_window.canCheckNotes();
+    return m_desk.canCheckNotes();
 }
 
 IToolbar* DeskInterface::Toolbar() {
-    return &m_window.interfaceToolbar();
+    return &m_desk.interfaceToolbar();
 }
 
 QRect DeskInterface::WindowRect() {
-    return m_window.frameGeometry();
+    return m_desk.widget().frameGeometry();
 }
 
-DeskComponent::DeskComponent(DeskWindow& window, DeskInterface& interface_)
-    : m_window(window), m_interface(interface_) {}
+DeskComponent::DeskComponent(IDesk& desk, DeskInterface& interface_)
+    : m_desk(desk), m_interface(interface_) {}
 DeskComponent::~DeskComponent() = default;
 
 IHostInterface* DeskComponent::Interface() {
@@ -46,23 +42,23 @@ IHostInterface* DeskComponent::Interface() {
 }
 
 IGridController* DeskComponent::UpperController() {
-    return &m_window.upper();
+    return &m_desk.upper();
 }
 
 IGridController* DeskComponent::LowerController() {
-    return &m_window.lower();
+    return &m_desk.lower();
 }
 
 Ref<IHostApplication> DeskComponent::Application() {
-    return m_window.application();
+    return m_desk.hostApplication();
 }
 
 IToolbar* DeskComponent::Toolbar() {
-    return &m_window.componentToolbar();
+    return &m_desk.componentToolbar();
 }
 
 IStatusBar* DeskComponent::StatusBar() {
-    return &m_window.mainStatusBar();
+    return &m_desk.mainStatusBar();
 }
 
 } // namespace yrw

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "framework/HostObjects.h"
+#include "host/desk/IDesk.h"
 
 #include <QPointer>
 #include <QWidget>
 
 namespace yrw {
-
-class DeskWindow;
 
 /// The desk's window as add-ins see it.
 /// Lifetime: owned by the window. Thread: the user-interface thread.
@@ -15,7 +13,7 @@ class DeskInterface final : public QObject, public IHostInterface {
     Q_OBJECT
 
 public:
-    explicit DeskInterface(DeskWindow& window);
+    explicit DeskInterface(IDesk& desk);
     ~DeskInterface() override;
 
     [[nodiscard]] QObject* asQObject() override { return this; }
@@ -28,7 +26,7 @@ public:
     [[nodiscard]] QRect WindowRect() override;
 
 private:
-    DeskWindow& m_window;
+    IDesk& m_desk;
 };
 
 /// The component that the desk hands to add-ins.
@@ -37,7 +35,7 @@ class DeskComponent final : public QObject, public IHostComponent {
     Q_OBJECT
 
 public:
-    DeskComponent(DeskWindow& window, DeskInterface& interface_);
+    DeskComponent(IDesk& desk, DeskInterface& interface_);
     ~DeskComponent() override;
 
     [[nodiscard]] QObject* asQObject() override { return this; }
@@ -49,7 +47,7 @@ public:
     [[nodiscard]] IStatusBar* StatusBar() override;
 
 private:
-    DeskWindow& m_window;
+    IDesk& m_desk;
     DeskInterface& m_interface;
 };
 

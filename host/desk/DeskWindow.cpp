@@ -44,7 +44,7 @@ CreateObject registryUnless(const CreateObject& given) {
 DeskWindow::DeskWindow(const Services& services, DeskOptions options)
     : m_services(services), m_options(std::move(options)), m_memory(services.settings),
       m_interface(*this), m_component(*this, m_interface),
-      m_addIns(services.utility, registryUnless(m_options.createObject)) {
+      m_addIns(services, registryUnless(m_options.createObject)) {
     setObjectName(QStringLiteral("frmDesk"));
     setWindowTitle(kTitle);
     setWindowIcon(drawnIcon(QStringLiteral("yarrowen-desk")));
@@ -132,9 +132,8 @@ void DeskWindow::connectPanel(GridPanel& panel) {
         run(isLinked ? DeskCommand::GoToCustomer : DeskCommand::EditRecord);
     });
     connect(&panel.grid(), &RecordGrid::editFailed, this, [this](const QString& reason) {
-        m_services.utility.prompt().message(QStringLiteral("The record was not saved.\r\r") +
-                                                reason,
-                                            kTitle, PromptIcon::Exclamation);
+        m_services.prompt.message(QStringLiteral("The record was not saved.\r\r") + reason, kTitle,
+                                  PromptIcon::Exclamation);
     });
 }
 
@@ -142,7 +141,7 @@ void DeskWindow::open() {
     m_application = DeskApplication::open({m_services.clock, m_services.files}, m_options.start);
     m_application->setHelp([this](int topic) { return showHelp(topic); });
     m_open = true;
-    m_services.utility.prompt().setParentWindow(this);
+    m_services.prompt.setParentWindow(this);
     restore();
     showUser();
     show();
@@ -217,7 +216,7 @@ void DeskWindow::shutDown() {
         m_application->Terminate();
     });
     m_application.reset();
-    m_services.utility.prompt().setParentWindow(nullptr);
+    m_services.prompt.setParentWindow(nullptr);
 }
 
 Ref<ICollection> DeskWindow::ordersToShow(bool everyRecord) {
@@ -355,7 +354,7 @@ void DeskWindow::deleteRecord() {
     const QString name = record->ShortDisplayValue()->Value().toString();
     const QString text = isCustomer ? QStringLiteral("Delete the customer '%1' and all its orders?")
                                     : QStringLiteral("Delete the order '%1'?");
-    const PromptAnswer answer = m_services.utility.prompt().question(
+    const PromptAnswer answer = m_services.prompt.question(
         text.arg(name), kTitle, PromptButtons::YesNo, PromptIcon::Question, PromptAnswer::No);
     if (answer == PromptAnswer::Yes) {
         m_application->deleteRecord(record->Collection()->ObjectKey(),
@@ -377,10 +376,10 @@ void DeskWindow::findNext() {
         m_findBar->open();
         return;
     }
-    m_services.utility.prompt().setMousePointer(MousePointer::Hourglass);
+    m_services.prompt.setMousePointer(MousePointer::Hourglass);
     bool found = false;
     ignoreErrors([&] { found = m_current->findNext(m_findBar->text()); });
-    m_services.utility.prompt().setMousePointer(MousePointer::Default);
+    m_services.prompt.setMousePointer(MousePointer::Default);
     m_findBar->showResult(found);
 }
 
@@ -439,7 +438,7 @@ bool DeskWindow::showHelp(int topic) {
     if (topic != kHelpNoteProperties) {
         return false;
     }
-    m_services.utility.prompt().message(
+    m_services.prompt.message(
         QStringLiteral("Give the note a subject and a date. A private note is a sign to your "
                        "colleagues, not a lock: they can read it.\r"
                        "Tick \"Automatically Show this Note?\" to see it whenever you come to its "
@@ -449,7 +448,7 @@ bool DeskWindow::showHelp(int topic) {
 }
 
 void DeskWindow::showKeys() {
-    m_services.utility.prompt().message(
+    m_services.prompt.message(
         QStringLiteral(
             "Click a column's heading to sort by it, again to turn the order round.\r"
             "Type in Filter (Ctrl+L) to see only the rows that hold a text.\r"
@@ -461,7 +460,7 @@ void DeskWindow::showKeys() {
 }
 
 void DeskWindow::showAbout() {
-    m_services.utility.prompt().message(
+    m_services.prompt.message(
         QStringLiteral("Yarrowen Desk %1\r\rUser: %2\rDatabase: %3\rAdd-in: %4")
             .arg(m_application->Version(), m_user->text(), m_application->DAODatabase()->Name(),
                  m_addIns.description()),

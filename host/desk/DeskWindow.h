@@ -6,7 +6,10 @@
 #include "host/desk/DeskCommands.h"
 #include "host/desk/DeskHost.h"
 #include "host/desk/GridPanel.h"
+#include "host/desk/IDesk.h"
 #include "host/desk/WindowMemory.h"
+#include "platform/controls/StatusBar.h"
+#include "platform/toolbar/Toolbar.h"
 
 #include <QMainWindow>
 
@@ -17,7 +20,6 @@ class QSplitter;
 namespace yrw {
 
 class DeskFindBar;
-class StatusBar;
 
 /// What a desk's window is opened with.
 struct DeskOptions {
@@ -35,7 +37,7 @@ struct DeskOptions {
 /// entries are named after their commands' keys.
 /// Lifetime: a window without owner; needs `services` as long as it lives.
 /// Thread: the user-interface thread.
-class DeskWindow final : public QMainWindow {
+class DeskWindow final : public QMainWindow, public IDesk {
     Q_OBJECT
 
 public:
@@ -49,19 +51,19 @@ public:
     /// Closes without asking: a cell that cannot be written keeps what is stored.
     void endSession();
 
-    [[nodiscard]] DeskGridController& upper() const { return m_upper->controller(); }
-    [[nodiscard]] DeskGridController& lower() const { return m_lower->controller(); }
-    /// The controller of the grid that has, or had last, the keyboard.
-    [[nodiscard]] DeskGridController& current() const { return *m_current; }
-    [[nodiscard]] Toolbar& componentToolbar() const { return *m_componentToolbar; }
-    [[nodiscard]] Toolbar& interfaceToolbar() const { return *m_interfaceToolbar; }
-    [[nodiscard]] StatusBar& mainStatusBar() const { return *m_statusBar; }
+    [[nodiscard]] DeskGridController& upper() const override { return m_upper->controller(); }
+    [[nodiscard]] DeskGridController& lower() const override { return m_lower->controller(); }
+    [[nodiscard]] DeskGridController& current() const override { return *m_current; }
+    [[nodiscard]] Toolbar& componentToolbar() const override { return *m_componentToolbar; }
+    [[nodiscard]] Toolbar& interfaceToolbar() const override { return *m_interfaceToolbar; }
+    [[nodiscard]] StatusBar& mainStatusBar() const override { return *m_statusBar; }
     [[nodiscard]] Ref<DeskApplication> application() const { return m_application; }
     [[nodiscard]] IHostComponent& component() { return m_component; }
     [[nodiscard]] AddInLoader& addIns() { return m_addIns; }
-    /// Whether add-ins may look up notes now.
-    [[nodiscard]] bool canCheckNotes() const;
-    void showProgress(const QString& text);
+    [[nodiscard]] QWidget& widget() override { return *this; }
+    [[nodiscard]] Ref<IHostApplication> hostApplication() const override { return m_application; }
+    [[nodiscard]] bool canCheckNotes() const override;
+    void showProgress(const QString& text) override;
     void run(DeskCommand command);
 
 Q_SIGNALS:

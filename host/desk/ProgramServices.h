@@ -34,7 +34,7 @@ private:
 
 public:
     /// The same, as windows and add-ins take them.
-    const Services services{Clock::instance(), settings, files, m_utility};
+    const Services services{Clock::instance(), settings, files, m_prompt, m_utility};
 };
 
 } // namespace yrw

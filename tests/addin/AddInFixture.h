@@ -95,7 +95,7 @@ protected:
                                   {QStringLiteral("OwnerObjectKey"),
                                    objectKey.isEmpty() ? QVariant() : QVariant(objectKey)},
                                   {QStringLiteral("OwnerRecordID"), recordID}};
-        Module1::instance().application()->Notes()->Add(data, nullptr, id, true);
+        Module1::instance().application().Notes()->Add(data, nullptr, id, true);
         return id;
     }
     /// Runs an action as soon as a form of that name is on screen.

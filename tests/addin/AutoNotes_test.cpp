@@ -29,7 +29,7 @@ protected:
                                   {QStringLiteral("OwnerObjectKey"), objectKey},
                                   {QStringLiteral("OwnerRecordID"), recordID},
                                   {QStringLiteral("RecordUserID"), userID}};
-        Module1::instance().application()->Notes()->Add(data, nullptr, id, true);
+        Module1::instance().application().Notes()->Add(data, nullptr, id, true);
         return id;
     }
     void addTwo() {
@@ -73,7 +73,7 @@ protected:
         EXPECT_EQ(status(), QString()) << why;
         EXPECT_EQ(window().statusBar->tag(), QString()) << why;
     }
-    NotesSettings settings() { return NotesSettings(addIn->services().settings); }
+    NotesSettings settings() { return NotesSettings(Module1::instance().services().settings); }
 };
 
 TEST_F(Landing, EachRecordShowsItsOwnNotes) {
@@ -146,7 +146,7 @@ TEST_F(Landing, TheFocusTickClosesThePopupOnlyWhenTheHostIsNotTheActiveWindow) {
     expectNothing("another program has the focus");
     EXPECT_FALSE(isTimerOn());
     // Without a popup the timer switches itself off.
-    addIn->setAutoNoteTimerEnabled(true);
+    addIn->setSwitch(NotesSwitch::CheckAutoNotes, true);
     tick();
     EXPECT_FALSE(isTimerOn());
 }
@@ -203,7 +203,7 @@ TEST_F(Landing, ADoubleClickOnANoteOpensItAndOutlivesThePopup) {
     const QPointer<frmAutoNotes> before = popup();
     whenShown(QStringLiteral("frmMain"), [&](Form& form) {
         EXPECT_TRUE(before.isNull() || before->isUnloaded());
-        Module1::instance().application()->Notes()->Delete(QVariant(first));
+        Module1::instance().application().Notes()->Delete(QVariant(first));
         form.unload();
     });
     const QPoint place = list().visualItemRect(list().item(4, 0)).center();

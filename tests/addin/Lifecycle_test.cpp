@@ -32,7 +32,7 @@ TEST_F(Lifecycle, TheMembersThatAnswerTheSameAtAnyTime) {
     check();
     EXPECT_EQ(addIn->Component(), window().component);
     EXPECT_EQ(addIn->IInterface(), &window());
-    EXPECT_EQ(addIn->HostProgID(), kFakeHostProgID);
+    EXPECT_EQ(Module1::instance().hostProgID(), kFakeHostProgID);
     ASSERT_TRUE(addIn->Activate());
     check();
 }
@@ -40,21 +40,22 @@ TEST_F(Lifecycle, TheMembersThatAnswerTheSameAtAnyTime) {
 TEST_F(Lifecycle, ASecondAddInSharesApplicationAndDatabase) {
     activate();
     Module1& module = Module1::instance();
-    const Ref<Application> application = module.application();
+    const Application* const application = &module.application();
     Ref<AddIn> second = make<AddIn>();
-    EXPECT_EQ(module.application(), application);
+    EXPECT_EQ(&module.application(), application);
     second->setComponent(window().component);
     const Ref<dao::Database> database = module.database();
     ASSERT_TRUE(second->Activate());
     EXPECT_EQ(module.database(), database);
     second.reset();
     EXPECT_TRUE(database->isOpen());
-    EXPECT_NE(addIn->NotesApplication(), nullptr);
+    EXPECT_EQ(module.hostApplication(), Ref<IHostApplication>(world.host));
+    EXPECT_NE(module.applicationView(), nullptr);
     addIn->DeActivate();
     EXPECT_FALSE(database->isOpen());
-    EXPECT_EQ(addIn->NotesApplication(), nullptr);
+    EXPECT_EQ(module.applicationView(), nullptr);
     ASSERT_TRUE(addIn->Activate());
-    EXPECT_EQ(addIn->NotesApplication(), application);
+    EXPECT_EQ(module.applicationView().get(), application);
 }
 
 TEST_F(Lifecycle, TwoAddInsOfOneHostActAsOneUntilTheLastGoes) {
@@ -154,7 +155,7 @@ TEST_F(Lifecycle, AHostThatGoesFirstTakesItsObjectsWithIt) {
     world.window.reset();
     EXPECT_EQ(addIn->Component(), nullptr);
     EXPECT_EQ(addIn->IInterface(), nullptr);
-    addIn->repaintGrids();
+    addIn->setSwitch(NotesSwitch::FlagNotesRow, true); // paints the grids anew
     addIn->DeActivate();
     EXPECT_FALSE(Module1::instance().isDatabaseOpen());
 }
@@ -265,7 +266,7 @@ protected:
         letGo();
     }
     void terminate() {
-        Module1::instance().application()->Terminate();
+        Module1::instance().application().Terminate();
         openHost = kNone;
     }
     /// What the host's window does meanwhile; nothing of it changes the model.
@@ -367,7 +368,6 @@ protected:
             active += slot.active ? 1 : 0;
             if (slot.addIn) {
                 EXPECT_EQ(slot.addIn->UpperTimerForm() != nullptr, slot.active);
-                EXPECT_EQ(slot.addIn->isDatabaseOpen(), slot.active && openHost != kNone);
             }
         }
         EXPECT_EQ(timerWindows(), active);

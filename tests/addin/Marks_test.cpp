@@ -65,25 +65,27 @@ TEST_F(Marks, ARowIsMarkedByAnActiveNoteWithItsWholeOwnerKey) {
     EXPECT_TRUE(isMarked(*window().upper, 2));
 }
 
-TEST_F(Marks, TheColourComesFromTheDatabaseAndHasADefault) {
-    struct Case {
-        const char* sql;
-        int colour;
-    };
-    const Case cases[] = {
-        {"UPDATE tblSettings SET HighlightRowColour = 65535;", 65535},
-        {"UPDATE tblSettings SET HighlightRowColour = 0;", 16761024},
-        {"UPDATE tblSettings SET HighlightRowColour = 255;", 255},
-        {"UPDATE tblSettings SET HighlightRowColour = NULL;", 16761024},
-        {"DELETE FROM tblSettings;", 16761024},
-        {"DROP TABLE tblSettings;", 16761024},
-    };
+TEST_F(Marks, TheColourIsTakenWhenTheAddInIsActivated) {
     activate();
     addNote(QStringLiteral("cu"), 1);
-    for (const Case& one : cases) {
-        run(one.sql);
-        ASSERT_TRUE(addIn->Activate());
-        EXPECT_EQ(rowColour(*window().upper, 1), one.colour) << one.sql;
+    run("UPDATE tblSettings SET HighlightRowColour = 65535;");
+    EXPECT_EQ(rowColour(*window().upper, 1), schema::kDefaultHighlight);
+    ASSERT_TRUE(addIn->Activate());
+    EXPECT_EQ(rowColour(*window().upper, 1), 65535);
+}
+
+TEST_F(Marks, AGridIsPaintedAnewWhenTheirSwitchChanges) {
+    activate();
+    window().show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
+    int painted = 0;
+    const Connection counting = window().upper->grid->FetchRowStyle.connect(
+        [&](int, dao::Bookmark, RowStyle&) { ++painted; });
+    for (const NotesSwitch which : {NotesSwitch::HighlightNotesRow, NotesSwitch::FlagNotesRow}) {
+        QCoreApplication::processEvents();
+        painted = 0;
+        addIn->setSwitch(which, false);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return painted > 0; })) << int(which);
     }
 }
 

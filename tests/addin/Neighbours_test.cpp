@@ -45,7 +45,7 @@ TEST_F(Neighbours, AReplacedDatabaseIsOfferedAtTheMinuteAndAgainWithTheNotes) {
     const QString copy = world.notesPath() + QStringLiteral(".copy");
     Module1::instance().database()->CopyTo(copy);
     addNote(QStringLiteral("cu"), 2);
-    addIn->setReminderTimerEnabled(false);
+    addIn->setSwitch(NotesSwitch::CheckForReminders, false);
     minuteTick();
     EXPECT_TRUE(prompt.asked.isEmpty());
     replace(copy);
@@ -131,7 +131,7 @@ TEST_P(ReplacedUnderTheWindow, WhatWasTypedGoesOnInTheFileThatIsThere) {
     }
     EXPECT_EQ(shown, QStringLiteral("typed"));
     EXPECT_EQ(notes(), 1);
-    const Ref<IRecord> saved = Module1::instance().application()->Notes()->Item(QVariant(note));
+    const Ref<IRecord> saved = Module1::instance().application().Notes()->Item(QVariant(note));
     EXPECT_EQ(saved->value(QStringLiteral("PlainNote")).toString(), QStringLiteral("typed"));
 }
 
@@ -147,8 +147,8 @@ TEST_F(Neighbours, ALockedDatabaseFreezesNothingAndWhatWasMissedComesLater) {
     ASSERT_TRUE(addIn->Activate());
     window().showRecords();
     const qint64 id = addNote(QStringLiteral("cu"), 1);
-    const Ref<IRecord> note = Module1::instance().application()->Notes()->Item(QVariant(id));
-    ASSERT_TRUE(addIn->NotesApplication()->DB()->UpdateRecord(
+    const Ref<IRecord> note = Module1::instance().application().Notes()->Item(QVariant(id));
+    ASSERT_TRUE(Module1::instance().applicationView()->DB()->UpdateRecord(
         *note, {{QStringLiteral("AutomaticallyShow"), true}}));
     FakeController& upper = *window().upper;
     const Ref<dao::Database> holder = others->OpenDatabase(world.notesPath());

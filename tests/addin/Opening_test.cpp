@@ -16,6 +16,15 @@ const QString kQuestion = QStringLiteral(
 
 class Opening : public AddInFixture {};
 
+TEST_F(Opening, AProgramIdMayComeLate) {
+    makeNotesDatabase();
+    world.host->trouble.set(HostAnswer::ProgID, Giving::Missing);
+    create();
+    world.host->trouble.set(HostAnswer::ProgID, Giving::Given);
+    EXPECT_TRUE(addIn->Activate());
+    EXPECT_EQ(Module1::instance().hostProgID(), kFakeHostProgID);
+}
+
 TEST_F(Opening, RefusingToMakeADatabaseLeavesEverythingAsItWas) {
     create();
     prompt.answer(PromptAnswer::No);
@@ -38,7 +47,7 @@ TEST_F(Opening, AgreeingCopiesDatabaseAndLayoutAndOpensAtOnce) {
     EXPECT_TRUE(addIn->Activate());
     EXPECT_TRUE(QFile::exists(world.folder() + QStringLiteral("/Support/Notes/Menus.tb")));
     EXPECT_TRUE(QFile::exists(stale.fileName() + QStringLiteral(".old")));
-    EXPECT_EQ(addIn->DatabaseDirectory(), world.folder());
+    EXPECT_EQ(Module1::instance().databaseFolder(), world.folder());
     EXPECT_GT(addNote(QStringLiteral("cu"), 1), 0);
 }
 
@@ -55,7 +64,7 @@ TEST_F(Opening, WhatAColleagueMakesMeanwhileIsOpenedAndLeftAsItIs) {
     EXPECT_TRUE(addIn->Activate());
     EXPECT_EQ(Module1::instance()
                   .application()
-                  ->Notes()
+                  .Notes()
                   ->Item(QVariant(71))
                   ->value(QStringLiteral("Subject")),
               QStringLiteral("The colleague's"));
@@ -130,10 +139,10 @@ TEST_F(Opening, TakesTheHostsUserAndTheNamesOfAll) {
     activate();
     Module1& module = Module1::instance();
     EXPECT_EQ(module.dataHelper().CurrentUserID(), 3);
-    EXPECT_EQ(module.application()->CurrentIUser()->value(QStringLiteral("Code")).toString(),
+    EXPECT_EQ(module.application().CurrentIUser()->value(QStringLiteral("Code")).toString(),
               QStringLiteral("CARA"));
     const qint64 note = addNote(QStringLiteral("cu"), 1);
-    const Ref<IRecord> read = module.application()->Notes()->Item(QVariant(note));
+    const Ref<IRecord> read = module.application().Notes()->Item(QVariant(note));
     EXPECT_EQ(read->value(QStringLiteral("UseName")).toString(), QStringLiteral("Cara Cedar"));
 }
 
@@ -155,7 +164,7 @@ TEST_F(Opening, SettingsThatCannotBeWrittenAreToldOfOnce) {
     prompt.expectMessage();
     whenShown(QStringLiteral("frmMain"), [&](Form& form) { form.unload(); }); // keeps its size
     addIn->ShowNotes(nullptr, 0);
-    NotesSettings(addIn->services().settings).set(setting::kShowUserNotes, true);
+    NotesSettings(Module1::instance().services().settings).set(setting::kShowUserNotes, true);
     settle();
     ASSERT_EQ(prompt.asked.size(), 1);
     EXPECT_TRUE(prompt.asked[0].contains(inTheWay.fileName())) << prompt.asked[0].toStdString();
@@ -172,7 +181,7 @@ TEST_F(Opening, AnUnreadableSettingsFileCostsOneWarningAndDefaults) {
     for (const NotesSwitch which :
          {NotesSwitch::CheckAutoNotes, NotesSwitch::CheckForReminders, NotesSwitch::FlagNotesRow,
           NotesSwitch::HighlightNotesRow, NotesSwitch::ShowPopupWindow}) {
-        EXPECT_TRUE(addIn->switchOn(which));
+        EXPECT_TRUE(Module1::instance().switchOn(which));
     }
 }
 

@@ -151,6 +151,16 @@ TEST_F(ReminderPopups, ManyLieInACascadeWithTheOldestInFrontAndCallOnce) {
     EXPECT_EQ(Module1::instance().reminders().front(), &popup()); // the next oldest
 }
 
+TEST_F(ReminderPopups, StayWhenAnotherAddInOfTheHostEnds) {
+    remind(addNote(QStringLiteral("cu"), 1), -10);
+    ASSERT_TRUE(minuteTick());
+    Ref<AddIn> second = make<AddIn>();
+    second->setComponent(window().component);
+    ASSERT_TRUE(second->Activate());
+    second.reset();
+    EXPECT_EQ(popups().size(), 1);
+}
+
 TEST_F(ReminderPopups, OneThatWasSettledElsewhereClosesAndWritesNothing) {
     const qint64 other = remind(addNote(QStringLiteral("cu"), 1), -10);
     const qint64 reminder = remind(addNote(QStringLiteral("cu"), 2), -5);
@@ -169,8 +179,7 @@ TEST_F(ReminderPopups, OneWhoseNoteIsFinishedInTheNotesWindowClosesWithIt) {
     remind(note, -5);
     ASSERT_TRUE(minuteTick());
     whenShown(QStringLiteral("frmMain"), [&](Form& form) {
-        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))
-            ->setDone(true);
+        query<Note>(Module1::instance().application().Notes()->Item(QVariant(note)))->setDone(true);
         form.unload();
     });
     click("cmdForm(2)");

@@ -35,7 +35,7 @@ protected:
     ~ReminderTimes() override { addIn.reset(); }
 
     qint64 remindAt(const QDateTime& due) {
-        Application& application = *Module1::instance().application();
+        Application& application = Module1::instance().application();
         return addReminder(application, clock,
                            *query<Note>(application.Notes()->Item(QVariant(note))), due, 1);
     }
@@ -114,7 +114,7 @@ protected:
     }
     /// The note is edited: its reminders are made anew.
     void edit() {
-        Application& application = *Module1::instance().application();
+        Application& application = Module1::instance().application();
         query<Note>(application.Notes()->Item(QVariant(note)))->DeleteReminders();
         asked = minutesLater(zoneClock->now(), any(120));
         reminder = remindAt(asked);

@@ -16,7 +16,7 @@ protected:
 
     /// A reminder that falls due in so many minutes.
     qint64 remind(qint64 noteID, int minutes, qint64 userID = 1) {
-        Application& application = *Module1::instance().application();
+        Application& application = Module1::instance().application();
         const Ref<Note> note = query<Note>(application.Notes()->Item(QVariant(noteID)));
         return addReminder(application, clock, *note, clock.now().addSecs(60 * minutes), userID);
     }
@@ -42,7 +42,7 @@ protected:
         QTest::mouseClick(&control<QPushButton>(button), Qt::LeftButton);
     }
     [[nodiscard]] static Ref<IRecord> stored(qint64 reminderID) {
-        return Module1::instance().application()->Reminders()->Item(QVariant(reminderID));
+        return Module1::instance().application().Reminders()->Item(QVariant(reminderID));
     }
     [[nodiscard]] static QVariant stored(qint64 reminderID, const char* field) {
         return stored(reminderID)->value(QLatin1String(field));

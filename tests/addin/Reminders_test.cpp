@@ -57,7 +57,7 @@ TEST_F(RemindersTest, AFailingCheckIsReportedAndCancels) {
 
 TEST_F(RemindersTest, ThePopupSaysWhatItIsAbout) {
     const qint64 note = addNote(QStringLiteral("cu"), 2);
-    const Ref<IRecord> record = Module1::instance().application()->Notes()->Item(QVariant(note));
+    const Ref<IRecord> record = Module1::instance().application().Notes()->Item(QVariant(note));
     record->Field(QStringLiteral("PlainNote"))->setValue(QStringLiteral("About <b>the</b> fence"));
     struct Case {
         int kind;
@@ -103,7 +103,7 @@ TEST_F(RemindersTest, DismissingEndsItAndMayFinishTheNote) {
               QStringLiteral("Finish Note: This note has been finished and will no longer appear "
                              "in your active notes list."));
     EXPECT_TRUE(
-        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))->Done());
+        query<Note>(Module1::instance().application().Notes()->Item(QVariant(note)))->Done());
 }
 
 TEST_F(RemindersTest, AnUntouchedPickerFollowsTheClock) {
@@ -163,7 +163,7 @@ TEST_F(RemindersTest, AnAnswerThatCannotBeSavedIsToldByTheHostsWindowOnly) {
     click("cmdForm(1)");
     EXPECT_TRUE(tags().isEmpty());
     EXPECT_FALSE( // what was not dismissed finishes nothing
-        query<Note>(Module1::instance().application()->Notes()->Item(QVariant(note)))->Done());
+        query<Note>(Module1::instance().application().Notes()->Item(QVariant(note)))->Done());
     EXPECT_TRUE(window().status.contains(QStringLiteral("could not be saved")));
     QFile log(errorLogFile());
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));

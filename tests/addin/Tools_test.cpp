@@ -66,7 +66,7 @@ TEST_F(ToolsTest, TheGridsMenuGetsTheToolOnceAndOnlyThatMenu) {
 TEST_F(ToolsTest, AToolClickedWhileClosedIsOffUntilTheNextActivate) {
     activate();
     window().interfaceBar->BandOpen.raise(gridBand());
-    Module1::instance().application()->Terminate();
+    Module1::instance().application().Terminate();
     window().componentBar->activate(kNotesToolKey);
     window().interfaceBar->activate(kNotesToolKey);
     EXPECT_FALSE(showNotesTool()->isEnabled());

@@ -28,7 +28,7 @@ protected:
 
     void open(frmAutoNotes::Placement placement) {
         delete popup;
-        popup = new frmAutoNotes(addIn->services(), &host, placement);
+        popup = new frmAutoNotes(world.services(), &host, placement);
         calls.clear();
         QObject::connect(popup, &frmAutoNotes::ShowNote, &host,
                          [this](qint64 id) { calls += QStringLiteral("show %1").arg(id); });

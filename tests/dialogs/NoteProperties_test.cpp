@@ -30,11 +30,11 @@ protected:
     };
 
     void open(const Ref<Note>& note) {
-        dialog = std::make_unique<frmNoteProperties>();
+        dialog = std::make_unique<frmNoteProperties>(store);
         listen(dialog->AddNote, "AddNote");
         listen(dialog->EditNote, "EditNote");
         connections.push_back(
-            dialog->AddReminder.connect([this](Ref<IRecord>& of, const QDateTime&, qint64 user) {
+            dialog->AddReminder.connect([this](Ref<Note>& of, const QDateTime&, qint64 user) {
                 EXPECT_TRUE(of);
                 raised.users.append(user);
                 if (failingUser == user) {
@@ -47,7 +47,7 @@ protected:
     }
     void listen(frmNoteProperties::NoteEvent& event, const QString& name) {
         connections.push_back(event.connect(
-            [this, name](const QDateTime& date, const QString& subject, Ref<IRecord>& note,
+            [this, name](const QDateTime& date, const QString& subject, Ref<Note>& note,
                          ReminderKind kind, const QDateTime& due, bool autoShow, NoteType type) {
                 raised.events += name;
                 raised.date = date;

@@ -151,8 +151,8 @@ protected:
             *log += u"create " + programId;
             return Ref<Counted>(new RecordingAddIn(log));
         };
-        m_window = std::make_unique<DeskWindow>(Services{m_clock, m_settings, m_files, m_utility},
-                                                options);
+        m_window = std::make_unique<DeskWindow>(
+            Services{m_clock, m_settings, m_files, m_prompt, m_utility}, options);
         m_window->open();
         EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
     }

@@ -10,11 +10,11 @@ protected:
     void remindOf(qint64 noteID) {
         qint64 id = 0;
         const QDateTime due = m_clock.now().addSecs(-60);
-        Module1::instance().application()->Reminders()->Add({{QStringLiteral("NoteID"), noteID},
-                                                             {QStringLiteral("UserID"), 1},
-                                                             {QStringLiteral("OriginalDate"), due},
-                                                             {QStringLiteral("NextDate"), due}},
-                                                            nullptr, id, true);
+        Module1::instance().application().Reminders()->Add({{QStringLiteral("NoteID"), noteID},
+                                                            {QStringLiteral("UserID"), 1},
+                                                            {QStringLiteral("OriginalDate"), due},
+                                                            {QStringLiteral("NextDate"), due}},
+                                                           nullptr, id, true);
     }
     /// Value of a field in the notes database, read after the desk's end.
     QVariant stored(const QString& sql, const QString& field) {

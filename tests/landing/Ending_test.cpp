@@ -70,7 +70,7 @@ private:
         std::fflush(stdout);
     }
     void addNote() {
-        Application& application = *Module1::instance().application();
+        Application& application = Module1::instance().application();
         application.Notes()->Add({{"Subject", "typed into"},
                                   {"PlainNote", "before"},
                                   {"RTFNote", "{\\rtf1 before\\par}"}},

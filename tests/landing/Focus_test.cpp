@@ -151,7 +151,7 @@ TEST_F(FocusUnderAWindowManager, AFloatingBandLiesOverItsOwnWindowAndUnderAnyOth
     QPointer<QWidget> hostBand = bandOf(window(), "bndRecordWindow");
     ASSERT_TRUE(QTest::qWaitFor([&] { return placesInPile({hostBand})[0] > 0; }));
     EXPECT_GT(placesInPile({hostBand})[0], placesInPile({&window()})[0]);
-    NotesSettings(addIn->services().settings)
+    NotesSettings(Module1::instance().services().settings)
         .set(setting::kToolbarBands,
              QStringLiteral("bndRecords:0;bndStandard:0;bndFormatting:1;bndInsert:1@500,420"));
     int looks = 0;

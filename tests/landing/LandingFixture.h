@@ -52,7 +52,7 @@ protected:
             {QStringLiteral("OwnerComponentProgID"), QString::fromUtf16(kDeskProgID)},
             {QStringLiteral("OwnerObjectKey"), objectKey},
             {QStringLiteral("OwnerRecordID"), recordID}};
-        Module1::instance().application()->Notes()->Add(data, nullptr, id, true);
+        Module1::instance().application().Notes()->Add(data, nullptr, id, true);
         return id;
     }
     [[nodiscard]] static frmAutoNotes* popup() {

@@ -128,7 +128,7 @@ protected:
             return; // the notes database is closed
         }
         ModelNote& note = std::next(model.notes.begin(), any(int(model.notes.size())))->second;
-        const Ref<ICollection> notes = Module1::instance().application()->Notes();
+        const Ref<ICollection> notes = Module1::instance().application().Notes();
         switch (any(3)) {
         case 0:
             notes->Delete(QVariant(note.id));
@@ -205,7 +205,8 @@ protected:
     }
     void switchPopup() {
         model.wantsPopup = !model.wantsPopup;
-        NotesSettings(addIn->services().settings).set(setting::kShowAutoPopup, model.wantsPopup);
+        NotesSettings(Module1::instance().services().settings)
+            .set(setting::kShowAutoPopup, model.wantsPopup);
     }
     void happen() {
         Side& side = anySide();

@@ -91,7 +91,7 @@ int crash() {
     const bool types = !qEnvironmentVariableIsSet(kKey);
     TestStore store(qEnvironmentVariable(kFolder), types ? nullptr : &clock);
     const Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
-    frmMain window(*addIn, store);
+    frmMain window(store);
     window.Initialise(addIn, store.hostRecord(QStringLiteral("cu"), 1), 0);
     window.show();
     if (types) {

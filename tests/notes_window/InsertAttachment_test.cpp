@@ -13,7 +13,7 @@ namespace yrw::test {
 class InsertAttachment : public NotesFixture {
 protected:
     void open(ObjectDisplay display = ObjectDisplay::Content) {
-        dialog = std::make_unique<frmInsertAttachment>();
+        dialog = std::make_unique<frmInsertAttachment>(store);
         dialog->Initialise(addIn, display);
         dialog->load();
         dialog->show();

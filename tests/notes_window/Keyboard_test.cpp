@@ -38,7 +38,7 @@ protected:
     }
     void open() {
         store.addNote("Note", customer);
-        window = std::make_unique<frmMain>(*addIn, store);
+        window = std::make_unique<frmMain>(store);
         window->Initialise(addIn, customer, 0);
         show(*window);
     }
@@ -149,7 +149,7 @@ TEST_F(Keyboard, ComesBackFromAReportAndFromTheQuestionAboutADraft) {
 }
 
 TEST_F(Keyboard, GoesToWhatIsMissingInTheProperties) {
-    frmNoteProperties dialog;
+    frmNoteProperties dialog(store);
     dialog.Initialise(addIn, nullptr);
     show(dialog);
     const auto click = [&](const char* name) { dialog.findChild<QAbstractButton*>(name)->click(); };
@@ -168,11 +168,11 @@ TEST_F(Keyboard, GoesToWhatIsMissingInTheProperties) {
 TEST_F(Keyboard, StaysInThePopupThatRefusedAnAnswer) {
     const Ref<Note> note = store.addNote("Ring back", customer);
     addReminder(store.application(), store.clock(), *note, store.clock().now(), 1);
-    const QPointer<frmReminder> popup(new frmReminder(*addIn));
+    const QPointer<frmReminder> popup(new frmReminder(store));
     popup->showModeless(&host, false);
-    popup->Initialise(
-        store.applicationRef(),
-        dueReminders(store.application(), kFakeHostProgID, 1, [](qint64) { return true; }).front());
+    popup->Initialise(*addIn, dueReminders(store.application(), kFakeHostProgID, 1, [](qint64) {
+                                  return true;
+                              }).front());
     ASSERT_TRUE(QTest::qWaitForWindowExposed(popup));
     popup->takeKeys();
     ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == popup; }));

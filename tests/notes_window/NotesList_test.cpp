@@ -52,7 +52,7 @@ TEST_F(NotesList, WithoutOwnerShowsTheNotesOnNoRecord) {
 }
 
 TEST_F(NotesList, CaptionsWhileItOpensAndLater) {
-    window = std::make_unique<frmMain>(*addIn, store);
+    window = std::make_unique<frmMain>(store);
     const QSignalSpy titles(window.get(), &QWidget::windowTitleChanged);
     window->Initialise(addIn, nullptr, 0);
     window->BuildNotesList();
@@ -265,7 +265,7 @@ protected:
     static constexpr int kNotes = 20'000;
     void SetUp() override {
         addMany(store, customer, kNotes);
-        window = std::make_unique<frmMain>(*addIn, store);
+        window = std::make_unique<frmMain>(store);
         window->Initialise(addIn, customer, 0);
         window->show();
         list = window->findChild<ListView*>("lsvMain");
@@ -497,7 +497,7 @@ TEST(NotesListFind, GoesOnWhileTheWindowLivesAndStopsWithTheBar) {
     const Ref<IRecord> customer = store.hostRecord("cu", 1);
     constexpr int notes = 20'000;
     addMany(store, customer, notes);
-    frmMain window(*addIn, store);
+    frmMain window(store);
     window.Initialise(addIn, customer, 0);
     window.show();
     auto& list = *window.findChild<ListView*>("lsvMain");

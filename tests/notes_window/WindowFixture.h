@@ -27,7 +27,7 @@ protected:
 
     void open(const Ref<IRecord>& owner, qint64 noteID = 0) {
         close();
-        window = std::make_unique<frmMain>(*addIn, store);
+        window = std::make_unique<frmMain>(store);
         window->Initialise(addIn, owner, noteID);
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));

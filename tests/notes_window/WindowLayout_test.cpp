@@ -229,7 +229,7 @@ TEST_F(WindowLayout, TheFirstLayoutThatCanBeReadServesAndBrokenOnesAreNamedInOne
                           {"", "", "tooAdd", 2}};
     const QTemporaryDir shipped;
     QDir(shipped.path()).mkpath("support/Notes");
-    addIn->templateDirectory = shipped.path();
+    store.templateDirectory = shipped.path();
     const auto write = [](const QString& path, const QByteArray& what) {
         QFile file(path);
         file.remove();

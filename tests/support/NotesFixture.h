@@ -3,7 +3,9 @@
 // A notes database in a temporary folder, the store over it and a fake host: what tests of the
 // store and of all that stands on it begin with.
 
+#include "framework/Services.h"
 #include "platform/files/FileSystem.h"
+#include "store/NotesContext.h"
 #include "store/NotesDatabase.h"
 #include "store/Operations.h"
 #include "tests/support/FakeHost.h"
@@ -14,6 +16,9 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
 
 namespace yrw::test {
 
@@ -56,7 +61,7 @@ inline QString shippedTemplateFolder() {
 /// The store's world in a test: its own folder, clock, host and open notes database.
 ///
 /// Works as user ANNA (1). Everything that the test takes from it must end before it.
-class TestStore final : public StoreContext {
+class TestStore final : public NotesContext {
 public:
     TestStore() : TestStore(QString()) {}
     /// Works on the notes database in a folder of another store, as a second program does.
@@ -81,7 +86,7 @@ public:
     [[nodiscard]] ManualClock& manualClock() { return m_clock; }
     [[nodiscard]] FileSystem& files() { return m_files; }
     [[nodiscard]] FakeHostApplication& host() { return *m_host; }
-    [[nodiscard]] Application& application() { return *m_application; }
+    [[nodiscard]] Application& application() override { return *m_application; }
     [[nodiscard]] Ref<Application> applicationRef() { return m_application; }
 
     /// (Re)opens the notes database, as activating the add-in does.
@@ -125,7 +130,13 @@ public:
     [[nodiscard]] Clock& clock() override { return m_running != nullptr ? *m_running : m_clock; }
     [[nodiscard]] QString version() override { return QStringLiteral("2.0.195"); }
     [[nodiscard]] QString databaseFolder() override { return folder(); }
-    [[nodiscard]] QString templateFolder() override { return shippedTemplateFolder(); }
+    [[nodiscard]] QString templateFolder() override {
+        return templateDirectory.isEmpty() ? shippedTemplateFolder() : templateDirectory;
+    }
+    [[nodiscard]] Services& services() override { return m_services.value(); }
+    [[nodiscard]] bool switchOn(NotesSwitch which) const override { return switches.at(which); }
+    /// What windows over the store work with.
+    void setServices(const Services& services) { m_services.emplace(services); }
     void closeDatabase() override {
         ++closings;
         if (m_database) {
@@ -138,6 +149,8 @@ public:
         m_workspace.reset();
     }
 
+    QString templateDirectory; ///< where it is not the shipped one
+    std::map<NotesSwitch, bool> switches;
     int closings = 0; ///< how often the database was asked to close
 
 private:
@@ -150,6 +163,7 @@ private:
     Ref<dao::Workspace> m_workspace;
     Ref<dao::Database> m_database;
     HostDataHelper m_helper;
+    std::optional<Services> m_services;
     Ref<Application> m_application;
 };
 

@@ -1,0 +1,7 @@
+#include "store/NotesContext.h"
+
+namespace yrw {
+
+NotesContext::~NotesContext() = default;
+
+} // namespace yrw
