@@ -37,7 +37,7 @@ void DailyCopyMaker::look() {
     }
     m_day = today;
     m_lastInputMs = m_context.clock().monotonicMs(); // what was pressed before, nobody noted
-    m_copy = std::make_unique<DailyCopy>(m_context.database(), today, m_context.clock());
+    m_copy = std::make_unique<DailyCopy>(m_context.database(), today);
     qApp->installEventFilter(this);
     m_slice.start();
 }

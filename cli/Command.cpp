@@ -76,7 +76,8 @@ ExitStatus run(const CommandLine& line, const CommandStreams& streams,
                 services.engine.files.resolve(FileSystem::join(data, kNotesDatabaseName));
             const bool isDamaged =
                 handler.run == checkDatabase && error.number() == kErrorNotADatabase &&
-                error.description().contains(path) && isDamagedNotesDatabase(path);
+                error.description().contains(path) &&
+                isDamagedNotesDatabase(*dao::createWorkspace(services.engine), path);
             if (!isDamaged) {
                 throw;
             }

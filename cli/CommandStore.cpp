@@ -32,7 +32,7 @@ CommandStore::CommandStore(const dao::EngineServices& engine, const QString& fol
         start.createMissing = false;
         m_host = DeskApplication::open(m_engine, start);
     }
-    m_workspace = dao::createWorkspace(m_engine, QStringLiteral("yrwnotes"));
+    m_workspace = dao::createWorkspace(m_engine);
     m_database = openNotesDatabase(m_helper, m_workspace, m_notesPath);
     if (!m_host) {
         m_notesHost = make<NotesHost>(m_database, m_helper, userCode);

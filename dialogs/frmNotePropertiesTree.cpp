@@ -3,7 +3,7 @@
 
 #include "dialogs/Hourglass.h"
 #include "framework/ErrorGuards.h"
-#include "platform/controls/Colours.h"
+#include "platform/forms/Contrast.h"
 #include "platform/forms/DatePicker.h"
 
 #include <QLabel>

@@ -58,14 +58,15 @@ public:
     void AfterRecordUpdate() override;
     [[nodiscard]] Ref<dao::Field> ShortDisplayValue() override;
 
-    /// The values as they were read, for the conflict check; `SetValue` does not touch them.
-    [[nodiscard]] const dao::ValueList& valuesAsRead() const noexcept { return m_valuesAsRead; }
+    /// `SetValue` does not touch the values as read.
+    [[nodiscard]] dao::ValueList valuesAsRead() const override { return m_valuesAsRead; }
     /// One value as it was read; the one in the value array when it was not read with the others.
     [[nodiscard]] QVariant valueAsRead(const QString& name) const;
-    /// Takes values as read afresh: they become the value array too.
-    void takeValuesAsRead(const dao::ValueList& values);
-    /// Notes one written value: it now is what stands in the database.
-    void noteWritten(const QString& name, const QVariant& value);
+    [[nodiscard]] QVariant keyAsRead(const QString& keyField) override {
+        return valueAsRead(keyField);
+    }
+    void takeValuesAsRead(const dao::ValueList& values) override;
+    void noteWritten(const QString& name, const QVariant& value) override;
     /// Keeps a field's value pending, or writes it at once outside a multiple-field update.
     void assignField(int column, const QVariant& value);
     /// Value of a column of the field dictionary in the value array; Null where it has none.
@@ -86,10 +87,6 @@ private:
     dao::ValueList m_pending;
     bool m_inMultipleUpdate = false;
 };
-
-/// The value of a key field that says which row a record is: as it was read, whatever `SetValue`
-/// made of it since. Of a record of another make it is the value of the field.
-[[nodiscard]] QVariant keyOf(IRecord& record, const QString& keyField);
 
 /// A collection over a table of differences. Answers "UseName" as a named call where the table
 /// gives one.

@@ -67,6 +67,17 @@ public:
     /// The field whose value stands for the record in a title or a list.
     [[nodiscard]] virtual Ref<dao::Field> ShortDisplayValue() = 0;
 
+    // What the data helper tells a record of its row. A record that keeps apart what was read from
+    // what `SetValue` made of it overrides these.
+    /// Takes values as read afresh: they become the value array too.
+    virtual void takeValuesAsRead(const dao::ValueList& values) { setValueArray(values); }
+    /// Notes one written value: it now is what stands in the database.
+    virtual void noteWritten(const QString& name, const QVariant& value) { SetValue(name, value); }
+    /// The values as they were read, for the conflict check; none: those at the time of writing.
+    [[nodiscard]] virtual dao::ValueList valuesAsRead() const { return {}; }
+    /// The value of a key field that says which row the record is.
+    [[nodiscard]] virtual QVariant keyAsRead(const QString& keyField) { return value(keyField); }
+
     /// Value of a field by name: `Field(name)->Value()`.
     [[nodiscard]] QVariant value(const QString& name) { return Field(name)->Value(); }
 };

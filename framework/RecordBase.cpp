@@ -182,11 +182,6 @@ QVariant RecordBase::valueAt(int column) const {
     return m_values.value(name);
 }
 
-QVariant keyOf(IRecord& record, const QString& keyField) {
-    const auto* base = dynamic_cast<const RecordBase*>(&record);
-    return base != nullptr ? base->valueAsRead(keyField) : record.value(keyField);
-}
-
 HostDataHelper& RecordBase::dataHelper() const {
     HostDataHelper* helper = m_application ? m_application->DB() : nullptr;
     if (helper == nullptr) {

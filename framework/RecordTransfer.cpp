@@ -37,7 +37,7 @@ Ref<dao::Recordset> openRow(dao::Database& database, IRecord& record) {
         throw AutomationError(kErrorObjectRequired, kSource, QStringLiteral("Object required"));
     }
     const QString table = collection->TableName();
-    const QVariant key = keyOf(record, collection->KeyField());
+    const QVariant key = record.keyAsRead(collection->KeyField());
     const Ref<dao::Recordset> row = database.OpenRecordset(
         HostDataHelper::AddCondition(QStringLiteral("SELECT %1.* FROM %1").arg(table),
                                      HostDataHelper::EqualCondition(collection->KeyField(), key)));
@@ -58,12 +58,7 @@ Ref<IRecord> HostDataHelper::MakeRecord(const FieldDictionaryPtr& fields,
     record->setCollection(collection);
     record->setApplication(collection ? collection->Application() : nullptr);
     record->setFields(fields ? fields : BuildFieldDictionary(*recordset));
-    const dao::ValueList values = valuesOf(*recordset);
-    if (auto* base = dynamic_cast<RecordBase*>(record.get())) {
-        base->takeValuesAsRead(values);
-    } else {
-        record->setValueArray(values);
-    }
+    record->takeValuesAsRead(valuesOf(*recordset));
     recordset->MoveNext();
     return record;
 }
@@ -71,13 +66,8 @@ Ref<IRecord> HostDataHelper::MakeRecord(const FieldDictionaryPtr& fields,
 bool HostDataHelper::UpdateRecord(IRecord& record, const dao::ValueList& values) {
     record.BeforeRecordUpdate();
     const dao::ValueList stored = writeRow(record, values);
-    auto* base = dynamic_cast<RecordBase*>(&record);
     for (const dao::ValueList::Entry& entry : stored) {
-        if (base != nullptr) {
-            base->noteWritten(entry.name, entry.value);
-        } else {
-            record.SetValue(entry.name, entry.value);
-        }
+        record.noteWritten(entry.name, entry.value);
     }
     record.AfterRecordUpdate();
     return true;
@@ -96,9 +86,7 @@ dao::ValueList HostDataHelper::writeRow(IRecord& record, const dao::ValueList& v
     for (const dao::ValueList::Entry& entry : written) {
         row->setValue(entry.name, entry.value);
     }
-    if (const auto* base = dynamic_cast<const RecordBase*>(&record)) {
-        row->compareWith(base->valuesAsRead(), kStamps);
-    }
+    row->compareWith(record.valuesAsRead(), kStamps);
     try {
         row->Update();
     } catch (const dao::ConflictError& conflict) {

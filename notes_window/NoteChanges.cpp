@@ -87,12 +87,12 @@ void NoteChanges::mfrmProperties_AddReminder(const Ref<Note>& note, const QDateT
 
 void NoteChanges::showAdded(const Ref<IRecord>& note) {
     m_list.replace(note);
-    m_edited.show(keyOf(*note, QStringLiteral("RecordID")).toLongLong());
+    m_edited.show(note->keyAsRead(QStringLiteral("RecordID")).toLongLong());
     m_text.setFocus();
 }
 
 void NoteChanges::showChanged(const Ref<Note>& note) {
-    if (m_edited.id() == keyOf(*note, QStringLiteral("RecordID"))) {
+    if (m_edited.id() == note->keyAsRead(QStringLiteral("RecordID"))) {
         takeOverProperties(*m_edited.note(), *note);
     }
     m_list.replace(note);

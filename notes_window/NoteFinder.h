@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/Database.h"
 #include "platform/dao/TextIndex.h"
 
 #include <QObject>

@@ -1,7 +1,6 @@
 // What of a file's objects is missing or not as this version ships it.
 #include "store/CheckParts.h"
 
-#include "platform/dao/FileObjects.h"
 #include "store/NotesTextIndex.h"
 
 #include <QFile>
@@ -60,8 +59,8 @@ QHash<QString, QString> columnsOf(const QString& sql) {
 class ObjectCheck {
 public:
     ObjectCheck(const Ref<dao::Database>& database, dao::Database& shipped)
-        : m_database(database), m_shipped(shipped), m_shippedObjects(dao::fileObjects(shipped)) {
-        for (const dao::FileObject& object : dao::fileObjects(*database)) {
+        : m_database(database), m_shipped(shipped), m_shippedObjects(shipped.objects()) {
+        for (const dao::FileObject& object : database->objects()) {
             m_here.insert(object.name.toLower(), object);
         }
     }
@@ -129,7 +128,7 @@ private:
     void checkSearch() {
         QString problem = QStringLiteral("the search index is incomplete or was changed");
         if (!m_searchIsBroken) {
-            problem = dao::textIndexProblem(*m_database, notesTextIndexNames());
+            problem = notesTextIndex(m_database)->problem();
         }
         if (!problem.isEmpty()) {
             m_findings.push_back({notesTextIndexNames().index, 0, problem, Remedy::TextIndex});

@@ -194,7 +194,7 @@ QStringList Reminders::conditions(const RecordsetRequest& request) const {
         return {};
     }
     return {HostDataHelper::EqualCondition(collectionOf(owner, ClassName())->CommonFieldName(),
-                                           keyOf(*owner, kRecordID))};
+                                           owner->keyAsRead(kRecordID))};
 }
 
 SystemSetting::SystemSetting() : RecordBase(systemTable()) {}

@@ -45,10 +45,9 @@ void makeFolder(const QString& parent, const QString& path) {
 
 } // namespace
 
-DailyCopy::DailyCopy(const Ref<dao::Database>& database, const QDate& today, Clock& clock)
-    : m_database(database), m_clock(clock),
-      m_folder(FileSystem::join(FileSystem::folderOf(database->Name()),
-                                QStringLiteral("Backups/Notes"))),
+DailyCopy::DailyCopy(const Ref<dao::Database>& database, const QDate& today)
+    : m_database(database), m_folder(FileSystem::join(FileSystem::folderOf(database->Name()),
+                                                      QStringLiteral("Backups/Notes"))),
       m_path(m_folder + QStringLiteral("/Notes %1.mdb").arg(today.toString(Qt::ISODate))) {}
 
 DailyCopy::~DailyCopy() {
@@ -69,7 +68,7 @@ bool DailyCopy::step(int milliseconds) {
             return false; // another program was faster
         }
         removeLeftOvers();
-        m_backup = dao::beginBackup(*database, m_path, dao::ExistingCopy::Keep, m_clock);
+        m_backup = database->beginBackup(m_path, dao::ExistingCopy::Keep);
         return true;
     }
     if (!m_backup || m_backup->step(milliseconds)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/Database.h"
 #include "platform/dao/OnlineBackup.h"
 
 #include <QDate>
@@ -14,7 +15,7 @@ namespace yrw {
 /// Lifetime: does not keep the database. Thread: the user-interface thread.
 class DailyCopy {
 public:
-    DailyCopy(const Ref<dao::Database>& database, const QDate& today, Clock& clock);
+    DailyCopy(const Ref<dao::Database>& database, const QDate& today);
     DailyCopy(const DailyCopy&) = delete;
     DailyCopy& operator=(const DailyCopy&) = delete;
     ~DailyCopy();
@@ -32,7 +33,6 @@ private:
     void removeOld() const;
 
     Ref<dao::Database> m_database; ///< until the first step
-    Clock& m_clock;
     QString m_folder;
     QString m_path;
     int m_lock = -1; ///< descriptor of the file whose lock says that a copy is being made

@@ -1,6 +1,6 @@
 #include "store/DatabaseCheck.h"
 
-#include "platform/dao/FileObjects.h"
+#include "platform/dao/Schema.h"
 #include "store/CheckParts.h"
 #include "store/NotesTextIndex.h"
 
@@ -59,7 +59,7 @@ void mend(const Ref<dao::Database>& database, const Finding& finding) {
     case Remedy::Query:
         return putQueryBack(*database, finding);
     case Remedy::Reindex:
-        return dao::rebuildIndexes(*database);
+        return database->rebuildIndexes();
     case Remedy::TextIndex:
         return rebuildTextIndex(database);
     case Remedy::None:
@@ -94,7 +94,7 @@ CheckResult findProblems(const Ref<dao::Workspace>& workspace, const Ref<dao::Da
                          const CheckRules& rules) {
     CheckResult result;
     const QString file = QFileInfo(database->Name()).fileName();
-    const dao::Damage damage = dao::damageOf(database->CheckIntegrity());
+    const dao::Damage damage = database->CheckIntegrity();
     result.isDamaged = !damage.pages.isEmpty();
     for (const QString& problem : damage.pages) {
         result.findings.push_back({file, 0, QStringLiteral("is damaged: %1").arg(problem)});

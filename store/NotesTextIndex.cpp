@@ -14,7 +14,7 @@ const dao::TextIndexNames& notesTextIndexNames() {
 }
 
 std::unique_ptr<dao::TextIndex> notesTextIndex(const Ref<dao::Database>& database) {
-    return dao::openTextIndex(database, notesTextIndexNames());
+    return database->textIndex(notesTextIndexNames());
 }
 
 } // namespace yrw

@@ -54,7 +54,7 @@ void copyTables(const dao::DamagedFile& file, dao::Database& target, SalvageResu
             dao::Transaction one(target);
             makeRoomFor(file, table, target);
             emptyTable(target, table);
-            result.tables.push_back(file.copyTable(table, target));
+            result.tables.push_back(target.salvage(file, table));
             one.commit();
         } catch (const AutomationError& error) {
             if (error.number() == kErrorDiskFull || error.number() == kErrorLocked) {
@@ -77,13 +77,13 @@ void putObjectsBack(const Ref<dao::Workspace>& workspace, const Ref<dao::Databas
 
 } // namespace
 
-bool isDamagedNotesDatabase(const QString& path) {
-    const auto file = dao::openDamaged(path);
+bool isDamagedNotesDatabase(dao::Workspace& workspace, const QString& path) {
+    const auto file = workspace.openDamaged(path);
     return file && file->tableNames().contains(schema::kTblNotes);
 }
 
 SalvageResult salvageNotes(dao::Workspace& workspace, const QString& path) {
-    const auto file = dao::openDamaged(path);
+    const auto file = workspace.openDamaged(path);
     if (!file || !file->tableNames().contains(schema::kTblNotes)) {
         throw AutomationError(
             kErrorNotADatabase, QStringLiteral("YRWNOTES.NotesDatabase"),

@@ -21,6 +21,6 @@ struct SalvageResult {
 [[nodiscard]] SalvageResult salvageNotes(dao::Workspace& workspace, const QString& path);
 
 /// True when the file is a damaged notes database rather than none.
-[[nodiscard]] bool isDamagedNotesDatabase(const QString& path);
+[[nodiscard]] bool isDamagedNotesDatabase(dao::Workspace& workspace, const QString& path);
 
 } // namespace yrw

@@ -55,7 +55,7 @@ ROOMS = {
     },
     "platform/spelling": set(),
     "platform/richtext": {
-        "platform/rtf", "platform/controls", "platform/forms", "platform/prompt", "platform/spelling",
+        "platform/rtf", "platform/forms", "platform/prompt", "platform/spelling",
     },
     "framework": {
         "platform/clock", "platform/settings", "platform/files", "platform/prompt",
@@ -106,10 +106,6 @@ OUTSIDE = ("tests", "bench", "tour", "examples", "cmake")
 KNOWN_CIRCLES = [
     {"framework/HostDataHelper", "framework/IApplication", "framework/ICollection",
      "framework/IRecord"},
-    {"platform/dao/" + name for name in (
-        "Condition", "Connection", "Database", "EditBuffer", "Engine", "OnlineBackup",
-        "PlacedRows", "Query", "Recordset", "RowReader", "Rows", "Salvage", "StreamRows",
-        "TableRows", "TextIndex")},
 ]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')

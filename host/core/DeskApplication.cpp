@@ -45,7 +45,7 @@ private:
 } // namespace
 
 DeskApplication::DeskApplication(const dao::EngineServices& engine)
-    : m_engine(engine), m_workspace(dao::createWorkspace(engine, QStringLiteral("Desk"))) {}
+    : m_engine(engine), m_workspace(dao::createWorkspace(engine)) {}
 
 DeskApplication::~DeskApplication() {
     try {
@@ -156,7 +156,7 @@ Ref<dao::Database> DeskApplication::DAODatabase() {
 }
 
 Ref<dao::Workspace> DeskApplication::DAOWorkspace() {
-    return dao::createWorkspace(m_engine, QStringLiteral("Desk add-in"));
+    return dao::createWorkspace(m_engine);
 }
 
 QString DeskApplication::Version() {

@@ -1,7 +1,7 @@
 #include "platform/controls/GridBody.h"
 
-#include "platform/controls/Colours.h"
 #include "platform/controls/PlainToolTip.h"
+#include "platform/forms/Contrast.h"
 
 #include <QAccessible>
 #include <QMouseEvent>
@@ -17,13 +17,6 @@ namespace {
 constexpr int kPadding = 4;
 constexpr short kFrameBorder = 6;
 constexpr int kMarkCorner = 8; ///< pixels that the corner of a marked row measures
-
-QColor mixed(const QColor& a, const QColor& b, double share) {
-    const auto part = [share](int from, int to) {
-        return static_cast<int>(std::lround(from + (to - from) * share));
-    };
-    return {part(a.red(), b.red()), part(a.green(), b.green()), part(a.blue(), b.blue())};
-}
 
 bool alignsRight(const QVariant& value) {
     switch (value.typeId()) {
@@ -168,7 +161,7 @@ QColor GridBody::rowColour(qint64 row, bool readable) {
     }
     const QColor base = palette().color(QPalette::Base);
     return row == m_source.cursorRow()
-               ? mixed(base, palette().color(QPalette::Active, QPalette::Highlight), 0.25)
+               ? blended(palette().color(QPalette::Active, QPalette::Highlight), base, 0.25)
                : base;
 }
 
@@ -222,7 +215,7 @@ void GridBody::paintRow(QPainter& painter, qint64 row, const QRect& dirty) {
     const QRect line = rowRect(row);
     painter.fillRect(line, back);
     paintCells(painter, row, readable, back, dirty);
-    painter.setPen(mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.18));
+    painter.setPen(blended(palette().color(QPalette::Text), palette().color(QPalette::Base), 0.18));
     painter.drawLine(line.bottomLeft(), line.bottomRight());
     paintMark(painter, row, back);
 }
@@ -230,7 +223,7 @@ void GridBody::paintRow(QPainter& painter, qint64 row, const QRect& dirty) {
 void GridBody::paintCells(QPainter& painter, qint64 row, bool readable, const QColor& back,
                           const QRect& dirty) {
     const QColor lines =
-        mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.18);
+        blended(palette().color(QPalette::Text), palette().color(QPalette::Base), 0.18);
     const QColor text = textOn(back, palette().color(QPalette::Text));
     for (int column = 0; column < m_header.count(); ++column) {
         const QRect cell = cellRect(row, column);

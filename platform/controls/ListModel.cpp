@@ -1,6 +1,6 @@
 #include "platform/controls/ListModel.h"
 
-#include "platform/controls/Colours.h"
+#include "platform/forms/Contrast.h"
 
 #include <QFont>
 #include <QHash>

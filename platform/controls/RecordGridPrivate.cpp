@@ -157,59 +157,40 @@ qint64 RecordGrid::Private::lastRow() const {
     return shownRows() - (isEditing() && m_row >= m_rows.count() ? 0 : 1);
 }
 
-qint64 RecordGrid::Private::rowForKey(const QKeyEvent& event) const {
+std::optional<std::pair<qint64, int>>
+RecordGrid::Private::cellForKey(const QKeyEvent& event) const {
     const bool ctrl = event.modifiers().testFlag(Qt::ControlModifier);
     switch (event.key()) {
     case Qt::Key_Up:
-        return m_row - 1;
+        return std::pair(m_row - 1, m_column);
     case Qt::Key_Down:
-        return m_row + 1;
+        return std::pair(m_row + 1, m_column);
     case Qt::Key_PageUp:
-        return m_row - m_panes.pageRows();
+        return std::pair(m_row - m_panes.pageRows(), m_column);
     case Qt::Key_PageDown:
-        return m_row + m_panes.pageRows();
+        return std::pair(m_row + m_panes.pageRows(), m_column);
     case Qt::Key_Home:
-        return ctrl ? 0 : m_row;
+        return ctrl ? std::pair(qint64(0), m_column) : std::pair(m_row, m_panes.firstColumn());
     case Qt::Key_End:
-        return ctrl ? lastRow() : m_row;
-    default:
-        return m_row;
-    }
-}
-
-int RecordGrid::Private::columnForKey(const QKeyEvent& event) const {
-    const bool ctrl = event.modifiers().testFlag(Qt::ControlModifier);
-    switch (event.key()) {
+        return ctrl ? std::pair(lastRow(), m_column) : std::pair(m_row, m_panes.lastColumn());
     case Qt::Key_Left:
-        return m_panes.nextColumn(m_column, -1);
+        return std::pair(m_row, m_panes.nextColumn(m_column, -1));
     case Qt::Key_Right:
-        return m_panes.nextColumn(m_column, 1);
-    case Qt::Key_Home:
-        return ctrl ? m_column : m_panes.firstColumn();
-    case Qt::Key_End:
-        return ctrl ? m_column : m_panes.lastColumn();
+        return std::pair(m_row, m_panes.nextColumn(m_column, 1));
     default:
-        return m_column;
+        return std::nullopt;
     }
 }
 
 bool RecordGrid::Private::handleKey(const QKeyEvent& event) {
-    switch (event.key()) {
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-        if (m_row >= 0) {
-            moveTo(qBound<qint64>(0, rowForKey(event), lastRow()), columnForKey(event));
-        }
-        return true;
-    default:
+    const auto cell = cellForKey(event);
+    if (!cell) {
         return editKey(event);
     }
+    if (m_row >= 0) {
+        moveTo(qBound<qint64>(0, cell->first, lastRow()), cell->second);
+    }
+    return true;
 }
 
 bool RecordGrid::Private::editKey(const QKeyEvent& event) {

@@ -6,6 +6,9 @@
 
 #include <QPointer>
 
+#include <optional>
+#include <utility>
+
 namespace yrw {
 
 /// The cursor of a record grid, and the edit of its row.
@@ -62,8 +65,8 @@ private:
     [[nodiscard]] bool canAddNew() const;
     /// Last row that the cursor can go to: while a new record is typed, the one that follows it.
     [[nodiscard]] qint64 lastRow() const;
-    [[nodiscard]] qint64 rowForKey(const QKeyEvent& event) const;
-    [[nodiscard]] int columnForKey(const QKeyEvent& event) const;
+    /// Row and column that a key leads to, the row perhaps beyond the ends; nothing for other keys.
+    [[nodiscard]] std::optional<std::pair<qint64, int>> cellForKey(const QKeyEvent& event) const;
     bool editKey(const QKeyEvent& event);
     /// Begins the edit of the cursor's row.
     bool startEdit();

@@ -175,7 +175,7 @@ private:
     }
 
     static bool isOperand(const Expression& expression) {
-        return expression.kind == Expression::Kind::Field ||
+        return expression.kind == Expression::Kind::Reference ||
                expression.kind == Expression::Kind::Value ||
                expression.kind == Expression::Kind::Now;
     }
@@ -190,28 +190,21 @@ private:
         }
     }
 
-    static Expression join(Expression::Kind kind, Expression left, Expression right) {
-        if (left.kind != kind) {
-            Expression joined;
-            joined.kind = kind;
-            joined.operands.push_back(std::move(left));
-            left = std::move(joined);
-        }
-        left.operands.push_back(std::move(right));
-        return left;
-    }
-
     /// Operands parted by a word, each of them a truth.
     Expression level(Expression::Kind kind, QStringView word, Expression (Parser::*next)()) {
-        Expression left = (this->*next)();
-        while (atWord(word)) {
-            requireTruth(left);
-            ++m_at;
-            Expression right = (this->*next)();
-            requireTruth(right);
-            left = join(kind, std::move(left), std::move(right));
+        Expression first = (this->*next)();
+        if (!atWord(word)) {
+            return first;
         }
-        return left;
+        requireTruth(first);
+        Expression result;
+        result.kind = kind;
+        result.operands.push_back(std::move(first));
+        while (acceptWord(word)) {
+            result.operands.push_back((this->*next)());
+            requireTruth(result.operands.back());
+        }
+        return result;
     }
 
     Expression disjunction() { return level(Expression::Kind::Or, u"OR", &Parser::conjunction); }
@@ -235,27 +228,22 @@ private:
         if (!isOperand(left)) {
             return left;
         }
+        Expression result;
+        result.operands.push_back(left);
         if (now().kind == Token::Kind::Sign && isComparison(now().text)) {
-            return comparison(std::move(left));
+            result.kind = Expression::Kind::Compare;
+            result.comparison = now().text;
+            ++m_at;
+            result.operands.push_back(operand());
+        } else if (acceptWord(u"IS")) {
+            result.kind = Expression::Kind::IsNull;
+            result.negated = acceptWord(u"NOT");
+            expectWord(u"NULL");
+        } else if (!acceptNegatable(result)) {
+            return left;
         }
-        if (acceptWord(u"IS")) {
-            return isNull(std::move(left));
-        }
-        const bool negated =
-            atWord(u"NOT") && ahead().kind == Token::Kind::Word ? acceptWord(u"NOT") : false;
-        if (acceptWord(u"LIKE")) {
-            return like(std::move(left), negated);
-        }
-        if (acceptWord(u"BETWEEN")) {
-            return between(std::move(left), negated);
-        }
-        if (acceptWord(u"IN")) {
-            return in(std::move(left), negated);
-        }
-        if (negated) {
-            complain();
-        }
-        return left;
+        requireField(result);
+        return result;
     }
 
     static bool isComparison(const QString& sign) {
@@ -263,74 +251,42 @@ private:
                sign == u">=";
     }
 
-    Expression comparison(Expression left) {
-        Expression result;
-        result.kind = Expression::Kind::Compare;
-        result.comparison = now().text;
-        ++m_at;
-        result.operands.push_back(std::move(left));
-        result.operands.push_back(operand());
-        requireField(result);
-        return result;
-    }
-
-    Expression isNull(Expression left) {
-        Expression result;
-        result.kind = Expression::Kind::IsNull;
-        result.negated = acceptWord(u"NOT");
-        expectWord(u"NULL");
-        result.operands.push_back(std::move(left));
-        requireField(result);
-        return result;
-    }
-
-    Expression like(Expression left, bool negated) {
-        Expression result;
-        result.kind = Expression::Kind::Like;
-        result.negated = negated;
-        result.operands.push_back(std::move(left));
-        const bool text =
-            now().kind == Token::Kind::Literal && now().value.typeId() == QMetaType::QString;
-        if (!text) {
-            complain();
-        }
-        result.operands.push_back(primary());
-        requireField(result);
-        return result;
-    }
-
-    Expression between(Expression left, bool negated) {
-        Expression result;
-        result.kind = Expression::Kind::Between;
-        result.negated = negated;
-        result.operands.push_back(std::move(left));
-        result.operands.push_back(operand());
-        expectWord(u"AND");
-        result.operands.push_back(operand());
-        requireField(result);
-        return result;
-    }
-
-    Expression in(Expression left, bool negated) {
-        Expression result;
-        result.kind = Expression::Kind::In;
-        result.negated = negated;
-        result.operands.push_back(std::move(left));
-        expectSign(u"(");
-        do {
-            result.operands.push_back(operand());
-            if (result.operands.back().kind != Expression::Kind::Value) {
+    /// What may have a NOT before it; false when none of it is there.
+    bool acceptNegatable(Expression& result) {
+        result.negated =
+            atWord(u"NOT") && ahead().kind == Token::Kind::Word ? acceptWord(u"NOT") : false;
+        if (acceptWord(u"LIKE")) {
+            result.kind = Expression::Kind::Like;
+            if (now().kind != Token::Kind::Literal || now().value.typeId() != QMetaType::QString) {
                 complain();
             }
-        } while (acceptSign(u","));
-        expectSign(u")");
-        requireField(result);
-        return result;
+            result.operands.push_back(primary());
+        } else if (acceptWord(u"BETWEEN")) {
+            result.kind = Expression::Kind::Between;
+            result.operands.push_back(operand());
+            expectWord(u"AND");
+            result.operands.push_back(operand());
+        } else if (acceptWord(u"IN")) {
+            result.kind = Expression::Kind::In;
+            expectSign(u"(");
+            do {
+                result.operands.push_back(operand());
+                if (result.operands.back().kind != Expression::Kind::Value) {
+                    complain();
+                }
+            } while (acceptSign(u","));
+            expectSign(u")");
+        } else if (result.negated) {
+            complain();
+        } else {
+            return false;
+        }
+        return true;
     }
 
     void requireField(const Expression& expression) const {
         for (const Expression& part : expression.operands) {
-            if (part.kind == Expression::Kind::Field) {
+            if (part.kind == Expression::Kind::Reference) {
                 return;
             }
         }
@@ -370,7 +326,7 @@ private:
             expectSign(u")");
             result.kind = Expression::Kind::Now;
         } else {
-            result.kind = Expression::Kind::Field;
+            result.kind = Expression::Kind::Reference;
             result.field = field();
         }
         return result;

@@ -55,10 +55,10 @@ struct FieldReference {
 
 /// A parsed condition.
 struct Expression {
-    enum class Kind { Field, Value, Now, Compare, IsNull, Like, Between, In, And, Or, Not };
+    enum class Kind { Reference, Value, Now, Compare, IsNull, Like, Between, In, And, Or, Not };
 
     Kind kind = Kind::Value;
-    FieldReference field;             ///< of `Field`
+    FieldReference field;             ///< of `Reference`
     QVariant value;                   ///< of `Value`; a null variant is Null
     QString comparison;               ///< of `Compare`
     bool negated = false;             ///< of `IsNull`, `Like`, `Between`, `In`

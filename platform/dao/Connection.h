@@ -129,8 +129,8 @@ public:
     // connection open.
     [[nodiscard]] virtual std::unique_ptr<TextIndex> textIndex(const Ref<Counted>& keeper,
                                                                const TextIndexNames& names) = 0;
-    [[nodiscard]] virtual std::unique_ptr<OnlineBackup>
-    backup(const QString& path, ExistingCopy existing, Clock& clock) const = 0;
+    [[nodiscard]] virtual std::unique_ptr<OnlineBackup> backup(const QString& path,
+                                                               ExistingCopy existing) const = 0;
     [[nodiscard]] virtual SalvagedTable salvage(const QString& damaged, const QString& table,
                                                 const QStringList& columns) = 0;
 

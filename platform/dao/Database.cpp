@@ -4,6 +4,8 @@
 #include "platform/dao/Connection.h"
 #include "platform/dao/OnlineBackup.h"
 #include "platform/dao/Query.h"
+#include "platform/dao/Salvage.h"
+#include "platform/dao/TextIndex.h"
 
 #include <utility>
 
@@ -159,18 +161,70 @@ void Database::setSchemaVersion(int version) {
     transaction.commit();
 }
 
-QStringList Database::CheckIntegrity() {
+std::vector<FileObject> Database::objects() const {
+    return connection().schema().objects();
+}
+
+Damage Database::CheckIntegrity() {
     return connection().schema().damage();
+}
+
+void Database::rebuildIndexes() {
+    RunScript(QStringLiteral("REINDEX"));
 }
 
 void Database::CopyTo(const QString& path) {
     Connection& from = connection();
     from.endRead();
-    from.backup(path, ExistingCopy::Keep, from.clock())->finish();
+    from.backup(path, ExistingCopy::Keep)->finish();
+}
+
+std::unique_ptr<OnlineBackup> Database::beginBackup(const QString& path,
+                                                    ExistingCopy existing) const {
+    return connection().backup(path, existing);
+}
+
+std::unique_ptr<TextIndex> Database::textIndex(const TextIndexNames& names) {
+    return connection().textIndex(Ref<Counted>(this), names);
+}
+
+SalvagedTable Database::salvage(const DamagedFile& file, const QString& table) {
+    QStringList names;
+    for (const auto& [name, type] : file.columnsOf(table)) {
+        names += name;
+    }
+    return connection().salvage(file.path(), table, names);
 }
 
 void Database::setLockWatch(LockWatch* watch) {
     connection().setLockWatch(watch);
+}
+
+Transaction::Transaction(Database& database)
+    : m_database(&database), m_writing(std::make_unique<Writing>(database.connection())) {}
+
+Transaction::~Transaction() = default;
+
+void Transaction::commit() {
+    m_writing->commit();
+}
+
+BriefWaits::BriefWaits(Ref<Database> database) : m_database(std::move(database)) {
+    constexpr int kBriefMs = 50;
+    if (m_database && m_database->isOpen()) {
+        m_before = m_database->connection().setLockPatience(kBriefMs);
+        m_locksMet = m_database->connection().locksMet();
+    }
+}
+
+bool BriefWaits::wereInVain() const {
+    return m_database && m_database->isOpen() && m_database->connection().locksMet() != m_locksMet;
+}
+
+BriefWaits::~BriefWaits() {
+    if (m_database && m_database->isOpen()) {
+        m_database->connection().setLockPatience(m_before);
+    }
 }
 
 } // namespace yrw::dao

@@ -17,8 +17,15 @@
 
 namespace yrw::dao {
 
+class DamagedFile;
 class Engine;
+class OnlineBackup;
+class TextIndex;
 class Writing;
+enum class ExistingCopy;
+struct Damage;
+struct SalvagedTable;
+struct TextIndexNames;
 
 /// An open database.
 ///
@@ -93,13 +100,28 @@ public:
     /// Number of the schema that the file carries; 0 when none was set.
     [[nodiscard]] int SchemaVersion() const;
     void setSchemaVersion(int version);
-    /// Runs the engine's integrity check; the problems found, one a line, none when all is well.
-    [[nodiscard]] QStringList CheckIntegrity();
+    /// The objects of the file, without those that the engine keeps for itself.
+    [[nodiscard]] std::vector<FileObject> objects() const;
+    /// Runs the engine's integrity check.
+    [[nodiscard]] Damage CheckIntegrity();
+    /// Makes every index anew from its rows.
+    void rebuildIndexes();
     /// Copies the whole database, as it stands committed, into a new file with mode and group of
     /// the database's own. The file appears when it is complete and on the disk; nothing is
     /// replaced, and no link followed. Within a transaction the copy is of what was there before
     /// it. Raises `kErrorCannotOpenDatabase` when the name is taken, `kErrorDiskFull`.
     void CopyTo(const QString& path);
+    /// Begins to copy this database into a file. A link of that name is never followed. Raises
+    /// `kErrorCannotOpenDatabase` when the name is taken and kept, or is a folder or that of the
+    /// database itself or of a file beside it, `kErrorDiskFull` when nothing can be written there.
+    [[nodiscard]] std::unique_ptr<OnlineBackup> beginBackup(const QString& path,
+                                                            ExistingCopy existing) const;
+    /// The index of texts of that name. It need not be there yet: see `TextIndex::repair`.
+    [[nodiscard]] std::unique_ptr<TextIndex> textIndex(const TextIndexNames& names);
+    /// Copies the rows of a damaged file's table that can be read into the table of that name,
+    /// which has all its columns; rows of the same key here are replaced. Call inside a
+    /// transaction. Raises what writing raises, and nothing for what is damaged.
+    [[nodiscard]] SalvagedTable salvage(const DamagedFile& file, const QString& table);
 
     /// Sets who is asked while a write waits; nothing for none. With one, reads wait up to a second
     /// only. Not owned.
@@ -163,9 +185,8 @@ struct OpenOptions {
 /// Thread: the user-interface thread.
 class Workspace final : public virtual Counted {
 public:
-    Workspace(std::unique_ptr<Engine> engine, QString name);
+    explicit Workspace(std::unique_ptr<Engine> engine);
     ~Workspace() override;
-    [[nodiscard]] QString Name() const;
     [[nodiscard]] bool isOpen() const;
     /// Opens a database file. Raises `kErrorCannotOpenDatabase` when it is missing or cannot be
     /// opened, `kErrorNotADatabase` when it is none or damaged, `kErrorLocked` when it stayed
@@ -178,6 +199,8 @@ public:
     [[nodiscard]] Ref<Database> OpenDatabase(const QString& path, const OpenOptions& options = {});
     /// Makes an empty database file; raises `kErrorCannotOpenDatabase` when the file is there.
     [[nodiscard]] Ref<Database> CreateDatabase(const QString& path);
+    /// Opens a file that the engine calls damaged; nothing when it does not even tell its tables.
+    [[nodiscard]] std::unique_ptr<DamagedFile> openDamaged(const QString& path);
     void Close();
 
 private:
@@ -185,7 +208,6 @@ private:
     void requireOpen() const;
 
     std::unique_ptr<Engine> m_engine;
-    QString m_name;
     bool m_isOpen = true;
     std::vector<std::weak_ptr<Connection>> m_connections;
 };
@@ -198,7 +220,6 @@ struct EngineServices {
 };
 
 /// Makes a workspace over the embedded engine.
-[[nodiscard]] Ref<Workspace> createWorkspace(const EngineServices& services,
-                                             const QString& name = QStringLiteral("Default"));
+[[nodiscard]] Ref<Workspace> createWorkspace(const EngineServices& services);
 
 } // namespace yrw::dao

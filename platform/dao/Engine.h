@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dao/Connection.h"
+#include "platform/dao/Salvage.h"
 
 namespace yrw::dao {
 
@@ -9,10 +10,12 @@ namespace yrw::dao {
 /// Lifetime: its workspace's. Thread: the user-interface thread.
 class Engine {
 public:
-    virtual ~Engine();
+    virtual ~Engine() = default;
     [[nodiscard]] virtual std::shared_ptr<Connection> open(const QString& path,
                                                            bool readOnly) const = 0;
     [[nodiscard]] virtual std::shared_ptr<Connection> create(const QString& path) const = 0;
+    /// See `Workspace::openDamaged`.
+    [[nodiscard]] virtual std::unique_ptr<DamagedFile> openDamaged(const QString& path) const = 0;
 };
 
 } // namespace yrw::dao

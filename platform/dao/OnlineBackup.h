@@ -1,9 +1,5 @@
 #pragma once
 
-#include "platform/dao/Database.h"
-
-#include <memory>
-
 namespace yrw::dao {
 
 /// A copy of a database under way, made page by page while this and other programs go on working.
@@ -18,7 +14,7 @@ namespace yrw::dao {
 /// database no more. Thread: the user-interface thread.
 class OnlineBackup {
 public:
-    virtual ~OnlineBackup();
+    virtual ~OnlineBackup() = default;
     /// Goes on for about so long; true while there is more to do. Waits for nobody: what is locked
     /// is tried again by the next step. Raises `kErrorDiskFull`, `kErrorNotADatabase` for a damaged
     /// database, `kErrorCannotOpenDatabase` when the name was taken meanwhile.
@@ -30,11 +26,5 @@ public:
 
 /// What becomes of a file that has the copy's name.
 enum class ExistingCopy { Keep, Replace };
-
-/// Begins to copy an open database into a file. A link of that name is never followed. Raises
-/// `kErrorCannotOpenDatabase` when the name is taken and kept, or is a folder or that of the
-/// database itself or of a file beside it, `kErrorDiskFull` when nothing can be written there.
-[[nodiscard]] std::unique_ptr<OnlineBackup>
-beginBackup(const Database& database, const QString& path, ExistingCopy existing, Clock& clock);
 
 } // namespace yrw::dao

@@ -78,14 +78,8 @@ void PlacedRows::readKeys() {
 void PlacedRows::copyRows() {
     std::vector<RowSet::Row> copies;
     const auto statement = query().rows(connection());
-    const auto& items = query().items();
     while (statement->step()) {
-        RowSet::Row row;
-        row.reserve(items.size());
-        for (size_t i = 0; i < items.size(); ++i) {
-            row.push_back(statement->value(int(i), items[i].column.type));
-        }
-        copies.push_back(std::move(row));
+        copies.push_back(query().itemsOf(*statement));
     }
     m_set = std::make_shared<RowSet>(std::move(copies));
 }

@@ -164,7 +164,7 @@ QString Query::listed(const QVariant& value) {
 
 QString Query::operand(const Expression& expression) {
     switch (expression.kind) {
-    case Expression::Kind::Field:
+    case Expression::Kind::Reference:
         return quotedName(columnOf(expression.field).name);
     case Expression::Kind::Now:
         return QStringLiteral("Now()");
@@ -177,7 +177,7 @@ QString Query::comparison(const Expression& expression) {
     const Expression& left = expression.operands[0];
     const Expression& right = expression.operands[1];
     const auto typeOf = [this](const Expression& side) {
-        return side.kind == Expression::Kind::Field ? columnOf(side.field).type : std::nullopt;
+        return side.kind == Expression::Kind::Reference ? columnOf(side.field).type : std::nullopt;
     };
     const bool equal = expression.comparison == u"=";
     if (equal || expression.comparison == u"<>") {
@@ -210,7 +210,7 @@ QString Query::joined(const Expression& expression, QStringView word) {
 QString Query::condition(const Expression& expression) {
     const QString negation = expression.negated ? QStringLiteral(" NOT") : QString();
     switch (expression.kind) {
-    case Expression::Kind::Field:
+    case Expression::Kind::Reference:
         return u'(' + operand(expression) + u" <> 0)";
     case Expression::Kind::Value:
     case Expression::Kind::Now:
@@ -272,6 +272,15 @@ std::unique_ptr<Cursor> Query::bound(const Connection& connection, const QString
 std::unique_ptr<Cursor> Query::rows(const Connection& connection) const {
     return bound(connection, u"SELECT " + itemList() +
                                  (hasKey() ? u", " + m_source->key : QString()) + tail() + m_order);
+}
+
+std::vector<QVariant> Query::itemsOf(const Cursor& statement) const {
+    std::vector<QVariant> values;
+    values.reserve(m_items.size());
+    for (size_t i = 0; i < m_items.size(); ++i) {
+        values.push_back(statement.value(int(i), m_items[i].column.type));
+    }
+    return values;
 }
 
 bool Query::isInKeyOrder() const {

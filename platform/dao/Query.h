@@ -72,6 +72,8 @@ public:
     /// The rows behind a key, in key order: some items, by number, and then the key.
     [[nodiscard]] std::unique_ptr<Cursor> rowsBehind(const Connection& connection, qint64 key,
                                                      const std::vector<int>& items) const;
+    /// The items of the row that a statement of `rows` stands on.
+    [[nodiscard]] std::vector<QVariant> itemsOf(const Cursor& statement) const;
     /// One row by its key (":yrwkey").
     [[nodiscard]] std::unique_ptr<Cursor> rowByKey(const Connection& connection) const;
     /// The keys in the engine's order, and behind each the leading text where there is one. The

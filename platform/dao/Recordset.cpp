@@ -10,6 +10,8 @@
 
 namespace yrw::dao {
 
+Field::~Field() = default;
+
 namespace {
 
 const QString kSource = QStringLiteral("YRW.Recordset");

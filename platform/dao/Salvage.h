@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/dao/Database.h"
+#include <QStringList>
 
-#include <memory>
+#include <utility>
 #include <vector>
 
 namespace yrw::dao {
@@ -21,7 +21,8 @@ struct SalvagedTable {
 /// Lifetime: keeps the file open. Thread: the user-interface thread.
 class DamagedFile {
 public:
-    virtual ~DamagedFile();
+    virtual ~DamagedFile() = default;
+    [[nodiscard]] virtual QString path() const = 0;
     /// Names of the tables that the file still tells of, without those of the engine and of search
     /// indexes.
     [[nodiscard]] virtual QStringList tableNames() const = 0;
@@ -30,13 +31,6 @@ public:
     /// Columns of a table with their declared types.
     [[nodiscard]] virtual std::vector<std::pair<QString, QString>>
     columnsOf(const QString& table) const = 0;
-    /// Copies the rows of a table that can be read into the table of that name of another database,
-    /// which has all its columns; rows of the same key there are replaced. Call inside a
-    /// transaction of the target. Raises what writing raises, and nothing for what is damaged.
-    [[nodiscard]] virtual SalvagedTable copyTable(const QString& table, Database& target) const = 0;
 };
-
-/// Opens a file that the engine calls damaged; nothing when it does not even tell its tables.
-[[nodiscard]] std::unique_ptr<DamagedFile> openDamaged(const QString& path);
 
 } // namespace yrw::dao

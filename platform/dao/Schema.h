@@ -44,6 +44,13 @@ struct StoredQuery {
     QStringList parameters;
 };
 
+/// What the engine's own check found wrong, told apart by what helps; one a line.
+struct Damage {
+    QStringList indexes; ///< that do not fit their rows: `Database::rebuildIndexes` helps
+    QStringList pages;   ///< the file itself
+    [[nodiscard]] bool isEmpty() const noexcept { return indexes.isEmpty() && pages.isEmpty(); }
+};
+
 /// What a database holds, asked of it each time: another program may change it.
 ///
 /// Lifetime: as long as its connection.
@@ -65,8 +72,7 @@ public:
     /// Number of the schema; 0 when none was set. It is set within a transaction.
     [[nodiscard]] virtual int version() const = 0;
     virtual void setVersion(int version) const = 0;
-    /// What the engine's own check finds wrong, one a line.
-    [[nodiscard]] virtual QStringList damage() const = 0;
+    [[nodiscard]] virtual Damage damage() const = 0;
 };
 
 /// A name in quotes.

@@ -100,27 +100,18 @@ bool StreamRows::advanceByKey() {
     return false;
 }
 
-StreamRows::Row StreamRows::wholeRow() const {
-    Row row;
-    const auto& items = query().items();
-    for (size_t i = 0; i < items.size(); ++i) {
-        row.push_back(m_stream->value(int(i), items[i].column.type));
-    }
-    return row;
-}
-
 void StreamRows::keepRest() {
     const bool byKey = query().hasKey();
     if (byKey) {
         m_reader.moveTo(m_stream->integer(m_keyPlace));
     } else {
-        m_row = wholeRow();
+        m_row = query().itemsOf(*m_stream);
     }
     while (m_stream->step()) {
         if (byKey) {
             m_keys.push_back(m_stream->integer(m_keyPlace));
         } else {
-            m_rows.push_back(wholeRow());
+            m_rows.push_back(query().itemsOf(*m_stream));
         }
     }
     m_mode = byKey ? Mode::Keys : Mode::Rows;

@@ -43,7 +43,6 @@ private:
     bool advanceByKey();
     bool stepWithoutUnasked();
     void keepRest();
-    [[nodiscard]] Row wholeRow() const;
     void requireRest() const;
 
     std::unique_ptr<Cursor> m_stream;

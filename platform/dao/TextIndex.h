@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/dao/Database.h"
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -22,7 +22,7 @@ struct TextIndexNames {
 /// Thread: the user-interface thread.
 class TextSearch {
 public:
-    virtual ~TextSearch();
+    virtual ~TextSearch() = default;
     /// Goes on for about so long (at least one step); the keys found meanwhile, each once.
     [[nodiscard]] virtual std::vector<qint64> next(int milliseconds) = 0;
     [[nodiscard]] virtual bool atEnd() const = 0;
@@ -40,7 +40,7 @@ public:
 /// Thread: the user-interface thread.
 class TextIndex {
 public:
-    virtual ~TextIndex();
+    virtual ~TextIndex() = default;
     /// Makes the index anew, with every row waiting to be taken in; what was there is dropped.
     virtual void create() = 0;
     /// Notices what was written past the index: makes a missing or damaged one anew, and puts rows
@@ -57,12 +57,10 @@ public:
     /// Keys given first are found first where the search goes through the rows one by one.
     [[nodiscard]] virtual std::unique_ptr<TextSearch> search(const QStringList& words,
                                                              std::vector<qint64> keys) = 0;
-    /// See `textIndexProblem`.
+    /// What is wrong with an index whose tables and triggers are there: it contradicts itself, or
+    /// lacks rows, or has too many; nothing when all is well. Rows that wait are fine. In a
+    /// read-only database only the rows are counted.
     [[nodiscard]] virtual QString problem() = 0;
 };
-
-/// The index of that name in an open database. It need not be there yet: see `repair`.
-[[nodiscard]] std::unique_ptr<TextIndex> openTextIndex(const Ref<Database>& database,
-                                                       const TextIndexNames& names);
 
 } // namespace yrw::dao

@@ -6,16 +6,9 @@
 
 namespace yrw::dao {
 
-Engine::~Engine() = default;
-
-Workspace::Workspace(std::unique_ptr<Engine> engine, QString name)
-    : m_engine(std::move(engine)), m_name(std::move(name)) {}
+Workspace::Workspace(std::unique_ptr<Engine> engine) : m_engine(std::move(engine)) {}
 
 Workspace::~Workspace() = default;
-
-QString Workspace::Name() const {
-    return m_name;
-}
 
 bool Workspace::isOpen() const {
     return m_isOpen;
@@ -42,6 +35,11 @@ Ref<Database> Workspace::OpenDatabase(const QString& path, const OpenOptions& op
 Ref<Database> Workspace::CreateDatabase(const QString& path) {
     requireOpen();
     return keep(m_engine->create(path));
+}
+
+std::unique_ptr<DamagedFile> Workspace::openDamaged(const QString& path) {
+    requireOpen();
+    return m_engine->openDamaged(path);
 }
 
 void Workspace::Close() {

@@ -24,6 +24,14 @@ double leastContrast(const QList<QColor>& backgrounds, const QColor& colour) {
     return least;
 }
 
+/// What text may have on a light background: grey on white, which is meant to recede, has 3.9.
+constexpr double kEnoughContrast = 3.9;
+
+QColor farther(const QColor& background) {
+    return contrast(background, Qt::white) > contrast(background, Qt::black) ? QColor(Qt::white)
+                                                                             : QColor(Qt::black);
+}
+
 } // namespace
 
 double contrast(const QColor& a, const QColor& b) {
@@ -50,6 +58,35 @@ QColor visibleOn(const QList<QColor>& backgrounds, const QColor& wanted) {
         }
     }
     return best;
+}
+
+QColor readableOn(const QColor& background, const QColor& wanted) {
+    const QColor end = farther(background);
+    const double enough = end == QColor(Qt::white) ? kReadableContrast : kEnoughContrast;
+    if (contrast(background, wanted) >= enough) {
+        return wanted;
+    }
+    QColor colour = wanted.toHsl();
+    const double step = end == QColor(Qt::white) ? 0.05 : -0.05;
+    for (double light = colour.lightnessF() + step; light > 0 && light < 1; light += step) {
+        colour.setHslF(colour.hslHueF(), colour.hslSaturationF(), static_cast<float>(light));
+        if (contrast(background, colour) >= enough) {
+            return colour.toRgb();
+        }
+    }
+    return end;
+}
+
+QColor textOn(const QColor& background, const QColor& wanted) {
+    return contrast(background, wanted) >= kReadableContrast ? wanted : farther(background);
+}
+
+QColor blended(const QColor& front, const QColor& back, double share) {
+    const auto part = [share](int from, int to) {
+        return static_cast<int>(std::lround(to + (from - to) * share));
+    };
+    return {part(front.red(), back.red()), part(front.green(), back.green()),
+            part(front.blue(), back.blue())};
 }
 
 } // namespace yrw

@@ -26,4 +26,15 @@ constexpr double kReadableContrast = 4.5;
 /// closest.
 [[nodiscard]] QColor visibleOn(const QList<QColor>& backgrounds, const QColor& wanted);
 
+/// A text colour that can be read on a background: the wanted one when it can, else the same hue
+/// made lighter or darker, at last white or black.
+[[nodiscard]] QColor readableOn(const QColor& background, const QColor& wanted);
+
+/// Colour of plain text on a background: the wanted one when it can be read well, else black or
+/// white.
+[[nodiscard]] QColor textOn(const QColor& background, const QColor& wanted);
+
+/// Two colours mixed; `share` is that of the first, 0 to 1.
+[[nodiscard]] QColor blended(const QColor& front, const QColor& back, double share);
+
 } // namespace yrw

@@ -14,14 +14,6 @@ namespace yrw {
 
 namespace {
 
-QColor blended(const QColor& front, const QColor& back, double share) {
-    const auto part = [share](int from, int to) {
-        return static_cast<int>(to + (from - to) * share);
-    };
-    return {part(front.red(), back.red()), part(front.green(), back.green()),
-            part(front.blue(), back.blue())};
-}
-
 /// The palette's placeholder where it can be read, else the text made as pale as it may be.
 QColor placeholderOf(const QPalette& palette) {
     const QColor base = palette.color(QPalette::Base);

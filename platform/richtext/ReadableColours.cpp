@@ -1,6 +1,6 @@
 #include "platform/richtext/ReadableColours.h"
 
-#include "platform/controls/Colours.h"
+#include "platform/forms/Contrast.h"
 #include "platform/richtext/BlocksInView.h"
 
 #include <QTextBlock>

@@ -3,35 +3,6 @@
 namespace yrw::rtf {
 
 /// What a handler of several control words is to do; the second column of the word table.
-enum CharWord {
-    kBold,
-    kItalic,
-    kUnderline,
-    kNoUnderline,
-    kStrike,
-    kHidden,
-    kSuper,
-    kSub,
-    kNoSuperSub,
-    kSize,
-    kColour,
-    kBackground
-};
-enum ParWord {
-    kLeftIndent,
-    kRightIndent,
-    kFirstIndent,
-    kSpaceBefore,
-    kSpaceAfter,
-    kLineSpacing,
-    kLineMultiple,
-    kStyle,
-    kRightToLeft,
-    kLeftToRight,
-    kInTable,
-    kTabStop,
-    kTableLevel
-};
 enum TableWord {
     kRowStart,
     kCellEdge,

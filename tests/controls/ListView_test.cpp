@@ -1,7 +1,7 @@
 #include "platform/controls/ListView.h"
 
-#include "platform/controls/Colours.h"
 #include "platform/controls/StatusBar.h"
+#include "platform/forms/Contrast.h"
 #include "platform/forms/DrawnIcons.h"
 
 #include <QAccessible>

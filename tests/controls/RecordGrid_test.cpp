@@ -1,6 +1,6 @@
 #include "platform/component/AutomationError.h"
-#include "platform/controls/Colours.h"
 #include "platform/controls/GridRows.h"
+#include "platform/forms/Contrast.h"
 #include "tests/controls/GridFixture.h"
 
 #include <QAccessible>

@@ -1,5 +1,6 @@
 #include "tests/dao/Children.h"
 
+#include "platform/dao/Database.h"
 #include "platform/dao/OnlineBackup.h"
 
 #include <QRandomGenerator>
@@ -113,7 +114,7 @@ int readWhenAsked(const QString& file) {
     for (char line[16]; std::fgets(line, sizeof line, stdin) != nullptr;) {
         const QTemporaryDir own;
         const QString copy = own.filePath(u"copy.mdb"_qs);
-        beginBackup(*database, copy, ExistingCopy::Keep, Clock::instance())->finish();
+        database->beginBackup(copy, ExistingCopy::Keep)->finish();
         const int notes = notesIn(*database);
         std::printf("%d\n", database->isReadOnly() && notesIn(*open(copy)) == notes ? notes : -1);
         std::fflush(stdout);

@@ -3,6 +3,7 @@
 #include "platform/clock/Clock.h"
 #include "platform/component/AutomationError.h"
 #include "platform/dao/Database.h"
+#include "platform/dao/Schema.h"
 
 #include <QFile>
 #include <QTemporaryDir>

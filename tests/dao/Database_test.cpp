@@ -185,7 +185,7 @@ TEST_F(DatabaseTest, FilesThatAreNoDatabaseAreNamed) {
 
 TEST_F(DatabaseTest, ClosingTheWorkspaceClosesWhatItOpened) {
     const auto rows = database->OpenRecordset(u"tblNotes"_qs);
-    const auto host = createWorkspace({clock, files}, u"Host"_qs);
+    const auto host = createWorkspace({clock, files});
     const auto hosts = host->OpenDatabase(path());
     workspace->Close();
     workspace->Close();

@@ -29,11 +29,11 @@ protected:
                 .arg(count));
     }
     std::unique_ptr<TextIndex> open(const Ref<Database>& in) const {
-        return openTextIndex(in, {u"tblNotes"_qs,
-                                  u"RecordID"_qs,
-                                  {u"Subject"_qs, u"PlainNote"_qs},
-                                  u"tblNotesText"_qs,
-                                  u"tblNotesToIndex"_qs});
+        return in->textIndex({u"tblNotes"_qs,
+                              u"RecordID"_qs,
+                              {u"Subject"_qs, u"PlainNote"_qs},
+                              u"tblNotesText"_qs,
+                              u"tblNotesToIndex"_qs});
     }
     /// The ids found among all notes, in order, each slice as short as can be.
     QString found(const char* typed) {

@@ -1,7 +1,7 @@
 // A user lands on records of the desk: what she does there, and what shows and goes.
 #include "tests/landing/LandingFixture.h"
 
-#include "platform/controls/Colours.h"
+#include "platform/forms/Contrast.h"
 
 #include <QAccessible>
 

@@ -2,7 +2,7 @@
 #include "tests/landing/LandingFixture.h"
 
 #include "framework/Settings.h"
-#include "platform/controls/Colours.h"
+#include "platform/forms/Contrast.h"
 
 #include <array>
 #include <optional>

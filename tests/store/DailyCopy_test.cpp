@@ -1,5 +1,6 @@
 #include "store/DailyCopy.h"
 
+#include "platform/dao/Schema.h"
 #include "tests/support/NotesFixture.h"
 
 #include <QDir>
@@ -29,7 +30,7 @@ protected:
         return copy.path();
     }
     QString makeOn(const QDate& day) {
-        DailyCopy copy(store.database(), day, store.clock());
+        DailyCopy copy(store.database(), day);
         return finish(copy);
     }
     [[nodiscard]] QString folder() const { return store.folder() + "/Backups/Notes"; }
@@ -70,7 +71,7 @@ TEST_F(DailyCopyTest, OneADayOfWhichSevenAreKept) {
 TEST_F(DailyCopyTest, ShowsOneStateWhileOthersWrite) {
     ASSERT_EQ(::chmod(qPrintable(store.notesPath()), 0640), 0);
     TestStore other(store.folder());
-    DailyCopy copy(store.database(), today, store.clock());
+    DailyCopy copy(store.database(), today);
     int steps = 0;
     for (; copy.step(0); ++steps) {
         other.addNote("meanwhile");
@@ -100,7 +101,7 @@ TEST_F(DailyCopyTest, OneOfSeveralProgramsMakesIt) {
                 ::_exit(1);
             }
             const Ref<dao::Workspace> workspace = dao::createWorkspace(store.engine());
-            DailyCopy copy(workspace->OpenDatabase(path), today, store.clock());
+            DailyCopy copy(workspace->OpenDatabase(path), today);
             ::_exit(finish(copy).isEmpty() ? 0 : 1);
         }
         children.push_back(child);
@@ -125,7 +126,7 @@ TEST_F(DailyCopyTest, WhatAKilledProgramLeftIsReplaced) {
     const pid_t child = ::fork();
     if (child == 0) {
         const Ref<dao::Workspace> workspace = dao::createWorkspace(store.engine());
-        DailyCopy copy(workspace->OpenDatabase(path), today, store.clock());
+        DailyCopy copy(workspace->OpenDatabase(path), today);
         copy.step(0);
         copy.step(0);
         ::_exit(0); // as a kill does: nothing is cleaned up
@@ -147,7 +148,7 @@ TEST_F(DailyCopyTest, NeverFollowsALink) {
 
 TEST_F(DailyCopyTest, DroppedHalfWayItLeavesNothing) {
     {
-        DailyCopy copy(store.database(), today, store.clock());
+        DailyCopy copy(store.database(), today);
         copy.step(0);
         copy.step(0);
     }

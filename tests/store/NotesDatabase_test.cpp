@@ -113,18 +113,17 @@ TEST_F(NotesDatabaseTest, NothingThatLooksAtTheFileGivesUpTheLocksOnIt) {
         {"copy", [&] { database->CopyTo(folder + QStringLiteral("/copy")); }},
         {"back up",
          [&] {
-             dao::beginBackup(*database, folder + QStringLiteral("/copy"),
-                              dao::ExistingCopy::Replace, store.clock())
+             database->beginBackup(folder + QStringLiteral("/copy"), dao::ExistingCopy::Replace)
                  ->finish();
          }},
         {"daily copy",
          [&] {
-             DailyCopy copy(database, QDate(2026, 3, 10), store.clock());
+             DailyCopy copy(database, QDate(2026, 3, 10));
              while (copy.step(1000)) {
              }
          }},
         {"check", [&] { static_cast<void>(findProblems(workspace, database, {})); }},
-        {"is damaged", [&] { EXPECT_TRUE(isDamagedNotesDatabase(path)); }},
+        {"is damaged", [&] { EXPECT_TRUE(isDamagedNotesDatabase(*workspace, path)); }},
         {"salvage", [&] { static_cast<void>(salvageNotes(*workspace, path)); }},
         {"make", [&] { createNotesDatabase(FileSystem(), shippedTemplateFolder(), folder); }},
         {"is replaced", [&] { EXPECT_FALSE(database->isReplaced()); }},

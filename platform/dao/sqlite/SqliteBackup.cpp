@@ -33,25 +33,6 @@ constexpr int kMostRestarts = 5;   ///< then the rest is copied in one go
     throw AutomationError(number, kSource, text);
 }
 
-/// A file descriptor that closes itself.
-class FileHandle {
-public:
-    explicit FileHandle(int handle = -1) : m_handle(handle) {}
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-    ~FileHandle() { close(); }
-    [[nodiscard]] int get() const { return m_handle; }
-    void close() {
-        if (m_handle >= 0) {
-            ::close(m_handle);
-        }
-        m_handle = -1;
-    }
-
-private:
-    int m_handle;
-};
-
 /// Where a copy goes: its folder as it really is, and the name in it.
 struct Target {
     QString path;
@@ -92,12 +73,13 @@ class SqliteOnlineBackup final : public OnlineBackup {
 public:
     SqliteOnlineBackup(const QString& database, Target target, ExistingCopy existing, Clock& clock)
         : m_target(std::move(target)), m_existing(existing), m_clock(clock), m_source(database),
-          m_database(QFile::encodeName(database)),
-          m_file(makeUnfinished(m_target.path, m_unfinished, S_IRUSR | S_IWUSR)) {
-        if (m_file.get() < 0) {
+          m_database(QFile::encodeName(database)) {
+        const int file = makeUnfinished(m_target.path, m_unfinished, S_IRUSR | S_IWUSR);
+        if (file < 0) {
             m_unfinished.clear();
             failToWrite();
         }
+        m_file.open(file, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle);
         try {
             open();
         } catch (...) {
@@ -190,7 +172,7 @@ private:
         m_pagesInMemory += pages;
         if (m_pagesInMemory >= kPagesToDisk) {
             m_pagesInMemory = 0;
-            ::fdatasync(m_file.get());
+            ::fdatasync(m_file.handle());
         }
     }
 
@@ -210,11 +192,11 @@ private:
         // A copy has no journal beside it, and none is wanted where it lies.
         const char rollback[] = {1, 1};
         constexpr off_t versions = 18;
-        if (::pwrite(m_file.get(), rollback, sizeof rollback, versions) != sizeof rollback) {
+        if (::pwrite(m_file.handle(), rollback, sizeof rollback, versions) != sizeof rollback) {
             failToWrite();
         }
         takeModeOfOriginal();
-        if (::fsync(m_file.get()) != 0) {
+        if (::fsync(m_file.handle()) != 0) {
             failToWrite();
         }
         giveName();
@@ -229,10 +211,10 @@ private:
             return; // readable by its owner alone
         }
         mode_t mode = original.st_mode & 0777;
-        if (::fchown(m_file.get(), uid_t(-1), original.st_gid) != 0) {
+        if (::fchown(m_file.handle(), uid_t(-1), original.st_gid) != 0) {
             mode &= ~mode_t(S_IRWXG); // another group must not get what the right one had
         }
-        if (::fchmod(m_file.get(), mode) != 0) {
+        if (::fchmod(m_file.handle(), mode) != 0) {
             failToWrite();
         }
     }
@@ -276,7 +258,7 @@ private:
     ReadHandle m_source;
     QByteArray m_database;
     QString m_unfinished; ///< empty once there is no such file
-    FileHandle m_file;
+    QFile m_file;
     sqlite3* m_copy = nullptr;
     sqlite3_backup* m_backup = nullptr;
     int m_pagesInMemory = 0;

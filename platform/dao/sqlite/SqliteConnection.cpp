@@ -169,9 +169,9 @@ std::unique_ptr<TextIndex> SqliteConnection::textIndex(const Ref<Counted>& keepe
     return std::make_unique<SqliteTextIndex>(keeper, *this, *m_file, names);
 }
 
-std::unique_ptr<OnlineBackup> SqliteConnection::backup(const QString& path, ExistingCopy existing,
-                                                       Clock& clock) const {
-    return backUpFile(m_path, path, existing, clock);
+std::unique_ptr<OnlineBackup> SqliteConnection::backup(const QString& path,
+                                                       ExistingCopy existing) const {
+    return backUpFile(m_path, path, existing, clock());
 }
 
 SalvagedTable SqliteConnection::salvage(const QString& damaged, const QString& table,

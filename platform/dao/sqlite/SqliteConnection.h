@@ -49,8 +49,8 @@ public:
 
     [[nodiscard]] std::unique_ptr<TextIndex> textIndex(const Ref<Counted>& keeper,
                                                        const TextIndexNames& names) override;
-    [[nodiscard]] std::unique_ptr<OnlineBackup> backup(const QString& path, ExistingCopy existing,
-                                                       Clock& clock) const override;
+    [[nodiscard]] std::unique_ptr<OnlineBackup> backup(const QString& path,
+                                                       ExistingCopy existing) const override;
     [[nodiscard]] SalvagedTable salvage(const QString& damaged, const QString& table,
                                         const QStringList& columns) override;
 

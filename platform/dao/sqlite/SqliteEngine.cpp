@@ -4,6 +4,7 @@
 #include "platform/dao/sqlite/FilePlace.h"
 #include "platform/dao/sqlite/Journal.h"
 #include "platform/dao/sqlite/PlaceRecord.h"
+#include "platform/dao/sqlite/SalvagedRows.h"
 #include "platform/dao/sqlite/SqliteConnection.h"
 #include "platform/files/FolderLock.h"
 
@@ -66,6 +67,9 @@ public:
     [[nodiscard]] std::shared_ptr<Connection> open(const QString& path,
                                                    bool readOnly) const override;
     [[nodiscard]] std::shared_ptr<Connection> create(const QString& path) const override;
+    [[nodiscard]] std::unique_ptr<DamagedFile> openDamaged(const QString& path) const override {
+        return openDamagedFile(path);
+    }
 
 private:
     [[nodiscard]] QString resolved(const QString& path) const {
@@ -182,8 +186,8 @@ std::shared_ptr<Connection> SqliteEngine::create(const QString& path) const {
 
 } // namespace
 
-Ref<Workspace> createWorkspace(const EngineServices& services, const QString& name) {
-    return make<Workspace>(std::make_unique<SqliteEngine>(services), name);
+Ref<Workspace> createWorkspace(const EngineServices& services) {
+    return make<Workspace>(std::make_unique<SqliteEngine>(services));
 }
 
 } // namespace yrw::dao

@@ -4,6 +4,8 @@
 #include "platform/dao/sqlite/SqliteFile.h"
 #include "platform/dao/sqlite/Statement.h"
 
+#include <QRegularExpression>
+
 #include <sqlite3.h>
 
 namespace yrw::dao {
@@ -213,24 +215,29 @@ void SqliteSchema::setVersion(int version) const {
     m_file.execute(QStringLiteral("PRAGMA user_version = %1").arg(version));
 }
 
-QStringList SqliteSchema::damage() const {
-    QStringList problems;
+Damage SqliteSchema::damage() const {
+    static const QRegularExpression ofIndex(
+        QStringLiteral("^(row \\d+ missing from index|wrong # of entries in index|non-unique entry "
+                       "in index|row \\d+ values differ from index)"),
+        QRegularExpression::CaseInsensitiveOption);
+    Damage damage;
     try {
         Statement statement(m_file.handle(), QStringLiteral("PRAGMA integrity_check"));
         statement.takeAnyTime();
         while (statement.step()) {
             const QString line = statement.text(0);
             if (line != u"ok") {
-                problems += line;
+                (ofIndex.match(line).hasMatch() ? damage.indexes : damage.pages) +=
+                    line.simplified();
             }
         }
     } catch (const AutomationError& error) {
         if (error.number() != kErrorNotADatabase) {
             throw;
         }
-        problems += error.description(); // too damaged to be checked to the end
+        damage.pages += error.description().simplified(); // too damaged to be checked to the end
     }
-    return problems;
+    return damage;
 }
 
 } // namespace yrw::dao

@@ -21,7 +21,7 @@ public:
     [[nodiscard]] std::vector<FileObject> objects() const override;
     [[nodiscard]] int version() const override;
     void setVersion(int version) const override;
-    [[nodiscard]] QStringList damage() const override;
+    [[nodiscard]] Damage damage() const override;
 
 private:
     [[nodiscard]] std::shared_ptr<const Source> tableSource(const QString& table) const;

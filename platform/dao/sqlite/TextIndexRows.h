@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/component/Counted.h"
 #include "platform/dao/TextIndex.h"
 #include "platform/dao/sqlite/Statement.h"
 
