@@ -13,11 +13,37 @@
 
 namespace yrw::dao {
 
+/// Adds a row and returns its key.
+inline qint64 add(Database& to, const QString& table, const ValueList& values) {
+    const auto rows = to.OpenRecordset(table, RecordsetType::Table);
+    rows->AddNew();
+    for (const auto& [name, value] : values) {
+        rows->setValue(name, value);
+    }
+    rows->Update();
+    rows->setBookmark(rows->LastModified());
+    return rows->value(u"RecordID").toLongLong();
+}
+
+/// Adds a long note and its reminder, in one transaction; the note's key.
+inline qint64 addNoteWithReminder(Database& to) {
+    Transaction transaction(to);
+    const qint64 note =
+        add(to, QStringLiteral("tblNotes"), {{QStringLiteral("PlainNote"), QString(9000, u'n')}});
+    add(to, QStringLiteral("tblReminders"),
+        {{QStringLiteral("NoteID"), note}, {QStringLiteral("UserID"), 1}});
+    transaction.commit();
+    return note;
+}
+
 /// A folder of its own with a fresh notes database, a clock that stands at noon of 1 June 2026, and
 /// a workspace.
 class DaoTest : public testing::Test {
 protected:
-    DaoTest() {
+    DaoTest() { makeDatabase(); }
+
+    /// Makes the file, which must not be there, and opens it.
+    void makeDatabase() {
         const Ref<Database> fresh = workspace->CreateDatabase(path());
         QFile script(QStringLiteral(YRW_SOURCE_DIR "/template/DB/YRWNOTES/Notes.sql"));
         EXPECT_TRUE(script.open(QIODevice::ReadOnly));
@@ -32,17 +58,6 @@ protected:
     /// A second connection to the same file, as another program has.
     [[nodiscard]] Ref<Database> another() { return workspace->OpenDatabase(path()); }
 
-    /// Adds a row and returns its key.
-    static qint64 add(Database& to, const QString& table, const ValueList& values) {
-        const auto rows = to.OpenRecordset(table, RecordsetType::Table);
-        rows->AddNew();
-        for (const auto& [name, value] : values) {
-            rows->setValue(name, value);
-        }
-        rows->Update();
-        rows->setBookmark(rows->LastModified());
-        return rows->value(u"RecordID").toLongLong();
-    }
     qint64 addNote(const ValueList& values) {
         return add(*database, QStringLiteral("tblNotes"), values);
     }
