@@ -89,10 +89,9 @@ TEST_F(CommandsTest, ListSortsTextsInTheUsersLanguage) {
 
 TEST_F(CommandsTest, AddsANoteThatListAndShowGiveBack) {
     const QString text = QString::fromUtf8("Quotes \" ' and\nünïcödé \xF0\x9F\x97\x92");
-    const Outcome added = run(
-        {QStringLiteral("--user"), QStringLiteral("BEN"), QStringLiteral("add"),
-         QStringLiteral("--subject"), QStringLiteral("Call \"Quill\""), QStringLiteral("--text"),
-         text, QStringLiteral("--owner"), QStringLiteral("cu:2"), QStringLiteral("--private")});
+    const Outcome added =
+        run({"--user", "BEN", "add", "--subject", "Call \"Quill\"", "--text", text, "--owner",
+             "cu:2", "--private", "--auto-show", "--remind", "me", "--at", "2026-03-11"});
     EXPECT_EQ(added.status, kExitDone) << qPrintable(added.err);
     EXPECT_EQ(added.out, QStringLiteral("1\n"));
 
@@ -110,17 +109,20 @@ TEST_F(CommandsTest, AddsANoteThatListAndShowGiveBack) {
                     {"Date", QStringLiteral("2026-03-10 09:00:00")},
                     {"Status", 1},
                     {"NoteType", 2},
-                    {"AutomaticallyShow", false},
+                    {"AutomaticallyShow", true},
                     {"OwnerComponentProgID", QStringLiteral("YRWDesk.Application")},
                     {"OwnerProgID", QStringLiteral("YRWDesk.Customers")},
                     {"OwnerObjectKey", QStringLiteral("cu")},
                     {"OwnerRecordID", 2},
                     {"RecordUserID", 2},
                     {"RecordUserCode", QStringLiteral("BEN")},
-                    {"ReminderDate", QJsonValue::Null}};
+                    {"ReminderType", 2},
+                    {"ReminderDate", QStringLiteral("2026-03-11 00:00:00")}};
     for (const auto& e : expected) {
         EXPECT_EQ(row.value(QLatin1String(e.field)), e.value) << e.field;
     }
+    run("add --subject plain");
+    EXPECT_TRUE(run("list --json").json().last()["ReminderDate"].isNull());
 }
 
 TEST_F(CommandsTest, AddReadsRichTextFromStandardInput) {

@@ -1,32 +1,20 @@
 #include "tests/cli/CommandFixture.h"
+#include "tests/support/Raised.h"
 
 namespace yrw::test {
 namespace {
 
 using HeaderFieldsTest = CommandFixture;
 
-QByteArray read(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
 /// Opens the notes database as a host does; its error's words, empty for none.
 QString errorOfHost(const dao::EngineServices& engine, const QString& path) {
     HostDataHelper helper;
-    try {
-        const Ref<dao::Workspace> workspace = dao::createWorkspace(engine);
-        static_cast<void>(
-            openNotesDatabase(helper, workspace, path)->OpenRecordset(schema::kQryNotes));
-        return {};
-    } catch (const AutomationError& error) {
-        return error.description();
-    }
+    return raisedBy([&] {
+               const Ref<dao::Workspace> workspace = dao::createWorkspace(engine);
+               static_cast<void>(
+                   openNotesDatabase(helper, workspace, path)->OpenRecordset(schema::kQryNotes));
+           })
+        .description();
 }
 
 struct HeaderField {
