@@ -3,7 +3,6 @@
 
 #include <QComboBox>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMenu>
 #include <QTimer>
 #include <QWheelEvent>

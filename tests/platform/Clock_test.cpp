@@ -1,7 +1,5 @@
 #include "platform/clock/Clock.h"
 
-#include <QTimeZone>
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
