@@ -119,6 +119,17 @@ TEST_F(DeskWindowTest, ANewOrderBelongsToTheCustomerAbove) {
     EXPECT_EQ(order->value("Item"), QVariant("Hat stand"));
     EXPECT_EQ(order->value("CustomerID").toLongLong(), window().upper().currentRecordID());
     EXPECT_EQ(order->value("OrderDate").toDateTime().date(), m_clock.now().date());
+    // One that was broken off completes no other.
+    press(Qt::Key_N, Qt::ControlModifier);
+    type("x");
+    press(Qt::Key_Escape);
+    window().application()->DB()->Database().RunScript("UPDATE Orders SET State = NULL");
+    press(Qt::Key_Up);
+    type("Coat stand");
+    press(Qt::Key_Up);
+    const auto edited = window().application()->Orders(nullptr)->Item(before + 1);
+    EXPECT_EQ(edited->value("Item"), QVariant("Coat stand"));
+    EXPECT_TRUE(edited->value("State").isNull());
     EXPECT_EQ(m_prompt.shown, QStringList());
 }
 

@@ -114,6 +114,8 @@ TEST_F(RecordsTest, SomebodyElsesChangeIsNotOverwritten) {
         FAIL() << "no conflict was raised";
     } catch (const dao::ConflictError& conflict) {
         EXPECT_EQ(conflict.number(), kErrorConflict);
+        EXPECT_EQ(conflict.description(),
+                  "Somebody else has changed Subject since the record was read.");
         ASSERT_EQ(conflict.current().count(), 1);
         EXPECT_EQ(conflict.current().value(kSubject), QStringLiteral("theirs"));
     }
