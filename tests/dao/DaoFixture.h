@@ -1,15 +1,13 @@
 #pragma once
 
 #include "platform/clock/Clock.h"
-#include "platform/component/AutomationError.h"
 #include "platform/dao/Database.h"
+#include "tests/support/Raised.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace yrw::dao {
 
@@ -82,6 +80,16 @@ protected:
     Ref<Database> database;
 };
 
+/// Says of every file the same: on a network, or not.
+class FixedMount final : public MountTest {
+public:
+    explicit FixedMount(bool network) : m_network(network) {}
+    [[nodiscard]] bool isNetwork(const QString&) const override { return m_network; }
+
+private:
+    bool m_network;
+};
+
 /// What the names of tests call a type of recordset.
 inline void PrintTo(RecordsetType type, std::ostream* stream) {
     *stream << (type == RecordsetType::Table      ? "table"
@@ -92,12 +100,7 @@ inline void PrintTo(RecordsetType type, std::ostream* stream) {
 
 /// Number of the automation error that a call raises; 0 when it raises none.
 inline int errorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const AutomationError& error) {
-        return error.number();
-    }
-    return 0;
+    return test::raisedBy(call).number();
 }
 
 } // namespace yrw::dao

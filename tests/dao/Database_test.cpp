@@ -142,15 +142,6 @@ TEST_F(DatabaseTest, ReadsOfOneTurnSeeOneStateAndTheNextTurnSeesTheNext) {
     EXPECT_TRUE(seek->NoMatch()) << "outside a loop every read stands alone";
 }
 
-class FixedMount final : public MountTest {
-public:
-    explicit FixedMount(bool network) : m_network(network) {}
-    [[nodiscard]] bool isNetwork(const QString&) const override { return m_network; }
-
-private:
-    bool m_network;
-};
-
 class JournalTest : public DatabaseTest {
 protected:
     Ref<Database> openFrom(const MountTest& mounts) {

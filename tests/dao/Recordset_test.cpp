@@ -8,12 +8,6 @@ namespace yrw::dao {
 
 namespace {
 
-constexpr char kOwnerIndex[] = "OwnerComponentProgID:OwnerObjectKey:OwnerRecordID:Status";
-
-QString ownerIndex() {
-    return QString::fromLatin1(kOwnerIndex);
-}
-
 class RecordsetTest : public DaoTest {
 protected:
     Ref<Recordset> open(RecordsetType type, const QString& source = QStringLiteral("tblNotes")) {
@@ -233,7 +227,7 @@ TEST_F(RecordsetTest, SeeksByIndexAndWalksOnInItsOrder) {
     addNote(u"without owner"_qs);
     const auto rows = open(RecordsetType::Table);
     EXPECT_EQ(errorOf([&] { rows->setIndex(u"none"_qs); }), kErrorNotInCollection);
-    rows->setIndex(ownerIndex());
+    rows->setIndex(u"OwnerComponentProgID:OwnerObjectKey:OwnerRecordID:Status"_qs);
     struct Case {
         const char* comparison;
         std::vector<QVariant> keys;
