@@ -2,10 +2,10 @@
 #include "platform/controls/Colours.h"
 #include "platform/controls/GridRows.h"
 #include "tests/controls/GridFixture.h"
+#include "tests/support/Pixels.h"
 
 #include <QAccessible>
 #include <QHeaderView>
-#include <QImage>
 #include <QScrollBar>
 #include <QSet>
 
@@ -294,13 +294,8 @@ TEST_F(GridTest, theCurrentRowTheMarkAndItsTextAreSeenOnEveryColour) {
                 EXPECT_GE(std::max(contrast(at(bottom), own), contrast(at(bottom - 2), own)), 3);
                 if (pattern(1)) { // the mark's own colour, and text that can be read on it
                     EXPECT_EQ(grid->paintedRowColour(1), mark);
-                    const QImage text = grid->grab(grid->cellRect(1, 1)).toImage();
-                    double best = 1;
-                    for (int i = 0; i < text.width() / 2 * (text.height() - 8); ++i) {
-                        const QPoint pixel(i % (text.width() / 2), 4 + i / (text.width() / 2));
-                        best = qMax(best, contrast(text.pixelColor(pixel), mark));
-                    }
-                    EXPECT_GT(best, 4.5);
+                    const QRect text = grid->cellRect(1, 1).adjusted(4, 4, -100, -4);
+                    EXPECT_TRUE(test::isSeen(grid->grab(text).toImage(), mark, 4.5));
                 }
                 // A corner of the row's mark tells it from others.
                 const int row = body()->mapFrom(grid, grid->cellRect(1, 1).topLeft()).y();
@@ -326,13 +321,7 @@ TEST_F(GridTest, cellFrameIsPaintedInItsColour) {
         });
     const auto redPixels = [this](int column) {
         const QImage image = grid->grab(grid->cellRect(2, column)).toImage();
-        int red = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                red += image.pixelColor(x, y) == QColor(Qt::red) ? 1 : 0;
-            }
-        }
-        return red;
+        return test::pixelsOf(image, [](const QColor& pixel) { return pixel == QColor(Qt::red); });
     };
     EXPECT_GT(redPixels(1), 200);
     EXPECT_EQ(redPixels(2), 0);
