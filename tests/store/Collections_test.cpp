@@ -238,6 +238,10 @@ TEST_F(CollectionsTest, KeysSortsAndFilters) {
     request = {};
     request.RecordData = QVariantList{1, 3};
     EXPECT_EQ(notes->Recordset(request)->RecordCount(), 2);
+    request.RecordData = 3;
+    EXPECT_EQ(notes->Recordset(request)->value(kSubject), QStringLiteral("c"));
+    request.RecordData = QVariantList();
+    EXPECT_TRUE(notes->Recordset(request)->AtEof()) << "no keys are no condition for all";
     request.RecordData = QStringLiteral("1\" OR [Status]=\"1");
     EXPECT_TRUE(notes->Recordset(request)->AtEof()) << "a value is never a condition";
     request.RecordData = QStringLiteral("1\" OR '[Status]=\"1");

@@ -13,8 +13,7 @@
 namespace yrw::test {
 
 /// Runs an action in so many processes, which begin once all are there; the status that each gives,
-/// -1 of one that died. None of them cleans up, as after a kill. The action opens for itself what
-/// it works with.
+/// -1 of one that died. The action opens for itself what it works with.
 inline std::vector<int> inProcesses(int count, const std::function<int()>& action) {
     int gate[2];
     EXPECT_EQ(::pipe(gate), 0);
