@@ -9,17 +9,6 @@ protected:
     QString m_script;
 };
 
-void write(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray read(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 TEST_F(BadDatabasesTest, EachIsStatusThreeAndOneLineThatNamesTheFile) {
     run("add --subject a");
     const QByteArray good = read(notesPath());
@@ -67,21 +56,12 @@ TEST_F(BadDatabasesTest, ALockedOneCanBeReadAndIsNotWaitedForForever) {
     const Ref<dao::Database> held = other->OpenDatabase(notesPath());
     run("list"); // the user names are there
     const dao::Transaction lock(*held);
-    QBuffer in;
-    QBuffer out;
-    QBuffer err;
-    in.open(QIODevice::ReadOnly);
-    out.open(QIODevice::WriteOnly);
-    err.open(QIODevice::WriteOnly);
-    const auto runNow = [&](const QStringList& words) {
-        const QStringList head{QStringLiteral("yrwnotes"), QStringLiteral("--data"), folder.path()};
-        return runCommand(head + words, {in, out, err}, {{Clock::instance(), files}, settings});
-    };
-    EXPECT_EQ(runNow({QStringLiteral("list")}), kExitDone);
-    EXPECT_EQ(runNow({QStringLiteral("add"), QStringLiteral("--subject"), QStringLiteral("a")}),
-              kExitFailed);
-    EXPECT_EQ(err.data().count('\n'), 1);
-    EXPECT_TRUE(err.data().contains(notesPath().toUtf8()));
+    running = &Clock::instance();
+    EXPECT_EQ(run("list").status, kExitDone);
+    const Outcome added = run("add --subject a");
+    EXPECT_EQ(added.status, kExitFailed);
+    EXPECT_EQ(added.err.count(u'\n'), 1);
+    EXPECT_TRUE(added.err.contains(notesPath()));
 }
 
 TEST_F(BadDatabasesTest, CheckFindsAndRepairs) {

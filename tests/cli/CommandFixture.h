@@ -51,7 +51,8 @@ protected:
         err.open(QIODevice::WriteOnly);
         const ExitStatus status =
             runCommand(QStringList(QStringLiteral("yrwnotes")) + arguments,
-                       {in, out, err, onTerminal, onTerminal}, {{clock, files}, settings});
+                       {in, out, err, onTerminal, onTerminal},
+                       {{running != nullptr ? *running : clock, files}, settings});
         return {status, QString::fromUtf8(out.data()), QString::fromUtf8(err.data())};
     }
     /// Runs the command over the data folder.
@@ -69,7 +70,19 @@ protected:
         workspace->Close();
     }
 
+    static void write(const QString& path, const QByteArray& bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+    /// The bytes of a file; none where it is not there.
+    static QByteArray read(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     QTemporaryDir folder;
+    Clock* running = nullptr; ///< instead of the one that stands
     ManualClock clock{QDateTime(QDate(2026, 3, 10), QTime(9, 0))};
     FileSystem files;
     SettingsStore settings{folder.filePath(QStringLiteral("settings"))};

@@ -89,10 +89,9 @@ TEST_F(CommandsTest, ListSortsTextsInTheUsersLanguage) {
 
 TEST_F(CommandsTest, AddsANoteThatListAndShowGiveBack) {
     const QString text = QString::fromUtf8("Quotes \" ' and\nünïcödé \xF0\x9F\x97\x92");
-    const Outcome added = run(
-        {QStringLiteral("--user"), QStringLiteral("BEN"), QStringLiteral("add"),
-         QStringLiteral("--subject"), QStringLiteral("Call \"Quill\""), QStringLiteral("--text"),
-         text, QStringLiteral("--owner"), QStringLiteral("cu:2"), QStringLiteral("--private")});
+    const Outcome added =
+        run({"--user", "BEN", "add", "--subject", "Call \"Quill\"", "--text", text, "--owner",
+             "cu:2", "--private", "--auto-show", "--remind", "me", "--at", "2026-03-11"});
     EXPECT_EQ(added.status, kExitDone) << qPrintable(added.err);
     EXPECT_EQ(added.out, QStringLiteral("1\n"));
 
@@ -110,17 +109,20 @@ TEST_F(CommandsTest, AddsANoteThatListAndShowGiveBack) {
                     {"Date", QStringLiteral("2026-03-10 09:00:00")},
                     {"Status", 1},
                     {"NoteType", 2},
-                    {"AutomaticallyShow", false},
+                    {"AutomaticallyShow", true},
                     {"OwnerComponentProgID", QStringLiteral("YRWDesk.Application")},
                     {"OwnerProgID", QStringLiteral("YRWDesk.Customers")},
                     {"OwnerObjectKey", QStringLiteral("cu")},
                     {"OwnerRecordID", 2},
                     {"RecordUserID", 2},
                     {"RecordUserCode", QStringLiteral("BEN")},
-                    {"ReminderDate", QJsonValue::Null}};
+                    {"ReminderType", 2},
+                    {"ReminderDate", QStringLiteral("2026-03-11 00:00:00")}};
     for (const auto& e : expected) {
         EXPECT_EQ(row.value(QLatin1String(e.field)), e.value) << e.field;
     }
+    run("add --subject plain");
+    EXPECT_TRUE(run("list --json").json().last()["ReminderDate"].isNull());
 }
 
 TEST_F(CommandsTest, AddReadsRichTextFromStandardInput) {
@@ -181,14 +183,12 @@ TEST_F(CommandsTest, RemindsWhomItIsTold) {
     qint64 id = 0;
     for (const auto& c : cases) {
         const Outcome added =
-            run({QStringLiteral("--user"), QStringLiteral("BEN"), QStringLiteral("add"),
-                 QStringLiteral("--subject"), QStringLiteral("s"), QStringLiteral("--remind"),
-                 QString::fromLatin1(c.who), QStringLiteral("--at"),
-                 QStringLiteral("2026-03-10 09:30")});
+            run(QString("--user BEN add --subject s --at 2026-03-10T09:30 --remind %1")
+                    .arg(c.who)
+                    .split(u' '));
         EXPECT_EQ(added.out, QStringLiteral("%1\n").arg(++id)) << qPrintable(added.err);
-        QStringList users = run(QStringList{QStringLiteral("reminders"), QStringLiteral("--note"),
-                                            QString::number(id), QStringLiteral("--json")})
-                                .column(QStringLiteral("UserID"));
+        QStringList users =
+            run({"reminders", "--note", QString::number(id), "--json"}).column("UserID");
         users.sort();
         EXPECT_EQ(users.join(u','), QLatin1String(c.userIDs)) << c.who;
         EXPECT_EQ(run("list --json").json().last()[QStringLiteral("ReminderType")], c.kind);
@@ -197,18 +197,6 @@ TEST_F(CommandsTest, RemindsWhomItIsTold) {
     clock.advance(30 * 60);
     EXPECT_EQ(run("--user CARA reminders --due --json").column(QStringLiteral("NoteID")),
               (QStringList{QStringLiteral("3"), QStringLiteral("4")}));
-}
-
-TEST_F(CommandsTest, AnAddThatCannotBeDoneWholeIsNotDone) {
-    const char* const cases[] = {"add --subject a --owner cu:99", "add --subject a --owner zz:1",
-                                 "add --subject a --remind users:ANNA,NOBODY --at 2026-03-11",
-                                 "--user NOBODY add --subject a"};
-    for (const char* const words : cases) {
-        const Outcome outcome = run(words);
-        EXPECT_EQ(outcome.status, kExitNothing) << words;
-        EXPECT_EQ(outcome.err.count(u'\n'), 1) << words;
-    }
-    EXPECT_TRUE(run("list --json").json().isEmpty());
 }
 
 TEST_F(CommandsTest, FinishesReopensAndDeletes) {
@@ -227,24 +215,33 @@ TEST_F(CommandsTest, FinishesReopensAndDeletes) {
     EXPECT_TRUE(run("reminders --json").json().isEmpty());
 }
 
-TEST_F(CommandsTest, AnErrorNamesWhatItIsAbout) {
+TEST_F(CommandsTest, AnErrorNamesWhatItIsAboutAndNothingIsDoneByHalves) {
     QTemporaryDir elsewhere;
     const QString file = elsewhere.filePath(QStringLiteral("no.rtf"));
+    const QString add = "add --subject a ";
     const struct {
-        QStringList words;
+        QString words;
         QString begins;
+        ExitStatus status = kExitNothing;
     } cases[] = {
-        {{"show", "9999"}, "Note 9999 was not found."},
-        {{"done", "9999"}, "Note 9999 was not found."},
-        {{"delete", "9999"}, "Note 9999 was not found."},
-        {{"reminders", "--note", "9999"}, "Note 9999 was not found."},
-        {{"add", "--subject", "s", "--rtf", file}, file},
-        {{"--user", "A\x1b[2J", "list"}, "There is no user 'A [2J'."},
+        {"show 9999", "Note 9999 was not found."},
+        {"done 9999", "Note 9999 was not found."},
+        {"delete 9999", "Note 9999 was not found."},
+        {"reminders --note 9999", "Note 9999 was not found."},
+        {add + "--rtf " + file, file, kExitFailed},
+        {"--user A\x1b[2J list", "There is no user 'A [2J'."},
+        {"--user NOBODY " + add.trimmed(), "There is no user 'NOBODY'."},
+        {add + "--owner cu:99", {}},
+        {add + "--owner zz:1", {}},
+        {add + "--remind users:ANNA,NOBODY --at 2026-03-11", {}},
     };
     for (const auto& c : cases) {
-        const QString err = run(c.words).err;
-        EXPECT_TRUE(err.startsWith(u"yrwnotes: " + c.begins)) << qPrintable(err);
+        const Outcome outcome = run(c.words.split(u' '));
+        EXPECT_EQ(outcome.status, c.status) << qPrintable(c.words);
+        EXPECT_EQ(outcome.err.count(u'\n'), 1) << qPrintable(c.words);
+        EXPECT_TRUE(outcome.err.startsWith(u"yrwnotes: " + c.begins)) << qPrintable(outcome.err);
     }
+    EXPECT_TRUE(run("list --json").json().isEmpty());
 }
 
 TEST_F(CommandsTest, ATimeThatTheClocksLeaveOutIsTakenAsTheOneAfterIt) {

@@ -147,22 +147,15 @@ TEST_F(ExportTest, CalendarLinesAreFoldedEscapedAndAlarmed) {
                                QString(text).replace(u'\n', QStringLiteral("\\n"))));
 }
 
-TEST_F(ExportTest, WritesAFileWholeOrNotAtAll) {
+TEST_F(ExportTest, WritesAFile) {
     const QString path = folder.filePath(QStringLiteral("out.csv"));
     const QStringList words{QStringLiteral("export"), QStringLiteral("--format"),
                             QStringLiteral("csv"), QStringLiteral("--output")};
     EXPECT_EQ(run(words + QStringList(path)).status, kExitDone);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromUtf8(file.readAll()), run("export --format csv").out);
-    QTemporaryDir elsewhere;
-    const QString nowhere = elsewhere.filePath(QStringLiteral("no/such/folder"));
-    const Outcome failed = run(words + QStringList(nowhere));
-    EXPECT_EQ(failed.status, kExitFailed);
-    EXPECT_TRUE(failed.err.startsWith(u"yrwnotes: " + nowhere)) << qPrintable(failed.err);
+    EXPECT_EQ(QString::fromUtf8(read(path)), run("export --format csv").out);
 }
 
-TEST_F(ExportTest, NeverOverwritesTheData) {
+TEST_F(ExportTest, NeitherItNorABackupOverwritesTheData) {
     QTemporaryDir elsewhere;
     const auto link = [&](const char* name, const QString& to) {
         const QString path = elsewhere.filePath(QLatin1String(name));
@@ -181,12 +174,19 @@ TEST_F(ExportTest, NeverOverwritesTheData) {
         link("dangling", notesPath() + QStringLiteral("-journal")),
         linkedFolder + QStringLiteral("/Notes.mdb-journal"),
         hard,
+        folder.path(),
+        elsewhere.filePath(QStringLiteral("no/such/folder")),
     };
     for (const QString& path : cases) {
-        const Outcome refused = run({QStringLiteral("export"), QStringLiteral("--format"),
-                                     QStringLiteral("json"), QStringLiteral("--output"), path});
-        EXPECT_EQ(refused.status, kExitFailed) << qPrintable(path);
-        EXPECT_TRUE(refused.err.startsWith(u"yrwnotes: " + path)) << qPrintable(refused.err);
+        for (const bool isBackup : {false, true}) {
+            const QStringList words = isBackup
+                                          ? QStringList{"backup"}
+                                          : QStringList{"export", "--format", "json", "--output"};
+            const QString named = isBackup ? QDir::cleanPath(path) : path;
+            const Outcome refused = run(words + QStringList(path));
+            EXPECT_EQ(refused.status, kExitFailed) << qPrintable(path);
+            EXPECT_TRUE(refused.err.startsWith(u"yrwnotes: " + named)) << qPrintable(refused.err);
+        }
     }
     EXPECT_EQ(run("list --json").json().size(), 2);
     EXPECT_FALSE(QFile::exists(notesPath() + QStringLiteral("-journal")));

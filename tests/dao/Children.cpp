@@ -2,9 +2,9 @@
 
 #include "platform/dao/Database.h"
 #include "platform/dao/OnlineBackup.h"
+#include "tests/dao/DaoFixture.h"
 
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -13,25 +13,6 @@
 namespace yrw::dao {
 
 namespace {
-
-qint64 addRow(Database& database, const QString& table, const ValueList& values) {
-    const auto rows = database.OpenRecordset(table, RecordsetType::Table);
-    rows->AddNew();
-    for (const auto& [name, value] : values) {
-        rows->setValue(name, value);
-    }
-    rows->Update();
-    return rows->LastModified().place();
-}
-
-qint64 addNoteWithReminder(Database& database, const QString& subject) {
-    Transaction transaction(database);
-    const qint64 note = addRow(database, u"tblNotes"_qs,
-                               {{u"Subject"_qs, subject}, {u"PlainNote"_qs, QString(5000, u'p')}});
-    addRow(database, u"tblReminders"_qs, {{u"NoteID"_qs, note}, {u"UserID"_qs, 1}});
-    transaction.commit();
-    return note;
-}
 
 Ref<Database> open(const QString& file) {
     static FileSystem files;
@@ -42,7 +23,7 @@ Ref<Database> open(const QString& file) {
 int writeForEver(const QString& file) {
     const auto database = open(file);
     for (;;) {
-        std::printf("%lld\n", addNoteWithReminder(*database, u"child"_qs));
+        std::printf("%lld\n", addNoteWithReminder(*database));
         std::fflush(stdout);
     }
 }
@@ -66,13 +47,13 @@ int mixOperations(const QString& file, int number, int operations) {
     for (int i = 0; i < operations; ++i) {
         switch (random.bounded(5)) {
         case 0:
-            addRow(*database, u"tblNotes"_qs, {{u"OwnerRecordID"_qs, number}});
+            add(*database, u"tblNotes"_qs, {{u"OwnerRecordID"_qs, number}});
             break;
         case 1:
             changeOne(*database, random, number);
             break;
         case 2: {
-            const qint64 note = addNoteWithReminder(*database, u"gone"_qs);
+            const qint64 note = addNoteWithReminder(*database);
             database->ExecuteQuery(u"delRemindersByNoteID"_qs, {{u"NoteID"_qs, note}});
             database->ExecuteQuery(u"delNoteByID"_qs, {{u"RecordID"_qs, note}});
             break;

@@ -122,45 +122,10 @@ TEST_F(ConditionTest, SelectionsNameTheirColumns) {
 
 // Texts thrown together from the grammar's own pieces reach deeper than noise does.
 TEST_F(ConditionTest, AnyTextIsEitherReadOrRefused) {
-    const QStringList pieces{u"[Subject]"_qs,
-                             u"RecordID"_qs,
-                             u"qryNotes."_qs,
-                             u"="_qs,
-                             u"<>"_qs,
-                             u">="_qs,
-                             u"("_qs,
-                             u")"_qs,
-                             u"\"x\""_qs,
-                             u"\""_qs,
-                             u"'"_qs,
-                             u"'y'"_qs,
-                             u"#2026-01-01#"_qs,
-                             u"#"_qs,
-                             u"1"_qs,
-                             u"-"_qs,
-                             u"2.5"_qs,
-                             u"."_qs,
-                             u" AND "_qs,
-                             u" OR "_qs,
-                             u" NOT "_qs,
-                             u" Is Null"_qs,
-                             u" Like "_qs,
-                             u" Between "_qs,
-                             u" In "_qs,
-                             u","_qs,
-                             u"True"_qs,
-                             u"Now()"_qs,
-                             u"["_qs,
-                             u"]"_qs,
-                             u";"_qs,
-                             u"--"_qs,
-                             u"DELETE FROM tblNotes"_qs,
-                             u"\0"_qs,
-                             u"\U0001F600"_qs,
-                             u" ORDER BY "_qs,
-                             u"*"_qs,
-                             u"?"_qs,
-                             u":yrw1"_qs};
+    const QStringList pieces =
+        u"[Subject]~RecordID~qryNotes.~=~<>~>=~(~)~\"x\"~\"~'~'y'~#2026-01-01#~#~1~-~2.5~.~ AND ~"
+        " OR ~ NOT ~ Is Null~ Like ~ Between ~ In ~,~True~Now()~[~]~;~--~DELETE FROM tblNotes~\0~"
+        "\U0001F600~ ORDER BY ~*~?~:yrw1"_qs.split(u'~');
     QRandomGenerator random(20260601);
     int accepted = 0;
     for (int round = 0; round < 20'000; ++round) {

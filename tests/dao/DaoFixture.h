@@ -1,24 +1,48 @@
 #pragma once
 
 #include "platform/clock/Clock.h"
-#include "platform/component/AutomationError.h"
 #include "platform/dao/Database.h"
 #include "platform/dao/Schema.h"
+#include "tests/support/Raised.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace yrw::dao {
+
+/// Adds a row and returns its key.
+inline qint64 add(Database& to, const QString& table, const ValueList& values) {
+    const auto rows = to.OpenRecordset(table, RecordsetType::Table);
+    rows->AddNew();
+    for (const auto& [name, value] : values) {
+        rows->setValue(name, value);
+    }
+    rows->Update();
+    rows->setBookmark(rows->LastModified());
+    return rows->value(u"RecordID").toLongLong();
+}
+
+/// Adds a long note and its reminder, in one transaction; the note's key.
+inline qint64 addNoteWithReminder(Database& to) {
+    Transaction transaction(to);
+    const qint64 note =
+        add(to, QStringLiteral("tblNotes"), {{QStringLiteral("PlainNote"), QString(9000, u'n')}});
+    add(to, QStringLiteral("tblReminders"),
+        {{QStringLiteral("NoteID"), note}, {QStringLiteral("UserID"), 1}});
+    transaction.commit();
+    return note;
+}
 
 /// A folder of its own with a fresh notes database, a clock that stands at noon of 1 June 2026, and
 /// a workspace.
 class DaoTest : public testing::Test {
 protected:
-    DaoTest() {
+    DaoTest() { makeDatabase(); }
+
+    /// Makes the file, which must not be there, and opens it.
+    void makeDatabase() {
         const Ref<Database> fresh = workspace->CreateDatabase(path());
         QFile script(QStringLiteral(YRW_SOURCE_DIR "/template/DB/YRWNOTES/Notes.sql"));
         EXPECT_TRUE(script.open(QIODevice::ReadOnly));
@@ -33,17 +57,6 @@ protected:
     /// A second connection to the same file, as another program has.
     [[nodiscard]] Ref<Database> another() { return workspace->OpenDatabase(path()); }
 
-    /// Adds a row and returns its key.
-    static qint64 add(Database& to, const QString& table, const ValueList& values) {
-        const auto rows = to.OpenRecordset(table, RecordsetType::Table);
-        rows->AddNew();
-        for (const auto& [name, value] : values) {
-            rows->setValue(name, value);
-        }
-        rows->Update();
-        rows->setBookmark(rows->LastModified());
-        return rows->value(u"RecordID").toLongLong();
-    }
     qint64 addNote(const ValueList& values) {
         return add(*database, QStringLiteral("tblNotes"), values);
     }
@@ -68,6 +81,16 @@ protected:
     Ref<Database> database;
 };
 
+/// Says of every file the same: on a network, or not.
+class FixedMount final : public MountTest {
+public:
+    explicit FixedMount(bool network) : m_network(network) {}
+    [[nodiscard]] bool isNetwork(const QString&) const override { return m_network; }
+
+private:
+    bool m_network;
+};
+
 /// What the names of tests call a type of recordset.
 inline void PrintTo(RecordsetType type, std::ostream* stream) {
     *stream << (type == RecordsetType::Table      ? "table"
@@ -78,12 +101,7 @@ inline void PrintTo(RecordsetType type, std::ostream* stream) {
 
 /// Number of the automation error that a call raises; 0 when it raises none.
 inline int errorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const AutomationError& error) {
-        return error.number();
-    }
-    return 0;
+    return test::raisedBy(call).number();
 }
 
 } // namespace yrw::dao

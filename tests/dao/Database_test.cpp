@@ -1,7 +1,6 @@
 #include "platform/dao/Connection.h"
 #include "tests/dao/DaoFixture.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
@@ -14,35 +13,15 @@ namespace yrw::dao {
 
 namespace {
 
-/// What every writer changes.
-const QStringList kStamps{u"ChangeDate"_qs, u"ChangeUserCode"_qs};
-
 class DatabaseTest : public DaoTest {
 protected:
     qint64 noteCount() {
         return database->OpenRecordset(u"tblNotes"_qs, RecordsetType::Table)->RecordCount();
     }
-    static QVariant read(Database& from, qint64 id, QStringView field) {
-        return from.OpenRecordset(u"SELECT * FROM qryNotes WHERE RecordID=%1"_qs.arg(id))
-            ->value(field);
-    }
     static Ref<Recordset> editing(Database& in, qint64 id) {
         auto rows = in.OpenRecordset(u"SELECT * FROM qryNotes WHERE RecordID=%1"_qs.arg(id));
         rows->Edit();
         return rows;
-    }
-    void writeFile(const QString& name, const QByteArray& bytes) const {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
-    [[nodiscard]] QString errorTextOfOpening(const QString& name) const {
-        try {
-            static_cast<void>(workspace->OpenDatabase(path(name)));
-        } catch (const AutomationError& error) {
-            return QString::number(error.number()) + u' ' + error.description();
-        }
-        return {};
     }
     /// Asks the file with the engine alone.
     [[nodiscard]] QString journalMode() const {
@@ -79,57 +58,9 @@ TEST_F(DatabaseTest, AScriptThatFailsLeavesNothing) {
         errorOf([&] { database->RunScript(u"CREATE TABLE a (x); CREATE TABLE tblNotes (x);"_qs); }),
         kErrorDatabaseEngine);
     EXPECT_FALSE(database->hasTable(u"a"_qs));
+    EXPECT_EQ(errorOf([&] { static_cast<void>(workspace->CreateDatabase(path())); }),
+              kErrorCannotOpenDatabase);
     EXPECT_TRUE(database->hasField(u"TBLNOTES"_qs, u"subject"_qs));
-}
-
-TEST_F(DatabaseTest, AnUpdateDoesNotOverwriteWhatSomebodyElseWrote) {
-    const qint64 id = addNote(u"first"_qs);
-    const auto mine = editing(*database, id);
-    const auto other = another();
-    const auto theirs = editing(*other, id);
-    theirs->setValue(u"Subject", u"theirs"_qs);
-    theirs->setValue(u"ChangeDate", clock.now());
-    theirs->setValue(u"ChangeUserCode", u"BEN"_qs);
-    theirs->Update();
-    mine->setValue(u"Subject", u"mine"_qs);
-    mine->setValue(u"PlainNote", u"text"_qs);
-    mine->setValue(u"ChangeDate", clock.now().addSecs(5));
-    mine->setValue(u"ChangeUserCode", u"ANNA"_qs);
-    mine->compareWith({}, kStamps);
-    try {
-        mine->Update();
-        FAIL() << "the conflict went unnoticed";
-    } catch (const ConflictError& error) {
-        EXPECT_EQ(error.number(), kErrorConflict);
-        EXPECT_EQ(error.current().count(), 1);
-        EXPECT_EQ(error.current().value(u"subject").toString(), u"theirs");
-    }
-    EXPECT_TRUE(mine->EditInProgress());
-    EXPECT_TRUE(read(*database, id, u"PlainNote").isNull()) << "nothing of it was written";
-    mine->Update(); // who tries again has seen what stands there
-    EXPECT_EQ(read(*other, id, u"Subject").toString(), u"mine");
-}
-
-TEST_F(DatabaseTest, ChangesToDifferentFieldsDoNotMeet) {
-    const qint64 id = addNote(u"first"_qs);
-    const auto text = editing(*database, id);
-    const auto other = another();
-    const auto done = editing(*other, id);
-    for (const auto& rows : {done, text}) {
-        rows->setValue(u"ChangeDate", clock.now());
-        rows->compareWith({}, kStamps);
-        clock.advance(1);
-    }
-    done->setValue(u"Status", 2);
-    done->Update();
-    text->setValue(u"PlainNote", u"text"_qs);
-    text->Update();
-    EXPECT_EQ(read(*database, id, u"Status").toInt(), 2);
-    EXPECT_EQ(read(*database, id, u"PlainNote").toString(), u"text");
-    const auto gone = editing(*database, id);
-    other->ExecuteQuery(u"delNoteByID"_qs, {{u"RecordID"_qs, id}});
-    gone->setValue(u"Subject", u"x"_qs);
-    EXPECT_EQ(errorOf([&] { gone->Update(); }), kErrorNoCurrentRecord);
 }
 
 /// A clock whose every look takes a second, so that deadlines come at once.
@@ -155,32 +86,6 @@ TEST_F(DatabaseTest, ALockedDatabaseSaysSoAndGoesOnLater) {
     }
     rows->Update();
     EXPECT_EQ(noteCount(), 1);
-}
-
-TEST_F(DatabaseTest, FilesThatAreNoDatabaseAreNamed) {
-    writeFile(u"zero.mdb"_qs, QByteArray());
-    writeFile(u"noise.mdb"_qs, QByteArray(9000, '\x5a'));
-    QFile good(path());
-    database->Close();
-    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
-    QByteArray bytes = good.readAll();
-    bytes.replace(100, 3000, QByteArray(3000, '\x17'));
-    writeFile(u"damaged.mdb"_qs, bytes);
-    QDir(folder.path()).mkdir(u"folder.mdb"_qs);
-    const std::pair<QString, int> cases[] = {
-        {u"missing.mdb"_qs, kErrorCannotOpenDatabase}, {u"folder.mdb"_qs, kErrorCannotOpenDatabase},
-        {u"zero.mdb"_qs, kErrorNotADatabase},          {u"noise.mdb"_qs, kErrorNotADatabase},
-        {u"damaged.mdb"_qs, kErrorNotADatabase},
-    };
-    for (const auto& [name, number] : cases) {
-        const QString error = errorTextOfOpening(name);
-        EXPECT_TRUE(error.startsWith(QString::number(number))) << error.toStdString();
-        EXPECT_TRUE(error.contains(path(name))) << error.toStdString();
-        EXPECT_FALSE(error.contains(u'\n'));
-        EXPECT_FALSE(error.contains(u'%'));
-    }
-    EXPECT_EQ(errorOf([&] { static_cast<void>(workspace->CreateDatabase(path())); }),
-              kErrorCannotOpenDatabase);
 }
 
 TEST_F(DatabaseTest, ClosingTheWorkspaceClosesWhatItOpened) {
@@ -236,15 +141,6 @@ TEST_F(DatabaseTest, ReadsOfOneTurnSeeOneStateAndTheNextTurnSeesTheNext) {
     seek->Seek(u"=", {id});
     EXPECT_TRUE(seek->NoMatch()) << "outside a loop every read stands alone";
 }
-
-class FixedMount final : public MountTest {
-public:
-    explicit FixedMount(bool network) : m_network(network) {}
-    [[nodiscard]] bool isNetwork(const QString&) const override { return m_network; }
-
-private:
-    bool m_network;
-};
 
 class JournalTest : public DatabaseTest {
 protected:
@@ -455,20 +351,6 @@ TEST_F(DatabaseTest, TextInTheFileReachesNoOtherFileAndComesToAnEnd) {
         EXPECT_TRUE(shared->CheckIntegrity().isEmpty()) << "the connection goes on";
         shared->Close();
     }
-}
-
-TEST_F(DatabaseTest, TheIntegrityCheckFindsDamage) {
-    for (int i = 0; i < 300; ++i) {
-        addNote(QString(200, u'x'));
-    }
-    EXPECT_TRUE(database->CheckIntegrity().isEmpty());
-    database->Close();
-    QFile file(path());
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    file.seek(file.size() - 4096);
-    file.write(QByteArray(2000, '\x33'));
-    file.close();
-    EXPECT_FALSE(workspace->OpenDatabase(path())->CheckIntegrity().isEmpty());
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "tests/dao/FaultyDisk.h"
 
-#include <cstring>
+#include <map>
 
 #include <sqlite3.h>
 
@@ -11,20 +11,21 @@ namespace {
 struct State {
     sqlite3_vfs* below = nullptr;
     sqlite3_vfs shim{};
+    sqlite3_io_methods real{}; ///< whose writing and syncing is ours
+    /// The methods of files, by those that they would have, with ours among them.
+    std::map<const sqlite3_io_methods*, sqlite3_io_methods> methods;
     FaultyDisk::Fault fault = FaultyDisk::Fault::None;
     int left = 0;
     bool failed = false;
-    long calls = 0;
 };
 State& state() {
     static State instance;
     return instance;
 }
 
-/// Counts a call; true when it is to fail.
+/// True when a call is to fail.
 bool fails(FaultyDisk::Fault kind) {
     State& now = state();
-    ++now.calls;
     const bool mine = now.fault == kind ||
                       (now.fault == FaultyDisk::Fault::Space && kind == FaultyDisk::Fault::Write);
     if (!mine || now.left-- > 0) {
@@ -34,70 +35,26 @@ bool fails(FaultyDisk::Fault kind) {
     return true;
 }
 
-/// An open file: our methods first, the file below right behind.
-struct File {
-    sqlite3_file base;
-    sqlite3_file* below() { return reinterpret_cast<sqlite3_file*>(this + 1); }
-    static File* of(sqlite3_file* file) { return reinterpret_cast<File*>(file); }
-};
-
-template <auto Method, class... Args>
-int forward(sqlite3_file* file, Args... args) {
-    fails(FaultyDisk::Fault::None);
-    sqlite3_file* below = File::of(file)->below();
-    return (below->pMethods->*Method)(below, args...);
-}
-
 int write(sqlite3_file* file, const void* data, int size, sqlite3_int64 at) {
     if (fails(FaultyDisk::Fault::Write)) {
         return state().fault == FaultyDisk::Fault::Space ? SQLITE_FULL : SQLITE_IOERR_WRITE;
     }
-    sqlite3_file* below = File::of(file)->below();
-    return below->pMethods->xWrite(below, data, size, at);
+    return state().real.xWrite(file, data, size, at);
 }
 
 int sync(sqlite3_file* file, int flags) {
-    if (fails(FaultyDisk::Fault::Sync)) {
-        return SQLITE_IOERR_FSYNC;
-    }
-    sqlite3_file* below = File::of(file)->below();
-    return below->pMethods->xSync(below, flags);
+    return fails(FaultyDisk::Fault::Sync) ? SQLITE_IOERR_FSYNC : state().real.xSync(file, flags);
 }
-
-void barrier(sqlite3_file* file) {
-    sqlite3_file* below = File::of(file)->below();
-    below->pMethods->xShmBarrier(below);
-}
-
-using Io = sqlite3_io_methods;
-const Io kMethods{
-    3,
-    &forward<&Io::xClose>,
-    &forward<&Io::xRead, void*, int, sqlite3_int64>,
-    &write,
-    &forward<&Io::xTruncate, sqlite3_int64>,
-    &sync,
-    &forward<&Io::xFileSize, sqlite3_int64*>,
-    &forward<&Io::xLock, int>,
-    &forward<&Io::xUnlock, int>,
-    &forward<&Io::xCheckReservedLock, int*>,
-    &forward<&Io::xFileControl, int, void*>,
-    &forward<&Io::xSectorSize>,
-    &forward<&Io::xDeviceCharacteristics>,
-    &forward<&Io::xShmMap, int, int, int, void volatile**>,
-    &forward<&Io::xShmLock, int, int, int>,
-    &barrier,
-    &forward<&Io::xShmUnmap, int>,
-    &forward<&Io::xFetch, sqlite3_int64, int, void**>,
-    &forward<&Io::xUnfetch, sqlite3_int64, void*>,
-};
 
 int open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* outFlags) {
-    File* mine = File::of(file);
-    mine->base.pMethods = nullptr;
-    const int code = state().below->xOpen(state().below, name, mine->below(), flags, outFlags);
-    if (mine->below()->pMethods != nullptr) {
-        mine->base.pMethods = &kMethods;
+    State& now = state();
+    const int code = now.below->xOpen(now.below, name, file, flags, outFlags);
+    if (file->pMethods != nullptr) {
+        now.real = *file->pMethods;
+        sqlite3_io_methods& mine = now.methods.try_emplace(file->pMethods, now.real).first->second;
+        mine.xWrite = &write;
+        mine.xSync = &sync;
+        file->pMethods = &mine;
     }
     return code;
 }
@@ -111,7 +68,6 @@ FaultyDisk::FaultyDisk() {
     now.shim = *now.below;
     now.shim.pNext = nullptr;
     now.shim.zName = "faulty";
-    now.shim.szOsFile = int(sizeof(File)) + now.below->szOsFile;
     now.shim.xOpen = &open;
     sqlite3_vfs_register(&now.shim, 1);
 }
@@ -129,10 +85,6 @@ void FaultyDisk::failAfter(Fault fault, int calls) {
 
 bool FaultyDisk::hasFailed() const {
     return state().failed;
-}
-
-long FaultyDisk::calls() const {
-    return state().calls;
 }
 
 } // namespace yrw::dao

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <memory>
-
 #include <ostream>
 
 namespace yrw::dao {
 
-/// A file layer between the engine and the disk that counts calls and can fail on purpose.
+/// A file layer between the engine and the disk that can fail on purpose.
 ///
 /// While it lives it serves every database that is opened; one at a time.
 class FaultyDisk {
@@ -23,8 +21,6 @@ public:
     void heal() { failAfter(Fault::None, 0); }
     /// True when a call has failed since `failAfter`.
     [[nodiscard]] bool hasFailed() const;
-    /// Calls of any kind that reached the disk so far.
-    [[nodiscard]] long calls() const;
 };
 
 /// What the names of tests call a fault.

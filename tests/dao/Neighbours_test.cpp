@@ -182,11 +182,6 @@ TEST_F(NeighboursTest, ANewFileBelongsToTheGroupOfItsFolder) {
     EXPECT_EQ(status.st_mode & 0777U, 0660U);
 }
 
-class OnNetwork final : public MountTest {
-public:
-    [[nodiscard]] bool isNetwork(const QString&) const override { return true; }
-};
-
 /// Another program that keeps the whole file to itself.
 class Holder {
 public:
@@ -228,7 +223,7 @@ protected:
         transaction.commit();
     }
     FileSystem files_;
-    OnNetwork network;
+    FixedMount network{true};
 };
 
 TEST_F(LockedTest, APageOfBriefReadsGoesOnWithoutAndComesBack) {

@@ -141,11 +141,7 @@ TEST_F(TextIndexTest, WhatWasWrittenPastItIsNoticedAndRepaired) {
         EXPECT_EQ(found("moved"), "1 2");
         database->Close();
         ASSERT_TRUE(QFile::remove(path()));
-        const Ref<Database> fresh = workspace->CreateDatabase(path());
-        QFile script(QStringLiteral(YRW_SOURCE_DIR "/template/DB/YRWNOTES/Notes.sql"));
-        ASSERT_TRUE(script.open(QIODevice::ReadOnly));
-        fresh->RunScript(QString::fromUtf8(script.readAll()));
-        database = fresh;
+        makeDatabase();
         index = open(database);
     }
 }

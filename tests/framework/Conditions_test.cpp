@@ -52,17 +52,5 @@ TEST(HostDataHelperTest, WritesLiteralsByKind) {
     EXPECT_THROW(HostDataHelper::EqualCondition("F", "x\" OR 'a'='a"), AutomationError);
 }
 
-TEST(HostDataHelperTest, SelectsKeys) {
-    const HostDataHelper helper;
-    const QString key = QStringLiteral("RecordID");
-    const QString query = QStringLiteral("qryNotes");
-    EXPECT_EQ(helper.BuildQuerySQL(query, 77, key),
-              QStringLiteral("SELECT qryNotes.* FROM qryNotes WHERE [RecordID]=77"));
-    EXPECT_EQ(helper.BuildQuerySQL(query, QVariantList{1, 2}, key),
-              QStringLiteral("SELECT qryNotes.* FROM qryNotes WHERE [RecordID] In (1,2)"));
-    EXPECT_EQ(helper.BuildQuerySQL(query, QVariantList(), key),
-              QStringLiteral("SELECT qryNotes.* FROM qryNotes WHERE [RecordID] Is Null"));
-}
-
 } // namespace
 } // namespace yrw

@@ -1,6 +1,6 @@
 #include "framework/ErrorGuards.h"
 #include "framework/Settings.h"
-#include "tests/support/SilentPrompt.h"
+#include "tests/support/PromptScript.h"
 #include "tests/support/StoredSettings.h"
 
 #include <QFile>
@@ -15,20 +15,6 @@ namespace {
 
 using test::storedText;
 using test::storeText;
-
-/// A prompt that remembers the last report and answers file dialogs.
-class RecordingPrompt final : public SilentPrompt {
-public:
-    void errorReport(const ErrorReport& report) override { lastReport = report; }
-    QStringList openFiles(const FileRequest& request) override {
-        lastRequest = request;
-        return files;
-    }
-
-    ErrorReport lastReport;
-    FileRequest lastRequest;
-    QStringList files;
-};
 
 TEST(HostUtilityTest, TurnsTextIntoBooleans) {
     const struct {
@@ -63,24 +49,26 @@ TEST(HostUtilityTest, ReadsNullsAndKeys) {
 }
 
 TEST(HostUtilityTest, OpenFileGivesTheFirstPathAndPassesTheFlag) {
-    RecordingPrompt prompt;
+    PromptScript prompt;
     const HostUtility utility(prompt);
+    prompt.chooseFiles({});
     EXPECT_EQ(utility.OpenFile({}, {}, {}, 0), QString());
-    prompt.files = {QStringLiteral("/a"), QStringLiteral("/b")};
+    prompt.chooseFiles({QStringLiteral("/a"), QStringLiteral("/b")});
     EXPECT_EQ(utility.OpenFile({}, {}, {}, kOpenFileAllowSeveral | 4), QStringLiteral("/a"));
-    EXPECT_TRUE(prompt.lastRequest.several);
+    EXPECT_TRUE(prompt.fileRequests.last().several);
 }
 
 TEST(ErrorGuardsTest, ReportCarriesTheFixedWordsAndTheReason) {
-    RecordingPrompt prompt;
+    PromptScript prompt;
     const HostUtility utility(prompt);
+    prompt.expectReport();
     const QString source = QStringLiteral("YRWNOTES.AddIn.ShowNotes");
     EXPECT_FALSE(reportErrors(utility, source, QStringLiteral("M"), QStringLiteral("T"),
                               [] { throw std::runtime_error("reason"); }));
-    EXPECT_EQ(prompt.lastReport.source, source);
-    EXPECT_EQ(prompt.lastReport.message, QStringLiteral("M"));
-    EXPECT_EQ(prompt.lastReport.title, QStringLiteral("T"));
-    EXPECT_EQ(prompt.lastReport.description, QStringLiteral("reason"));
+    EXPECT_EQ(prompt.reports.last().source, source);
+    EXPECT_EQ(prompt.reports.last().message, QStringLiteral("M"));
+    EXPECT_EQ(prompt.reports.last().title, QStringLiteral("T"));
+    EXPECT_EQ(prompt.reports.last().description, QStringLiteral("reason"));
     EXPECT_TRUE(reportErrors(utility, source, {}, {}, [] {}));
     EXPECT_FALSE(ignoreErrors([] { throw 1; }));
 }

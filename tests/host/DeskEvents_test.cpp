@@ -1,9 +1,8 @@
-// Every event of the contract is raised by what a user does.
+// Events of the contract are raised by what a user does; the grid's own are told by its tests.
 #include "tests/host/DeskFixture.h"
 
 #include <QComboBox>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMenu>
 #include <QTimer>
 #include <QWheelEvent>
@@ -137,35 +136,12 @@ TEST_F(DeskEvents, ANewRecordIsBegunAndDropped) {
     EXPECT_EQ(upperGrid().rowCount(), 40);
 }
 
-TEST_F(DeskEvents, EditingACellUpdatesItsColumn) {
-    upperGrid().setCurrentColumn(upperGrid().columnOf("Contact"));
-    press(Qt::Key_F2);
-    press(Qt::Key_A, Qt::ControlModifier);
-    type("Nobody Inparticular");
-    press(Qt::Key_Return);
-    EXPECT_TRUE(happens("upper.AfterColUpdate"));
-    press(Qt::Key_Down);
-    press(Qt::Key_Up);
-    EXPECT_EQ(upperText("Contact"), "Nobody Inparticular");
-}
-
 TEST_F(DeskEvents, WheelingScrolls) {
     QWidget* body = upperGrid().childAt(upperGrid().cellRect(2, 1).center());
     QWheelEvent wheel(QPointF(20, 20), body->mapToGlobal(QPointF(20, 20)), {}, QPoint(0, -240),
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(body, &wheel);
     EXPECT_TRUE(happens("upper.Scroll"));
-}
-
-TEST_F(DeskEvents, RowsAskForTheirStyleOnlyWhereItIsFetched) {
-    EXPECT_FALSE(log->contains("upper.FetchRowStyle"));
-    upperGrid().setFetchRowStyle(0, true);
-    upperGrid().setFetchCellStyle(0, true);
-    EXPECT_TRUE(happens("upper.FetchRowStyle"));
-    EXPECT_TRUE(happens("upper.FetchCellStyle"));
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return upperGrid().paintedRowColour(2) == QColor(192, 192, 255);
-    })) << qPrintable(upperGrid().paintedRowColour(2).name());
 }
 
 TEST_F(DeskEvents, TheGridsMenuCarriesTheAddInsTool) {

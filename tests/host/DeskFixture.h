@@ -111,13 +111,6 @@ private:
         IRecordGrid& grid = *controller.Grid();
         listen(grid.RowColChange, who, "RowColChange");
         listen(grid.Scroll, who, "Scroll");
-        listen(grid.AfterColUpdate, who, "AfterColUpdate");
-        m_connections.push_back(
-            grid.FetchRowStyle.connect([this, who](int, dao::Bookmark, RowStyle& style) {
-                note(who, "FetchRowStyle");
-                style.setBackColor(16761024);
-            }));
-        listen(grid.FetchCellStyle, who, "FetchCellStyle");
     }
     void connectBars(IHostComponent& component) {
         m_connections.push_back(component.Toolbar()->Click.connect(

@@ -1,11 +1,6 @@
-#include "platform/clock/Clock.h"
-
-#include <QTimeZone>
+#include "tests/support/ZoneClock.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <ctime>
 
 using namespace yrw;
 
@@ -36,15 +31,12 @@ TEST(ManualClock, PassesTimeOnBothClocksButIsSetOnOne) {
 }
 
 TEST(ManualClock, TimeRunsOnThroughTheHourThatComesTwice) {
-    qputenv("TZ", "Europe/Berlin");
-    tzset();
+    const test::InZone zone("Europe/Berlin");
     // 02:30:00.500 for the second time, an hour after the first.
     const qint64 moment = 1729989000500;
     ManualClock clock(QDateTime::fromMSecsSinceEpoch(moment));
     EXPECT_EQ(clock.now().toMSecsSinceEpoch(), moment - 500);
     EXPECT_EQ(clock.now().time(), QTime(2, 30));
-    qunsetenv("TZ");
-    tzset();
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "platform/component/ClassRegistry.h"
 #include "platform/disk/Unfinished.h"
 #include "platform/disk/WholeFile.h"
-#include "platform/files/FileSystem.h"
 #include "platform/settings/SettingsStore.h"
 #include "tests/support/FullDisk.h"
 
@@ -31,21 +30,6 @@ using Writer = std::function<bool(const QString& path, const QByteArray& content
 bool writeByRegistry(const QString& path, const QByteArray& content) {
     try {
         ClassRegistry(path).registerClass({u"Test.Class"_s, u"{id}"_s, u'/' + QString(content)});
-        return true;
-    } catch (const AutomationError&) {
-        return false;
-    }
-}
-
-bool writeByCopy(const QString& path, const QByteArray& content) {
-    QFile source(path + u".source");
-    if (!source.open(QIODevice::WriteOnly) || source.write(content) != content.size()) {
-        return false;
-    }
-    source.close();
-    try {
-        const test::FullDisk full(source.size() - 1);
-        FileSystem().copyFile(source.fileName(), path);
         return true;
     } catch (const AutomationError&) {
         return false;
@@ -96,10 +80,6 @@ TEST(WholeFileTest, OnADiskThatFillsTheOldFileStaysAndTheWriterSaysSo) {
         }
         EXPECT_TRUE(written);
     }
-    const QTemporaryDir folder;
-    ASSERT_FALSE(writeWholeFile(folder.filePath("copy"), "old"));
-    EXPECT_FALSE(writeByCopy(folder.filePath("copy"), "a small file"));
-    EXPECT_EQ(contentOf(folder.filePath("copy")), "old");
 }
 
 TEST(WholeFileTest, AKilledProgramLeavesNothingThatStays) {

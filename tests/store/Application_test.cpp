@@ -1,6 +1,5 @@
 #include "tests/support/NotesFixture.h"
-
-#include <functional>
+#include "tests/support/Raised.h"
 
 namespace yrw::test {
 namespace {
@@ -37,14 +36,10 @@ TEST_F(ApplicationTest, RefusesInItsOwnWords) {
         {[&] { (void)a.XDatabase(); }, member, "YRWNOTES.IApplication_XDatabase"},
     };
     for (const auto& c : cases) {
-        try {
-            c.call();
-            ADD_FAILURE() << c.source;
-        } catch (const AutomationError& error) {
-            EXPECT_EQ(error.number(), static_cast<int>(0x800407D0U));
-            EXPECT_EQ(error.description(), QLatin1String(c.description));
-            EXPECT_EQ(error.source(), QLatin1String(c.source));
-        }
+        const AutomationError error = raisedBy(c.call);
+        EXPECT_EQ(error.number(), static_cast<int>(0x800407D0U)) << c.source;
+        EXPECT_EQ(error.description(), QLatin1String(c.description));
+        EXPECT_EQ(error.source(), QLatin1String(c.source));
     }
 }
 

@@ -1,6 +1,5 @@
 #include "tests/support/NotesFixture.h"
-
-#include <functional>
+#include "tests/support/Raised.h"
 
 namespace yrw::test {
 namespace {
@@ -10,17 +9,6 @@ const QString kStatus = QStringLiteral("Status");
 const QString kRecordID = QStringLiteral("RecordID");
 
 using CollectionsTest = NotesFixture;
-
-/// The error that an action raises; a test failure when it raises none.
-AutomationError errorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const AutomationError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no error was raised";
-    return {0, {}, {}};
-}
 
 QStringList subjects(Notes& notes, int options = 0) {
     RecordsetRequest request;
@@ -34,17 +22,22 @@ QStringList subjects(Notes& notes, int options = 0) {
     return found;
 }
 
-TEST_F(CollectionsTest, TheThreePairsDifferByTheirTable) {
+TEST_F(CollectionsTest, TheThreePairsDifferByTheirTableAndTheSourcesOfTheirErrors) {
     Application& application = store.application();
+    addReminder(application, store.manualClock(), *store.addNote(QStringLiteral("a")), {}, 1);
     const struct {
         Ref<ICollection> collection;
         const char *table, *query, *key, *name, *className, *common, *display;
+        const char *itemSource, *fieldSource;
     } cases[] = {
-        {application.Notes(), "tblNotes", "xn", "xn", "Notes", "Notes", "NoteID", "Subject"},
+        {application.Notes(), "tblNotes", "xn", "xn", "Notes", "Notes", "NoteID", "Subject",
+         "YRWNOTES.Notes.ICollection_Item", "YRWNOTES.Note.IRecord_Field"},
         {application.Reminders(), "tblReminders", "xr", "xr", "Reminders", "Reminders",
-         "ReminderID", "RecordID"},
+         "ReminderID", "RecordID", "YRWNotes.Reminders.ICollection_Item",
+         "YRWNOTES.Reminder.IRecord_Field"},
         {application.SystemSettings(), "tblSystem", "qrySystem", "zz", "System Setting",
-         "SystemSettings", "", "RecordID"},
+         "SystemSettings", "", "RecordID", "YRWNOTES.SystemSettings.ICollection_Item",
+         "YRWSETKIT.SystemSetting.IRecord_Field"},
     };
     for (const auto& c : cases) {
         ICollection& collection = *c.collection;
@@ -56,39 +49,20 @@ TEST_F(CollectionsTest, TheThreePairsDifferByTheirTable) {
         EXPECT_EQ(collection.CommonFieldName(), QLatin1String(c.common));
         EXPECT_EQ(collection.ShortDisplayFieldName(), QLatin1String(c.display));
         EXPECT_EQ(collection.KeyField(), kRecordID);
-        EXPECT_EQ(errorOf([&] { (void)collection.Count(); }).number(), kErrorObjectRequired);
+        EXPECT_EQ(raisedBy([&] { (void)collection.Count(); }).number(), kErrorObjectRequired);
         collection.setShowFields(QStringList{kSubject});
         EXPECT_FALSE(collection.ShowFields().isValid());
         EXPECT_EQ(collection.Application(), Ref<IApplication>(&application));
         EXPECT_EQ(collection.Parent(), Ref<Counted>(&application));
-    }
-}
 
-TEST_F(CollectionsTest, ErrorsCarryTheirSources) {
-    store.addNote(QStringLiteral("a"));
-    qint64 id = 0;
-    const Ref<ICollection> reminders = store.application().Reminders();
-    reminders->Add({{QStringLiteral("NoteID"), 1}}, nullptr, id, false);
-    const struct {
-        Ref<ICollection> collection;
-        const char *itemSource, *fieldSource;
-    } cases[] = {
-        {store.application().Notes(), "YRWNOTES.Notes.ICollection_Item",
-         "YRWNOTES.Note.IRecord_Field"},
-        {reminders, "YRWNotes.Reminders.ICollection_Item", "YRWNOTES.Reminder.IRecord_Field"},
-        {store.application().SystemSettings(), "YRWNOTES.SystemSettings.ICollection_Item",
-         "YRWSETKIT.SystemSetting.IRecord_Field"},
-    };
-    for (const auto& c : cases) {
-        const Ref<IRecord> record = c.collection->Item(QVariant(1));
+        const Ref<IRecord> record = collection.Item(QVariant(1));
         const AutomationError field =
-            errorOf([&] { (void)record->Field(QStringLiteral("Nonsense")); });
+            raisedBy([&] { (void)record->Field(QStringLiteral("Nonsense")); });
         EXPECT_EQ(field.number(), kErrorFieldNotFound);
         EXPECT_EQ(field.source(), QLatin1String(c.fieldSource));
         EXPECT_EQ(field.description(), QStringLiteral("Field Nonsense does not exist."));
-
-        c.collection->Delete(QVariant(1)); // of the settings there is then none at all
-        const AutomationError item = errorOf([&] { (void)c.collection->Item(QVariant(77)); });
+        collection.Delete(QVariant(1)); // of the settings there is then none at all
+        const AutomationError item = raisedBy([&] { (void)collection.Item(QVariant(77)); });
         EXPECT_EQ(item.number(), kErrorRecordNotFound);
         EXPECT_EQ(item.source(), QLatin1String(c.itemSource));
         EXPECT_EQ(item.description(), QStringLiteral("Record : 77 was not found"));
@@ -107,7 +81,7 @@ TEST_F(CollectionsTest, ItemOfARecordsetMovesItOnAndNeverClosesIt) {
     EXPECT_EQ(rows->value(kSubject), QStringLiteral("a"));
     rows->MoveNext();
     (void)notes->Item(rows);
-    EXPECT_EQ(errorOf([&] { (void)notes->Item(rows); }).number(), kErrorRecordNotFound);
+    EXPECT_EQ(raisedBy([&] { (void)notes->Item(rows); }).number(), kErrorRecordNotFound);
     EXPECT_TRUE(rows->isOpen());
     rows->Close();
     EXPECT_EQ(first->value(kSubject), QStringLiteral("a")) << "a record outlives its recordset";
@@ -137,10 +111,10 @@ TEST_F(CollectionsTest, AddGivesTheRecordAsTheCallerAsks) {
     EXPECT_FALSE(rows->EditInProgress());
     const dao::Bookmark last = rows->Bookmark();
     rows->MoveFirst();
-    notes->Delete({}, rows, last);
+    EXPECT_TRUE(notes->Delete({}, rows, last));
     EXPECT_EQ(notes->NewEnum().front()->value(kSubject), "a");
 
-    const AutomationError error = errorOf([&] {
+    const AutomationError error = raisedBy([&] {
         notes->Add({{QStringLiteral("Nonsense"), 1}}, nullptr, id, false);
     });
     EXPECT_EQ(error.number(), kErrorNotInCollection);
@@ -193,7 +167,7 @@ TEST_F(CollectionsTest, AddTakesTheKeyByItsNameOrAddsNothing) {
         names->setApplication(store.applicationRef());
         qint64 id = 0;
         if (c.error != 0) {
-            EXPECT_EQ(errorOf([&] { names->Add(data, c.rows, id, true); }).number(), c.error);
+            EXPECT_EQ(raisedBy([&] { names->Add(data, c.rows, id, true); }).number(), c.error);
             EXPECT_EQ(rowsOfZoe(), 0);
             EXPECT_EQ(id, 0);
         } else {
@@ -203,19 +177,6 @@ TEST_F(CollectionsTest, AddTakesTheKeyByItsNameOrAddsNothing) {
             EXPECT_EQ(rowsOfZoe(), 1);
         }
     }
-}
-
-TEST_F(CollectionsTest, DeletedKeysAreNotGivenAgain) {
-    const Ref<Notes> notes = store.application().Notes();
-    const qint64 first = store.addNote(QStringLiteral("a"))->value(kRecordID).toLongLong();
-    EXPECT_TRUE(notes->Delete(first));
-    EXPECT_GT(store.addNote(QStringLiteral("b"))->value(kRecordID).toLongLong(), first);
-
-    const Ref<dao::Recordset> rows = notes->Recordset({});
-    const dao::Bookmark place = rows->Bookmark();
-    rows->MoveLast();
-    EXPECT_TRUE(notes->Delete(QVariant(), rows, place));
-    EXPECT_TRUE(notes->NewEnum().empty());
 }
 
 TEST_F(CollectionsTest, NotesAreThoseOfTheParent) {
@@ -277,6 +238,10 @@ TEST_F(CollectionsTest, KeysSortsAndFilters) {
     request = {};
     request.RecordData = QVariantList{1, 3};
     EXPECT_EQ(notes->Recordset(request)->RecordCount(), 2);
+    request.RecordData = 3;
+    EXPECT_EQ(notes->Recordset(request)->value(kSubject), QStringLiteral("c"));
+    request.RecordData = QVariantList();
+    EXPECT_TRUE(notes->Recordset(request)->AtEof()) << "no keys are no condition for all";
     request.RecordData = QStringLiteral("1\" OR [Status]=\"1");
     EXPECT_TRUE(notes->Recordset(request)->AtEof()) << "a value is never a condition";
     request.RecordData = QStringLiteral("1\" OR '[Status]=\"1");
@@ -308,6 +273,10 @@ TEST_F(CollectionsTest, ANoteCountsAndDeletesItsReminders) {
     EXPECT_EQ(store.application().Reminders()->NewEnum().size(), 3U);
     EXPECT_EQ(note->DeleteReminders(), 2);
     EXPECT_EQ(note->DeleteReminders(), 0);
+    addReminder(store.application(), store.manualClock(), *note, due, 1);
+    deleteNote(store.application(), note->value(kRecordID).toLongLong());
+    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
+    EXPECT_EQ(store.application().Reminders()->NewEnum().size(), 1U);
     EXPECT_EQ(other->NumberOfReminders(), 1);
 }
 

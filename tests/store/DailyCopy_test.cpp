@@ -1,13 +1,14 @@
 #include "store/DailyCopy.h"
 
 #include "platform/dao/Schema.h"
+#include "tests/store/Processes.h"
 #include "tests/support/NotesFixture.h"
 
 #include <QDir>
 
+#include <algorithm>
+
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace yrw::test {
 namespace {
@@ -89,33 +90,13 @@ TEST_F(DailyCopyTest, ShowsOneStateWhileOthersWrite) {
 TEST_F(DailyCopyTest, OneOfSeveralProgramsMakesIt) {
     const QString path = store.notesPath();
     store.closeDatabase();
-    int gate[2];
-    ASSERT_EQ(::pipe(gate), 0);
-    std::vector<pid_t> children;
-    for (int i = 0; i < 4; ++i) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            ::close(gate[1]);
-            char byte = 0;
-            if (::read(gate[0], &byte, 1) < 0) { // until all are there
-                ::_exit(1);
-            }
-            const Ref<dao::Workspace> workspace = dao::createWorkspace(store.engine());
-            DailyCopy copy(workspace->OpenDatabase(path), today);
-            ::_exit(finish(copy).isEmpty() ? 0 : 1);
-        }
-        children.push_back(child);
-    }
-    ::close(gate[0]);
-    ::close(gate[1]);
-    int made = 0;
-    for (const pid_t child : children) {
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        ASSERT_TRUE(WIFEXITED(status));
-        made += WEXITSTATUS(status);
-    }
-    EXPECT_EQ(made, 1);
+    const std::vector<int> made = inProcesses(4, [&] {
+        const Ref<dao::Workspace> workspace = dao::createWorkspace(store.engine());
+        DailyCopy copy(workspace->OpenDatabase(path), today);
+        return finish(copy).isEmpty() ? 0 : 1;
+    });
+    EXPECT_EQ(std::count(made.begin(), made.end(), 1), 1);
+    EXPECT_EQ(std::count(made.begin(), made.end(), 0), 3);
     EXPECT_EQ(copies(), QStringList("Notes 2026-03-10.mdb"));
     EXPECT_EQ(notesIn(folder() + "/Notes 2026-03-10.mdb"), 300);
 }
@@ -123,15 +104,14 @@ TEST_F(DailyCopyTest, OneOfSeveralProgramsMakesIt) {
 TEST_F(DailyCopyTest, WhatAKilledProgramLeftIsReplaced) {
     const QString path = store.notesPath();
     store.closeDatabase();
-    const pid_t child = ::fork();
-    if (child == 0) {
+    inProcesses(1, [&] {
         const Ref<dao::Workspace> workspace = dao::createWorkspace(store.engine());
         DailyCopy copy(workspace->OpenDatabase(path), today);
         copy.step(0);
         copy.step(0);
         ::_exit(0); // as a kill does: nothing is cleaned up
-    }
-    ::waitpid(child, nullptr, 0);
+        return 0;
+    });
     ASSERT_EQ(copies().size(), 1);
     ASSERT_FALSE(copies().first().endsWith(".mdb"));
     store.openNotes();

@@ -4,15 +4,13 @@
 #include "store/DatabaseCheck.h"
 #include "store/NotesTextIndex.h"
 #include "store/Salvage.h"
+#include "tests/store/Processes.h"
 #include "tests/support/NotesFixture.h"
-
-#include <QProcess>
+#include "tests/support/Raised.h"
 
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace yrw::test {
 namespace {
@@ -29,16 +27,14 @@ int openingError(const QString& path) {
     FileSystem files;
     HostDataHelper helper;
     const Ref<dao::Workspace> workspace = dao::createWorkspace({clock, files});
-    try {
-        openNotesDatabase(helper, workspace, path);
-        return 0;
-    } catch (const AutomationError& error) {
+    const AutomationError error = raisedBy([&] { openNotesDatabase(helper, workspace, path); });
+    if (error.number() != 0) {
         EXPECT_TRUE(error.description().contains(QFileInfo(path).fileName()))
             << qPrintable(error.description());
-        EXPECT_FALSE(error.description().contains(u'\n'));
+        EXPECT_FALSE(error.description().contains(u'\n') || error.description().contains(u'%'));
         EXPECT_FALSE(helper.hasDatabase());
-        return error.number();
     }
+    return error.number();
 }
 
 class NotesDatabaseTest : public NotesFixture {
@@ -58,14 +54,25 @@ protected:
 };
 
 TEST_F(NotesDatabaseTest, RefusesWhatIsNone) {
-    const QString folder = store.folder();
-    write(folder + QStringLiteral("/zero.mdb"), {});
-    write(folder + QStringLiteral("/random.mdb"), QByteArray(5000, '\x7f'));
-    EXPECT_EQ(openingError(folder + QStringLiteral("/missing.mdb")), kErrorCannotOpenDatabase);
-    EXPECT_EQ(openingError(folder + QStringLiteral("/zero.mdb")), kErrorNotADatabase);
-    EXPECT_EQ(openingError(folder + QStringLiteral("/random.mdb")), kErrorNotADatabase);
-    EXPECT_EQ(openingError(folder + QStringLiteral("/Host.mdb")), kErrorNotADatabase);
-    EXPECT_EQ(openingError(store.notesPath()), 0);
+    QFile good(store.notesPath());
+    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
+    write(store.folder() + "/damaged.mdb",
+          good.readAll().replace(100, 3000, QByteArray(3000, '\x17')));
+    write(store.folder() + "/zero.mdb", {});
+    write(store.folder() + "/random.mdb", QByteArray(5000, '\x7f'));
+    QDir(store.folder()).mkdir("folder.mdb");
+    const std::pair<const char*, int> cases[] = {
+        {"missing.mdb", kErrorCannotOpenDatabase},
+        {"folder.mdb", kErrorCannotOpenDatabase},
+        {"zero.mdb", kErrorNotADatabase},
+        {"random.mdb", kErrorNotADatabase},
+        {"damaged.mdb", kErrorNotADatabase},
+        {"Host.mdb", kErrorNotADatabase},
+        {"Notes.mdb", 0},
+    };
+    for (const auto& [name, error] : cases) {
+        EXPECT_EQ(openingError(store.folder() + u'/' + name), error) << name;
+    }
 }
 
 TEST_F(NotesDatabaseTest, AFilePutInPlaceIsOpenedWithoutWaitingForTheDisk) {
@@ -84,16 +91,12 @@ TEST_F(NotesDatabaseTest, AFilePutInPlaceIsOpenedWithoutWaitingForTheDisk) {
 
 /// True when another process meets a lock of this one on a file.
 bool isLockedForOthers(const QString& path) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        struct flock lock {};
-        lock.l_type = F_WRLCK;
-        const int file = ::open(qPrintable(path), O_RDWR);
-        ::_exit(::fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 1 : 0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 1;
+    return inProcesses(1, [&] {
+               struct flock lock {};
+               lock.l_type = F_WRLCK;
+               const int file = ::open(qPrintable(path), O_RDWR);
+               return ::fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 1 : 0;
+           })[0] == 1;
 }
 
 // Closing any descriptor of the file gives up every lock that the process has on it.
@@ -151,25 +154,6 @@ TEST_F(NotesDatabaseTest, RefusesASchemaThatItDoesNotKnowAndLeavesNoCopy) {
     EXPECT_TRUE(QDir(store.folder()).entryList({QStringLiteral("*.schema*")}).isEmpty());
 }
 
-TEST_F(NotesDatabaseTest, UpgradesAnOlderOneAfterACopyBesideIt) {
-    store.openNotes();
-    store.addNote(QStringLiteral("kept"));
-    store.closeDatabase();
-    change(QStringLiteral("DROP VIEW qryNotes; DROP TABLE tblUserNames;"
-                          "ALTER TABLE tblNotes DROP COLUMN ChangeUserCode;"
-                          "ALTER TABLE tblLinkedColumnDefs DROP COLUMN Columns;"
-                          "CREATE VIEW qryNotes AS SELECT *, RecordID AS NoteID FROM tblNotes"),
-           0);
-    store.openNotes();
-    EXPECT_EQ(store.database()->SchemaVersion(), schema::kVersion);
-    EXPECT_TRUE(
-        store.database()->hasField(schema::kTblLinkedColumnDefs, QStringLiteral("Columns")));
-    const Ref<IRecord> note = store.application().Notes()->Item(QVariant(1));
-    EXPECT_EQ(note->value(QStringLiteral("Subject")), QStringLiteral("kept"));
-    EXPECT_EQ(note->value(QStringLiteral("UseName")), QStringLiteral("Anna Ash"));
-    EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral(".schema0")));
-}
-
 TEST_F(NotesDatabaseTest, OfEightProgramsThatUpgradeAtOnceAllOpenAndOneDoesIt) {
     const QByteArray path = QFile::encodeName(store.notesPath());
     for (int round = 0; round < 4; ++round) {
@@ -178,17 +162,11 @@ TEST_F(NotesDatabaseTest, OfEightProgramsThatUpgradeAtOnceAllOpenAndOneDoesIt) {
         // What is in the way of the copy's name stays as it is, and is not followed.
         const QString decoy = store.notesPath() + QStringLiteral(".schema1");
         QFile::link(QStringLiteral("elsewhere"), decoy);
-        std::vector<std::unique_ptr<QProcess>> programs;
-        for (int number = 0; number < 8; ++number) {
-            programs.push_back(std::make_unique<QProcess>());
-            programs.back()->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-            programs.back()->start(QCoreApplication::applicationFilePath(),
-                                   {QStringLiteral("--open"), store.notesPath()});
-        }
-        for (const auto& program : programs) {
-            ASSERT_TRUE(program->waitForFinished(60'000));
-            EXPECT_EQ(program->exitCode(), schema::kVersion);
-        }
+        EXPECT_EQ(inProcesses(8, [&] { return openingError(store.notesPath()) == 0 ? 0 : 1; }),
+                  std::vector<int>(8));
+        store.openNotes();
+        EXPECT_EQ(store.database()->SchemaVersion(), schema::kVersion);
+        store.closeDatabase();
         const QStringList copies =
             QDir(store.folder()).entryList({QStringLiteral("*.schema*")}, QDir::AllEntries);
         EXPECT_EQ(copies.size(), 1 + round) << qPrintable(copies.join(u' '));
@@ -200,7 +178,7 @@ TEST_F(NotesDatabaseTest, OfEightProgramsThatUpgradeAtOnceAllOpenAndOneDoesIt) {
     EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
-TEST_F(NotesDatabaseTest, AnUpgradedOneHasTheIndexOfAFreshOneAndItsNotesAreFound) {
+TEST_F(NotesDatabaseTest, UpgradesAnOlderOneToTheIndexOfAFreshOneAfterACopyBesideIt) {
     const auto parts = [this] {
         sqlite3* file = nullptr;
         EXPECT_EQ(sqlite3_open(qPrintable(store.notesPath()), &file), SQLITE_OK);
@@ -222,9 +200,20 @@ TEST_F(NotesDatabaseTest, AnUpgradedOneHasTheIndexOfAFreshOneAndItsNotesAreFound
     store.closeDatabase();
     change(QStringLiteral("DROP TABLE tblNotesText; DROP TABLE tblNotesToIndex;"
                           "DROP TRIGGER tblNotesTextAdded; DROP TRIGGER tblNotesTextChanged;"
-                          "DROP TRIGGER tblNotesTextDeleted"),
-           1);
+                          "DROP TRIGGER tblNotesTextDeleted;"
+                          "DROP VIEW qryNotes; DROP TABLE tblUserNames;"
+                          "ALTER TABLE tblNotes DROP COLUMN ChangeUserCode;"
+                          "ALTER TABLE tblLinkedColumnDefs DROP COLUMN Columns;"
+                          "CREATE VIEW qryNotes AS SELECT *, RecordID AS NoteID FROM tblNotes"),
+           0);
     store.openNotes();
+    EXPECT_EQ(store.database()->SchemaVersion(), schema::kVersion);
+    EXPECT_TRUE(
+        store.database()->hasField(schema::kTblLinkedColumnDefs, QStringLiteral("Columns")));
+    const Ref<IRecord> note = store.application().Notes()->Item(QVariant(1));
+    EXPECT_EQ(note->value(QStringLiteral("Subject")), QStringLiteral("kept"));
+    EXPECT_EQ(note->value(QStringLiteral("UseName")), QStringLiteral("Anna Ash"));
+    EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral(".schema0")));
     const auto index = notesTextIndex(store.database());
     const auto search = index->search({QStringLiteral("kept")}, {1});
     EXPECT_EQ(search->next(1000), std::vector<qint64>{1});
@@ -255,12 +244,9 @@ TEST_F(NotesDatabaseTest, AFreshOneIsNotMixedWithLeftOvers) {
 TEST_F(NotesDatabaseTest, AMissingTemplateIsNamedAndTouchesNothing) {
     const QString nowhere = store.folder() + QStringLiteral("/nowhere");
     write(store.notesPath() + QStringLiteral("-journal"), "mine");
-    try {
-        createNotesDatabase(store.files(), nowhere, store.folder());
-        FAIL() << "no error was raised";
-    } catch (const AutomationError& error) {
-        EXPECT_TRUE(error.description().contains(nowhere));
-    }
+    EXPECT_TRUE(raisedBy([&] { createNotesDatabase(store.files(), nowhere, store.folder()); })
+                    .description()
+                    .contains(nowhere));
     EXPECT_TRUE(QFile::exists(store.notesPath() + QStringLiteral("-journal")));
 }
 

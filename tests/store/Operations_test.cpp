@@ -10,39 +10,6 @@ const QString kRecordID = QStringLiteral("RecordID");
 
 using OperationsTest = NotesFixture;
 
-TEST_F(OperationsTest, CreatesANoteOfARecord) {
-    const Ref<IRecord> customer = store.hostRecord(QStringLiteral("cu"), 2);
-    NoteChoices choices;
-    choices.Subject = QStringLiteral("Call back");
-    choices.Date = store.manualClock().now();
-    choices.Kind = ReminderKind::Me;
-    choices.ReminderDate = choices.Date.addDays(1);
-    choices.AutomaticallyShow = true;
-    choices.Type = NoteType::Private;
-    const Ref<Note> note =
-        createNote(store.application(), store, ownerOf(customer, store), choices);
-    const struct {
-        const char* field;
-        QVariant value;
-    } expected[] = {
-        {"OwnerComponentProgID", kFakeHostProgID},
-        {"OwnerProgID", QStringLiteral("Test.Customers")},
-        {"OwnerObjectKey", QStringLiteral("cu")},
-        {"OwnerRecordID", 2},
-        {"RecordUserCode", QStringLiteral("ANNA")},
-        {"RecordUserID", 1},
-        {"Date", choices.Date},
-        {"ReminderType", 2},
-        {"ReminderDate", choices.ReminderDate},
-        {"AutomaticallyShow", true},
-        {"NoteType", 2},
-        {"Status", 1},
-    };
-    for (const auto& e : expected) {
-        EXPECT_EQ(note->value(QLatin1String(e.field)), e.value) << e.field;
-    }
-}
-
 TEST_F(OperationsTest, ANoteOnNoRecordNamesNoHost) {
     const Ref<Note> note = store.addNote(QStringLiteral("system"));
     const QVariant owner = note->value(QStringLiteral("OwnerComponentProgID"));
@@ -64,24 +31,6 @@ TEST_F(OperationsTest, CancellingRemindersMarksTheNoteAsHavingNone) {
     EXPECT_EQ(read->value(QStringLiteral("ReminderType")), 0);
     EXPECT_TRUE(read->value(QStringLiteral("ChangeDate")).isNull());
     EXPECT_EQ(cancelReminders(store.application(), *note), 0);
-}
-
-TEST_F(OperationsTest, AFailureInsideTakesEverythingBack) {
-    const qint64 old = store.addNote(QStringLiteral("a"))->value(kRecordID).toLongLong();
-    const Ref<Note> shown = query<Note>(store.application().Notes()->Item(QVariant(old)));
-    NoteChoices choices;
-    choices.Subject = QStringLiteral("b");
-    EXPECT_THROW(storeAsOne(store.application(),
-                            [&] {
-                                createNote(store.application(), store, {}, choices);
-                                changeNote(store.application(), store.manualClock(), *shown,
-                                           choices);
-                                throw AutomationError(kErrorDiskFull, {}, {});
-                            }),
-                 AutomationError);
-    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
-    shown->Refresh();
-    EXPECT_EQ(shown->value(QStringLiteral("Subject")), QStringLiteral("a"));
 }
 
 TEST_F(OperationsTest, AWholeNoteIsStoredWithTextAndRemindersOrNotAtAll) {
@@ -119,15 +68,42 @@ TEST_F(OperationsTest, ATextIsWrittenOnlyOverTheOneItWasMadeFrom) {
     EXPECT_EQ(theirs->value(QStringLiteral("RTFNote")), QStringLiteral("theirs"));
 }
 
-TEST_F(OperationsTest, DeletingANoteTakesItsRemindersAlong) {
-    const Ref<Note> note = store.addNote(QStringLiteral("a"));
-    const Ref<Note> other = store.addNote(QStringLiteral("b"));
-    const QDateTime now = store.manualClock().now();
-    addReminder(store.application(), store.manualClock(), *note, now, 1);
-    addReminder(store.application(), store.manualClock(), *other, now, 1);
-    deleteNote(store.application(), note->value(kRecordID).toLongLong());
-    EXPECT_EQ(store.application().Reminders()->NewEnum().size(), 1U);
-    EXPECT_EQ(store.application().Notes()->NewEnum().size(), 1U);
+TEST_F(OperationsTest, WhatAColleagueChangedOfAShownNoteIsNotDeletedUnasked) {
+    const std::pair<const char*, bool> cases[] = {
+        {"UPDATE tblNotes SET Subject = 'theirs'", false},
+        {"UPDATE tblNotes SET PlainNote = 'theirs'", false},
+        {"UPDATE tblNotes SET RTFNote = 'theirs'", false},
+        {"UPDATE tblNotes SET Status = 2", true},
+        {"DELETE FROM tblNotes", true},
+    };
+    for (const auto& [script, isDeleted] : cases) {
+        const Ref<Note> shown = store.addNote(QStringLiteral("a"));
+        const qint64 id = shown->value(kRecordID).toLongLong();
+        store.database()->RunScript(QLatin1String(script));
+        if (isDeleted) {
+            deleteNote(store.application(), id, shown.get());
+        } else {
+            EXPECT_THROW(deleteNote(store.application(), id, shown.get()), dao::ConflictError);
+        }
+        EXPECT_EQ(hasNote(store.application(), id), !isDeleted) << script;
+    }
+}
+
+TEST_F(OperationsTest, OnlyChosenPropertiesAreWrittenAndAShownNoteTakesAllOverButItsText) {
+    NoteChoices choices;
+    choices.Subject = QStringLiteral("a");
+    choices.Date = store.manualClock().now();
+    const Ref<Note> shown = createNote(store.application(), store, {}, choices);
+    store.database()->RunScript("UPDATE tblNotes SET Subject = 'theirs', PlainNote = 'theirs'");
+    choices.AutomaticallyShow = true;
+    const Ref<Note> changed = changeNote(store.application(), store.manualClock(), *shown, choices);
+    EXPECT_EQ(changed->value(QStringLiteral("Subject")), QStringLiteral("theirs"));
+    takeOverProperties(*shown, *changed);
+    EXPECT_EQ(shown->value(QStringLiteral("Subject")), QStringLiteral("theirs"));
+    EXPECT_EQ(shown->value(QStringLiteral("AutomaticallyShow")), true);
+    EXPECT_THROW(storeText(*shown, noteText(QStringLiteral("mine"), QStringLiteral("mine")), {}),
+                 dao::ConflictError)
+        << "nobody has seen their text";
 }
 
 TEST_F(OperationsTest, ReadsWhatARecordShowsAndMarks) {

@@ -32,6 +32,7 @@ protected:
                            "NextDate = '2026-03-10 11:00:00';";
     const QString kDismissed =
         "UPDATE tblReminders SET Status = 4, LastDate = '2026-03-10 08:59:00';";
+    const QString kSameDates = "UPDATE tblReminders SET Status = 4;";
     const QString kClosed = "UPDATE tblReminders SET Status = 2, NextDate = '2026-03-10 09:14:00';";
     const QString kFinished = "UPDATE tblNotes SET Status = 2;";
     const QString kReplaced = "UPDATE tblReminders SET RecordID = RecordID + 100;";
@@ -42,7 +43,7 @@ protected:
 TEST_F(ReminderOperationsTest, TimeStateUserAndNoteDecideWhatIsDue) {
     const struct {
         const char* what;
-        int secondsUntilDue;
+        std::optional<int> secondsUntilDue;
         QVariant status;
         bool isDue;
         qint64 user = 1;
@@ -55,6 +56,7 @@ TEST_F(ReminderOperationsTest, TimeStateUserAndNoteDecideWhatIsDue) {
         {"due in the minute that is allowed for", 60, 1, true},
         {"due a second later", 61, 1, false},
         {"due since last year", -400 * 86400, 1, true},
+        {"without a date", {}, 1, false},
         {"no state", 0, QVariant(), true},
         {"closed without an answer, due again", 0, 2, true},
         {"closed without an answer, not yet", 900, 2, false},
@@ -74,7 +76,10 @@ TEST_F(ReminderOperationsTest, TimeStateUserAndNoteDecideWhatIsDue) {
             store.addNote(QStringLiteral("Ring back"),
                           each.onRecord ? store.hostRecord(QStringLiteral("cu"), 2) : nullptr);
         note->setDone(each.note == NoteStatus::Done);
-        const qint64 id = remind(*note, each.secondsUntilDue, each.user);
+        const qint64 id = remind(*note, each.secondsUntilDue.value_or(0), each.user);
+        if (!each.secondsUntilDue) {
+            note->Reminder(id)->Field(QStringLiteral("NextDate"))->setValue(QVariant());
+        }
         note->Reminder(id)->Field(QStringLiteral("Status"))->setValue(each.status);
         EXPECT_EQ(due(each.host).size(), each.isDue ? 1U : 0U) << each.what;
         run(kGone);
@@ -101,8 +106,8 @@ TEST_F(ReminderOperationsTest, TheDueComeInTheirOrderWithTheirNotesAndOnlyThoseW
 }
 
 TEST_F(ReminderOperationsTest, OneThatWasSettledElsewhereIsUnansweredNoLonger) {
-    for (const QString& deed :
-         {QString(), kLater, kDismissed, kClosed, kFinished, kReplaced, kDeleted, kGone}) {
+    for (const QString& deed : {QString(), kLater, kDismissed, kSameDates, kClosed, kFinished,
+                                kReplaced, kDeleted, kGone}) {
         const Ref<Note> note = store.addNote(QStringLiteral("a"));
         const qint64 id = remind(*note, -60);
         const auto shown = due();

@@ -1,7 +1,7 @@
 #include "platform/toolbar/Toolbar.h"
 
-#include "platform/component/AutomationError.h"
 #include "platform/files/FileSystem.h"
+#include "tests/support/Raised.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -20,13 +20,10 @@ const QByteArray kGood = R"({"version":1,"bands":[
 
 QString faultOf(const QByteArray& json) {
     Toolbar bar;
-    try {
-        bar.loadLayoutText(json, "Menus.tb");
-    } catch (const AutomationError& error) {
-        EXPECT_EQ(error.number(), kErrorLayout);
-        return error.description();
-    }
-    return {};
+    const AutomationError error =
+        test::raisedBy([&] { bar.loadLayoutText(json, QStringLiteral("Menus.tb")); });
+    EXPECT_EQ(error.number(), kErrorLayout);
+    return error.description();
 }
 
 QByteArray withTool(const QByteArray& tool) {
@@ -102,12 +99,9 @@ TEST(ToolbarLayoutTest, fileIsFoundInAnyCaseAndAMissingOneIsNamed) {
     Toolbar bar;
     bar.loadLayout(FileSystem(), folder.path() + "\\menus.TB");
     EXPECT_EQ(bar.bandCount(), 2);
-    try {
-        bar.loadLayout(FileSystem(), folder.filePath("None.tb"));
-        FAIL();
-    } catch (const AutomationError& error) {
-        EXPECT_TRUE(error.description().contains("None.tb"));
-    }
+    EXPECT_TRUE(test::raisedBy([&] { bar.loadLayout(FileSystem(), folder.filePath("None.tb")); })
+                    .description()
+                    .contains("None.tb"));
 }
 
 } // namespace

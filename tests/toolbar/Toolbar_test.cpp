@@ -2,9 +2,9 @@
 
 #include "platform/component/AutomationError.h"
 #include "platform/component/GuardedPtr.h"
-#include "platform/forms/Contrast.h"
 #include "platform/forms/DrawnIcons.h"
 #include "platform/toolbar/ToolIcons.h"
+#include "tests/support/Pixels.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
@@ -295,17 +295,12 @@ TEST_F(ToolbarTest, iconsTakeTheColourOfTheText) {
         const QImage image = toolIcon("document-new").pixmap(QSize(16, 16), 2).toImage();
         ASSERT_FALSE(image.isNull());
         EXPECT_EQ(image.width(), 32);
-        int painted = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                const QColor pixel = image.pixelColor(x, y);
-                if (pixel.alpha() == 255) {
-                    ++painted;
-                    EXPECT_EQ(pixel.rgb(), colour.rgb());
-                }
-            }
-        }
-        EXPECT_GT(painted, 20);
+        const auto isPainted = [](const QColor& pixel) { return pixel.alpha() == 255; };
+        const auto isOther = [&](const QColor& pixel) {
+            return isPainted(pixel) && pixel.rgb() != colour.rgb();
+        };
+        EXPECT_GT(test::pixelsOf(image, isPainted), 20);
+        EXPECT_EQ(test::pixelsOf(image, isOther), 0);
     }
     QApplication::setPalette(before);
     EXPECT_TRUE(toolIcon("no-such-icon").isNull());
@@ -321,11 +316,9 @@ TEST_F(ToolbarTest, drawingsAreSharpAtEveryScaleOnLightAndDark) {
             for (const qreal scale : {1.0, 1.5, 2.0}) {
                 const QImage image = drawnIcon(name).pixmap(QSize(16, 16), scale).toImage();
                 EXPECT_EQ(image.size(), QSize(16, 16) * scale) << name.toStdString();
-                int seenPixels = 0;
-                for (int i = 0; i < image.width() * image.height(); ++i) {
-                    const QColor pixel = image.pixelColor(i % image.width(), i / image.width());
-                    seenPixels += pixel.alpha() == 255 && contrast(pixel, button) >= 3 ? 1 : 0;
-                }
+                const int seenPixels = test::pixelsOf(image, [&](const QColor& pixel) {
+                    return pixel.alpha() == 255 && contrast(pixel, button) >= 3;
+                });
                 EXPECT_GE(seenPixels, 10 * scale) << name.toStdString() << " at " << scale;
                 seen.insert(QByteArray(reinterpret_cast<const char*>(image.constBits()),
                                        image.sizeInBytes()));

@@ -29,11 +29,9 @@
 #include <functional>
 #include <vector>
 
-namespace yrw::faults {
+namespace yrw::tour {
 
 namespace {
-
-using tour::shown;
 
 constexpr int kPollMs = 20;
 constexpr qint64 kPatienceMs = 30000;
@@ -59,7 +57,7 @@ RecordGrid* grid() {
 }
 
 void clickRow(Qt::MouseButton button) {
-    tour::clickAt(*grid(), grid()->cellRect(kRow, kColumn).center(), button);
+    clickAt(*grid(), grid()->cellRect(kRow, kColumn).center(), button);
 }
 
 int openWindows(const QString& name) {
@@ -88,7 +86,7 @@ void answerBox() {
     say(u"box " + box->text().simplified());
     QAbstractButton* yes = box->button(QMessageBox::Yes);
     QAbstractButton* answer = yes != nullptr ? yes : box->buttons().constFirst();
-    tour::clickAt(*answer, answer->rect().center());
+    clickAt(*answer, answer->rect().center());
 }
 
 std::vector<Step> stepsToLook() {
@@ -108,8 +106,8 @@ std::vector<Step> stepsTo(int popups, const QString& text) {
          [] { clickRow(Qt::LeftButton); }},
         {"automatic notes", [] { return openWindows(QStringLiteral("frmAutoNotes")) == 1; },
          [] { clickRow(Qt::RightButton); }},
-        {"menu", [] { return tour::openEntry(QStringLiteral("tooAddinNotes")) != nullptr; },
-         [] { tour::chooseEntry(QStringLiteral("tooAddinNotes")); }},
+        {"menu", [] { return openEntry(QStringLiteral("tooAddinNotes")) != nullptr; },
+         [] { chooseEntry(QStringLiteral("tooAddinNotes")); }},
         {"notes",
          [looks = 0]() mutable {
              const auto* list = shown<ListView>(QStringLiteral("lsvMain"));
@@ -130,7 +128,7 @@ std::vector<Step> stepsTo(int popups, const QString& text) {
          }},
         {"text",
          [text] { return shown<RichTextBox>(QStringLiteral("rtxMain"))->Text().contains(text); },
-         [] { tour::press(Qt::Key_F2); }},
+         [] { press(Qt::Key_F2); }},
         {"properties", [] { return shown<QLineEdit>(QStringLiteral("txtSubject")) != nullptr; },
          [] { say(QStringLiteral("ready")); }},
     };
@@ -170,7 +168,7 @@ private:
 
 } // namespace
 
-} // namespace yrw::faults
+} // namespace yrw::tour
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
@@ -197,10 +195,9 @@ int main(int argc, char** argv) {
         desk.open();
         return 0;
     }
-    const yrw::faults::Walk walk(
-        parser.isSet(look)
-            ? yrw::faults::stepsToLook()
-            : yrw::faults::stepsTo(parser.value(popups).toInt(), parser.value(text)));
+    const yrw::tour::Walk walk(
+        parser.isSet(look) ? yrw::tour::stepsToLook()
+                           : yrw::tour::stepsTo(parser.value(popups).toInt(), parser.value(text)));
     QTimer::singleShot(0, &desk, [&desk] { desk.open(); }); // it may not return before it ends
     return QApplication::exec();
 }

@@ -1,3 +1,4 @@
+// How the tests of a room without windows begin.
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
