@@ -14,7 +14,6 @@ namespace yrw::test {
 namespace {
 
 constexpr const char* kFolder = "YRW_CRASHING_CHILD"; ///< tells a child where the database is
-constexpr const char* kKey = "YRW_CRASHING_KEY";      ///< key that opens the dialog; none: it types
 constexpr qint64 kPromisedMs = 2000;
 
 /// The same in every process of the machine.
@@ -35,30 +34,13 @@ bool isCrashingChild() {
     return qEnvironmentVariableIsSet(kFolder);
 }
 
-namespace {
-
-/// Ends the process as soon as there are not as many reminders as notes.
-class KillingClock final : public Clock {
-public:
-    [[nodiscard]] QDateTime now() const override {
-        if (store != nullptr && count("tblNotes") != count("tblReminders")) {
-            ::raise(SIGKILL);
-        }
-        return QDateTime(QDate(2026, 3, 10), QTime(9, 0));
-    }
-    [[nodiscard]] qint64 monotonicMs() const override { return nowMs(); }
-    TestStore* store = nullptr;
-
-private:
-    [[nodiscard]] qint64 count(const char* table) const {
-        return store->database()
-            ->OpenRecordset(QLatin1String("SELECT Count(*) FROM ") + QLatin1String(table))
-            ->value(0)
-            .toLongLong();
-    }
-};
-
-void typeUntilKilled(frmMain& window) {
+void crash() {
+    PromptScript script;
+    TestStore store(qEnvironmentVariable(kFolder));
+    const Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
+    frmMain window(store);
+    window.Initialise(addIn, store.hostRecord(QStringLiteral("cu"), 1), 0);
+    window.show();
     auto* const editor = window.findChild<RichTextBox*>(QStringLiteral("rtxMain"));
     editor->setFocus();
     for (qsizetype place = 0;; ++place) {
@@ -67,39 +49,6 @@ void typeUntilKilled(frmMain& window) {
         std::fflush(stdout);
         QTest::qWait(15);
     }
-}
-
-/// Confirms the properties of a note with a reminder of the user.
-void writeUntilKilled(frmMain& window, Qt::Key key) {
-    QTimer::singleShot(0, &window, [] {
-        QWidget& dialog = *QApplication::activeModalWidget();
-        dialog.findChild<QLineEdit*>("txtSubject")->setText("half");
-        auto* const reminder = dialog.findChild<QAbstractButton*>("chkReminder");
-        if (!reminder->isChecked()) {
-            reminder->click();
-        }
-        dialog.findChild<QAbstractButton*>("cmdForm(0)")->click();
-    });
-    QTest::keyClick(window.findChild<QWidget*>(QStringLiteral("lsvMain")), key);
-}
-
-} // namespace
-
-int crash() {
-    PromptScript script;
-    KillingClock clock;
-    const bool types = !qEnvironmentVariableIsSet(kKey);
-    TestStore store(qEnvironmentVariable(kFolder), types ? nullptr : &clock);
-    const Ref<FakeAddIn> addIn = make<FakeAddIn>(store, script);
-    frmMain window(store);
-    window.Initialise(addIn, store.hostRecord(QStringLiteral("cu"), 1), 0);
-    window.show();
-    if (types) {
-        typeUntilKilled(window);
-    }
-    clock.store = &store;
-    writeUntilKilled(window, Qt::Key(qEnvironmentVariableIntValue(kKey)));
-    return 1; // it came to no end
 }
 
 class Crash : public WindowFixture {
@@ -126,27 +75,6 @@ protected:
         return times;
     }
 };
-
-TEST_F(Crash, AKillBetweenNoteAndReminderLeavesBothAsTheyWere) {
-    for (const Qt::Key key : {Qt::Key_Insert, Qt::Key_F2}) {
-        const Ref<Note> note = store.addNote("whole", customer);
-        note->Field("ReminderType")->setValue(int(ReminderKind::Me));
-        addReminder(store.application(), store.clock(), *note, store.clock().now(), 1);
-        QProcess child;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QLatin1String(kFolder), store.folder());
-        environment.insert(QLatin1String(kKey), QString::number(key));
-        child.setProcessEnvironment(environment);
-        child.setProcessChannelMode(QProcess::ForwardedChannels);
-        child.start(QCoreApplication::applicationFilePath(), QStringList());
-        ASSERT_TRUE(child.waitForFinished(60000));
-        EXPECT_EQ(child.exitStatus(), QProcess::CrashExit) << child.exitCode();
-        EXPECT_EQ(store.notesOf(customer)->NewEnum().size(), 1U);
-        EXPECT_EQ(stored(idOf(note), "Subject"), "whole");
-        EXPECT_EQ(note->NumberOfReminders(), 1);
-        deleteNote(store.application(), idOf(note));
-    }
-}
 
 // YRW_KILLS raises the number of kills.
 TEST_F(Crash, AKilledProgramLosesAtMostTwoSecondsOfTyping) {

@@ -75,36 +75,6 @@ TEST_F(NotesList, DatesAreTheSameInEveryLocale) {
     QLocale::setDefault(before);
 }
 
-TEST_F(NotesList, ShowTypes) {
-    addFour();
-    struct Case {
-        const char* tool;
-        QList<Ref<Note>> shown;
-        const char* caption;
-        int index;
-    };
-    const QList<Case> cases{
-        {"tooShowDone", {done}, "YRW Notes [Showing Done]", 2},
-        {"tooShowAll", {first, reminded, bens}, "YRW Notes [Showing All]", 3},
-        {"tooShowActive", {first, reminded, bens}, "YRW Notes [Showing Active]", 1},
-    };
-    open(customer);
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.tool);
-        click(each.tool);
-        QStringList expected;
-        for (const Ref<Note>& note : each.shown) {
-            expected.append(keyOf(note));
-        }
-        EXPECT_EQ(keys(), expected);
-        EXPECT_EQ(window->windowTitle(), each.caption);
-        EXPECT_EQ(tool("tooListType").listIndex(), each.index);
-        for (const char* key : {"tooShowActive", "tooShowDone", "tooShowAll"}) {
-            EXPECT_EQ(tool(key).isChecked(), key == QByteArray(each.tool)) << key;
-        }
-    }
-}
-
 TEST_F(NotesList, StylesOfRows) {
     addFour();
     open(customer);
@@ -117,23 +87,6 @@ TEST_F(NotesList, StylesOfRows) {
     click("tooShowDone");
     EXPECT_EQ(texts(keyOf(done))[2], "Done");
     EXPECT_FALSE(list().items().foreColour(keyOf(done)).has_value()); // grey only among all
-}
-
-TEST_F(NotesList, OnlyMyNotesHidesOthersAndTheUserColumn) {
-    addFour();
-    open(customer);
-    EXPECT_EQ(list().items().columnCount(), 5);
-    EXPECT_EQ(list().columnWidth(4), 60); // 900 twips
-    click("tooShowMyNotes");
-    EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
-    EXPECT_EQ(list().items().columnCount(), 4);
-    EXPECT_EQ(storedText(addIn->settings(), "ShowUserNotes"), "True");
-    open(customer); // holds for the first list of the next window
-    EXPECT_EQ(keys(), QStringList({keyOf(first), keyOf(reminded)}));
-    EXPECT_TRUE(tool("tooShowMyNotes").isChecked());
-    click("tooShowMyNotes");
-    EXPECT_EQ(list().items().columnCount(), 5);
-    EXPECT_EQ(list().items().rowCount(), 3);
 }
 
 TEST_F(NotesList, SortsByTheTextsShownAndKeepsTheOrder) {

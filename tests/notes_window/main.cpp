@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
     }
     yrw::test::DrivenApplication application(argc, argv);
     if (yrw::test::isCrashingChild()) {
-        return yrw::test::crash();
+        yrw::test::crash();
     }
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", state.path().toUtf8());
