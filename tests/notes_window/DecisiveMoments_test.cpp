@@ -94,6 +94,13 @@ public: // for the table of acts
         script.expectMessage(reports == 0 ? 1 : 0);
         click("tooDone");
     }
+    void finishesTyped(const QString& deed, int /*reports*/) {
+        meanwhile(deed);
+        type("mine ");
+        script.expectMessage();
+        script.whileOpen = [this] { EXPECT_EQ(stored(id, "PlainNote"), "mine start"); };
+        click("tooDone");
+    }
     void cancelsReminders(const QString& deed, int reports) {
         meanwhile(deed);
         script.expectMessage(reports == 0 ? 1 : 0);
@@ -197,6 +204,7 @@ TEST_F(DecisiveMoments, NobodysWorkIsLost) {
         {&D::finishes, kGone, 1, {}, "gone, shows 'start'"},
         {&D::finishes, kFinished, 0, {}, "First 'start' 2/3/1, reminders 1 1"},
         {&D::finishes, kText, 0, {}, "First 'theirs' 2/3/1, reminders 1 1"},
+        {&D::finishesTyped, kAnswered, 0, {}, "First 'mine start' 2/3/1, reminders 4 4"},
 
         {&D::cancelsReminders, kGone, 1, {}, "gone, shows 'start'"},
         {&D::cancelsReminders, kAnswered, 0, {}, "First 'start' 1/0/1, shows 'start'"},

@@ -69,7 +69,9 @@ TEST_F(NoteEditor, WhatIsAppendedComesBeforeTheEndingOfTheRichText) {
         "\\b bold\\b0  and not",
         "two\\par lines\\par",
         "\\cf1\\i red",
-        "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 an item\\par"};
+        "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 an item\\par",
+        "{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt link}}",
+        "{\\object{\\*\\objclass Odd}{\\*\\objdata 01}}"};
     const QString head = "{\\rtf1{\\fonttbl{\\f0 Arial;}}{\\colortbl;\\red255;}\\f0\\fs20 ";
     const QString stamp = "[10/03/26 09:00 Anna " + braces + "] - ";
     store.host().DAODatabase()->RunScript("UPDATE tblUsers SET LastName = '" + braces +

@@ -84,6 +84,12 @@ TEST_F(NotesList, StylesOfRows) {
     EXPECT_FALSE(list().items().foreColour(keyOf(first)).has_value());
     EXPECT_TRUE(list().items().isBold(keyOf(reminded)));
     EXPECT_EQ(list().items().foreColour(keyOf(reminded)), QColor(0, 0x80, 0));
+    const auto remark = [this](const Ref<Note>& of) {
+        const int row = list().items().rowOf(keyOf(of));
+        return list().model()->index(row, 1).data(Qt::ToolTipRole).toString();
+    };
+    EXPECT_EQ(remark(first), "");
+    EXPECT_EQ(remark(reminded), "has reminders");
     click("tooShowDone");
     EXPECT_EQ(texts(keyOf(done))[2], "Done");
     EXPECT_FALSE(list().items().foreColour(keyOf(done)).has_value()); // grey only among all
@@ -425,6 +431,9 @@ TEST_F(NotesListLong, WorksBeforeEveryTextIsRead) {
     EXPECT_EQ(list->items().missing(), 0);
     window->findChild<Toolbar*>("atbMain")->activate("tooShowAll");
     ASSERT_GT(list->items().missing(), 0);
+    store.database()->RunScript("UPDATE tblNotes SET Status = 2 WHERE RecordID = 12000");
+    EXPECT_EQ(list->items().text("xn12000", 2), "Done");
+    EXPECT_EQ(list->items().foreColour("xn12000"), QColor(0x80, 0x80, 0x80));
     clickHeader(1);
     EXPECT_EQ(list->items().text(list->items().keyAt(2), 1), "Note 10");
     EXPECT_TRUE(list->items().isBold(list->items().keyAt(2)));
