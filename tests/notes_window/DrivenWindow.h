@@ -37,7 +37,6 @@ protected:
             NotesSettings(addIn->settings()).remove(settingNamed(QString(QLatin1String(key))));
         }
         storeText(addIn->settings(), "SpellingLanguage", "xx_YY");
-        addIn->switches.clear();
         for (int i = 1; withNotes && i <= 4; ++i) {
             store.actAs(i == 3 ? 2 : 1);
             store.addNote(QStringLiteral("Note %1").arg(i), customer)->setDone(i == 4);
@@ -177,9 +176,6 @@ private:
         for (const char* key : kSettings) {
             all << QLatin1String(key) + '=' +
                        storedText(addIn->settings(), QLatin1String(key), "none");
-        }
-        for (const auto& [which, on] : addIn->switches) {
-            all << QStringLiteral("switch %1 ").arg(int(which)) + (on ? "on" : "off");
         }
         return all;
     }
