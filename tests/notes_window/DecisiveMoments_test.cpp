@@ -28,6 +28,10 @@ const QString kDraftTaken = "the draft is taken over";
 
 const QString kMine = "Keep mine (Anna Ash, 09:00)";
 const QString kTheirs = "Keep theirs (Ben Birch, 09:04)";
+const QString kBoth = "Keep both, one after the other";
+const char* const kBothKept =
+    "First 'mine\r [10/03/26 09:04 Ben Birch] -  \r theirs' 1/3/1, reminders 4 4, "
+    "shows 'mine\r [10/03/26 09:04 Ben Birch] -  \r theirs'";
 
 } // namespace
 
@@ -88,6 +92,13 @@ public: // for the table of acts
     void finishes(const QString& deed, int reports) {
         meanwhile(deed);
         script.expectMessage(reports == 0 ? 1 : 0);
+        click("tooDone");
+    }
+    void finishesTyped(const QString& deed, int /*reports*/) {
+        meanwhile(deed);
+        type("mine ");
+        script.expectMessage();
+        script.whileOpen = [this] { EXPECT_EQ(stored(id, "PlainNote"), "mine start"); };
         click("tooDone");
     }
     void cancelsReminders(const QString& deed, int reports) {
@@ -159,7 +170,7 @@ public: // for the table of acts
             facts +=
                 QStringLiteral("%1 '%2' %3/%4/%5%6")
                     .arg(rows->value(u"Subject").toString(),
-                         rows->value(u"PlainNote").toString().left(20),
+                         rows->value(u"PlainNote").toString().left(50),
                          rows->value(u"Status").toString(), rows->value(u"ReminderType").toString(),
                          rows->value(u"NoteType").toString(),
                          rows->value(u"AutomaticallyShow").toBool() ? " auto" : "");
@@ -171,7 +182,7 @@ public: // for the table of acts
             open += ' ' + reminders->value(u"Status").toString();
         }
         facts += open.isEmpty() ? QString() : "reminders" + open;
-        facts += editor().isEnabled() ? "shows '" + editor().Text().left(20) + '\'' : QString();
+        facts += editor().isEnabled() ? "shows '" + editor().Text().left(50) + '\'' : QString();
         facts += drafts().find(id) ? QStringLiteral("draft") : QString();
         facts.removeAll(QString());
         return facts.join(", ").replace('\n', ' ').toStdString();
@@ -193,6 +204,7 @@ TEST_F(DecisiveMoments, NobodysWorkIsLost) {
         {&D::finishes, kGone, 1, {}, "gone, shows 'start'"},
         {&D::finishes, kFinished, 0, {}, "First 'start' 2/3/1, reminders 1 1"},
         {&D::finishes, kText, 0, {}, "First 'theirs' 2/3/1, reminders 1 1"},
+        {&D::finishesTyped, kAnswered, 0, {}, "First 'mine start' 2/3/1, reminders 4 4"},
 
         {&D::cancelsReminders, kGone, 1, {}, "gone, shows 'start'"},
         {&D::cancelsReminders, kAnswered, 0, {}, "First 'start' 1/0/1, shows 'start'"},
@@ -215,6 +227,8 @@ TEST_F(DecisiveMoments, NobodysWorkIsLost) {
         {&D::types, kNewest, 0, {kMine, kMine}, "First 'mine' 1/3/1, reminders 1 1, shows 'mine'"},
         {&D::types, kNewest, 0, {kTheirs}, "First 'newest' 1/3/1, reminders 1 1, shows 'newest'"},
         {&D::types, kRenamed, 0, {kMine}, "Theirs 'mine' 1/3/1 auto, reminders 1 1, shows 'mine'"},
+        {&D::types, kAnswered, 0, {kBoth}, kBothKept},
+        {&D::types, kAnswered, 0, {""}, kBothKept}, // closed
         {&D::types, kGone, 1, {kMine}, "gone, shows 'mine', draft"},
         {&D::types, kGone, 1, {kTheirs}, "gone, shows 'mine', draft"},
 

@@ -28,8 +28,8 @@ protected:
         qunsetenv("DICPATH");
     }
 
-    /// Opens the window on three notes, the first with one word that is marked and not saved; or on
-    /// none.
+    /// Opens the window on three notes, the first with one word that is marked and not saved, the
+    /// third another user's, and one that is done; or on none.
     void start(bool withNotes = true) {
         close();
         store.database()->RunScript("DELETE FROM tblReminders; DELETE FROM tblNotes");
@@ -37,8 +37,9 @@ protected:
             NotesSettings(addIn->settings()).remove(settingNamed(QString(QLatin1String(key))));
         }
         storeText(addIn->settings(), "SpellingLanguage", "xx_YY");
-        for (int i = 1; withNotes && i <= 3; ++i) {
-            store.addNote(QStringLiteral("Note %1").arg(i), customer);
+        for (int i = 1; withNotes && i <= 4; ++i) {
+            store.actAs(i == 3 ? 2 : 1);
+            store.addNote(QStringLiteral("Note %1").arg(i), customer)->setDone(i == 4);
         }
         open(customer);
         if (withNotes) {
@@ -130,7 +131,9 @@ private:
             << "note " + list().items().text(list().selectedKey(), 1).section(' ', 1)
             << "caption" + window->windowTitle().section("YRW Notes", 1)
             << "text '" + editor().Text() + '\''
-            << "misspelt " + editor().misspellingAt(placeOfText()).selectedText();
+            << "misspelt " + editor().misspellingAt(placeOfText()).selectedText()
+            << QStringLiteral("%1 columns").arg(list().items().columnCount())
+            << QStringLiteral("type %1").arg(tool("tooListType").listIndex());
         all += formats();
         all += stored();
         for (int i = 0; i < toolbar().bandCount(); ++i) {

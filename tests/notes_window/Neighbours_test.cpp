@@ -9,24 +9,6 @@ namespace {
 
 class NotesWindowNeighbours : public WindowFixture {};
 
-TEST_F(NotesWindowNeighbours, TextForADatabaseThatWasReplacedIsOfferedInTheOneThereNow) {
-    const Ref<Note> note = store.addNote(QStringLiteral("first"), customer);
-    const QString copy = store.notesPath() + QStringLiteral(".copy");
-    store.database()->CopyTo(copy);
-    open(customer, idOf(note));
-    type(QStringLiteral("typed"));
-    ASSERT_EQ(::rename(qPrintable(copy), qPrintable(store.notesPath())), 0);
-    script.expectReport(1);
-    press(Qt::Key_S, Qt::ControlModifier);
-    ASSERT_EQ(script.reports.size(), 1);
-    EXPECT_TRUE(script.reports[0].description.contains(store.notesPath()));
-    script.answer(PromptAnswer::Yes);
-    restart(idOf(note));
-    EXPECT_EQ(editor().Text(), QStringLiteral("typed"));
-    press(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_TRUE(stored(idOf(note), "PlainNote").toString().contains(QStringLiteral("typed")));
-}
-
 TEST_F(NotesWindowNeighbours, OneThatMayOnlyBeReadIsShownAndCannotBeChanged) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can act as another user";

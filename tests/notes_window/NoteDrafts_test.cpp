@@ -39,7 +39,18 @@ TEST_F(NoteDraftsTest, AreFoundUntilRemovedAndOnlyForTheirDatabase) {
     EXPECT_EQ(found->written, draft.written);
     EXPECT_EQ(drafts.noteIDs(), QList<qint64>{17});
     EXPECT_FALSE(NoteDrafts(folder(), "/b/Notes.mdb").find(17));
-    drafts.remove(17);
+    for (const char* each : {"second", "third", "fourth"}) { // none replaces one put aside
+        drafts.putAside(*drafts.find(17));
+        draft.rtf = each;
+        draft.written = draft.written.addSecs(60);
+        ASSERT_TRUE(drafts.write(draft));
+        EXPECT_EQ(drafts.find(17)->rtf, each);
+    }
+    for (const char* each : {"fourth", "third", "second", "later"}) {
+        ASSERT_TRUE(drafts.find(17));
+        EXPECT_EQ(drafts.find(17)->rtf, each);
+        NoteDrafts::remove(*drafts.find(17));
+    }
     EXPECT_FALSE(drafts.find(17));
     EXPECT_TRUE(drafts.noteIDs().isEmpty());
 }
@@ -99,6 +110,9 @@ TEST_F(NoteDraftsTest, DamagedOnesAreIgnored) {
     NoteDrafts drafts(folder(), "/a/Notes.mdb");
     ASSERT_TRUE(drafts.write(draft));
     QFile file(onlyFile());
+    ASSERT_TRUE(file.rename(QFileInfo(file).path() + "/18.draft"));
+    EXPECT_FALSE(drafts.find(18)); // is another note's
+    ASSERT_TRUE(file.rename(QFileInfo(file).path() + "/17.draft"));
     ASSERT_TRUE(file.resize(file.size() / 2));
     EXPECT_FALSE(drafts.find(17));
 }

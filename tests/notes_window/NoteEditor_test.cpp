@@ -1,4 +1,5 @@
-// The text: what is saved when, conflicts, drafts, formats and what is appended.
+// The text: what is saved when, drafts, fonts, undo and what is appended.
+#include "notes_window/NoteDrafts.h"
 #include "platform/rtf/Writer.h"
 #include "tests/driving/Select.h"
 #include "tests/notes_window/WindowFixture.h"
@@ -18,67 +19,30 @@ protected:
     [[nodiscard]] QString text(const Ref<Note>& of) {
         return stored(idOf(of), "PlainNote").toString();
     }
-    /// Another user changes the text of the first note behind the window's back.
-    void changeElsewhere(const QString& plain) {
-        store.actAs(2);
-        store.manualClock().advance(60);
-        const Ref<IRecord> other = store.notesOf(customer)->Item(QVariant(idOf(note)));
-        other->BeginMultipleFieldUpdate();
-        other->Field("PlainNote")->setValue(plain);
-        other->Field("RTFNote")->setValue(QString("{\\rtf1 " + plain + "\\par}"));
-        other->Field("ChangeDate")->setValue(store.clock().now());
-        other->EndMultipleFieldUpdate();
-        store.actAs(1);
+    /// Types into a note until a draft of it is kept.
+    void typeUntilKept(const Ref<Note>& into, const QString& typed) {
+        type(typed);
+        const NoteDrafts drafts(NoteDrafts::userFolder(), store.folder());
+        const auto kept = [&] { return drafts.find(idOf(into)).value_or(NoteDraft()).rtf; };
+        ASSERT_TRUE(QTest::qWaitFor([&] { return kept().contains(typed); }));
     }
     Ref<Note> note;
     Ref<Note> second;
 };
 
-TEST_F(NoteEditor, BoldTextComesBackFromTheDatabase) {
-    open(customer);
-    type("Call ");
-    press(Qt::Key_B, Qt::ControlModifier);
-    type("today");
-    store.manualClock().advance(30);
-    restart();
-    EXPECT_EQ(editor().Text(), "Call today");
-    select(editor(), 1);
-    EXPECT_EQ(editor().selection().bold(), false);
-    select(editor(), 7);
-    EXPECT_EQ(editor().selection().bold(), true);
-    EXPECT_TRUE(tool("tooBold").isChecked());
-    EXPECT_EQ(text(note), "Call today");
-    EXPECT_EQ(stored(idOf(note), "ChangeDate").toDateTime(), store.clock().now());
-}
-
-TEST_F(NoteEditor, LoadingIsNoEditAndTypingIs) {
-    open(customer);
-    EXPECT_FALSE(tool("tooSave").isEnabled());
-    type("a");
-    EXPECT_TRUE(tool("tooSave").isEnabled());
-    press(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_FALSE(tool("tooSave").isEnabled());
-    EXPECT_EQ(text(note), "a");
-    type("b");
-    editor().undo(); // back over the save
-    editor().undo();
-    EXPECT_EQ(editor().Text(), QString());
-}
-
 TEST_F(NoteEditor, NothingTypedIsLost) {
+    const auto confirm = [this](Qt::Key key) {
+        whenDialogOpens([](QWidget& dialog) {
+            dialog.findChild<QLineEdit*>("txtSubject")->setText("New");
+            clickIn(dialog, "cmdForm(0)");
+        });
+        press(key);
+    };
     const QList<std::function<void()>> ways{
-        [this] { clickRow(keyOf(second)); },
-        [this] { click("tooShowAll"); },
-        [this] { click("tooShowMyNotes"); },
-        [this] { press(Qt::Key_Escape); },
-        [this] { window->close(); },
-        [this] {
-            whenDialogOpens([](QWidget& dialog) {
-                dialog.findChild<QLineEdit*>("txtSubject")->setText("New");
-                clickIn(dialog, "cmdForm(0)");
-            });
-            press(Qt::Key_Insert);
-        },
+        [this] { clickRow(keyOf(second)); }, [this] { click("tooShowAll"); },
+        [this] { click("tooShowMyNotes"); }, [this] { press(Qt::Key_Escape); },
+        [this] { window->close(); },         [&] { confirm(Qt::Key_F2); },
+        [&] { confirm(Qt::Key_Insert); },
     };
     QString expected;
     for (int i = 0; i < ways.size(); ++i) {
@@ -90,43 +54,6 @@ TEST_F(NoteEditor, NothingTypedIsLost) {
         expected += QString::number(i);
         ways[i]();
         EXPECT_EQ(text(note), expected);
-    }
-}
-
-TEST_F(NoteEditor, EmptyTextIsStoredAsNull) {
-    open(customer);
-    type("x");
-    press(Qt::Key_S, Qt::ControlModifier);
-    press(Qt::Key_Backspace);
-    click("tooSave");
-    EXPECT_TRUE(stored(idOf(note), "PlainNote").isNull());
-    EXPECT_TRUE(stored(idOf(note), "RTFNote").isNull());
-}
-
-TEST_F(NoteEditor, AppendsDatesTimesAndStamps) {
-    struct Case {
-        Qt::Key key;
-        const char* before;
-        const char* after;
-        bool bold;
-    };
-    const QList<Case> cases{
-        {Qt::Key_D, "Due ", "Due 10/03/2026 ", false},
-        {Qt::Key_T, "At ", "At 09:00 ", false},
-        {Qt::Key_M, "", "[10/03/26 09:00 Anna Ash] -  ", true},
-        {Qt::Key_M, "Before", "Before\r\n[10/03/26 09:00 Anna Ash] -  ", true},
-    };
-    open(customer);
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.after);
-        editor().setText(each.before);
-        press(each.key, Qt::ControlModifier | Qt::ShiftModifier);
-        EXPECT_EQ(editor().Text(), each.after);
-        EXPECT_EQ(editor().selection().bold(), false);
-        EXPECT_EQ(editor().textCursor().selectionStart(),
-                  editor().document()->toPlainText().size());
-        select(editor(), editor().textCursor().selectionStart() - 4);
-        EXPECT_EQ(editor().selection().bold(), each.bold);
     }
 }
 
@@ -142,7 +69,9 @@ TEST_F(NoteEditor, WhatIsAppendedComesBeforeTheEndingOfTheRichText) {
         "\\b bold\\b0  and not",
         "two\\par lines\\par",
         "\\cf1\\i red",
-        "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 an item\\par"};
+        "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 an item\\par",
+        "{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt link}}",
+        "{\\object{\\*\\objclass Odd}{\\*\\objdata 01}}"};
     const QString head = "{\\rtf1{\\fonttbl{\\f0 Arial;}}{\\colortbl;\\red255;}\\f0\\fs20 ";
     const QString stamp = "[10/03/26 09:00 Anna " + braces + "] - ";
     store.host().DAODatabase()->RunScript("UPDATE tblUsers SET LastName = '" + braces +
@@ -169,6 +98,7 @@ TEST_F(NoteEditor, WhatIsAppendedComesBeforeTheEndingOfTheRichText) {
                 press(key, Qt::ControlModifier | Qt::ShiftModifier);
                 EXPECT_EQ(editor().Text(), expected.Text());
                 EXPECT_EQ(editor().TextRTF(), expected.TextRTF());
+                EXPECT_TRUE(editor().textCursor().atEnd());
             }
         }
     }
@@ -216,78 +146,33 @@ TEST_F(NoteEditor, FontDialogLeavesMixedPartsThatNobodyChose) {
     EXPECT_EQ(editor().TextRTF(), before);
 }
 
-TEST_F(NoteEditor, ThreeWaysOutOfAConflict) {
-    struct Case {
-        const char* button; ///< none: the question is closed
-        bool mine;
-        bool theirs;
-    };
-    const QList<Case> cases{{"Keep mine (Anna Ash, 09:02)", true, false},
-                            {"Keep theirs (Ben Birch, 09:04)", false, true},
-                            {"Keep both, one after the other", true, true},
-                            {"", true, true}};
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.button);
-        note->Refresh();
-        changeElsewhere("start");
-        open(customer);
-        editor().selectAll();
-        type("mine");
-        changeElsewhere("theirs");
-        script.press(each.button);
-        press(Qt::Key_Escape);
-        EXPECT_TRUE(window->isUnloaded());
-        const QString kept = text(note);
-        EXPECT_EQ(kept.startsWith("mine"), each.mine) << kept.toStdString();
-        EXPECT_EQ(kept.endsWith("theirs"), each.theirs) << kept.toStdString();
-        EXPECT_EQ(kept.contains("Ben Birch] - "), each.mine && each.theirs);
-    }
-    EXPECT_TRUE(script.asked.first().contains("Ben Birch saved another text of it on 10/03/2026"));
-}
-
-TEST_F(NoteEditor, AfterACrashTheTypedTextIsOffered) {
-    open(customer, idOf(second));
-    type("half a sent");
-    QTest::qWait(2300);
-    crash();
-    script.answer(PromptAnswer::Yes);
-    script.whileOpen = [this] { EXPECT_TRUE(window->isVisible()); };
-    open(customer); // goes to the note with the draft by itself
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !script.asked.isEmpty(); }));
-    script.whileOpen = {};
-    EXPECT_TRUE(
-        script.asked.last().contains("Unsaved text of 09:00 was found for the note \"Second"))
-        << script.asked.last().toStdString();
-    EXPECT_EQ(list().selectedKey(), keyOf(second));
-    EXPECT_EQ(editor().Text(), "half a sent");
-    EXPECT_TRUE(tool("tooSave").isEnabled());
-    open(customer); // closing has saved it: nothing is offered any more
-    EXPECT_EQ(text(second), "half a sent");
-}
-
-TEST_F(NoteEditor, OnlyNoThrowsADraftAway) {
+TEST_F(NoteEditor, AfterACrashTheTypedTextIsOfferedAndOnlyNoThrowsItAway) {
     const auto openAnswering = [this](PromptAnswer answer) {
         script.asked.clear();
         script.answer(answer);
-        open(customer, idOf(note));
+        open(customer); // goes to the note with the draft by itself
         EXPECT_TRUE(QTest::qWaitFor([this] { return !script.asked.isEmpty(); }));
+        EXPECT_EQ(list().selectedKey(), keyOf(second));
     };
-    open(customer, idOf(note));
-    type("first");
-    QTest::qWait(2300);
+    open(customer, idOf(second));
+    typeUntilKept(second, "first");
     crash();
+    script.whileOpen = [this] { EXPECT_TRUE(window->isVisible()); };
     openAnswering(PromptAnswer::Cancel); // as Escape does
-    type("second");                      // has a draft of its own, and is saved
-    QTest::qWait(2300);
+    EXPECT_TRUE(
+        script.asked.last().contains("Unsaved text of 09:00 was found for the note \"Second"))
+        << script.asked.last().toStdString();
+    store.manualClock().advance(60);
+    typeUntilKept(second, "other"); // has a draft of its own, and is saved
     openAnswering(PromptAnswer::Cancel);
     openAnswering(PromptAnswer::Yes);
     EXPECT_EQ(editor().Text(), "first");
+    EXPECT_TRUE(tool("tooSave").isEnabled());
     close();
-    EXPECT_EQ(text(note), "first");
-    script.asked.clear();
-    open(customer, idOf(note));
-    QTest::qWait(50);
-    EXPECT_TRUE(script.asked.isEmpty());
+    EXPECT_EQ(text(second), "first");
+    open(customer, idOf(second));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(script.asked.size(), 1); // nothing is offered any more
 }
 
 TEST_F(NoteEditor, OnAFullDiskTheStatusBarSaysThatNoCopyIsKeptAndTheTextStays) {

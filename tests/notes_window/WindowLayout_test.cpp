@@ -40,11 +40,6 @@ protected:
                             pressed.keyboardModifiers());
         }
     }
-    void writeLayout(const QByteArray& content) const {
-        QFile file(store.folder() + QStringLiteral("/Support/Notes/Menus.tb"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
 };
 
 TEST_F(WindowLayout, StoredSizes) {
@@ -148,6 +143,7 @@ TEST_F(WindowLayout, ColumnWidthsAreRemembered) {
     list().setColumnWidth(4, 110);
     click("tooShowMyNotes"); // takes the user column away
     open(customer);
+    EXPECT_EQ(list().items().columnCount(), 4); // holds for the next window
     click("tooShowMyNotes");
     EXPECT_EQ(list().columnWidth(0), 200);
     EXPECT_EQ(list().columnWidth(2), 90);
@@ -200,20 +196,6 @@ TEST_F(WindowLayout, BandsStayWhereTheUserPutThem) {
     EXPECT_TRUE(bold == nullptr || !bold->isVisible());
 }
 
-TEST_F(WindowLayout, AnyOtherToolDoesNothing) {
-    writeLayout(R"({"version": 1, "bands": [{"key": "bndRecords", "tools": [
-        {"id": 20053, "key": "tooOne", "caption": "One"},
-        {"id": 20063, "key": "tooTwo", "caption": "Two"},
-        {"id": 999999, "key": "tooThree", "caption": "Three"}]}]})");
-    open(customer);
-    for (const char* key : {"tooOne", "tooTwo", "tooThree"}) {
-        click(key);
-    }
-    EXPECT_TRUE(script.asked.isEmpty());
-    click("tooListType"); // a layout may lack tools: the window works all the same
-    EXPECT_EQ(window->windowTitle(), "YRW Notes - (Customer: Quill & Son)");
-}
-
 TEST_F(WindowLayout, TheFirstLayoutThatCanBeReadServesAndBrokenOnesAreNamedInOneMessage) {
     struct Case {
         const char* ofHost; ///< the key of its only tool; "" is missing, "{" is broken
@@ -236,8 +218,8 @@ TEST_F(WindowLayout, TheFirstLayoutThatCanBeReadServesAndBrokenOnesAreNamedInOne
         if (!what.isEmpty() && file.open(QIODevice::WriteOnly)) {
             file.write(what == "{"
                            ? what
-                           : R"({"version":1,"bands":[{"key":"b","tools":[{"id":1,"key":")" + what +
-                                 R"(","caption":"c"}]}]})");
+                           : R"({"version":1,"bands":[{"key":"b","tools":[{"id":20063,"key":")" +
+                                 what + R"(","caption":"c"}]}]})");
         }
     };
     for (const Case& each : cases) {
@@ -249,7 +231,11 @@ TEST_F(WindowLayout, TheFirstLayoutThatCanBeReadServesAndBrokenOnesAreNamedInOne
         script.expectMessage(each.named > 0 ? 1 : 0);
         open(customer);
         EXPECT_EQ(script.asked.join(' ').count("Menus.tb"), each.named);
-        EXPECT_NE(toolbar().findTool(each.served), nullptr);
+        ASSERT_NE(toolbar().findTool(each.served), nullptr);
+        if (each.served != QByteArray("tooAdd")) {
+            click(each.served);   // a tool of another kind does nothing,
+            click("tooListType"); // and a layout may lack tools
+        }
     }
 }
 

@@ -1,5 +1,4 @@
 #include "tests/driving/DrivenApplication.h"
-#include "tests/notes_window/Crash.h"
 #include "tests/support/OtherUser.h"
 
 #include <QTemporaryDir>
@@ -14,9 +13,6 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     yrw::test::DrivenApplication application(argc, argv);
-    if (yrw::test::isCrashingChild()) {
-        return yrw::test::crash();
-    }
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", state.path().toUtf8());
     testing::InitGoogleTest(&argc, argv);

@@ -212,22 +212,6 @@ TEST_F(Attachments, AFileThatCannotBeEmbeddedLeavesTheTextAlone) {
     EXPECT_EQ(box.TextRTF(), before);
 }
 
-TEST_F(Attachments, ADoubleClickNamesTheObject) {
-    RichTextBox box;
-    box.resize(400, 300);
-    box.setText("ab");
-    select(box, 1);
-    box.objects().insertFile(file("a.txt", "hello"), ObjectDisplay::Icon);
-    box.show();
-    const QSignalSpy activated(&box, &RichTextBox::objectActivated);
-    select(box, 1);
-    const QPoint start = box.cursorRect().center();
-    QTest::mouseDClick(box.viewport(), Qt::LeftButton, {}, start + QPoint(20, 0));
-    ASSERT_EQ(activated.count(), 1);
-    EXPECT_EQ(activated.at(0).at(0).toInt(), 0);
-    EXPECT_EQ(box.objects().at(start - QPoint(4, 0)), -1);
-}
-
 TEST_F(Attachments, DroppedFilesAreEmbeddedAndPicturesShown) {
     RichTextBox box;
     QImage picture(8, 8, QImage::Format_RGB32);
