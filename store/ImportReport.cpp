@@ -70,10 +70,7 @@ QStringList ImportReport::lines() const {
             lines += remarkLine(table, remark);
         }
     }
-    for (const QString& other : others) {
-        lines += QStringLiteral("%1: left out, the notes database has no such table").arg(other);
-    }
-    return lines;
+    return lines + others;
 }
 
 QStringList ImportReport::losses() const {

@@ -38,7 +38,7 @@ private:
 /// What an import did, and what of the old database did not arrive.
 struct ImportReport {
     std::vector<ImportedTable> tables; ///< those that the notes database has
-    QStringList others;                ///< tables that the notes database does not know
+    QStringList others;                ///< what else is to be said, a line each
 
     /// For the user, a line each: the tables with their rows, and below each what is to be said.
     [[nodiscard]] QStringList lines() const;

@@ -96,10 +96,13 @@ ImportEnd importIntoNewFile(const QString& oldFile, const QString& newFile,
 ImportEnd mergeOldNotes(const QString& oldFile, dao::Database& into,
                         const dao::EngineServices& services, const ImportChoices& choices,
                         const WorkStep& step, ImportReport& report) {
+    if (choices.isDryRun) {
+        return readInto(oldFile, into, services.clock, choices, false, step, report);
+    }
     requireRoom(oldFile, into.Name());
     dao::Transaction transaction(into);
     const ImportEnd end = readInto(oldFile, into, services.clock, choices, false, step, report);
-    if (end == ImportEnd::Imported && !choices.isDryRun) {
+    if (end == ImportEnd::Imported) {
         transaction.commit();
     }
     return end;

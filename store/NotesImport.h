@@ -29,7 +29,7 @@ enum class ImportEnd { Imported, Stopped };
 /// Adds the rows of a database of the older format to an open notes database, in one transaction,
 /// under new keys. Rows of which the database remembers that they came from such a file before are
 /// passed over, also when they were deleted since; reminders go with their notes. Settings that
-/// the database has stay. A dry run writes nothing and can be of a read-only database.
+/// the database has stay. A dry run writes nothing.
 ///
 /// Otherwise as `importIntoNewFile`; raises also what locking raises, and `kErrorReadOnly`.
 [[nodiscard]] ImportEnd mergeOldNotes(const QString& oldFile, dao::Database& into,
