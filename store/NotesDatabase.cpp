@@ -1,6 +1,7 @@
 #include "store/NotesDatabase.h"
 
 #include "platform/component/AutomationError.h"
+#include "platform/disk/Unfinished.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/FolderLock.h"
 #include "platform/files/StagedCopy.h"
@@ -8,6 +9,8 @@
 #include "store/SchemaUpgrade.h"
 
 #include <QHash>
+
+#include <cerrno>
 
 namespace yrw {
 
@@ -45,7 +48,8 @@ void checkSchema(dao::Database& database) {
 
 /// Gives a fresh database its name. Side files of an earlier one would bring its old rows in; they
 /// are moved aside before, while no other process makes a database there.
-bool placeWithoutLeftOvers(const FileSystem& files, StagedCopy& copy, const QString& target) {
+template <class Place>
+bool placeWithoutLeftOvers(const FileSystem& files, const QString& target, const Place& place) {
     const FolderLock lock(FileSystem::folderOf(target));
     for (const char16_t* suffix : kSideFiles) {
         if (files.fileExists(target)) {
@@ -53,7 +57,7 @@ bool placeWithoutLeftOvers(const FileSystem& files, StagedCopy& copy, const QStr
         }
         files.moveAside(target + QString::fromUtf16(suffix));
     }
-    return copy.place();
+    return place();
 }
 
 /// The first write has the data layer put the file's place into it. A file that has none yet should
@@ -103,13 +107,28 @@ bool createNotesDatabase(const FileSystem& files, const QString& templateFolder,
     }
     const QString target = files.resolve(FileSystem::join(targetFolder, kNotesDatabaseName));
     StagedCopy copy(files.resolve(source), target);
-    if (!placeWithoutLeftOvers(files, copy, target)) {
+    if (!placeWithoutLeftOvers(files, target, [&] { return copy.place(); })) {
         return false;
     }
     FileSystem::takeGroupOfFolder(target);
     files.copyFolder(FileSystem::join(templateFolder, QStringLiteral("support/Notes")),
                      FileSystem::join(targetFolder, QStringLiteral("Support/Notes")));
     return true;
+}
+
+bool placeNotesDatabase(const FileSystem& files, const QString& complete, const QString& place) {
+    return placeWithoutLeftOvers(files, place, [&] {
+        if (!renameWithoutReplacing(complete, place)) {
+            if (errno == EEXIST) {
+                return false;
+            }
+            throw AutomationError(
+                kErrorFileCopy, kSource,
+                QStringLiteral("%1 could not be written: %2").arg(place, qt_error_string(errno)));
+        }
+        syncFolderOf(place);
+        return true;
+    });
 }
 
 Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,

@@ -25,6 +25,12 @@ struct UserName {
 bool createNotesDatabase(const FileSystem& files, const QString& templateFolder,
                          const QString& targetFolder);
 
+/// Gives a complete notes database, closed and on the disk under another name in that folder, its
+/// place, as `createNotesDatabase` does; false when something of that name is there. Raises
+/// `kErrorFileCopy` naming the place when it cannot be had.
+[[nodiscard]] bool placeNotesDatabase(const FileSystem& files, const QString& complete,
+                                      const QString& place);
+
 /// Opens a notes database and binds the helper to it: checks that it is one, refuses a newer
 /// schema (`kErrorNewerSchema`), upgrades an older one after a copy beside it. Asks nothing.
 Ref<dao::Database> openNotesDatabase(HostDataHelper& helper, const Ref<dao::Workspace>& workspace,

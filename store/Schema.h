@@ -27,6 +27,7 @@ inline const QString kTblSystem = QStringLiteral("tblSystem");
 inline const QString kTblSettings = QStringLiteral("tblSettings");
 inline const QString kTblLinkedColumnDefs = QStringLiteral("tblLinkedColumnDefs");
 inline const QString kTblUserNames = QStringLiteral("tblUserNames");
+inline const QString kTblImportedRows = QStringLiteral("tblImportedRows");
 inline const QString kQryNotes = QStringLiteral("qryNotes");
 inline const QString kQryReminders = QStringLiteral("qryReminders");
 inline const QString kQrySystem = QStringLiteral("qrySystem");
@@ -39,7 +40,7 @@ inline const QString kOwnerIndex =
     QStringLiteral("OwnerComponentProgID:OwnerObjectKey:OwnerRecordID:Status");
 
 /// Number of the schema that this version reads and writes.
-inline constexpr int kVersion = 2;
+inline constexpr int kVersion = 3;
 /// Longest text of a key, subject or name field, in characters.
 inline constexpr int kMaxText = 255;
 /// Colour of marked rows when none is stored, &H00BBGGRR: a light blue.

@@ -61,8 +61,16 @@ void toVersion2(dao::Database& database) {
     notesTextIndex(Ref<dao::Database>(&database))->create();
 }
 
+void toVersion3(dao::Database& database) {
+    if (!database.hasTable(schema::kTblImportedRows)) {
+        database.RunScript(QStringLiteral(
+            "CREATE TABLE tblImportedRows (RecordID INTEGER PRIMARY KEY, TableName TEXT(255), "
+            "OldRecordID LONG, NewRecordID LONG, Origin TEXT(255), Contents TEXT(255))"));
+    }
+}
+
 /// The step at position n leads from version n to n + 1.
-constexpr void (*kSteps[])(dao::Database&) = {toVersion1, toVersion2};
+constexpr void (*kSteps[])(dao::Database&) = {toVersion1, toVersion2, toVersion3};
 static_assert(std::size(kSteps) == schema::kVersion, "every version has the step that leads to it");
 
 /// Puts a copy beside the database under the first name that is free.

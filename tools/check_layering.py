@@ -61,7 +61,9 @@ ROOMS = {
         "platform/clock", "platform/settings", "platform/files", "platform/prompt",
         "platform/dao", "platform/toolbar/api", "platform/controls/api",
     },
-    "store": {"framework", "platform/dao", "platform/files", "platform/clock", "platform/rtf"},
+    "store": {
+        "framework", "platform/dao", "platform/files", "platform/clock", "platform/rtf", "platform/jet",
+    },
     "dialogs": {"store", "framework"} | PLATFORM,
     "notes_window": {"dialogs", "store", "framework"} | PLATFORM,
     "addin": {"notes_window", "dialogs", "store", "framework"} | PLATFORM,

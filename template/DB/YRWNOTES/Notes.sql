@@ -97,6 +97,17 @@ CREATE TABLE tblUserNames (
     UseName TEXT(255) COLLATE NOCASE
 );
 
+-- Rows that came from databases of the older format, so that none comes twice: what they were there,
+-- fingerprints of what never changes of them and of all that they held, and what they became here.
+CREATE TABLE tblImportedRows (
+    RecordID INTEGER PRIMARY KEY,
+    TableName TEXT(255),
+    OldRecordID LONG,
+    NewRecordID LONG,
+    Origin TEXT(255),
+    Contents TEXT(255)
+);
+
 -- Stored queries. Kind is view, select or action; BaseTable is the table that changes made through
 -- the query go to; Parameters lists names and types in order.
 CREATE TABLE tblQueries (
@@ -149,4 +160,4 @@ INSERT INTO tblQueries (Name, Kind, BaseTable, SQL, Parameters) VALUES
 ('delRemindersByNoteID', 'action', 'tblReminders',
  'DELETE FROM tblReminders WHERE NoteID = :NoteID', 'NoteID Long');
 
-PRAGMA user_version = 2;
+PRAGMA user_version = 3;

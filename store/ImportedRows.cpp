@@ -1,0 +1,139 @@
+#include "store/ImportedRows.h"
+
+#include "store/Schema.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+
+namespace yrw {
+
+namespace {
+
+const QString kOrigin = QStringLiteral("Origin");
+const QString kContents = QStringLiteral("Contents");
+const QString kNewRecordID = QStringLiteral("NewRecordID");
+constexpr qsizetype kHashBytes = 16; // enough that no two rows meet by chance
+
+template <class T>
+void addNumber(QCryptographicHash& hash, T number) {
+    hash.addData(QByteArrayView(reinterpret_cast<const char*>(&number), sizeof number));
+}
+
+void addBytes(QCryptographicHash& hash, const char* bytes, qsizetype size) {
+    addNumber(hash, qint64(size));
+    hash.addData(QByteArrayView(bytes, size));
+}
+
+void addText(QCryptographicHash& hash, const QString& text) {
+    addBytes(hash, reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+}
+
+void addValue(QCryptographicHash& hash, const QVariant& value) {
+    addNumber(hash, value.isNull() ? 0 : value.typeId());
+    if (value.typeId() == QMetaType::QDateTime) {
+        // By the clock on the wall: a time zone must not count.
+        addNumber(hash, value.toDateTime().date().toJulianDay());
+        addNumber(hash, value.toDateTime().time().msecsSinceStartOfDay());
+    } else if (value.typeId() == QMetaType::QByteArray) {
+        const QByteArray bytes = value.toByteArray();
+        addBytes(hash, bytes.constData(), bytes.size());
+    } else if (!value.isNull()) {
+        addText(hash, value.toString());
+    }
+}
+
+QString resultOf(const QCryptographicHash& hash) {
+    return QString::fromLatin1(
+        hash.result().left(kHashBytes).toBase64(QByteArray::OmitTrailingEquals));
+}
+
+QString combined(const QString& a, const QString& b) {
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    addText(hash, a);
+    addText(hash, b);
+    return resultOf(hash);
+}
+
+} // namespace
+
+ImportedRows::ImportedRows(dao::Database& database, bool isDryRun) {
+    const Ref<dao::Recordset> rows = database.OpenRecordset(
+        schema::kTblImportedRows, dao::RecordsetType::ForwardOnly, dao::kReadOnlyOption);
+    for (; !rows->AtEof(); rows->MoveNext()) {
+        m_known.insert(rows->value(kOrigin).toString(),
+                       {rows->value(kNewRecordID).toLongLong(), rows->value(kContents).toString()});
+    }
+    rows->Close();
+    if (!isDryRun) {
+        m_rows = database.OpenRecordset(schema::kTblImportedRows, dao::RecordsetType::Table);
+    }
+}
+
+ImportedRows::Judged ImportedRows::judge(RowPrint& print) const {
+    const auto found = m_known.constFind(print.origin);
+    if (found == m_known.constEnd()) {
+        return {};
+    }
+    if (found->contents == print.contents) {
+        return {found->isOfNow ? Kind::PresentTwice : Kind::Present, found->key};
+    }
+    const QString own = combined(print.origin, print.contents);
+    if (const auto clash = m_known.constFind(own); clash != m_known.constEnd()) {
+        return {clash->isOfNow ? Kind::PresentTwice : Kind::Present, clash->key};
+    }
+    if (!found->isOfNow) {
+        return {Kind::Changed, found->key};
+    }
+    print.origin = own;
+    return {Kind::Clash, found->key};
+}
+
+void ImportedRows::add(const QString& table, const std::optional<qint64>& oldKey, qint64 key,
+                       const RowPrint& print) {
+    m_known.insert(print.origin, {key, print.contents, true});
+    if (!m_rows) {
+        return;
+    }
+    m_rows->AddNew();
+    m_rows->setValue(u"TableName", table);
+    m_rows->setValue(u"OldRecordID", oldKey ? QVariant(*oldKey) : QVariant());
+    m_rows->setValue(kNewRecordID, key);
+    m_rows->setValue(kOrigin, print.origin);
+    m_rows->setValue(kContents, print.contents);
+    m_rows->Update();
+}
+
+RowPrinter::RowPrinter(const jet::JetTable& table, const QStringList& lasting)
+    : m_name(table.name.toLower().toUtf8()) {
+    for (const QString& field : lasting) {
+        const qsizetype place = table.columns.indexOf(field);
+        if (place >= 0) {
+            m_lasting.push_back(size_t(place));
+        }
+    }
+    m_canTell = m_lasting.size() == size_t(lasting.size());
+}
+
+RowPrint RowPrinter::of(const jet::JetRow& row, const QString& within) const {
+    QCryptographicHash contents(QCryptographicHash::Sha1);
+    for (const jet::JetCell& cell : row) {
+        addValue(contents, cell.value);
+    }
+    RowPrint print;
+    print.contents = resultOf(contents);
+    QCryptographicHash origin(QCryptographicHash::Sha1);
+    addBytes(origin, m_name.constData(), m_name.size());
+    addText(origin, within);
+    bool canTell = m_canTell && !m_lasting.empty();
+    for (const size_t place : m_lasting) {
+        addValue(origin, row[place].value);
+        canTell = canTell && (place != m_lasting.back() || !row[place].value.isNull());
+    }
+    if (!canTell) {
+        addText(origin, print.contents);
+    }
+    print.origin = resultOf(origin);
+    return print;
+}
+
+} // namespace yrw
