@@ -166,7 +166,7 @@ void Parser::word(const Token& token) {
     const WordEntry entry = findWord(token.text);
     if (entry.handler != nullptr) {
         m_state.fresh = fresh;
-        (this->*entry.handler)(token, entry.value);
+        entry.handler(*this, token, entry.value);
         m_state.fresh = false;
     } else if (fresh && m_state.starred) {
         m_state.fresh = true;

@@ -3,6 +3,7 @@
 #include "platform/rtf/Builder.h"
 #include "platform/rtf/ColourTable.h"
 #include "platform/rtf/FontTable.h"
+#include "platform/rtf/FormatWords.h"
 #include "platform/rtf/GroupStack.h"
 #include "platform/rtf/Lists.h"
 #include "platform/rtf/TableReader.h"
@@ -20,53 +21,13 @@ public:
     Parser(QByteArrayView input, Document& document);
     void run();
 
-    using Handler = void (Parser::*)(const Token& token, int value);
-    static constexpr int kLongestLength = 31680; ///< 22 inches in twips, the most a length can be
-    static constexpr int kLargestSize = 3276;    ///< half points
-    static constexpr qsizetype kMostTabs = 64;
+    /// `value` is the table's second column.
+    using Handler = void (*)(Parser& parser, const Token& token, int value);
 
-    // Handlers: `value` is the table's second column.
-    /// A word without a number, or with one that is not 0, turns on.
-    template <bool CharFormat::*part>
-    void toggle(const Token& token, int) {
-        m_state.chars.*part = !token.hasNumber || token.number != 0;
-    }
-    void noUnderline(const Token&, int) { m_state.chars.underline = false; }
-    void script(const Token& token, int value) {
-        const bool on = !token.hasNumber || token.number != 0;
-        m_state.chars.script = on ? static_cast<Script>(value) : Script::Normal;
-    }
-    void fontSize(const Token& token, int) {
-        if (token.number > 0) {
-            m_state.chars.halfPoints = std::min(token.number, kLargestSize);
-        }
-    }
-    template <int CharFormat::*part>
-    void colour(const Token& token, int) {
-        m_state.chars.*part = m_colours.at(token.number);
-    }
+    // Handlers.
+    [[nodiscard]] FormatWords& formats() { return m_formats; }
     void plain(const Token& token, int value);
     void fontNumber(const Token& token, int value);
-    /// A length in twips, of which `value` is the least.
-    template <int ParFormat::*part>
-    void length(const Token& token, int value) {
-        m_state.pars.*part = std::clamp(token.number, value, kLongestLength);
-    }
-    void lineMultiple(const Token& token, int) { m_state.pars.lineMultiple = token.number != 0; }
-    void style(const Token& token, int) { m_state.pars.style = std::max(0, token.number); }
-    void direction(const Token&, int value) { m_state.pars.rightToLeft = value != 0; }
-    void tabStop(const Token& token, int) {
-        if (m_state.pars.tabs.size() < kMostTabs) {
-            m_state.pars.tabs.append(std::clamp(token.number, -kLongestLength, kLongestLength));
-        }
-    }
-    void inTable(const Token&, int) { m_state.tableLevel = std::max(m_state.tableLevel, 1); }
-    void tableLevel(const Token& token, int) {
-        m_state.tableLevel = std::clamp(token.number, 0, kMostNested);
-    }
-    void alignment(const Token&, int value) {
-        m_state.pars.alignment = static_cast<Alignment>(value);
-    }
     void pard(const Token& token, int value);
     void character(const Token&, int value) { appendCharacter(static_cast<char16_t>(value)); }
     void unicode(const Token& token, int value);
@@ -124,6 +85,7 @@ private:
     GroupState& m_state = m_groups.now();
     FontTable m_fonts;
     ColourTable m_colours{m_document.colours};
+    FormatWords m_formats{m_state, m_colours};
     Lists m_lists;
     TableReader m_tables;
     QByteArray m_pending; ///< bytes that wait for the end of their run
