@@ -65,7 +65,10 @@ ImportedRows::ImportedRows(dao::Database& database, bool isDryRun) {
     }
     rows->Close();
     if (!isDryRun) {
-        m_rows = database.OpenRecordset(schema::kTblImportedRows, dao::RecordsetType::Table);
+        m_rows = std::make_unique<dao::RowAdder>(database, schema::kTblImportedRows,
+                                                 QStringList{QStringLiteral("TableName"),
+                                                             QStringLiteral("OldRecordID"),
+                                                             kNewRecordID, kOrigin, kContents});
     }
 }
 
@@ -94,13 +97,13 @@ void ImportedRows::add(const QString& table, const std::optional<qint64>& oldKey
     if (!m_rows) {
         return;
     }
-    m_rows->AddNew();
-    m_rows->setValue(u"TableName", table);
-    m_rows->setValue(u"OldRecordID", oldKey ? QVariant(*oldKey) : QVariant());
-    m_rows->setValue(kNewRecordID, key);
-    m_rows->setValue(kOrigin, print.origin);
-    m_rows->setValue(kContents, print.contents);
-    m_rows->Update();
+    int field = 0;
+    for (const QVariant& value :
+         {QVariant(table), oldKey ? QVariant(*oldKey) : QVariant(), QVariant(key),
+          QVariant(print.origin), QVariant(print.contents)}) {
+        m_rows->set(field++, value);
+    }
+    m_rows->add();
 }
 
 RowPrinter::RowPrinter(const jet::JetTable& table, const QStringList& lasting)

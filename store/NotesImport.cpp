@@ -99,6 +99,7 @@ ImportEnd importIntoNewFile(const QString& oldFile, const QString& newFile,
     const auto remove = qScopeGuard([&] { QFile::remove(unfinished); });
     const ImportEnd end =
         fill(oldFile, unfinished, *workspace, services.clock, choices, step, report);
+    removeUnfinished(newFile, unfinished); // what killed programs left
     if (end == ImportEnd::Imported && !placeNotesDatabase(services.files, unfinished, newFile)) {
         raiseTaken(newFile);
     }
