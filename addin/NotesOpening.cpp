@@ -29,19 +29,39 @@ void NotesOpening::openDatabaseOfHost() {
     const FileSystem& files = m_module.services().files;
     const QString path = FileSystem::join(folder, kNotesDatabaseName);
 
-    const bool isThere = files.fileExists(path);
-    if (!isThere || !m_module.isOpenAt(files.resolve(path))) {
+    if (!files.fileExists(path) || !m_module.isOpenAt(files.resolve(path))) {
         m_module.closeDatabase();
         m_module.setDatabaseFolder(folder);
-        if (!isThere && !CreateNotesDatabase(path)) {
+        m_oldFormat.finish(folder);
+        if (!files.fileExists(path) && !CreateNotesDatabase(path)) {
             return;
         }
-        m_module.openDatabase(workspace, files.resolve(path));
+        if (!openUnlessOld(workspace, folder, path)) {
+            if (m_oldFormat.convert(folder)) {
+                openDatabaseOfHost();
+            }
+            return;
+        }
     }
     takeUserNames();
     m_module.setCurrentUser(m_host.requiredUser()); // who stamps what is written
     // Without it, notes on records are neither found nor marked.
     m_host.requireProgID();
+}
+
+/// False, and nothing is open, when the notes database is of the older format.
+bool NotesOpening::openUnlessOld(const Ref<dao::Workspace>& workspace, const QString& folder,
+                                 const QString& path) {
+    try {
+        m_module.openDatabase(workspace, m_module.services().files.resolve(path));
+        return true;
+    } catch (const AutomationError& error) {
+        if (error.number() != kErrorNotADatabase || !m_oldFormat.isAt(folder)) {
+            throw;
+        }
+        m_module.closeDatabase();
+        return false;
+    }
 }
 
 /// Offers to make the notes database from the template. True when it is there afterwards, made

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "addin/Module1.h"
+#include "addin/OldFormat.h"
 #include "store/Schema.h"
 
 namespace yrw {
 
-/// Opens the notes database of one add-in's host, and offers to make one where there is none.
+/// Opens the notes database of one add-in's host, and offers to make one where there is none
+/// and to convert one of the older format.
 /// Lifetime: a member of its `AddIn`, as is the host. Thread: the user-interface thread.
 class NotesOpening {
 public:
@@ -24,11 +26,14 @@ public:
 
 private:
     void openDatabaseOfHost();
+    [[nodiscard]] bool openUnlessOld(const Ref<dao::Workspace>& workspace, const QString& folder,
+                                     const QString& path);
     bool CreateNotesDatabase(const QString& path);
     void takeUserNames();
 
     Module1& m_module;
     AddInHost& m_host;
+    OldFormat m_oldFormat{m_module, m_host};
     int m_highlightColour = schema::kDefaultHighlight;
 };
 

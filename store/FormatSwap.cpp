@@ -125,6 +125,26 @@ bool FormatSwap::isOldFormat() const {
     return jet::isJetFile(place());
 }
 
+std::optional<QStringList> FormatSwap::openElsewhere() const {
+    constexpr qsizetype kMostPrograms = 255;
+    constexpr qsizetype kEntry = 64; // the computer and the user, 32 bytes each
+    static const QRegularExpression name(QStringLiteral("^[A-Za-z0-9_.-]{1,32}"));
+    QFile file(m_files.resolve(FileSystem::join(m_folder, QStringLiteral("Notes.ldb"))));
+    if (!isThere(file.fileName())) {
+        return std::nullopt;
+    }
+    QStringList computers;
+    const QByteArray bytes =
+        file.open(QIODevice::ReadOnly) ? file.read(kMostPrograms * kEntry) : QByteArray();
+    for (qsizetype at = 0; at < bytes.size(); at += kEntry) {
+        const QString entry = QString::fromLatin1(bytes.mid(at, kEntry / 2));
+        computers += name.match(entry).captured();
+    }
+    computers.removeAll(QString());
+    computers.removeDuplicates();
+    return computers;
+}
+
 std::optional<ConvertedNotes> FormatSwap::finish(const Waiting& waiting) const {
     if (!isThere(m_working) && !isThere(m_lock)) {
         return std::nullopt;

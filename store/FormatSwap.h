@@ -42,6 +42,9 @@ public:
     /// True when the notes database of the folder is of the older format. Not for a file that may
     /// be open in this process.
     [[nodiscard]] bool isOldFormat() const;
+    /// The computers that the old format's own lock file names: one of their programs may have the
+    /// notes database open, or have been ended with it open. Nothing where there is no such file.
+    [[nodiscard]] std::optional<QStringList> openElsewhere() const;
     /// Completes a conversion that was ended between the old file's new name and the new file's,
     /// and removes what was left of one that had not come that far. What was completed; nothing
     /// where there was nothing to complete. Raises when that cannot be had.

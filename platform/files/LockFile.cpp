@@ -14,7 +14,7 @@ namespace yrw {
 
 namespace {
 
-constexpr mode_t kEverybody = 0666; // whoever shares the folder may have to take it over
+constexpr mode_t kEverybody = 0666; // whoever shares the folder may have to take over what is left
 
 /// False when another program holds it. Where the file system knows no locks, nobody does.
 bool lock(int file) {
@@ -57,6 +57,7 @@ bool LockFile::take() {
         }
         if (isStillNamed(file, name)) {
             m_file = file;
+            ::fchmod(file, kEverybody); // whatever the user's mask leaves
         } else {
             ::close(file);
         }

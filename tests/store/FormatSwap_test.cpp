@@ -175,6 +175,11 @@ TEST_F(FormatSwapTest, LeavesTheOldFileAloneWhenItIsNotToBe) {
     EXPECT_EQ(files(), (Files{{kName, kOld}})) << names();
     EXPECT_THROW(static_cast<void>(convert(written)), AutomationError);
     EXPECT_EQ(files(), (Files{{kName, kOld + '!'}})) << names();
+    const auto computer = [](const char* name) { return QByteArray(name).leftJustified(64, '\0'); };
+    EXPECT_EQ(FormatSwap(system, folder.path()).openElsewhere(), std::nullopt);
+    put({{"notes.LDB", computer("DESK-1") + computer("\x01 ") + computer("LAPTOP") + "DESK-1"}});
+    EXPECT_EQ(FormatSwap(system, folder.path()).openElsewhere(),
+              (QStringList{QStringLiteral("DESK-1"), QStringLiteral("LAPTOP")}));
     put({{kName, kNew}});
     EXPECT_EQ(convert(failing), FormatSwap::End::NothingOld);
     EXPECT_EQ(files(), (Files{{kName, kNew}})) << names();
