@@ -353,6 +353,20 @@ TEST_F(DatabaseTest, TextInTheFileReachesNoOtherFileAndComesToAnEnd) {
     }
 }
 
+TEST_F(DatabaseTest, TheIntegrityCheckFindsDamage) {
+    for (int i = 0; i < 300; ++i) {
+        addNote(QString(200, u'x'));
+    }
+    EXPECT_TRUE(database->CheckIntegrity().isEmpty());
+    database->Close();
+    QFile file(path());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.seek(file.size() - 4096);
+    file.write(QByteArray(2000, '\x33'));
+    file.close();
+    EXPECT_FALSE(workspace->OpenDatabase(path())->CheckIntegrity().isEmpty());
+}
+
 } // namespace
 
 } // namespace yrw::dao

@@ -293,13 +293,14 @@ TEST(FormTest, closingTheOwnerUnloadsItsFormsOrIsRefused) {
                 each->otherDiary = &order;
             }
         }
+        const auto ends = [&] { return form != nullptr ? form->unload() : owner->close(); };
         owned->refuse = true;
-        EXPECT_FALSE(owner->close());
+        EXPECT_FALSE(ends());
         EXPECT_TRUE(owner->isVisible());
         EXPECT_EQ(order, QStringList({"frmOwned query"}));
         owned->refuse = false;
         order.clear();
-        EXPECT_TRUE(owner->close());
+        EXPECT_TRUE(ends());
         const QStringList ended{"frmOwned unload", "frmDiary unload"};
         EXPECT_EQ(order.filter("unload"), form != nullptr ? ended : ended.mid(0, 1));
     }

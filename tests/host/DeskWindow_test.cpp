@@ -123,13 +123,15 @@ TEST_F(DeskWindowTest, ANewOrderBelongsToTheCustomerAbove) {
     press(Qt::Key_N, Qt::ControlModifier);
     type("x");
     press(Qt::Key_Escape);
-    window().application()->DB()->Database().RunScript("UPDATE Orders SET State = NULL");
+    window().application()->DB()->Database().RunScript("UPDATE Orders SET OrderDate = NULL");
     press(Qt::Key_Up);
     type("Coat stand");
     press(Qt::Key_Up);
     const auto edited = window().application()->Orders(nullptr)->Item(before + 1);
     EXPECT_EQ(edited->value("Item"), QVariant("Coat stand"));
-    EXPECT_TRUE(edited->value("State").isNull());
+    for (const auto& each : window().application()->Orders(nullptr)->NewEnum()) {
+        EXPECT_TRUE(each->value("OrderDate").isNull());
+    }
     EXPECT_EQ(m_prompt.shown, QStringList());
 }
 
