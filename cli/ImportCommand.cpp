@@ -66,7 +66,7 @@ private:
 
     ImportEnd bringAlong() {
         if (isSameFile(m_old, m_notes)) {
-            return swap();
+            return convertInPlace();
         }
         if (m_context.line.isSet(kMerge)) {
             return merge();
@@ -94,7 +94,7 @@ private:
     }
 
     /// The old file is the folder's own notes database: a new one takes its place.
-    ImportEnd swap() {
+    ImportEnd convertInPlace() {
         if (!jet::isJetFile(m_notes) || m_context.line.isSet(kMerge)) {
             throw AutomationError(
                 kErrorInvalidOperation, QStringLiteral("yrwnotes"),
