@@ -8,6 +8,7 @@
 #include "framework/Settings.h"
 #include "platform/forms/Form.h"
 #include "tests/support/FakeWindow.h"
+#include "tests/support/NoteOf.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/PromptScript.h"
 
@@ -91,33 +92,29 @@ protected:
         window().showRecords();
     }
     /// Adds a note; nothing as object key makes one on no record.
-    qint64 addNote(const QString& objectKey, qint64 recordID,
-                   NoteStatus status = NoteStatus::Active,
-                   const QString& progID = kFakeHostProgID) {
-        qint64 id = 0;
-        const dao::ValueList data{{QStringLiteral("Subject"), QStringLiteral("Ring back")},
-                                  {QStringLiteral("Status"), static_cast<int>(status)},
-                                  {QStringLiteral("OwnerComponentProgID"), progID},
-                                  {QStringLiteral("OwnerObjectKey"),
-                                   objectKey.isEmpty() ? QVariant() : QVariant(objectKey)},
-                                  {QStringLiteral("OwnerRecordID"), recordID}};
-        Module1::instance().application().Notes()->Add(data, nullptr, id, true);
-        return id;
+    static qint64 addNote(const QString& objectKey, qint64 recordID, const NoteOf& note = {}) {
+        return addNoteOf(Module1::instance().application(), objectKey, recordID, note);
     }
-    /// Runs an action as soon as a form of that name is on screen.
-    void whenShown(const QString& name, const std::function<void(Form&)>& action) {
-        auto* timer = new QTimer(qApp);
-        QObject::connect(timer, &QTimer::timeout, timer, [timer, name, action] {
-            for (Form* form : Form::openForms()) {
-                if (form->objectName() == name && form->isVisible()) {
-                    timer->deleteLater();
-                    timer->stop();
-                    action(*form);
-                    return;
-                }
-            }
-        });
+    /// Runs an action once, when a form of that name is on screen; not any more when the guard
+    /// ends.
+    static std::unique_ptr<QTimer> once(const QString& name, std::function<void(Form&)> action) {
+        auto timer = std::make_unique<QTimer>();
+        QObject::connect(timer.get(), &QTimer::timeout, timer.get(),
+                         [name, action = std::move(action), raw = timer.get()] {
+                             for (Form* form : formsNamed(name)) {
+                                 if (form->isVisible()) {
+                                     raw->stop();
+                                     action(*form);
+                                     return;
+                                 }
+                             }
+                         });
         timer->start(1);
+        return timer;
+    }
+    /// The same without a guard: the action waits until the test's end.
+    void whenShown(const QString& name, const std::function<void(Form&)>& action) {
+        m_waiting.push_back(once(name, action));
     }
     [[nodiscard]] static QList<Form*> formsNamed(const QString& name) {
         QList<Form*> forms = Form::openForms();
@@ -141,6 +138,9 @@ protected:
     PromptScript prompt;
     HostWorld world{clock, files};
     Ref<AddIn> addIn;
+
+private:
+    std::vector<std::unique_ptr<QTimer>> m_waiting;
 };
 
 } // namespace yrw::test

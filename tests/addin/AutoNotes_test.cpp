@@ -18,19 +18,14 @@ protected:
         window().show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     }
-    qint64 add(const QString& subject, const QString& objectKey, qint64 recordID,
-               NoteStatus status = NoteStatus::Active, bool shows = true, qint64 userID = 1) {
-        qint64 id = 0;
-        const dao::ValueList data{{QStringLiteral("Subject"), subject},
-                                  {QStringLiteral("PlainNote"), QString(u"Text of " + subject)},
-                                  {QStringLiteral("Status"), static_cast<int>(status)},
-                                  {QStringLiteral("AutomaticallyShow"), shows},
-                                  {QStringLiteral("OwnerComponentProgID"), kFakeHostProgID},
-                                  {QStringLiteral("OwnerObjectKey"), objectKey},
-                                  {QStringLiteral("OwnerRecordID"), recordID},
-                                  {QStringLiteral("RecordUserID"), userID}};
-        Module1::instance().application().Notes()->Add(data, nullptr, id, true);
-        return id;
+    /// Adds a note that shows by itself.
+    static qint64 add(const QString& subject, const QString& objectKey, qint64 recordID,
+                      qint64 userID = 1) {
+        return addNote(objectKey, recordID,
+                       {.subject = subject,
+                        .text = QString(u"Text of " + subject),
+                        .showsItself = true,
+                        .userID = userID});
     }
     void addTwo() {
         add(QStringLiteral("Ring"), QStringLiteral("cu"), 1);
@@ -66,7 +61,6 @@ protected:
     void waitUntilSettled() {
         EXPECT_TRUE(QTest::qWaitFor([this] { return isTimerOn(); }, 2000));
     }
-    void tick() { Q_EMIT addIn->UpperTimerForm()->CheckWindowFocus(); }
     void expectNothing(const char* why) {
         EXPECT_EQ(rows(), QStringList{QStringLiteral("none")}) << why;
         EXPECT_EQ(addIn->GetPopupFormCount(), 0) << why;
@@ -76,44 +70,28 @@ protected:
     NotesSettings settings() { return NotesSettings(Module1::instance().services().settings); }
 };
 
-TEST_F(Landing, EachRecordShowsItsOwnNotes) {
-    addTwo();
-    add(QStringLiteral("Order note"), QStringLiteral("or"), 2);
+TEST_F(Landing, TheHeadingNamesTheRecordAndTheFirstNotesAuthor) {
+    add(QStringLiteral("By Ben"), QStringLiteral("cu"), 1, 2);
+    add(QStringLiteral("By Anna"), QStringLiteral("cu"), 1);
     land(0);
-    EXPECT_EQ(rows(), (QStringList{"Customer: Quill & Son [ANNA ASH NOTES]", "Ring", "Text of Ring",
-                                   "Write", "Text of Write"}));
-    EXPECT_EQ(status(), QStringLiteral("2 Note(s) Found...!!"));
-    EXPECT_EQ(window().statusBar->tag(), AutoNotes::kMarker);
-    EXPECT_EQ(toolTip(), QStringLiteral("Customer: Quill & Son [ANNA ASH NOTES]"));
+    EXPECT_EQ(rows(), (QStringList{"Customer: Quill & Son [BEN BIRCH NOTES]", "By Ben",
+                                   "Text of By Ben", "By Anna", "Text of By Anna"}));
+    EXPECT_EQ(toolTip(), QStringLiteral("Customer: Quill & Son [BEN BIRCH NOTES]"));
+    add(QStringLiteral("Author unknown"), QStringLiteral("cu"), 2, 99);
     land(1);
-    expectNothing("a record without notes");
-    land(*window().lower, 1);
-    EXPECT_EQ(rows().value(0), QStringLiteral("Order: O-2 [ANNA ASH NOTES]"));
-    EXPECT_EQ(status(), QStringLiteral("1 Note(s) Found...!!"));
-    EXPECT_EQ(addIn->GetPopupFormCount(), 1);
-    land(0);
-    EXPECT_EQ(rows().size(), 5);
-    EXPECT_EQ(addIn->GetPopupFormCount(), 1);
+    EXPECT_EQ(rows().value(0), QStringLiteral("Customer: Ferry Lane [ NOTES]"));
 }
 
 TEST_F(Landing, NothingShowsWhereNothingShould) {
-    add(QStringLiteral("Done"), QStringLiteral("cu"), 2, NoteStatus::Done);
-    add(QStringLiteral("Quiet"), QStringLiteral("cu"), 2, NoteStatus::Active, false);
-    addNote(QStringLiteral("cu"), 2, NoteStatus::Active, QStringLiteral("Other.Application"));
+    addNote(QStringLiteral("cu"), 2,
+            {.showsItself = true, .progID = QStringLiteral("Other.Application")});
     addTwo();
-    window().statusBar->setText({});
     land(1);
-    expectNothing("neither done nor quiet notes show");
-    options().set(setting::kShowPopupWindow, false);
-    land(0);
-    expectNothing("switched off");
-    options().set(setting::kShowPopupWindow, true);
+    expectNothing("another host's");
     window().notesMayBeChecked = false;
     land(0);
     expectNothing("the host is not to be disturbed");
     window().notesMayBeChecked = true;
-    window().upper->StayOnCell.raise();
-    expectNothing("a cell opens nothing");
     window().upper->grid->setAllowAddNew(true);
     land(window().upper->grid->rowCount());
     expectNothing("a new record");
@@ -121,34 +99,6 @@ TEST_F(Landing, NothingShowsWhereNothingShould) {
     Module1::instance().database()->RunScript(QStringLiteral("DROP VIEW qryNotes;"));
     land(0);
     expectNothing("the notes cannot be read");
-}
-
-TEST_F(Landing, TheHeadingNamesTheFirstNotesAuthor) {
-    add(QStringLiteral("By Ben"), QStringLiteral("cu"), 1, NoteStatus::Active, true, 2);
-    add(QStringLiteral("By Anna"), QStringLiteral("cu"), 1);
-    land(0);
-    EXPECT_EQ(rows().value(0), QStringLiteral("Customer: Quill & Son [BEN BIRCH NOTES]"));
-    EXPECT_EQ(rows().size(), 5); // one heading, whoever wrote the others
-    add(QStringLiteral("Author unknown"), QStringLiteral("cu"), 2, NoteStatus::Active, true, 99);
-    land(1);
-    EXPECT_EQ(rows().value(0), QStringLiteral("Customer: Ferry Lane [ NOTES]"));
-}
-
-TEST_F(Landing, TheFocusTickClosesThePopupOnlyWhenTheHostIsNotTheActiveWindow) {
-    addTwo();
-    land(0);
-    waitUntilSettled();
-    tick();
-    EXPECT_EQ(rows().size(), 5);
-    EXPECT_TRUE(isTimerOn());
-    window().isActiveWindowOfUser = false;
-    tick();
-    expectNothing("another program has the focus");
-    EXPECT_FALSE(isTimerOn());
-    // Without a popup the timer switches itself off.
-    options().set(setting::kCheckAutoNotes, true);
-    tick();
-    EXPECT_FALSE(isTimerOn());
 }
 
 TEST_F(Landing, AUsedPopupStaysUntilTheUserMovesOn) {
@@ -233,23 +183,11 @@ TEST_F(Landing, ThePopupStaysAwayWhenItIsSwitchedOffInTheNotesWindow) {
     EXPECT_FALSE(static_cast<bool>(addIn->Activate() && popup() != nullptr));
 }
 
-TEST_F(Landing, ThePopupStandsBesideTheHostAndGoesWithIt) {
-    addTwo();
-    land(0);
-    EXPECT_LE(popup()->frameGeometry().right(), window().frameGeometry().right());
-    EXPECT_EQ(popup()->parentWidget(), &window());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window().isActiveWindow(); }));
-    window().close();
-    EXPECT_EQ(addIn->GetPopupFormCount(), 0);
-    EXPECT_NE(settings().get(setting::kPopupHeight), std::nullopt);
-}
-
 TEST_F(Landing, AMarkedRowTellsItsSubjectsWhenItIsAsked) {
     for (int i = 0; i < 12; ++i) {
-        add(QStringLiteral("<b>Subject %1").arg(i), QStringLiteral("cu"), 1, NoteStatus::Active,
-            false);
+        addNote(QStringLiteral("cu"), 1, {.subject = QStringLiteral("<b>Subject %1").arg(i)});
     }
-    add(QStringLiteral("Done"), QStringLiteral("cu"), 1, NoteStatus::Done);
+    addNote(QStringLiteral("cu"), 1, {.status = NoteStatus::Done});
     const auto remark = [&](qint64 recordID, bool details) {
         RowRemark said(details);
         window().upper->grid->FetchRowRemark.raise(0, window().upper->placeOf(recordID), said);

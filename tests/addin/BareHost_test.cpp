@@ -65,27 +65,7 @@ void PrintTo(const Row& row, std::ostream* out) {
     *out << row.name;
 }
 
-/// A prompt whose reports somebody reads.
-class ReadingPrompt final : public SilentPrompt {
-public:
-    ReadingPrompt() : m_before(&instance()) { setInstance(this); }
-    ~ReadingPrompt() override { setInstance(m_before); }
-    void message(const QString& text, const QString&, PromptIcon) override { tell(text); }
-    void errorReport(const ErrorReport& report) override {
-        tell(report.message + QStringLiteral(" (") + report.description + u')');
-    }
-    void tell(const QString& text) {
-        if (!told.contains(text)) {
-            told += text;
-        }
-    }
-    QStringList told;
-
-private:
-    Prompt* m_before;
-};
-
-class BareHost : public AddInFixture, public testing::WithParamInterface<Row> {
+class BareHost : public AddInFixture, public testing::WithParamInterface<std::tuple<Row, When>> {
 protected:
     /// A database with a note that shows by itself on the first customer, and a reminder of it.
     void seed() {
@@ -111,23 +91,6 @@ protected:
         }
         workspace->Close();
         return count;
-    }
-    /// Runs an action once, when a form of that name is on screen; not any more when the guard
-    /// ends.
-    static std::unique_ptr<QTimer> once(const QString& name, std::function<void(Form&)> action) {
-        auto timer = std::make_unique<QTimer>();
-        QObject::connect(timer.get(), &QTimer::timeout, timer.get(),
-                         [name, action = std::move(action), raw = timer.get()] {
-                             for (Form* form : formsNamed(name)) {
-                                 if (form->isVisible()) {
-                                     raw->stop();
-                                     action(*form);
-                                     return;
-                                 }
-                             }
-                         });
-        timer->start(1);
-        return timer;
     }
     /// Opens a notes window, adds a note in it and closes it. True when it was there.
     bool useWindow(const std::function<void()>& open, bool reminds, QString& title) {
@@ -203,7 +166,7 @@ protected:
                               Qt::LeftButton);
         }
         if (!window().status.isEmpty()) {
-            reader.tell(window().status);
+            reader.told += window().status;
         }
     }
 
@@ -235,35 +198,21 @@ protected:
         trouble.set(answer, Giving::Given);
     }
 
-    ReadingPrompt reader;
+    ServingPrompt reader;
     unsigned uses = 0;
 };
 
-class BareHostMissing : public BareHost {};
-class BareHostRaising : public BareHost {};
-class BareHostLater : public BareHost {};
-
-void compare(const Row& row, When when, unsigned uses, const QStringList& told) {
+TEST_P(BareHost, LosesWhatNeedsIt) {
+    const auto& [row, when] = GetParam();
+    live(row.answer, when);
     const Loss& loss = row.losses[static_cast<int>(when)];
     EXPECT_EQ(namesOf(kAll & ~uses), namesOf(loss.uses)) << "is lost";
     const QRegularExpression cause(QLatin1String(loss.told));
-    EXPECT_EQ(told.isEmpty(), cause.pattern().isEmpty()) << told.join(u'|').toStdString();
-    for (const QString& text : told) {
+    EXPECT_EQ(reader.told.isEmpty(), cause.pattern().isEmpty())
+        << reader.told.join(u'|').toStdString();
+    for (const QString& text : reader.told) {
         EXPECT_TRUE(text.contains(cause)) << text.toStdString();
     }
-}
-
-TEST_P(BareHostMissing, LosesWhatNeedsIt) {
-    live(GetParam().answer, When::Missing);
-    compare(GetParam(), When::Missing, uses, reader.told);
-}
-TEST_P(BareHostRaising, LosesWhatNeedsIt) {
-    live(GetParam().answer, When::Raising);
-    compare(GetParam(), When::Raising, uses, reader.told);
-}
-TEST_P(BareHostLater, LosesWhatNeedsIt) {
-    live(GetParam().answer, When::VanishingLater);
-    compare(GetParam(), When::VanishingLater, uses, reader.told);
 }
 
 // What goes together.
@@ -344,9 +293,16 @@ const Row kRows[] = {
       {}}},
 };
 
-const auto kNamed = [](const auto& row) { return std::string(row.param.name); };
-INSTANTIATE_TEST_SUITE_P(Answers, BareHostMissing, testing::ValuesIn(kRows), kNamed);
-INSTANTIATE_TEST_SUITE_P(Answers, BareHostRaising, testing::ValuesIn(kRows), kNamed);
-INSTANTIATE_TEST_SUITE_P(Answers, BareHostLater, testing::ValuesIn(kRows), kNamed);
+std::string nameOf(const testing::TestParamInfo<std::tuple<Row, When>>& each) {
+    const char* const whens[] = {"Missing", "Raising", "Later"};
+    const auto& [row, when] = each.param;
+    return std::string(row.name) + whens[static_cast<int>(when)];
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, BareHost,
+                         testing::Combine(testing::ValuesIn(kRows),
+                                          testing::Values(When::Missing, When::Raising,
+                                                          When::VanishingLater)),
+                         nameOf);
 
 } // namespace

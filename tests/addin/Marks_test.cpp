@@ -50,8 +50,8 @@ protected:
 TEST_F(Marks, ARowIsMarkedByAnActiveNoteWithItsWholeOwnerKey) {
     activate();
     addNote(QStringLiteral("cu"), 1);
-    addNote(QStringLiteral("cu"), 2, NoteStatus::Done);
-    addNote(QStringLiteral("cu"), 3, NoteStatus::Active, QStringLiteral("Other.Application"));
+    addNote(QStringLiteral("cu"), 2, {.status = NoteStatus::Done});
+    addNote(QStringLiteral("cu"), 3, {.progID = QStringLiteral("Other.Application")});
     addNote(QStringLiteral("or"), 3);
     addNote({}, 2);
     EXPECT_EQ(rowColour(*window().upper, 1), 16761024);
@@ -140,23 +140,6 @@ TEST_F(Marks, TheFlagColumnIsTheLinkedOneElseTheVisibleRecordIdElseNone) {
     EXPECT_EQ(flags(*window().upper, 2), QList<int>{0});
     window().upper->grid->AfterColUpdate.raise(1);
     EXPECT_EQ(flags(*window().upper, 2), QList<int>{1});
-}
-
-TEST_F(Marks, TheFlagColumnDoesNotBecomeTheCurrentOne) {
-    activate();
-    RecordGrid& grid = *window().lower->grid;
-    define(QStringLiteral("Orders"), QStringLiteral("CustomerID"));
-    window().showRecords();
-    grid.setCurrentRow(0);
-    grid.setCurrentColumn(1);
-    int changes = 0;
-    const Connection counting = grid.RowColChange.connect([&](dao::Bookmark, int) { ++changes; });
-    grid.setCurrentColumn(2);
-    EXPECT_EQ(grid.currentColumn(), 1);
-    EXPECT_EQ(changes, 2); // there and back, once
-    options().set(setting::kFlagNotesRow, false);
-    grid.setCurrentColumn(2);
-    EXPECT_EQ(grid.currentColumn(), 2);
 }
 
 } // namespace

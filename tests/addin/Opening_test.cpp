@@ -38,19 +38,6 @@ TEST_F(Opening, RefusingToMakeADatabaseLeavesEverythingAsItWas) {
     EXPECT_EQ(window().status, QString());
 }
 
-TEST_F(Opening, AgreeingCopiesDatabaseAndLayoutAndOpensAtOnce) {
-    QFile stale(world.notesPath() + QStringLiteral("-wal"));
-    ASSERT_TRUE(stale.open(QIODevice::WriteOnly) && stale.write("old") == 3);
-    stale.close();
-    create();
-    prompt.answer(PromptAnswer::Yes);
-    EXPECT_TRUE(addIn->Activate());
-    EXPECT_TRUE(QFile::exists(world.folder() + QStringLiteral("/Support/Notes/Menus.tb")));
-    EXPECT_TRUE(QFile::exists(stale.fileName() + QStringLiteral(".old")));
-    EXPECT_EQ(Module1::instance().databaseFolder(), world.folder());
-    EXPECT_GT(addNote(QStringLiteral("cu"), 1), 0);
-}
-
 TEST_F(Opening, WhatAColleagueMakesMeanwhileIsOpenedAndLeftAsItIs) {
     create();
     prompt.answer(PromptAnswer::Yes);
@@ -132,18 +119,6 @@ TEST_F(Opening, WithoutAComponentItReportsAndStaysClosed) {
     addIn = make<AddIn>();
     prompt.expectReport();
     EXPECT_FALSE(addIn->Activate());
-}
-
-TEST_F(Opening, TakesTheHostsUserAndTheNamesOfAll) {
-    world.host->actAs(3);
-    activate();
-    Module1& module = Module1::instance();
-    EXPECT_EQ(module.dataHelper().CurrentUserID(), 3);
-    EXPECT_EQ(module.application().CurrentIUser()->value(QStringLiteral("Code")).toString(),
-              QStringLiteral("CARA"));
-    const qint64 note = addNote(QStringLiteral("cu"), 1);
-    const Ref<IRecord> read = module.application().Notes()->Item(QVariant(note));
-    EXPECT_EQ(read->value(QStringLiteral("UseName")).toString(), QStringLiteral("Cara Cedar"));
 }
 
 TEST_F(Opening, ADatabaseDeletedMeanwhileIsNotWorkedOnAnyLonger) {

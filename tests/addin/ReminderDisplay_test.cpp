@@ -12,7 +12,6 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QProcess>
-#include <QScreen>
 
 using namespace yrw;
 using namespace yrw::test;
@@ -103,14 +102,6 @@ protected:
         window().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     }
-    /// Keeps a picture of the whole screen where YRW_PICTURES says, for people to look at.
-    static void keepPicture(const QString& name) {
-        const QString folder = qEnvironmentVariable("YRW_PICTURES");
-        if (!folder.isEmpty()) {
-            QTest::qWait(300);
-            QGuiApplication::primaryScreen()->grabWindow(0).save(folder + u'/' + name + u".png");
-        }
-    }
     static QString output(const QString& program, const QStringList& arguments) {
         QProcess process;
         process.start(program, arguments);
@@ -150,7 +141,6 @@ TEST_F(OnDisplay, ATextFieldKeepsEveryKeyWhileTwentyPopupsAppear) {
     EXPECT_EQ(field.text(), typed);
     EXPECT_TRUE(window().isActiveWindow());
     EXPECT_EQ(tags().size(), 20);
-    keepPicture(QStringLiteral("cascade"));
 
     // The oldest promise lies in front of all others, whole; the window manager takes a moment.
     const auto inFront = [] {
@@ -177,7 +167,6 @@ TEST_F(OnDisplay, OneKeyReachesTheOldestAndOneAnswersIt) {
     press("ctrl+alt+r");
     EXPECT_TRUE(QTest::qWaitFor([] { return popup().isActiveWindow(); }));
     EXPECT_EQ(tags().size(), 2);
-    keepPicture(QStringLiteral("reached"));
     press("alt+d");
     EXPECT_TRUE(QTest::qWaitFor([] { return tags().size() == 1; }));
     EXPECT_EQ(stored(oldest, "Status").toInt(), 4);

@@ -13,9 +13,12 @@ protected:
         QString caption;
         whenShown(QStringLiteral("frmMain"), [&](Form& form) {
             caption = form.windowTitle();
+            EXPECT_EQ(window().status, QStringLiteral("Showing Notes..."));
+            EXPECT_EQ(prompt.pointer, MousePointer::Default);
             form.unload();
         });
         addIn->ShowNotes(nullptr, noteID);
+        EXPECT_EQ(window().status, QString());
         return caption;
     }
 };
@@ -66,21 +69,6 @@ TEST_F(ShowNotesTest, TheHostMayLetGoWhileTheWindowIsOpen) {
     EXPECT_FALSE(Module1::instance().isDatabaseOpen());
 }
 
-TEST_F(ShowNotesTest, DeActivatingUnloadsTheOpenWindowFirst) {
-    activate();
-    bool openWhenUnloaded = false;
-    whenShown(QStringLiteral("frmMain"), [&](Form& form) {
-        QObject::connect(&form, &Form::unloaded, &form,
-                         [&] { openWhenUnloaded = Module1::instance().isDatabaseOpen(); });
-        addIn->DeActivate();
-    });
-    addIn->ShowNotes(nullptr, 0);
-    EXPECT_TRUE(openWhenUnloaded);
-    EXPECT_TRUE(formsNamed(QStringLiteral("frmMain")).isEmpty());
-    EXPECT_FALSE(Module1::instance().isDatabaseOpen());
-    EXPECT_TRUE(addIn->Activate());
-}
-
 TEST_F(ShowNotesTest, ANestedWindowGivesTheOuterOneBack) {
     activate();
     bool cancelledInside = false;
@@ -106,9 +94,12 @@ TEST_F(ShowNotesTest, ANestedWindowGivesTheOuterOneBack) {
     EXPECT_FALSE(cancelled);
 }
 
-TEST_F(ShowNotesTest, DeActivatingUnloadsNestedWindowsToo) {
+TEST_F(ShowNotesTest, DeActivatingUnloadsTheOpenWindowsFirst) {
     activate();
-    whenShown(QStringLiteral("frmMain"), [&](Form&) {
+    bool openWhenUnloaded = false;
+    whenShown(QStringLiteral("frmMain"), [&](Form& outer) {
+        QObject::connect(&outer, &Form::unloaded, &outer,
+                         [&] { openWhenUnloaded = Module1::instance().isDatabaseOpen(); });
         QTimer::singleShot(20, qApp, [&] {
             EXPECT_EQ(formsNamed(QStringLiteral("frmMain")).size(), 2);
             addIn->DeActivate();
@@ -117,7 +108,9 @@ TEST_F(ShowNotesTest, DeActivatingUnloadsNestedWindowsToo) {
         addIn->ShowNotes(nullptr, 0);
     });
     addIn->ShowNotes(nullptr, 0);
+    EXPECT_TRUE(openWhenUnloaded);
     EXPECT_FALSE(Module1::instance().isDatabaseOpen());
+    EXPECT_TRUE(addIn->Activate());
 }
 
 TEST_F(ShowNotesTest, ANewNoteMarksItsRowAtOnce) {

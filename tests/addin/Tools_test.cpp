@@ -9,34 +9,27 @@ namespace {
 class ToolsTest : public AddInFixture {};
 
 TEST_F(ToolsTest, TheFirstOfTheKnownBandsIsUsed) {
-    struct Case {
-        QStringList bands;
-        QString used;
-    };
-    const Case cases[] = {
-        {{QStringLiteral("Addins"), QStringLiteral("Main"), QStringLiteral("bndMain")},
-         QStringLiteral("bndMain")},
-        {{QStringLiteral("Addins"), QStringLiteral("Main")}, QStringLiteral("Main")},
-        {{QStringLiteral("Addins"), QStringLiteral("other")}, QStringLiteral("Addins")},
-        {{QStringLiteral("other")}, QStringLiteral("Addins")},
-    };
+    const std::pair<const char*, const char*> cases[] = {{"Addins Main bndMain", "bndMain"},
+                                                         {"Addins Main", "Main"},
+                                                         {"Addins other", "Addins"},
+                                                         {"other", "Addins"}};
     makeNotesDatabase();
     create();
-    for (const Case& bands : cases) {
-        SCOPED_TRACE(bands.bands.join(QLatin1Char(' ')).toStdString());
+    for (const auto& [bands, used] : cases) {
+        SCOPED_TRACE(bands);
         while (window().componentBar->bandCount() > 0) {
             window().componentBar->removeBand(window().componentBar->bandAt(0)->key());
         }
-        for (const QString& key : bands.bands) {
+        for (const QString& key : QString(bands).split(' ')) {
             window().componentBar->addBand(key, false);
         }
         ASSERT_TRUE(addIn->Activate());
-        ITool* tool = showNotesTool(bands.used);
+        ITool* tool = showNotesTool(used);
         ASSERT_NE(tool, nullptr);
         EXPECT_EQ(tool->id(), 50800);
         EXPECT_EQ(tool->caption(), QStringLiteral("Show Notes"));
         ASSERT_TRUE(addIn->Activate());
-        EXPECT_EQ(window().componentBar->findBand(bands.used)->toolCount(), 1);
+        EXPECT_EQ(window().componentBar->findBand(used)->toolCount(), 1);
         addIn->DeActivate();
         EXPECT_EQ(window().componentBar->findTool(kNotesToolKey), nullptr);
     }
@@ -76,42 +69,6 @@ TEST_F(ToolsTest, AToolClickedWhileClosedIsOffUntilTheNextActivate) {
     ASSERT_TRUE(addIn->Activate());
     EXPECT_TRUE(showNotesTool()->isEnabled());
     EXPECT_TRUE(gridBand().toolAt(0)->isEnabled());
-}
-
-TEST_F(ToolsTest, ClicksShowTheNotesOfTheRecordOrOfNone) {
-    activate();
-    window().upper->grid->setCurrentRow(1);
-    QStringList captions;
-    const auto close = [&](Form& form) {
-        captions += form.windowTitle();
-        EXPECT_EQ(window().status, QStringLiteral("Showing Notes..."));
-        EXPECT_EQ(prompt.pointer, MousePointer::Default);
-        form.unload();
-    };
-    whenShown(QStringLiteral("frmMain"), close);
-    window().componentBar->activate(kNotesToolKey);
-    whenShown(QStringLiteral("frmMain"), close);
-    clickGridNotes();
-    ASSERT_EQ(captions.size(), 2);
-    EXPECT_TRUE(captions[0].contains(QStringLiteral("System Notes")));
-    EXPECT_TRUE(captions[1].contains(QStringLiteral("Ferry Lane"))) << captions[1].toStdString();
-    EXPECT_EQ(window().status, QString());
-}
-
-TEST_F(ToolsTest, TheStatusBarOpensNotesOnlyWhileItShowsAMessageAboutThem) {
-    activate();
-    int shown = 0;
-    for (const char* tag : {"", "98987987", "989879879 ", "989879879"}) {
-        if (QLatin1String(tag) == AutoNotes::kMarker) {
-            whenShown(QStringLiteral("frmMain"), [&](Form& form) {
-                ++shown;
-                form.unload();
-            });
-        }
-        window().statusBar->setTag(QLatin1String(tag));
-        QTest::mouseDClick(window().statusBar, Qt::LeftButton);
-    }
-    EXPECT_EQ(shown, 1);
 }
 
 } // namespace

@@ -29,7 +29,7 @@ public:
     PromptAnswer question(const QString& text, const QString&, PromptButtons, PromptIcon,
                           PromptAnswer) override {
         asked += text;
-        return answer;
+        return answer.value_or(PromptAnswer::No);
     }
     void errorReport(const ErrorReport& report) override {
         shown += report.message + u'|' + report.description;
@@ -37,7 +37,6 @@ public:
 
     QStringList shown;
     QStringList asked;
-    PromptAnswer answer = PromptAnswer::No;
 };
 
 /// What happened, as texts, shared with the test because the add-in ends before the window does.

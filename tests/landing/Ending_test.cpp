@@ -34,6 +34,15 @@ QString dataFolder(const QString& folder) {
     return folder + QStringLiteral("/data");
 }
 
+int draftsBelow(const QString& folder) {
+    QDirIterator found(folder, {"*.draft"}, QDir::Files, QDirIterator::Subdirectories);
+    int count = 0;
+    for (; found.hasNext(); found.next()) {
+        ++count;
+    }
+    return count;
+}
+
 /// The child's desk, and what its user does.
 class EndingDesk : public QObject {
 public:
@@ -84,7 +93,7 @@ private:
         }
     }
     void begin() {
-        if (m_state == "popups") {
+        if (m_state == "popups" || m_state == "all") {
             m_addIn->CheckForReminders();
         }
         if (m_state == "idle" || m_state == "popups") {
@@ -100,7 +109,7 @@ private:
         auto& editor = *notes.findChild<RichTextBox*>();
         editor.setFocus();
         QTest::keyClicks(&editor, "typed");
-        if (m_state == "notes") {
+        if (m_state == "notes" || m_state == "all") {
             ready();
         } else if (m_state == "asked") {
             // As the desktop's session manager has the toolkit ask; no handler uses the manager.
@@ -112,8 +121,9 @@ private:
             editor.objects().insertFile(QStringLiteral(YRW_SOURCE_DIR "/README.md"),
                                         ObjectDisplay::Icon);
             const QString copy = editor.objects().copy(0);
-            QTest::qWait(2500); // the draft is written
-            ready(copy);
+            const bool isKept = QTest::qWaitFor(
+                [] { return draftsBelow(qEnvironmentVariable("XDG_STATE_HOME")) > 0; });
+            ready(isKept ? copy : QString());
         } else if (m_state == "conflict") {
             const auto workspace = dao::createWorkspace({Clock::instance(), m_files});
             workspace->OpenDatabase(dataFolder(qEnvironmentVariable(kFolder)) + "/Notes.mdb")
@@ -189,15 +199,7 @@ protected:
     [[nodiscard]] QStringList left() const {
         return QDir(m_folder->filePath("tmp")).entryList({"yarrowen-*"});
     }
-    [[nodiscard]] int drafts() const {
-        QDirIterator found(m_folder->filePath("XDG_STATE_HOME"), {"*.draft"}, QDir::Files,
-                           QDirIterator::Subdirectories);
-        int count = 0;
-        for (; found.hasNext(); found.next()) {
-            ++count;
-        }
-        return count;
-    }
+    [[nodiscard]] int drafts() const { return draftsBelow(m_folder->filePath("XDG_STATE_HOME")); }
 
     Clock& clock = Clock::instance();
     FileSystem files;
@@ -219,6 +221,7 @@ TEST_F(Ending, BySignalSavesTheTextClosesThePopupsAndLeavesNothing) {
         {"idle", SIGTERM, "before", "1 1 1"},
         {"popups", SIGTERM, "before", "2 2 2"},
         {"notes", SIGTERM, "typedbefore", "1 1 1"},
+        {"all", SIGTERM, "typedbefore", "2 2 2"},
         {"notes", SIGHUP, "typedbefore", "1 1 1"},
         {"question", SIGINT, "typedbefore", "1 1 1"},
         {"properties", SIGTERM, "typedbefore", "1 1 1"},

@@ -62,14 +62,6 @@ TEST_F(FocusUnderAWindowManager, ThePopupComesWhileTheUserTypesAndEveryKeyArrive
     EXPECT_EQ(shownSubjects(), QStringList{QStringLiteral("Ring")});
 }
 
-TEST_F(FocusUnderAWindowManager, KeysGoOnMovingTheHostsCursor) {
-    upperGrid().setFocus();
-    land();
-    doByHand({QStringLiteral("key"), QStringLiteral("Down")});
-    EXPECT_EQ(upperGrid().currentRow(), 3);
-    EXPECT_EQ(popup(), nullptr);
-}
-
 TEST_F(FocusUnderAWindowManager, StandsWhereItShouldWithItsFrame) {
     land();
     QTest::qWait(200);

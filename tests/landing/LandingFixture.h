@@ -7,6 +7,7 @@
 #include "dialogs/frmAutoNotes.h"
 #include "store/NotesDatabase.h"
 #include "tests/host/DeskFixture.h"
+#include "tests/support/NoteOf.h"
 #include "tests/support/NotesFixture.h"
 
 #include <QDir>
@@ -42,18 +43,12 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    qint64 addNote(const QString& objectKey, qint64 recordID, const QString& subject,
-                   bool showsItself = true) {
-        qint64 id = 0;
-        const dao::ValueList data{
-            {QStringLiteral("Subject"), subject},
-            {QStringLiteral("PlainNote"), QStringLiteral("Text")},
-            {QStringLiteral("AutomaticallyShow"), showsItself},
-            {QStringLiteral("OwnerComponentProgID"), QString::fromUtf16(kDeskProgID)},
-            {QStringLiteral("OwnerObjectKey"), objectKey},
-            {QStringLiteral("OwnerRecordID"), recordID}};
-        Module1::instance().application().Notes()->Add(data, nullptr, id, true);
-        return id;
+    static qint64 addNote(const QString& objectKey, qint64 recordID, const QString& subject,
+                          bool showsItself = true) {
+        return addNoteOf(Module1::instance().application(), objectKey, recordID,
+                         {.subject = subject,
+                          .showsItself = showsItself,
+                          .progID = QString::fromUtf16(kDeskProgID)});
     }
     [[nodiscard]] static frmAutoNotes* popup() {
         for (Form* form : Form::openForms()) {
