@@ -265,24 +265,6 @@ bool AddIn::CheckingForReminders() const {
     return m_module.switchOn(NotesSwitch::CheckForReminders);
 }
 
-void AddIn::setSwitch(NotesSwitch which, bool on) {
-    m_module.setSwitch(which, on);
-    switch (which) {
-    case NotesSwitch::CheckForReminders:
-        mfrmTimer.enableReminders(on);
-        break;
-    case NotesSwitch::CheckAutoNotes:
-        mfrmTimer.enableAutoNotes(on);
-        break;
-    case NotesSwitch::HighlightNotesRow:
-    case NotesSwitch::FlagNotesRow:
-        repaintGrids();
-        break;
-    case NotesSwitch::ShowPopupWindow:
-        break;
-    }
-}
-
 bool AddIn::hasToolIn(const IToolbar* toolbar) const noexcept {
     return m_tools.isIn(toolbar);
 }
@@ -292,9 +274,12 @@ void AddIn::databaseOpened() noexcept {
     m_lower.start();
 }
 
-void AddIn::marksSwitchedOn() noexcept {
-    m_upper.marksSwitchedOn();
-    m_lower.marksSwitchedOn();
+void AddIn::marksSwitched(bool goOn) noexcept {
+    if (goOn) {
+        m_upper.marksSwitchedOn();
+        m_lower.marksSwitchedOn();
+    }
+    repaintGrids();
 }
 
 void AddIn::goOnWithFileThere() {
@@ -303,7 +288,7 @@ void AddIn::goOnWithFileThere() {
     repaintGrids();
 }
 
-void AddIn::repaintGrids() {
+void AddIn::repaintGrids() noexcept {
     m_upper.refresh();
     m_lower.refresh();
 }

@@ -46,7 +46,6 @@ public:
     void ShowNotes(const Ref<IRecord>& record, qint64 noteRecordID) override;
     void ShowStatus(const QString& text) override { m_host.showStatus(text); }
     [[nodiscard]] Ref<IHostApplication> hostApplication() override { return m_host.application(); }
-    void setSwitch(NotesSwitch which, bool on) override;
 
     /// Shows a popup for each due reminder of the current user that is not on screen yet, whether
     /// or not checking is switched on; where there are many, the later ones follow from the event
@@ -67,7 +66,7 @@ public:
     [[nodiscard]] bool hasToolIn(const IToolbar* toolbar) const noexcept override;
     [[nodiscard]] NotesWindows& notesWindows() noexcept override { return m_notesWindows; }
     void databaseOpened() noexcept override;
-    void marksSwitchedOn() noexcept override;
+    void marksSwitched(bool goOn) noexcept override;
     void goOnWithFileThere() override;
 
 private:
@@ -92,7 +91,7 @@ private:
     void stopReminders();
     void releaseAll() noexcept;
     void removeTools() noexcept;
-    void repaintGrids();
+    void repaintGrids() noexcept;
 
     Module1& m_module;
     AddInHost m_host;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "framework/HostObjects.h"
-#include "framework/INotesParent.h"
 #include "platform/component/GuardedPtr.h"
+#include "store/NotesContext.h"
 #include "store/NotesSeek.h"
 
 #include <QTimer>
@@ -13,7 +13,6 @@ namespace yrw {
 
 class AddInHost;
 class AutoNotes;
-class NotesContext;
 class NotesOpening;
 class Standing;
 

@@ -18,8 +18,8 @@ public:
     [[nodiscard]] virtual NotesWindows& notesWindows() noexcept = 0;
     /// The shared notes database was opened.
     virtual void databaseOpened() noexcept = 0;
-    /// A switch that marks rows goes on.
-    virtual void marksSwitchedOn() noexcept = 0;
+    /// A switch that marks rows went on, or off.
+    virtual void marksSwitched(bool goOn) noexcept = 0;
     /// Closes the notes database and opens what lies at its place now, as activating does.
     virtual void goOnWithFileThere() = 0;
 };

@@ -30,6 +30,7 @@ struct Module1::World {
     HostUtility utility;
     Services services;
     SettingsWatch watch;
+    std::vector<Connection> followed; ///< settings that switches follow
 };
 
 namespace {
@@ -72,6 +73,7 @@ void Module1::add(INeighbour& addIn) {
         m_world = std::make_unique<World>(Clock::instance(), Prompt::instance());
         m_world->utility.setTeller(
             [this](const AutomationError& error) { return m_replacedFile.tellsOf(error); });
+        followSettings();
     }
     m_addIns.push_back(&addIn);
 }
@@ -209,13 +211,19 @@ void Module1::loadSwitches() {
     }
 }
 
+void Module1::followSettings() {
+    const NotesSettings settings(services().settings);
+    for (const SwitchKey& entry : kSwitchKeys) {
+        m_world->followed.push_back(settings.whenSet(
+            *entry.setting, [this, which = entry.which](bool on) { setSwitch(which, on); }));
+    }
+}
+
 void Module1::setSwitch(NotesSwitch which, bool on) {
-    bool& stored = m_switches[static_cast<std::size_t>(which)];
-    const bool goesOn = on && !stored;
-    stored = on;
-    if (goesOn && isMark(which)) {
+    const bool wasOn = std::exchange(m_switches[static_cast<std::size_t>(which)], on);
+    if (on != wasOn && isMark(which)) {
         for (INeighbour* addIn : std::vector<INeighbour*>(m_addIns)) {
-            addIn->marksSwitchedOn();
+            addIn->marksSwitched(on);
         }
     }
 }

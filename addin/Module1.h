@@ -77,13 +77,12 @@ public:
     /// Keeps the user who works with the host; new and changed rows are stamped with it.
     void setCurrentUser(const Ref<IUser>& user);
 
-    /// Reads the five switches from the per-user settings.
+    /// Reads the five switches from the per-user settings. What is set there later, in this
+    /// process, they follow by themselves; every add-in is told of those that mark rows.
     void loadSwitches();
     [[nodiscard]] bool switchOn(NotesSwitch which) const override {
         return m_switches[static_cast<std::size_t>(which)];
     }
-    /// Sets a switch; when row marking goes on, every add-in is told.
-    void setSwitch(NotesSwitch which, bool on);
 
     [[nodiscard]] ReplacedFile& replacedFile() noexcept { return m_replacedFile; }
     [[nodiscard]] ShownReminders& reminders() noexcept { return m_reminders; }
@@ -111,6 +110,9 @@ private:
 
     Module1();
     ~Module1() override;
+
+    void followSettings();
+    void setSwitch(NotesSwitch which, bool on);
 
     std::unique_ptr<World> m_world;
     std::vector<INeighbour*> m_addIns;

@@ -40,6 +40,10 @@ void frmTimer::Form_Initialize() {
     const NotesSettings settings(m_context.services().settings);
     setEnabled(*tmrMain, settings.get(setting::kCheckForReminders));
     setEnabled(*tmrWindowFocus, settings.get(setting::kCheckAutoNotes));
+    m_followed = {settings.whenSet(setting::kCheckForReminders,
+                                   [this](bool on) { setEnabled(*tmrMain, on); }),
+                  settings.whenSet(setting::kCheckAutoNotes,
+                                   [this](bool on) { setEnabled(*tmrWindowFocus, on); })};
 }
 
 void frmTimer::setEnabled(QTimer& timer, bool enabled) {
@@ -61,6 +65,7 @@ int frmTimer::nextMinute(int counter) {
 void frmTimer::end() {
     disconnect(tmrMain, nullptr, this, nullptr); // also within its own tick
     disconnect();
+    m_followed = {};
     tmrMain->stop();
     tmrWindowFocus->stop();
     if (m_ticks > 0) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/component/Event.h"
 #include "platform/forms/Form.h"
+
+#include <array>
 
 class QTimer;
 
@@ -10,8 +13,8 @@ class NotesContext;
 
 /// The hidden window that carries the two timers; it is never shown.
 ///
-/// Both timers start as the user's settings say: "CheckForReminders" the minute, "CheckAutoNotes"
-/// the half second, read afresh.
+/// Both timers start as the user's settings say, read afresh, and follow them: "CheckForReminders"
+/// the minute, "CheckAutoNotes" the half second.
 /// Lifetime: from its making by an `AddIn` until `end`.
 class frmTimer final : public Form {
     Q_OBJECT
@@ -51,6 +54,7 @@ private:
     NotesContext& m_context;
     QTimer* tmrMain;
     QTimer* tmrWindowFocus;
+    std::array<Connection, 2> m_followed;
     int m_minuteCounter = 0;
     int m_ticks = 0; ///< ticks whose handlers run right now, one within the other
     bool m_ended = false;

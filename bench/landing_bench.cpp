@@ -5,6 +5,8 @@
 // bench_landing [--benchmark_…]; on a real display: tools/with-display.sh …/bench_landing
 #include "addin/AddIn.h"
 #include "addin/AutoNotes.h"
+#include "framework/Services.h"
+#include "framework/Settings.h"
 #include "platform/clock/Clock.h"
 #include "platform/forms/WidgetPrompt.h"
 #include "store/NotesDatabase.h"
@@ -104,8 +106,9 @@ public:
     [[nodiscard]] AddIn& addIn() const { return *m_addIn; }
     [[nodiscard]] qint64 customers() const { return m_customers; }
     void setMarks(bool on) {
-        m_addIn->setSwitch(NotesSwitch::HighlightNotesRow, on);
-        m_addIn->setSwitch(NotesSwitch::FlagNotesRow, on);
+        NotesSettings options(Module1::instance().services().settings);
+        options.set(setting::kHighlightNotesRow, on);
+        options.set(setting::kFlagNotesRow, on);
         window.upper->grid->setFetchRowStyle(0, on);
         window.upper->grid->setFetchCellStyle(0, on);
     }

@@ -4,15 +4,6 @@
 
 namespace yrw {
 
-/// The process-wide switches of the notes add-in.
-enum class NotesSwitch {
-    CheckAutoNotes,
-    CheckForReminders,
-    FlagNotesRow,
-    HighlightNotesRow,
-    ShowPopupWindow
-};
-
 /// The add-in that opened a window of the notes, as that window calls it back. Not part of the
 /// contract with the host.
 /// Lifetime: counted. Thread: the user-interface thread.
@@ -28,9 +19,6 @@ public:
     /// The application object of its host; nothing while there is none. Raises what the host
     /// raises.
     [[nodiscard]] virtual Ref<IHostApplication> hostApplication() = 0;
-    /// Sets a switch for the process; timers and grids of this add-in follow. The settings store is
-    /// the caller's.
-    virtual void setSwitch(NotesSwitch which, bool on) = 0;
 };
 
 } // namespace yrw

@@ -55,6 +55,11 @@ std::optional<double> numberIn(const QString& text) {
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
+bool flagIn(const setting::Flag& which, const QString& text) {
+    const QString byDefault = QString::fromUtf16(which.defaultText);
+    return HostUtility::TextToBoolean(text, HostUtility::TextToBoolean(byDefault, false));
+}
+
 } // namespace
 
 std::span<const SettingKey* const> NotesSettings::table() {
@@ -62,8 +67,7 @@ std::span<const SettingKey* const> NotesSettings::table() {
 }
 
 bool NotesSettings::get(const setting::Flag& which) const {
-    const QString byDefault = QString::fromUtf16(which.defaultText);
-    return HostUtility::TextToBoolean(stored(which), HostUtility::TextToBoolean(byDefault, false));
+    return flagIn(which, stored(which));
 }
 
 qint64 NotesSettings::get(const setting::Number& which) const {
@@ -102,6 +106,17 @@ void NotesSettings::set(const setting::MaybeReal& which, double value) {
 
 void NotesSettings::set(const setting::Text& which, const QString& value) {
     store(which, value);
+}
+
+Connection NotesSettings::whenSet(const setting::Flag& which,
+                                  std::function<void(bool)> handler) const {
+    return m_store.Changed.connect(
+        [&which, handler = std::move(handler)](const QString& application, const QString& section,
+                                               const QString& key, const QString& text) {
+            if (application == kApplication && section == sectionOf(which) && key == keyOf(which)) {
+                handler(flagIn(which, text));
+            }
+        });
 }
 
 void NotesSettings::remove(const SettingKey& which) {

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <span>
 
@@ -123,6 +124,11 @@ public:
     void set(const setting::Real& which, double value);
     void set(const setting::MaybeReal& which, double value);
     void set(const setting::Text& which, const QString& value);
+
+    /// Calls the handler with every value that is set in this process from now on, also one that
+    /// the file cannot keep, while the guard that comes back lives.
+    [[nodiscard]] Connection whenSet(const setting::Flag& which,
+                                     std::function<void(bool)> handler) const;
 
     /// Back to the default; nothing is written where nothing is stored.
     void remove(const SettingKey& which);

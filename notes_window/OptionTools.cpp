@@ -9,15 +9,11 @@ namespace yrw {
 
 std::span<const OptionTool> optionTools() {
     static const std::array table{
-        OptionTool{NoteTool::CheckReminders, &setting::kCheckForReminders,
-                   NotesSwitch::CheckForReminders},
-        OptionTool{NoteTool::CheckAutoNotes, &setting::kCheckAutoNotes,
-                   NotesSwitch::CheckAutoNotes},
-        OptionTool{NoteTool::ShowAutoPopup, &setting::kShowPopupWindow,
-                   NotesSwitch::ShowPopupWindow},
-        OptionTool{NoteTool::HighlightNotesRow, &setting::kHighlightNotesRow,
-                   NotesSwitch::HighlightNotesRow},
-        OptionTool{NoteTool::FlagNotesRow, &setting::kFlagNotesRow, NotesSwitch::FlagNotesRow},
+        OptionTool{NoteTool::CheckReminders, &setting::kCheckForReminders},
+        OptionTool{NoteTool::CheckAutoNotes, &setting::kCheckAutoNotes},
+        OptionTool{NoteTool::ShowAutoPopup, &setting::kShowPopupWindow},
+        OptionTool{NoteTool::HighlightNotesRow, &setting::kHighlightNotesRow},
+        OptionTool{NoteTool::FlagNotesRow, &setting::kFlagNotesRow},
     };
     return table;
 }
@@ -27,7 +23,6 @@ void switchOption(NoteTool tool, bool on, WindowContext& context) {
     const auto option = std::find_if(options.begin(), options.end(),
                                      [&](const OptionTool& each) { return each.tool == tool; });
     context.settings().set(*option->setting, on);
-    context.parent()->setSwitch(option->which, on);
 }
 
 } // namespace yrw

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "framework/INotesParent.h"
 #include "framework/Settings.h"
 #include "notes_window/NoteTool.h"
 
@@ -10,15 +9,14 @@ namespace yrw {
 
 class WindowContext;
 
-/// An option that a check tool shows, the settings store keeps and the process follows.
+/// An option that a check tool shows and the settings store keeps.
 struct OptionTool {
     NoteTool tool;
     const setting::Flag* setting;
-    NotesSwitch which;
 };
 
 [[nodiscard]] std::span<const OptionTool> optionTools();
-/// Stores an option and has the add-in follow it.
+/// Stores an option; the process follows it.
 void switchOption(NoteTool tool, bool on, WindowContext& context);
 
 } // namespace yrw

@@ -119,7 +119,10 @@ QString SettingsStore::get(const QString& application, const QString& section, c
 
 bool SettingsStore::save(const QString& application, const QString& section, const QString& key,
                          const QString& text) {
-    return write(application, [&](QSettings& file) { file.setValue(section + u'/' + key, text); });
+    const bool isKept =
+        write(application, [&](QSettings& file) { file.setValue(section + u'/' + key, text); });
+    Changed.raise(application, section, key, text);
+    return isKept;
 }
 
 bool SettingsStore::remove(const QString& application, const QString& section, const QString& key) {

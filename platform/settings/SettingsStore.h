@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/component/Event.h"
+
 #include <QString>
 
 #include <functional>
@@ -31,6 +33,10 @@ public:
               const QString& text);
     /// Removes a key; no error when it is absent. Returns false when the file cannot be written.
     bool remove(const QString& application, const QString& section, const QString& key);
+
+    /// A setting was set in this process, also one that the file cannot keep: its application,
+    /// section, key and text.
+    Event<const QString&, const QString&, const QString&, const QString&> Changed;
 
     /// One sentence that names the file when it could not be read or written, once; then empty.
     [[nodiscard]] QString takeProblem();

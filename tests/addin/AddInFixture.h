@@ -5,6 +5,7 @@
 #include "addin/AddIn.h"
 #include "addin/Tools.h"
 #include "addin/frmTimer.h"
+#include "framework/Settings.h"
 #include "platform/forms/Form.h"
 #include "tests/support/FakeWindow.h"
 #include "tests/support/NotesFixture.h"
@@ -31,6 +32,11 @@ public:
 private:
     QTemporaryDir m_folder;
 };
+
+/// The settings as the windows set them while an add-in is there.
+[[nodiscard]] inline NotesSettings options() {
+    return NotesSettings(Module1::instance().services().settings);
+}
 
 /// A host in a folder of its own; its window shows customers and orders.
 class HostWorld {

@@ -104,10 +104,10 @@ TEST_F(Landing, NothingShowsWhereNothingShould) {
     window().statusBar->setText({});
     land(1);
     expectNothing("neither done nor quiet notes show");
-    addIn->setSwitch(NotesSwitch::ShowPopupWindow, false);
+    options().set(setting::kShowPopupWindow, false);
     land(0);
     expectNothing("switched off");
-    addIn->setSwitch(NotesSwitch::ShowPopupWindow, true);
+    options().set(setting::kShowPopupWindow, true);
     window().notesMayBeChecked = false;
     land(0);
     expectNothing("the host is not to be disturbed");
@@ -146,7 +146,7 @@ TEST_F(Landing, TheFocusTickClosesThePopupOnlyWhenTheHostIsNotTheActiveWindow) {
     expectNothing("another program has the focus");
     EXPECT_FALSE(isTimerOn());
     // Without a popup the timer switches itself off.
-    addIn->setSwitch(NotesSwitch::CheckAutoNotes, true);
+    options().set(setting::kCheckAutoNotes, true);
     tick();
     EXPECT_FALSE(isTimerOn());
 }
@@ -219,13 +219,13 @@ TEST_F(Landing, ThePopupStaysAwayWhenItIsSwitchedOffInTheNotesWindow) {
     addTwo();
     land(0);
     whenShown(QStringLiteral("frmMain"), [&](Form& form) {
-        addIn->setSwitch(NotesSwitch::ShowPopupWindow, false);
+        options().set(setting::kShowPopupWindow, false);
         form.unload();
     });
     addIn->ShowNotes(nullptr, 0);
     expectNothing("switched off");
     // The same when the add-in is sent away from inside.
-    addIn->setSwitch(NotesSwitch::ShowPopupWindow, true);
+    options().set(setting::kShowPopupWindow, true);
     land(0);
     whenShown(QStringLiteral("frmMain"), [&](Form&) { addIn->DeActivate(); });
     addIn->ShowNotes(nullptr, 0);
@@ -260,9 +260,9 @@ TEST_F(Landing, AMarkedRowTellsItsSubjectsWhenItIsAsked) {
     EXPECT_EQ(lines.size(), 12); // the text, ten subjects, and that there are more
     EXPECT_EQ(lines.value(1), QStringLiteral("<b>Subject 0"));
     EXPECT_TRUE(remark(2, true).isEmpty());
-    addIn->setSwitch(NotesSwitch::HighlightNotesRow, false);
+    options().set(setting::kHighlightNotesRow, false);
     EXPECT_FALSE(remark(1, true).isEmpty()); // its number is still flagged
-    addIn->setSwitch(NotesSwitch::FlagNotesRow, false);
+    options().set(setting::kFlagNotesRow, false);
     EXPECT_TRUE(remark(1, true).isEmpty());
 }
 

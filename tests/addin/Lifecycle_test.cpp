@@ -155,7 +155,7 @@ TEST_F(Lifecycle, AHostThatGoesFirstTakesItsObjectsWithIt) {
     world.window.reset();
     EXPECT_EQ(addIn->Component(), nullptr);
     EXPECT_EQ(addIn->IInterface(), nullptr);
-    addIn->setSwitch(NotesSwitch::FlagNotesRow, true); // paints the grids anew
+    options().set(setting::kFlagNotesRow, true); // paints the grids anew
     addIn->DeActivate();
     EXPECT_FALSE(Module1::instance().isDatabaseOpen());
 }

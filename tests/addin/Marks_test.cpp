@@ -81,11 +81,12 @@ TEST_F(Marks, AGridIsPaintedAnewWhenTheirSwitchChanges) {
     int painted = 0;
     const Connection counting = window().upper->grid->FetchRowStyle.connect(
         [&](int, dao::Bookmark, RowStyle&) { ++painted; });
-    for (const NotesSwitch which : {NotesSwitch::HighlightNotesRow, NotesSwitch::FlagNotesRow}) {
+    for (const setting::Flag* which : {&setting::kHighlightNotesRow, &setting::kFlagNotesRow}) {
         QCoreApplication::processEvents();
         painted = 0;
-        addIn->setSwitch(which, false);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return painted > 0; })) << int(which);
+        options().set(*which, false);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return painted > 0; }))
+            << QString::fromUtf16(which->key).toStdString();
     }
 }
 
@@ -153,7 +154,7 @@ TEST_F(Marks, TheFlagColumnDoesNotBecomeTheCurrentOne) {
     grid.setCurrentColumn(2);
     EXPECT_EQ(grid.currentColumn(), 1);
     EXPECT_EQ(changes, 2); // there and back, once
-    addIn->setSwitch(NotesSwitch::FlagNotesRow, false);
+    options().set(setting::kFlagNotesRow, false);
     grid.setCurrentColumn(2);
     EXPECT_EQ(grid.currentColumn(), 2);
 }

@@ -45,7 +45,7 @@ TEST_F(Neighbours, AReplacedDatabaseIsOfferedAtTheMinuteAndAgainWithTheNotes) {
     const QString copy = world.notesPath() + QStringLiteral(".copy");
     Module1::instance().database()->CopyTo(copy);
     addNote(QStringLiteral("cu"), 2);
-    addIn->setSwitch(NotesSwitch::CheckForReminders, false);
+    options().set(setting::kCheckForReminders, false);
     minuteTick();
     EXPECT_TRUE(prompt.asked.isEmpty());
     replace(copy);

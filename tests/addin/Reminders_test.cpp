@@ -40,7 +40,7 @@ TEST_F(RemindersTest, WaitWhileTheHostIsBusyOrANotesWindowIsOpen) {
     EXPECT_FALSE(minuteTick());
     box.hide();
     EXPECT_TRUE(tags().isEmpty());
-    addIn->setSwitch(NotesSwitch::CheckForReminders, false);
+    options().set(setting::kCheckForReminders, false);
     EXPECT_TRUE(addIn->CheckForReminders()); // asked for directly, it runs all the same
     EXPECT_EQ(tags().size(), 1);
 }

@@ -57,13 +57,13 @@ TEST_F(Timers, StoppingRemindersStopsTheMinuteAndSwitchesTheToolOff) {
 
 TEST_F(Timers, MinutesAreCountedWhileCheckingIsOff) {
     activate();
-    addIn->setSwitch(NotesSwitch::CheckForReminders, false);
+    options().set(setting::kCheckForReminders, false);
     EXPECT_FALSE(form().ReminderTimer().isActive());
     tick(form().ReminderTimer());
     tick(form().ReminderTimer());
     EXPECT_EQ(form().minuteCounter(), 2);
     window().upper->isBusy = true; // no check: the counter stays
-    addIn->setSwitch(NotesSwitch::CheckForReminders, true);
+    options().set(setting::kCheckForReminders, true);
     EXPECT_TRUE(form().ReminderTimer().isActive());
     tick(form().ReminderTimer());
     EXPECT_EQ(form().minuteCounter(), 2);
@@ -81,7 +81,7 @@ TEST_F(Timers, TheFocusTickEndsThePopupOrItself) {
 
     Form popup(AutoNotes::kFormName);
     popup.load();
-    addIn->setSwitch(NotesSwitch::CheckAutoNotes, true);
+    options().set(setting::kCheckAutoNotes, true);
     tick(focus); // the user is in the host's window
     EXPECT_TRUE(focus.isActive());
     EXPECT_EQ(addIn->GetPopupFormCount(), 1);

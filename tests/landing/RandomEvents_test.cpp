@@ -29,9 +29,9 @@ struct ModelNote {
 /// What the user should see, from what has happened.
 struct Model {
     std::map<qint64, ModelNote> notes;
-    std::map<NotesSwitch, bool> switches{{NotesSwitch::HighlightNotesRow, true},
-                                         {NotesSwitch::FlagNotesRow, true},
-                                         {NotesSwitch::ShowPopupWindow, true}};
+    std::map<const setting::Flag*, bool> switches{{&setting::kHighlightNotesRow, true},
+                                                  {&setting::kFlagNotesRow, true},
+                                                  {&setting::kShowPopupWindow, true}};
     bool wantsPopup = true; ///< "ShowAutoPopup"
     bool active = true;     ///< the add-in
     QStringList popup;
@@ -97,13 +97,13 @@ protected:
         clears(side.controller->AfterAddEditCanceled);
         connections.push_back(
             side.controller->AfterRecordsetChange.connect([this](const Ref<dao::Recordset>&) {
-                if (model.active && (model.switches[NotesSwitch::HighlightNotesRow] ||
-                                     model.switches[NotesSwitch::FlagNotesRow])) {
+                if (model.active && (model.switches[&setting::kHighlightNotesRow] ||
+                                     model.switches[&setting::kFlagNotesRow])) {
                     model.clear();
                 }
             }));
         connections.push_back(side.controller->StayOnRow.connect([this, &side] {
-            if (model.switches[NotesSwitch::ShowPopupWindow]) {
+            if (model.switches[&setting::kShowPopupWindow]) {
                 model.clear();
                 const qint64 id = side.controller->currentRecordID();
                 if (model.active && id != 0 && window().canCheckNotes()) {
@@ -152,7 +152,8 @@ protected:
     void flipSwitch() {
         auto flipped = std::next(model.switches.begin(), any(3));
         flipped->second = !flipped->second;
-        addIn->setSwitch(flipped->first, flipped->second);
+        NotesSettings(Module1::instance().services().settings)
+            .set(*flipped->first, flipped->second);
     }
     void move(Side& side) {
         RecordGrid& grid = side.controller->grid();
@@ -264,15 +265,14 @@ protected:
         if (grid.fetchesRowStyle(0)) {
             grid.FetchRowStyle.raise(0, rows->Bookmark(), rowStyle);
         }
-        ASSERT_EQ(rowStyle.hasBackColor(),
-                  marked && model.switches[NotesSwitch::HighlightNotesRow]);
+        ASSERT_EQ(rowStyle.hasBackColor(), marked && model.switches[&setting::kHighlightNotesRow]);
         for (int column = 0; column < grid.columnCount(); ++column) {
             CellStyle style;
             if (grid.fetchesCellStyle(0)) {
                 grid.FetchCellStyle.raise(0, 0, rows->Bookmark(), column, style);
             }
             ASSERT_EQ(style.borderKind() == 6,
-                      marked && model.switches[NotesSwitch::FlagNotesRow] &&
+                      marked && model.switches[&setting::kFlagNotesRow] &&
                           grid.columnField(column) == flagField(*side.controller))
                 << qPrintable(side.controller->LayoutName()) << " column " << column;
         }
@@ -300,7 +300,7 @@ protected:
                 rows->setAbsolutePosition(row);
                 const bool marked =
                     model.active && grid.splitCount() < 2 &&
-                    model.switches[NotesSwitch::HighlightNotesRow] &&
+                    model.switches[&setting::kHighlightNotesRow] &&
                     model.marks(QStringLiteral("cu"), rows->value(u"RecordID").toLongLong());
                 ASSERT_EQ(painted == colourOfBgr(schema::kDefaultHighlight), marked) << row;
             }

@@ -37,7 +37,6 @@ protected:
             NotesSettings(addIn->settings()).remove(settingNamed(QString(QLatin1String(key))));
         }
         storeText(addIn->settings(), "SpellingLanguage", "xx_YY");
-        addIn->switches.clear();
         for (int i = 1; withNotes && i <= 3; ++i) {
             store.addNote(QStringLiteral("Note %1").arg(i), customer);
         }
@@ -174,9 +173,6 @@ private:
         for (const char* key : kSettings) {
             all << QLatin1String(key) + '=' +
                        storedText(addIn->settings(), QLatin1String(key), "none");
-        }
-        for (const auto& [which, on] : addIn->switches) {
-            all << QStringLiteral("switch %1 ").arg(int(which)) + (on ? "on" : "off");
         }
         return all;
     }

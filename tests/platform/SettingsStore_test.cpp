@@ -58,7 +58,8 @@ TEST_F(SettingsStoreTest, GivesBackWhatWasSaved) {
                              u"Grüße ☂"_s};
     for (const QString& text : texts) {
         EXPECT_TRUE(save(u"PopupWindow-H"_s, text));
-        EXPECT_EQ(SettingsStore(store).get(kApp, kSection, u"PopupWindow-H"_s, u"default"_s), text)
+        const SettingsStore other(folder.filePath(u"not/yet"_s));
+        EXPECT_EQ(other.get(kApp, kSection, u"PopupWindow-H"_s, u"default"_s), text)
             << qPrintable(text);
     }
     EXPECT_TRUE(store.remove(kApp, kSection, u"PopupWindow-H"_s));

@@ -12,13 +12,12 @@ namespace yrw::test {
 class FakeAddIn final : public INotesParent {
 public:
     FakeAddIn(TestStore& store, Prompt& prompt)
-        : switches(store.switches), m_store(store), m_utility(prompt),
+        : m_store(store), m_utility(prompt),
           m_settings(store.folder() + QStringLiteral("/config")) {
         m_store.setServices({store.clock(), m_settings, store.files(), prompt, m_utility});
     }
 
     QStringList calls; ///< what the window told the add-in, in order
-    std::map<NotesSwitch, bool>& switches;
 
     [[nodiscard]] SettingsStore& settings() { return m_settings; }
 
@@ -27,7 +26,6 @@ public:
     [[nodiscard]] Ref<IHostApplication> hostApplication() override {
         return m_store.hostApplication();
     }
-    void setSwitch(NotesSwitch which, bool on) override { switches[which] = on; }
 
 private:
     TestStore& m_store;

@@ -134,7 +134,7 @@ public:
         return templateDirectory.isEmpty() ? shippedTemplateFolder() : templateDirectory;
     }
     [[nodiscard]] Services& services() override { return m_services.value(); }
-    [[nodiscard]] bool switchOn(NotesSwitch which) const override { return switches.at(which); }
+    [[nodiscard]] bool switchOn(NotesSwitch /*which*/) const override { return true; }
     /// What windows over the store work with.
     void setServices(const Services& services) { m_services.emplace(services); }
     void closeDatabase() override {
@@ -150,8 +150,7 @@ public:
     }
 
     QString templateDirectory; ///< where it is not the shipped one
-    std::map<NotesSwitch, bool> switches;
-    int closings = 0; ///< how often the database was asked to close
+    int closings = 0;          ///< how often the database was asked to close
 
 private:
     QTemporaryDir m_folder;
