@@ -29,6 +29,7 @@ constexpr Handler kHandlers[] = {
     {"check", checkDatabase, true},
     {"export", exportNotes, true},
     {"backup", backUpNotes, true},
+    {"import", importNotes, false},
     {"rtf", convertRtf, false},
 };
 

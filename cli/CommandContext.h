@@ -49,6 +49,7 @@ ExitStatus checkDamagedFile(const CommandContext& context, const QString& path,
                             const QString& problem);
 ExitStatus exportNotes(const CommandContext& context);
 ExitStatus backUpNotes(const CommandContext& context);
+ExitStatus importNotes(const CommandContext& context);
 ExitStatus convertRtf(const CommandContext& context);
 
 } // namespace yrw

@@ -75,6 +75,16 @@ const std::vector<CommandRow>& commandTable() {
          {{"format", "json|csv|html|ics", "What to write"},
           {"output", "FILE", "Where to; else standard output"}}},
         {"backup", "FILE", "Copy the notes database while others work with it", {}},
+        {"import",
+         "OLD.mdb",
+         "Import notes of the older format",
+         {{"dry-run", nullptr, "Read all and report, write nothing"},
+          {"report", "FILE", "Where the report goes; else standard output"},
+          {"merge", nullptr, "Add to the notes that are there"},
+          {"map-progid", "OLD=NEW", "A program id that has changed; may be repeated"},
+          {"map-key", "OLD=NEW", "An object key that has changed; may be repeated"},
+          {"map-user", "OLD=NEW", "Another code or number of a user; may be repeated"},
+          {"code-page", "N", "Of the texts of version 3, where the file names a wrong one"}}},
         {"rtf",
          "FILE",
          "Convert rich text; - is standard input",
@@ -218,7 +228,7 @@ CommandLine::CommandLine(const QStringList& arguments) {
     m_argument = argumentOf(parser, *command);
     const QStringList names = parser.optionNames();
     for (const QString& option : names) {
-        m_options.insert(option, parser.value(option));
+        m_options.insert(option, parser.values(option));
     }
 }
 
@@ -229,6 +239,36 @@ qint64 CommandLine::recordID() const {
         throw UsageError(QStringLiteral("'%1' is not the id of a note.").arg(m_argument));
     }
     return id;
+}
+
+QStringList CommandLine::values(const QString& option) const {
+    return m_options.value(option);
+}
+
+QHash<QString, QString> CommandLine::map(const QString& option) const {
+    QHash<QString, QString> map;
+    const QStringList given = values(option);
+    for (const QString& pair : given) {
+        const qsizetype sign = pair.indexOf(u'=');
+        if (sign <= 0 || sign == pair.size() - 1) {
+            throw UsageError(QStringLiteral("--%1 takes OLD=NEW, not '%2'.").arg(option, pair));
+        }
+        map.insert(pair.left(sign), pair.mid(sign + 1));
+    }
+    return map;
+}
+
+int CommandLine::number(const QString& option) const {
+    if (!isSet(option)) {
+        return 0;
+    }
+    bool isNumber = false;
+    const int number = value(option).toInt(&isNumber);
+    if (!isNumber || number <= 0) {
+        throw UsageError(
+            QStringLiteral("--%1 takes a number, not '%2'.").arg(option, value(option)));
+    }
+    return number;
 }
 
 std::optional<WrittenDate> CommandLine::writtenDate(const QString& option) const {

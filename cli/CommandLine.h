@@ -40,12 +40,20 @@ public:
     [[nodiscard]] const QString& answer() const noexcept { return m_answer; }
     [[nodiscard]] bool isSet(const QString& option) const { return m_options.contains(option); }
     /// Value of an option; empty when it was not given.
-    [[nodiscard]] QString value(const QString& option) const { return m_options.value(option); }
+    [[nodiscard]] QString value(const QString& option) const {
+        return m_options.value(option).value(m_options.value(option).size() - 1);
+    }
+    /// Values of an option that may be given more than once, in their order.
+    [[nodiscard]] QStringList values(const QString& option) const;
     /// The one argument of the command that is no option.
     [[nodiscard]] const QString& argument() const noexcept { return m_argument; }
 
     // The same as values. All raise `UsageError` naming the option for what is none.
 
+    /// What "OLD=NEW" of such an option maps.
+    [[nodiscard]] QHash<QString, QString> map(const QString& option) const;
+    /// A positive number; 0 when the option was not given.
+    [[nodiscard]] int number(const QString& option) const;
     /// The argument as a record's key.
     [[nodiscard]] qint64 recordID() const;
     /// A date with or without a time; nothing when the option was not given.
@@ -61,7 +69,7 @@ private:
     QString m_command;
     QString m_answer;
     QString m_argument;
-    QHash<QString, QString> m_options;
+    QHash<QString, QStringList> m_options;
 };
 
 } // namespace yrw

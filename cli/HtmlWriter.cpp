@@ -3,6 +3,7 @@
 #include "cli/RtfHtml.h"
 #include "cli/SafeText.h"
 #include "platform/rtf/Reader.h"
+#include "store/NoteReading.h"
 
 namespace yrw {
 
@@ -49,10 +50,10 @@ private:
             facts += QStringLiteral("reminder ") + shownDate(reminder.value(u"NextDate"));
         }
         facts.removeAll(QString());
-        const QString rich = fields.value(u"RTFNote").toString();
-        const rtf::Document body = rich.isEmpty()
-                                       ? rtf::fromPlainText(fields.value(u"PlainNote").toString())
-                                       : rtf::read(QStringView(rich));
+        const QString text = readableText(fields.value(u"RTFNote").toString(),
+                                          fields.value(u"PlainNote").toString());
+        const rtf::Document body =
+            rtf::isRtf(text) ? rtf::read(QStringView(text)) : rtf::fromPlainText(text);
         return QStringLiteral("<article>\n<h2>") +
                fields.value(u"Subject").toString().toHtmlEscaped() + u"</h2>\n<p class=\"facts\">" +
                facts.join(QStringLiteral(" \u00b7 ")).toHtmlEscaped() + u"</p>\n" + htmlOf(body) +

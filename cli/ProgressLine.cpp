@@ -27,6 +27,17 @@ void ProgressLine::step() {
     if (!m_isLookedAt || m_count % kStepsPerLook != 0) {
         return;
     }
+    show();
+}
+
+void ProgressLine::reach(qint64 count) {
+    m_count = count;
+    if (m_isLookedAt) {
+        show();
+    }
+}
+
+void ProgressLine::show() {
     const qint64 nowMs = m_clock.monotonicMs();
     if (nowMs < m_nextMs) {
         return;

@@ -21,8 +21,12 @@ public:
 
     /// One more is done.
     void step();
+    /// So many are done.
+    void reach(qint64 count);
 
 private:
+    void show();
+
     QIODevice& m_err;
     const Clock& m_clock;
     QString m_what;

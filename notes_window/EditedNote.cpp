@@ -13,6 +13,7 @@
 #include "notes_window/WindowContext.h"
 #include "platform/clock/Clock.h"
 #include "platform/richtext/RichTextBox.h"
+#include "store/NoteReading.h"
 #include "store/Operations.h"
 
 #include <QScopedValueRollback>
@@ -25,6 +26,7 @@ namespace yrw {
 namespace {
 
 constexpr int kDraftMs = 1800; ///< with the writing less than the two seconds promised
+const QString kPlainNote = QStringLiteral("PlainNote");
 const QString kRtfNote = QStringLiteral("RTFNote");
 const QString kChangeDate = QStringLiteral("ChangeDate");
 
@@ -103,6 +105,9 @@ void EditedNote::showNow(qint64 id) {
     }
     if (isCut()) {
         showCut();
+    } else if (m_isPlainShown) {
+        m_context.showStatus(QStringLiteral("The rich text of this note cannot be read; its plain "
+                                            "text is shown."));
     }
 }
 
@@ -117,8 +122,15 @@ void EditedNote::load(Note& note) {
         m_storedText = note.value(kRtfNote);
         m_id = note.value(QStringLiteral("RecordID")).toLongLong();
         const QString rtf = HostUtility::NullToText(m_storedText);
-        if (!rtf.isEmpty()) {
-            whole = read(rtf); // one that was stopped is read anew next time
+        const QString plain = HostUtility::NullToText(note.value(kPlainNote));
+        const QString text = readableText(rtf, plain);
+        m_isPlainShown = !rtf.isEmpty() && text != rtf;
+        if (!text.isEmpty()) {
+            whole = read(text); // one that was stopped is read anew next time
+            if (whole && m_text.isIncomplete() && m_text.isEmpty() && !plain.isEmpty()) {
+                m_isPlainShown = true;
+                whole = read(plain);
+            }
         } else {
             m_text.setReadOnly(readOnly);
             m_text.setText(QString());
@@ -234,7 +246,8 @@ bool EditedNote::mayLeave() {
 /// Asks, once for each note, before a text that could not be read whole is replaced by what is
 /// shown of it.
 bool EditedNote::mayOverwrite() {
-    if (!m_text.isIncomplete() || m_overwritable == m_id) {
+    const bool isWhole = !m_text.isIncomplete() && !m_isPlainShown;
+    if (isWhole || m_overwritable == m_id) {
         return true;
     }
     const PromptAnswer answer = m_context.prompt().question(
@@ -272,6 +285,7 @@ void EditedNote::writeInto(Note& note) {
     const NoteText text = noteText(m_text.isEmpty() ? QString() : texts.rtf, texts.plain);
     storeText(note, text, m_context.clock().now());
     m_storedText = text.rich;
+    m_isPlainShown = false;
     enter(State::Stored);
 }
 

@@ -103,8 +103,9 @@ private:
     WindowContext& m_context;
     State m_state = State::Empty;
     Ref<Note> m_note;
-    qint64 m_id = 0;       ///< whose text the editor holds; 0 for none
-    QVariant m_storedText; ///< rich text of that note as it was last read or written
+    qint64 m_id = 0;             ///< whose text the editor holds; 0 for none
+    QVariant m_storedText;       ///< rich text of that note as it was last read or written
+    bool m_isPlainShown = false; ///< the rich text cannot be read
     bool m_isShowing = false;
     std::optional<qint64> m_wanted; ///< the note to be shown after the one that is being shown
     qint64 m_overwritable = 0;      ///< damaged note that the user let be overwritten

@@ -27,7 +27,8 @@ struct CodeField {
 const std::vector<CodeField>& codesOf(const QString& table) {
     static const std::vector<CodeField> notes{
         {QStringLiteral("Status"), 1, 2, false, int(NoteStatus::Active)},
-        {QStringLiteral("NoteType"), 1, 2, true, int(NoteType::Public)},
+        // Old databases have 0 and 3, which read as public.
+        {QStringLiteral("NoteType"), 0, 3, true, int(NoteType::Public)},
         {kReminderType, 0, 4, true, int(ReminderKind::None)}};
     // A new reminder has no status of its own; the answers write 2, 3 and 4.
     static const std::vector<CodeField> reminders{

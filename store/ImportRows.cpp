@@ -105,6 +105,7 @@ void ImportRows::row(const jet::JetRow& row) {
 
 void ImportRows::badRow() {
     if (m_table) {
+        ++m_badRows;
         m_table->report().remark(QStringLiteral("could not be read"), true, 0);
     }
 }
@@ -114,6 +115,13 @@ void ImportRows::endTable(bool isWhole) {
         m_table->report().remark(QStringLiteral("the table is damaged; rows may be missing"), true,
                                  std::nullopt);
     }
+    if (m_table && m_table->report().read + m_badRows < m_table->report().told) {
+        m_table->report().remark(QStringLiteral("the file tells of %1 row(s); the others were not "
+                                                "found")
+                                     .arg(m_table->report().told),
+                                 true, std::nullopt);
+    }
+    m_badRows = 0;
     m_table.reset();
     m_stored.reset();
 }
@@ -183,6 +191,10 @@ void ImportRows::takeReminder(const jet::JetRow& row) {
     RowPrint print = m_printer->of(row, hasNote ? note->origin : QString());
     const std::optional<qint64> oldKey = m_table->oldKey();
     if (!hasNote) {
+        if (!m_isFresh && m_imported.judge(print).kind == ImportedRows::Kind::Present) {
+            ++m_table->report().present;
+            return;
+        }
         if (!m_isFresh) {
             m_table->remark(
                 QStringLiteral("left out: its note %1 is not in the file").arg(shown(noteID)),
@@ -356,6 +368,18 @@ void ImportRows::takeUserName() {
 // The end.
 
 void ImportRows::finish() {
+    const QStringList wanted = tables();
+    for (const QString& name : wanted) {
+        const bool hasCome =
+            std::any_of(m_report.tables.begin(), m_report.tables.end(),
+                        [&](const ImportedTable& table) { return table.name == name; });
+        if (hasCome || name == schema::kTblUserNames) { // which old databases have not
+            continue;
+        }
+        m_report.tables.emplace_back().name = name;
+        m_report.tables.back().remark(QStringLiteral("the table was not found"), true,
+                                      std::nullopt);
+    }
     writeKinds();
     if (m_isFresh && !m_choices.isDryRun) {
         passOverKeys();

@@ -78,6 +78,7 @@ private:
     QSet<qint64> m_reminders;         ///< keys that are taken
     QHash<qint64, KindFacts> m_kinds; ///< by key in the target
     QSet<QString> m_linkedColumns;    ///< that the target has
+    qint64 m_badRows = 0;             ///< of that table
     qint64 m_highestNote = 0;
     qint64 m_highestMissing = 0; ///< key of a note that only reminders tell of
 };

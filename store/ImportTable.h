@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/dao/Database.h"
+#include "platform/dao/RowAdder.h"
 #include "platform/jet/JetRows.h"
 #include "store/ImportReport.h"
 
@@ -21,9 +21,10 @@ public:
     /// Begins with a row.
     void take(const jet::JetRow& row);
     /// Its key in the old file; nothing where it has none.
-    [[nodiscard]] std::optional<qint64> oldKey() const;
+    [[nodiscard]] const std::optional<qint64>& oldKey() const noexcept { return m_oldKey; }
     /// A field of it, Null also where the old table has none of that name.
     [[nodiscard]] QVariant value(QStringView field) const;
+    /// Does nothing for a field that the old table does not have.
     void setValue(QStringView field, const QVariant& value);
     /// Has the database give the row a key.
     void forgetKey();
@@ -33,17 +34,17 @@ public:
     qint64 write();
 
 private:
-    void takeCell(int column, const jet::JetCell& cell);
-    void setField(int column, const QVariant& value);
+    [[nodiscard]] int placeOf(QStringView field) const;
+    void setField(int field, const QVariant& value);
 
-    Ref<dao::Recordset> m_rows;
     ImportedTable& m_report;
     bool m_isDryRun;
     std::vector<int> m_places;      ///< of the old columns among the fields; -1: no such field
-    std::vector<QString> m_names;   ///< of the old columns
+    QStringList m_columns;          ///< of the old table
+    QStringList m_fields;           ///< that are given in every row
     std::vector<QVariant> m_values; ///< by field
-    std::vector<bool> m_isGiven;    ///< by field
-    int m_key;                      ///< field of the key; -1: the table has none
+    std::optional<qint64> m_oldKey;
+    std::unique_ptr<dao::RowAdder> m_rows;
     qint64 m_madeUp = 0;
 };
 

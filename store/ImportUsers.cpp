@@ -35,6 +35,9 @@ ImportUsers::User ImportUsers::userFor(const QString& text, const QList<UserName
 }
 
 void ImportUsers::mapAuthor(QVariant& number, QVariant& code) {
+    if (m_byCode.isEmpty() && m_byNumber.isEmpty()) {
+        return;
+    }
     std::optional<User> user;
     if (const auto found = m_byCode.constFind(code.toString().toLower());
         !code.isNull() && found != m_byCode.constEnd()) {

@@ -15,43 +15,44 @@ const QString kNewRecordID = QStringLiteral("NewRecordID");
 constexpr qsizetype kHashBytes = 16; // enough that no two rows meet by chance
 
 template <class T>
-void addNumber(QCryptographicHash& hash, T number) {
-    hash.addData(QByteArrayView(reinterpret_cast<const char*>(&number), sizeof number));
+void addNumber(QByteArray& bytes, T number) {
+    bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-void addBytes(QCryptographicHash& hash, const char* bytes, qsizetype size) {
-    addNumber(hash, qint64(size));
-    hash.addData(QByteArrayView(bytes, size));
+void addBytes(QByteArray& bytes, const char* more, qsizetype size) {
+    addNumber(bytes, qint64(size));
+    bytes.append(more, size);
 }
 
-void addText(QCryptographicHash& hash, const QString& text) {
-    addBytes(hash, reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+void addText(QByteArray& bytes, const QString& text) {
+    addBytes(bytes, reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
 }
 
-void addValue(QCryptographicHash& hash, const QVariant& value) {
-    addNumber(hash, value.isNull() ? 0 : value.typeId());
+void addValue(QByteArray& bytes, const QVariant& value) {
+    addNumber(bytes, value.isNull() ? 0 : value.typeId());
     if (value.typeId() == QMetaType::QDateTime) {
         // By the clock on the wall: a time zone must not count.
-        addNumber(hash, value.toDateTime().date().toJulianDay());
-        addNumber(hash, value.toDateTime().time().msecsSinceStartOfDay());
+        addNumber(bytes, value.toDateTime().date().toJulianDay());
+        addNumber(bytes, value.toDateTime().time().msecsSinceStartOfDay());
     } else if (value.typeId() == QMetaType::QByteArray) {
-        const QByteArray bytes = value.toByteArray();
-        addBytes(hash, bytes.constData(), bytes.size());
+        const QByteArray own = value.toByteArray();
+        addBytes(bytes, own.constData(), own.size());
     } else if (!value.isNull()) {
-        addText(hash, value.toString());
+        addText(bytes, value.toString());
     }
 }
 
-QString resultOf(const QCryptographicHash& hash) {
-    return QString::fromLatin1(
-        hash.result().left(kHashBytes).toBase64(QByteArray::OmitTrailingEquals));
+QString hashOf(const QByteArray& bytes) {
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Blake2b_160)
+                                   .left(kHashBytes)
+                                   .toBase64(QByteArray::OmitTrailingEquals));
 }
 
 QString combined(const QString& a, const QString& b) {
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    addText(hash, a);
-    addText(hash, b);
-    return resultOf(hash);
+    QByteArray bytes;
+    addText(bytes, a);
+    addText(bytes, b);
+    return hashOf(bytes);
 }
 
 } // namespace
@@ -65,7 +66,10 @@ ImportedRows::ImportedRows(dao::Database& database, bool isDryRun) {
     }
     rows->Close();
     if (!isDryRun) {
-        m_rows = database.OpenRecordset(schema::kTblImportedRows, dao::RecordsetType::Table);
+        m_rows = std::make_unique<dao::RowAdder>(database, schema::kTblImportedRows,
+                                                 QStringList{QStringLiteral("TableName"),
+                                                             QStringLiteral("OldRecordID"),
+                                                             kNewRecordID, kOrigin, kContents});
     }
 }
 
@@ -94,13 +98,13 @@ void ImportedRows::add(const QString& table, const std::optional<qint64>& oldKey
     if (!m_rows) {
         return;
     }
-    m_rows->AddNew();
-    m_rows->setValue(u"TableName", table);
-    m_rows->setValue(u"OldRecordID", oldKey ? QVariant(*oldKey) : QVariant());
-    m_rows->setValue(kNewRecordID, key);
-    m_rows->setValue(kOrigin, print.origin);
-    m_rows->setValue(kContents, print.contents);
-    m_rows->Update();
+    int field = 0;
+    for (const QVariant& value :
+         {QVariant(table), oldKey ? QVariant(*oldKey) : QVariant(), QVariant(key),
+          QVariant(print.origin), QVariant(print.contents)}) {
+        m_rows->set(field++, value);
+    }
+    m_rows->add();
 }
 
 RowPrinter::RowPrinter(const jet::JetTable& table, const QStringList& lasting)
@@ -115,13 +119,13 @@ RowPrinter::RowPrinter(const jet::JetTable& table, const QStringList& lasting)
 }
 
 RowPrint RowPrinter::of(const jet::JetRow& row, const QString& within) const {
-    QCryptographicHash contents(QCryptographicHash::Sha1);
+    QByteArray contents;
     for (const jet::JetCell& cell : row) {
         addValue(contents, cell.value);
     }
     RowPrint print;
-    print.contents = resultOf(contents);
-    QCryptographicHash origin(QCryptographicHash::Sha1);
+    print.contents = hashOf(contents);
+    QByteArray origin;
     addBytes(origin, m_name.constData(), m_name.size());
     addText(origin, within);
     bool canTell = m_canTell && !m_lasting.empty();
@@ -132,7 +136,7 @@ RowPrint RowPrinter::of(const jet::JetRow& row, const QString& within) const {
     if (!canTell) {
         addText(origin, print.contents);
     }
-    print.origin = resultOf(origin);
+    print.origin = hashOf(origin);
     return print;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/dao/Database.h"
+#include "platform/dao/RowAdder.h"
 #include "platform/jet/JetRows.h"
 
 #include <QHash>
@@ -44,8 +44,8 @@ private:
         QString contents;
         bool isOfNow = false;
     };
-    QHash<QString, Known> m_known; ///< by origin
-    Ref<dao::Recordset> m_rows;    ///< nothing in a dry run
+    QHash<QString, Known> m_known;         ///< by origin
+    std::unique_ptr<dao::RowAdder> m_rows; ///< nothing in a dry run
 };
 
 /// A fingerprint of some fields and of the whole row, which does not depend on where it is taken.

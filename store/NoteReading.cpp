@@ -1,6 +1,7 @@
 #include "store/NoteReading.h"
 
 #include "platform/clock/WallTime.h"
+#include "platform/rtf/Reader.h"
 
 #include <algorithm>
 
@@ -167,6 +168,10 @@ bool hasNote(Application& application, qint64 noteID) {
     const bool found = !row->AtEof();
     row->Close();
     return found;
+}
+
+QString readableText(const QString& rich, const QString& plain) {
+    return rtf::isRtf(rich) || plain.isEmpty() ? rich : plain;
 }
 
 } // namespace yrw

@@ -54,4 +54,8 @@ struct NoteSelection {
 /// True when there is a note with that id.
 [[nodiscard]] bool hasNote(Application& application, qint64 noteID);
 
+/// What a note shows of its two texts: the rich one, or the plain one where there is no rich text
+/// that begins like one.
+[[nodiscard]] QString readableText(const QString& rich, const QString& plain);
+
 } // namespace yrw

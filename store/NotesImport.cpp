@@ -4,11 +4,14 @@
 #include "platform/jet/JetFile.h"
 #include "store/DatabaseCheck.h"
 #include "store/ImportRows.h"
+#include "store/Schema.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QStorageInfo>
 #include <QTemporaryDir>
+
+#include <algorithm>
 
 namespace yrw {
 
@@ -28,6 +31,15 @@ ImportEnd readInto(const QString& oldFile, dao::Database& target, Clock& clock,
     }
     if (jet::readJetFile(oldFile, reading, rows) == jet::JetEnd::Stopped) {
         return ImportEnd::Stopped;
+    }
+    const bool hasNotes =
+        std::any_of(report.tables.begin(), report.tables.end(),
+                    [](const ImportedTable& table) { return table.name == schema::kTblNotes; });
+    if (!hasNotes) {
+        throw AutomationError(
+            kErrorNotADatabase, kSource,
+            QStringLiteral("%1 is no notes database: no table %2 can be found in it.")
+                .arg(oldFile, schema::kTblNotes));
     }
     rows.finish();
     return ImportEnd::Imported;
@@ -87,6 +99,7 @@ ImportEnd importIntoNewFile(const QString& oldFile, const QString& newFile,
     const auto remove = qScopeGuard([&] { QFile::remove(unfinished); });
     const ImportEnd end =
         fill(oldFile, unfinished, *workspace, services.clock, choices, step, report);
+    removeUnfinished(newFile, unfinished); // what killed programs left
     if (end == ImportEnd::Imported && !placeNotesDatabase(services.files, unfinished, newFile)) {
         raiseTaken(newFile);
     }

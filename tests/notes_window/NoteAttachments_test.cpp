@@ -367,21 +367,33 @@ TEST_F(NoteAttachmentsTest, UnknownWordsAreOfferedOthersWhereADictionaryIsInstal
 }
 
 TEST_F(NoteAttachmentsTest, ADamagedNoteIsNotOverwrittenWithoutAsking) {
-    const QString damaged = "{\\rtf1 half a {\\b note";
-    note->BeginMultipleFieldUpdate();
-    note->Field("RTFNote")->setValue(damaged);
-    note->EndMultipleFieldUpdate();
-    open(customer);
-    type("x");
-    script.answer(PromptAnswer::No);
-    press(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(stored(idOf(note), "RTFNote"), damaged);
-    type("y");
-    script.answer(PromptAnswer::Yes);
-    press(Qt::Key_S, Qt::ControlModifier);
-    type("z");
-    press(Qt::Key_S, Qt::ControlModifier); // asked once
-    EXPECT_EQ(stored(idOf(note), "PlainNote"), "xyzhalf a note");
+    struct Case {
+        QString rich;
+        QString shown; ///< of it, or the plain text where nothing can be read of it
+    };
+    const Case cases[] = {{"{\\rtf1 half a {\\b note", "half a note"},
+                          {"\\rtf1 without a brace", "plain"},
+                          {"{\\rtf1{\\fonttbl", "plain"}};
+    for (const auto& [damaged, shown] : cases) {
+        SCOPED_TRACE(damaged.toStdString());
+        const Ref<IRecord> fresh = store.notesOf(customer)->Item(QVariant(idOf(note)));
+        fresh->BeginMultipleFieldUpdate();
+        fresh->Field("RTFNote")->setValue(damaged);
+        fresh->Field("PlainNote")->setValue("plain");
+        fresh->EndMultipleFieldUpdate();
+        open(customer);
+        EXPECT_EQ(editor().toPlainText(), shown);
+        type("x");
+        script.answer(PromptAnswer::No);
+        press(Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(stored(idOf(note), "RTFNote"), damaged);
+        type("y");
+        script.answer(PromptAnswer::Yes);
+        press(Qt::Key_S, Qt::ControlModifier);
+        type("z");
+        press(Qt::Key_S, Qt::ControlModifier); // asked once
+        EXPECT_EQ(stored(idOf(note), "PlainNote"), QString("xyz" + shown));
+    }
 }
 
 TEST_F(NoteAttachmentsTest, AConflictBringsTheOthersAttachmentsAlong) {
