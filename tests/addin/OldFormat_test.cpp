@@ -36,6 +36,27 @@ private:
     mutable qint64 m_looks = 0;
 };
 
+/// Does something with the progress window as soon as it is shown. Posted, since a timer may have
+/// to wait for the next look at the events.
+class OnProgress final : public QObject {
+public:
+    explicit OnProgress(std::function<void(QProgressDialog&)> action)
+        : m_action(std::move(action)) {
+        qApp->installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* const dialog = qobject_cast<QProgressDialog*>(watched);
+        if (dialog != nullptr && event->type() == QEvent::Show) {
+            QMetaObject::invokeMethod(
+                dialog, [this, dialog] { m_action(*dialog); }, Qt::QueuedConnection);
+        }
+        return false;
+    }
+
+private:
+    std::function<void(QProgressDialog&)> m_action;
+};
+
 class OldFormatTest : public AddInFixture {
 protected:
     [[nodiscard]] QString inFolder(const QString& name) const {
@@ -148,16 +169,11 @@ TEST_F(OldFormatTest, TheUserCanStopIt) {
     old.write(world.notesPath());
     create();
     prompt.answer(PromptAnswer::Yes);
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, &look, [&] {
-        auto* const dialog = window().findChild<QProgressDialog*>(QStringLiteral("prgConversion"));
-        if (dialog != nullptr) {
-            EXPECT_TRUE(dialog->isModal());
-            EXPECT_FALSE(dialog->findChild<QProgressBar*>()->accessibleName().isEmpty());
-            QTest::keyClick(dialog, Qt::Key_Escape);
-        }
+    OnProgress cancel([](QProgressDialog& dialog) {
+        EXPECT_TRUE(dialog.isModal());
+        EXPECT_FALSE(dialog.findChild<QProgressBar*>()->accessibleName().isEmpty());
+        QTest::mouseClick(dialog.findChild<QPushButton*>(), Qt::LeftButton);
     });
-    look.start(0);
     EXPECT_FALSE(addIn->Activate());
     EXPECT_EQ(window().findChild<QProgressDialog*>(), nullptr);
     EXPECT_EQ(notesFiles(), QStringList{QStringLiteral("Notes.mdb")});
