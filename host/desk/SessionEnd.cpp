@@ -27,7 +27,7 @@ bool closeTop(bool patient) {
         return false;
     }
     auto* const box = qobject_cast<QDialog*>(modal);
-    if (patient || box == nullptr || qobject_cast<Form*>(modal) != nullptr) {
+    if (patient || box == nullptr || Form::formOf(*modal) != nullptr) {
         modal->close();
     } else {
         box->reject();
