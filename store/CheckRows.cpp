@@ -140,7 +140,9 @@ private:
 
     void rememberNote(const dao::Recordset& note) {
         NoteFacts facts;
-        facts.hasReminders = note.value(kReminderType).toInt() != 0;
+        // A note of an old database that says nothing of them may have some.
+        const QVariant kind = note.value(kReminderType);
+        facts.hasReminders = kind.isNull() || kind.toInt() != int(ReminderKind::None);
         const QString host = note.value(QStringLiteral("OwnerComponentProgID")).toString();
         facts.isOfHost =
             host.isEmpty() || host.compare(m_rules.hostProgID, Qt::CaseInsensitive) == 0;

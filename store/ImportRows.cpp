@@ -13,7 +13,6 @@ const QString kRecordID = QStringLiteral("RecordID");
 const QString kNoteID = QStringLiteral("NoteID");
 const QString kUserID = QStringLiteral("UserID");
 const QString kReminderType = QStringLiteral("ReminderType");
-const QString kReminderDate = QStringLiteral("ReminderDate");
 
 QHash<QString, QString> byLowerCase(const QHash<QString, QString>& map) {
     QHash<QString, QString> lower;
@@ -140,7 +139,7 @@ void ImportRows::takeNote(const jet::JetRow& row) {
     map(m_programs, u"OwnerComponentProgID");
     map(m_programs, u"OwnerProgID");
     map(m_ownerKeys, u"OwnerObjectKey");
-    const bool lacksKind = m_table->value(kReminderType).toInt() == int(ReminderKind::None);
+    const bool remindsNobody = m_table->value(kReminderType).toInt() == int(ReminderKind::None);
     const bool isTaken = oldKey && m_notes.contains(*oldKey);
     const qint64 before = m_table->report().written;
     const qint64 key = writeJudged(print, oldKey && !isTaken);
@@ -150,7 +149,7 @@ void ImportRows::takeNote(const jet::JetRow& row) {
         isGone = m_stored->NoMatch();
     }
     if (oldKey && !isTaken) {
-        m_notes.insert(*oldKey, {key, print.origin, authorID, lacksKind, isGone});
+        m_notes.insert(*oldKey, {key, print.origin, remindsNobody, isGone});
     }
     m_highestNote = std::max(m_highestNote, key);
 }
@@ -211,23 +210,17 @@ void ImportRows::takeReminder(const jet::JetRow& row) {
     } else {
         m_table->setValue(kNoteID, note->key);
     }
-    const QVariant userID = m_users.mapNumber(m_table->value(kUserID));
-    m_table->setValue(kUserID, userID);
+    m_table->setValue(kUserID, m_users.mapNumber(m_table->value(kUserID)));
     const bool isFree = oldKey && !m_reminders.contains(*oldKey);
-    const QVariant next = m_table->value(u"NextDate");
-    const QVariant date = next.isNull() ? m_table->value(u"OriginalDate") : next;
     const qint64 before = m_table->report().written;
     writeJudged(print, isFree);
     if (oldKey) {
         m_reminders.insert(*oldKey);
     }
-    if (hasNote && note->lacksKind && m_table->report().written > before) {
-        KindFacts& kind = m_kinds[note->key];
-        kind.oldKey = noteID.toLongLong();
-        kind.isOnlyAuthor = kind.isOnlyAuthor && !userID.isNull() && userID == note->authorID;
-        if (kind.date.isNull() || (!date.isNull() && date.toDateTime() < kind.date.toDateTime())) {
-            kind.date = date;
-        }
+    if (hasNote && note->remindsNobody && m_table->report().written > before) {
+        m_table->remark(QStringLiteral("kept; its note does not say that it has reminders, and "
+                                       "loses them when its properties are changed"),
+                        false);
     }
 }
 
@@ -380,40 +373,9 @@ void ImportRows::finish() {
         m_report.tables.back().remark(QStringLiteral("the table was not found"), true,
                                       std::nullopt);
     }
-    writeKinds();
     if (m_isFresh && !m_choices.isDryRun) {
         passOverKeys();
     }
-}
-
-/// Where the old file does not say whom a note reminds, its reminders do: a note that reminds
-/// nobody has none.
-void ImportRows::writeKinds() {
-    const auto report =
-        std::find_if(m_report.tables.begin(), m_report.tables.end(),
-                     [](const ImportedTable& table) { return table.name == schema::kTblNotes; });
-    if (m_kinds.isEmpty() || report == m_report.tables.end()) {
-        return;
-    }
-    const Ref<dao::Recordset> notes =
-        m_target.OpenRecordset(schema::kTblNotes, dao::RecordsetType::Table);
-    for (auto kind = m_kinds.constBegin(); kind != m_kinds.constEnd(); ++kind) {
-        report->remark(QStringLiteral("whom it reminds was not stored, and is taken from its "
-                                      "reminders"),
-                       false, kind->oldKey);
-        notes->Seek(u"=", {QVariant(kind.key())});
-        if (m_choices.isDryRun || notes->NoMatch() || notes->value(kReminderType).toInt() != 0) {
-            continue;
-        }
-        notes->Edit();
-        notes->setValue(kReminderType,
-                        int(kind->isOnlyAuthor ? ReminderKind::Me : ReminderKind::SelectedUsers));
-        if (notes->value(kReminderDate).isNull()) {
-            notes->setValue(kReminderDate, kind->date);
-        }
-        notes->Update();
-    }
-    notes->Close();
 }
 
 /// A new note must not get a key that a reminder of a note that is gone still has.

@@ -38,17 +38,9 @@ private:
     struct NoteFacts {
         qint64 key = 0; ///< in the target
         QString origin;
-        QVariant authorID;
-        bool lacksKind = false; ///< the old file does not say whom it reminds
-        bool isGone = false;    ///< came before, and was deleted since
+        bool remindsNobody = false; ///< as far as the note itself says
+        bool isGone = false;        ///< came before, and was deleted since
     };
-    /// What reminders tell of a note that lacks that.
-    struct KindFacts {
-        qint64 oldKey = 0;
-        bool isOnlyAuthor = true;
-        QVariant date;
-    };
-
     void takeNote(const jet::JetRow& row);
     void takeReminder(const jet::JetRow& row);
     void takeSystemRow();
@@ -59,7 +51,6 @@ private:
     void map(const QHash<QString, QString>& map, QStringView field);
     void remarkOnNote() const;
     void fillGaps(dao::Recordset& stored);
-    void writeKinds();
     void passOverKeys();
 
     dao::Database& m_target;
@@ -76,7 +67,6 @@ private:
     Ref<dao::Recordset> m_stored;     ///< rows of that table in the target, for looking up
     QHash<qint64, NoteFacts> m_notes; ///< by key in the old file
     QSet<qint64> m_reminders;         ///< keys that are taken
-    QHash<qint64, KindFacts> m_kinds; ///< by key in the target
     QSet<QString> m_linkedColumns;    ///< that the target has
     qint64 m_badRows = 0;             ///< of that table
     qint64 m_highestNote = 0;
