@@ -69,7 +69,7 @@ TEST_F(NotesSchemaTest, ShipsOneRowOfSettingsAndTellsItsTypes) {
     for (const auto& [name, type] : types) {
         EXPECT_EQ(notes->Field(QString::fromLatin1(name))->Type(), type) << name;
     }
-    EXPECT_EQ(database->SchemaVersion(), 2);
+    EXPECT_EQ(database->SchemaVersion(), 3);
 }
 
 TEST_F(NotesSchemaTest, EveryViewReadsWithoutThisProgram) {

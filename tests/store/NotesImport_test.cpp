@@ -1,4 +1,5 @@
 // Bringing notes of the older format along: the sample, twice, into other notes, and in trouble.
+#include "platform/dao/Schema.h"
 #include "platform/jet/JetFile.h"
 #include "store/DatabaseCheck.h"
 #include "store/NotesImport.h"
