@@ -11,6 +11,14 @@ using namespace yrw::test;
 
 namespace {
 
+/// A way to a private member: naming it in an explicit instantiation is allowed.
+template <auto Member>
+struct Reach {
+    friend void stopReminders(AddIn& addIn) { (addIn.*Member)(); }
+};
+template struct Reach<&AddIn::stopReminders>;
+void stopReminders(AddIn& addIn);
+
 class Timers : public AddInFixture {
 protected:
     [[nodiscard]] frmTimer& form() { return *addIn->UpperTimerForm(); }
@@ -35,6 +43,16 @@ TEST_F(Timers, StartAsTheSettingsSayAndTheMinuteAlways) {
         EXPECT_EQ(addIn->LowerTimerForm(), nullptr);
         addIn.reset();
     }
+}
+
+TEST_F(Timers, StoppingRemindersStopsTheMinuteAndSwitchesTheToolOff) {
+    activate();
+    ASSERT_TRUE(form().ReminderTimer().isActive());
+    stopReminders(*addIn);
+    EXPECT_FALSE(form().ReminderTimer().isActive());
+    EXPECT_FALSE(showNotesTool()->isEnabled());
+    addIn->DeActivate();
+    stopReminders(*addIn);
 }
 
 TEST_F(Timers, MinutesAreCountedWhileCheckingIsOff) {

@@ -1,4 +1,5 @@
 #include "tests/driving/DrivenApplication.h"
+#include "tests/notes_window/Crash.h"
 #include "tests/support/OtherUser.h"
 
 #include <QTemporaryDir>
@@ -13,6 +14,9 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     yrw::test::DrivenApplication application(argc, argv);
+    if (yrw::test::isCrashingChild()) {
+        return yrw::test::crash();
+    }
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", state.path().toUtf8());
     testing::InitGoogleTest(&argc, argv);
