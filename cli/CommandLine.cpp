@@ -28,6 +28,16 @@ constexpr OptionRow kDataOption{"data", "DIR", "Folder of the host's data, with 
 constexpr OptionRow kUserOption{"user", "CODE", "Code of the user who works; else the first"};
 constexpr OptionRow kJsonOption{"json", nullptr, "Print JSON"};
 
+std::vector<OptionRow> importOptions() {
+    return {{"dry-run", nullptr, "Read all and report, write nothing"},
+            {"report", "FILE", "Where the report goes; else standard output"},
+            {"merge", nullptr, "Add to the notes that are there"},
+            {"map-progid", "OLD=NEW", "A program id that has changed; may be repeated"},
+            {"map-key", "OLD=NEW", "An object key that has changed; may be repeated"},
+            {"map-user", "OLD=NEW", "Another code or number of a user; may be repeated"},
+            {"code-page", "N", "Of the texts of version 3, where the file names a wrong one"}};
+}
+
 const std::vector<CommandRow>& commandTable() {
     static const std::vector<CommandRow> table{
         {"list",
@@ -75,16 +85,7 @@ const std::vector<CommandRow>& commandTable() {
          {{"format", "json|csv|html|ics", "What to write"},
           {"output", "FILE", "Where to; else standard output"}}},
         {"backup", "FILE", "Copy the notes database while others work with it", {}},
-        {"import",
-         "OLD.mdb",
-         "Import notes of the older format",
-         {{"dry-run", nullptr, "Read all and report, write nothing"},
-          {"report", "FILE", "Where the report goes; else standard output"},
-          {"merge", nullptr, "Add to the notes that are there"},
-          {"map-progid", "OLD=NEW", "A program id that has changed; may be repeated"},
-          {"map-key", "OLD=NEW", "An object key that has changed; may be repeated"},
-          {"map-user", "OLD=NEW", "Another code or number of a user; may be repeated"},
-          {"code-page", "N", "Of the texts of version 3, where the file names a wrong one"}}},
+        {"import", "OLD.mdb", "Import notes of the older format", importOptions()},
         {"rtf",
          "FILE",
          "Convert rich text; - is standard input",
