@@ -223,7 +223,10 @@ TEST_F(OldFile, AReaderThatIsSilentOrTalksNonsenseIsLost) {
     reading.mostSilentMs = 200;
     for (const char* const text : {"exec sleep 60", "cat /dev/zero", "exit 0", "kill -SEGV $$"}) {
         reading.reader = script(text);
+        const qint64 began = reading.clock.monotonicMs();
         EXPECT_THROW((void)readJetFile(path, reading, keeper), AutomationError) << text;
+        // Long before what all readers together may take.
+        EXPECT_LT(reading.clock.monotonicMs() - began, 10'000) << text;
     }
     // It says version 4, begins a table without columns and dies; another one reads what is left.
     reading.reader = script("printf '\\001\\003\\000\\000\\000\\004\\344\\004'\n"
