@@ -122,7 +122,7 @@ TEST(Reader, ACodePageThatCannotWriteRichTextIsNotBelieved) {
 TEST(Reader, FormatsFollowTheirGroup) {
     const Document document =
         readBytes(around("a{\\b\\i\\fs30\\cf1\\strike b}\\ul c\\ulnone\\super d\\plain "
-                         "e\\sub f\\cf7 g\\fs-5 h\\b10 i\\b0 j"));
+                         "e\\sub f\\cf7 g\\fs-5 h\\b10 i\\b0\\sub0 j"));
     EXPECT_EQ(document.plainText(), "abcdefghij");
     const CharFormat b = formatAt(document, 1);
     EXPECT_TRUE(b.bold && b.italic && b.strike);
@@ -136,6 +136,8 @@ TEST(Reader, FormatsFollowTheirGroup) {
     EXPECT_EQ(formatAt(document, 7).halfPoints, 24);
     EXPECT_TRUE(formatAt(document, 8).bold);
     EXPECT_FALSE(formatAt(document, 9).bold);
+    EXPECT_EQ(formatAt(document, 8).script, Script::Sub);
+    EXPECT_EQ(formatAt(document, 9).script, Script::Normal);
 }
 
 const ParFormat& parFormat(const Document& document, std::size_t paragraph) {
