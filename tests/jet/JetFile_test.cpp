@@ -3,7 +3,6 @@
 #include "platform/jet/JetFile.h"
 #include "tests/support/OldDatabase.h"
 
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -41,7 +40,7 @@ public:
         QJsonObject values;
         for (std::size_t i = 0; i < row.size(); ++i) {
             cutCells += row[i].state > CellState::Value ? 1 : 0;
-            values.insert(m_table.columns[qsizetype(i)], json(row[i].value));
+            values.insert(m_table.columns[qsizetype(i)], yrw::test::sampleValue(row[i].value));
         }
         QJsonArray rows = tables.value(m_table.name).toArray();
         rows.append(values);
@@ -52,20 +51,6 @@ public:
         if (!isWhole) {
             notWhole += m_table.name;
         }
-    }
-
-    static QJsonValue json(const QVariant& value) {
-        if (value.typeId() == QMetaType::QDateTime) {
-            return value.toDateTime().toString(Qt::ISODate);
-        }
-        const QString text = value.toString();
-        if (value.typeId() == QMetaType::QString && text.size() > 2000) {
-            const QByteArray hash =
-                QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha256);
-            return QJsonObject{{QStringLiteral("length"), text.size()},
-                               {QStringLiteral("sha256"), QString::fromLatin1(hash.toHex())}};
-        }
-        return QJsonValue::fromVariant(value);
     }
 
 private:
@@ -125,9 +110,9 @@ TEST_F(OldFile, ATextOfAMillionCharactersComesWhole) {
     const QJsonArray notes = read(database).tables.value(kTables[0]).toArray();
     ASSERT_EQ(notes.size(), 12 + 402);
     const QString plain = QStringLiteral("PlainNote");
-    EXPECT_EQ(notes[12].toObject().value(plain), Keeper::json(text));
+    EXPECT_EQ(notes[12].toObject().value(plain), yrw::test::sampleValue(text));
     EXPECT_EQ(notes[13].toObject().value(plain),
-              Keeper::json(QStringLiteral("compressed").repeated(100000)));
+              yrw::test::sampleValue(QStringLiteral("compressed").repeated(100000)));
     EXPECT_EQ(notes[413].toObject().value(plain), QStringLiteral("short"));
     EXPECT_EQ(notes[413].toObject().value(QStringLiteral("Date")),
               QStringLiteral("2020-01-01T00:00:00"));

@@ -7,7 +7,6 @@
 #include "tests/support/NotesFixture.h"
 #include "tests/support/OldDatabase.h"
 
-#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -45,24 +44,11 @@ protected:
         for (; !found->AtEof(); found->MoveNext()) {
             QJsonObject row;
             for (const QString& field : fields) {
-                row.insert(field, json(found->value(field)));
+                row.insert(field, test::sampleValue(found->value(field)));
             }
             rows.append(row);
         }
         return rows;
-    }
-    static QJsonValue json(const QVariant& value) {
-        if (value.typeId() == QMetaType::QDateTime) {
-            return value.toDateTime().toString(Qt::ISODate);
-        }
-        const QString text = value.toString();
-        if (value.typeId() == QMetaType::QString && text.size() > 2000) {
-            const QByteArray hash =
-                QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha256);
-            return QJsonObject{{QStringLiteral("length"), text.size()},
-                               {QStringLiteral("sha256"), QString::fromLatin1(hash.toHex())}};
-        }
-        return QJsonValue::fromVariant(value);
     }
     /// The values of a field, separated by blanks.
     static QString column(dao::Database& database, const QString& table, const QString& field) {

@@ -3,8 +3,12 @@
 // Old databases for tests and benchmarks: the sample of the source tree, and what is added to it.
 
 #include <QByteArray>
+#include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QJsonObject>
+#include <QVariant>
 #include <QtEndian>
 
 namespace yrw::test {
@@ -13,6 +17,20 @@ namespace yrw::test {
 inline QByteArray sampleFile(const QString& name) {
     QFile file(QStringLiteral(YRW_SOURCE_DIR "/tests/jet/data/") + name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A value as the sample's description writes it: of long texts the length and a hash.
+inline QJsonValue sampleValue(const QVariant& value) {
+    if (value.typeId() == QMetaType::QDateTime) {
+        return value.toDateTime().toString(Qt::ISODate);
+    }
+    const QString text = value.toString();
+    if (value.typeId() == QMetaType::QString && text.size() > 2000) {
+        const QByteArray hash = QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha256);
+        return QJsonObject{{QStringLiteral("length"), text.size()},
+                           {QStringLiteral("sha256"), QString::fromLatin1(hash.toHex())}};
+    }
+    return QJsonValue::fromVariant(value);
 }
 
 /// The bytes of an old database of version 4, to which notes can be added.
